@@ -1,0 +1,95 @@
+// `Mox::Ptr<T>` owns one reference to a counted object, or is null. It is one pointer wide; copying
+// costs one atomic increment, moving costs nothing.
+#pragma once
+
+#include <compare>
+#include <concepts>
+#include <ostream>
+#include <utility>
+
+#include "Mox/PtrInterface.h"
+
+namespace Mox {
+
+/// `From*` may become `To*` without changing how the object is counted.
+template <class From, class To>
+concept CountedAs =
+    std::convertible_to<From*, To*> && std::same_as<typename From::Counting, typename To::Counting>;
+
+template <class T>
+class Ptr {
+ public:
+  using Object = T;
+
+  Ptr() = default;
+  Ptr(std::nullptr_t) {}
+  /// Takes a reference of its own.
+  explicit Ptr(T* object) : object_(object) {
+    if (object_) object_->referencesInc();
+  }
+  Ptr(const Ptr& other) : Ptr(other.object_) {}
+  Ptr(Ptr&& other) noexcept : object_(other.release()) {}
+  template <class U>
+  requires CountedAs<U, T> Ptr(const Ptr<U>& other) : Ptr(static_cast<T*>(other.get())) {}
+  template <class U>
+  requires CountedAs<U, T> Ptr(Ptr<U>&& other)
+  noexcept : object_(other.release()) {}
+  Ptr& operator=(Ptr other) noexcept {
+    std::swap(object_, other.object_);
+    return *this;
+  }
+  ~Ptr() {
+    if (object_) object_->referencesDec();
+  }
+
+  /// Takes over a reference that the caller owns.
+  static Ptr adopt(T* object) {
+    Ptr result;
+    result.object_ = object;
+    return result;
+  }
+  /// Gives the reference to the caller; null afterwards.
+  [[nodiscard]] T* release() { return std::exchange(object_, nullptr); }
+
+  T* get() const { return object_; }
+  T& operator*() const { return *object_; }
+  T* operator->() const { return object_; }
+  explicit operator bool() const { return object_; }
+
+  friend bool operator==(const Ptr& a, const Ptr& b) { return a.object_ == b.object_; }
+  friend auto operator<=>(const Ptr& a, const Ptr& b) { return a.object_ <=> b.object_; }
+  friend bool operator==(const Ptr& a, std::nullptr_t) { return !a.object_; }
+
+ private:
+  T* object_ = nullptr;
+};
+
+template <class T>
+using PtrConst = Ptr<const T>;
+/// Pointers that own nothing.
+template <class T>
+using RawPtr = T*;
+template <class T>
+using RawPtrConst = const T*;
+
+/// Streams what the object's own output for a raw pointer prints.
+template <class T>
+std::ostream& operator<<(std::ostream& out, const Ptr<T>& pointer) {
+  return out << pointer.get();
+}
+
+/// A new object with its notifications on: what every creator and factory returns.
+template <class T, class... Args>
+Ptr<T> makeNew(Args&&... args) {
+  Ptr<T> object(new T(std::forward<Args>(args)...));
+  object->hasNotificationActiveIs(true);
+  return object;
+}
+
+/// The reference moves along; the caller knows the object's class.
+template <class T, class U>
+Ptr<T> staticCast(Ptr<U>&& other) {
+  return Ptr<T>::adopt(static_cast<T*>(other.release()));
+}
+
+}  // namespace Mox

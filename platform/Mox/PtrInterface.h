@@ -1,0 +1,97 @@
+// The base of everything that is counted: one 32-bit word in the object, no list, no mutex.
+//
+//   Mox::Ptr<Thing> a = Mox::makeNew<Thing>();  // count 1
+//   Mox::Ptr<Thing> b = a;                      // count 2; the last to let go destroys
+//
+// 1. Objects are born with count 0 and belong to whoever makes the first pointer.
+// 2. The word holds the count, and two bits that are no part of it: bit 29 "notifications on" and
+//    bit 31 "being deleted". Whatever reports a count masks them off.
+// 3. Nothing else is stored: an interned value must not pay for notifications it never sends, so a
+//    class that sends some keeps its own list and returns it from `notifieeList()`.
+//
+// Threads: counting is atomic and sequentially consistent; the rest is the derived class's affair.
+#pragma once
+
+#include <atomic>
+
+#include "Mox/Assert.h"
+#include "Mox/Types.h"
+
+namespace Mox {
+
+class NotifieeList;
+class Type;
+
+class PtrInterface {
+ public:
+  /// The word AND this is the count.
+  static constexpr U32 countMask = 0x5fffffff;
+
+  PtrInterface() = default;
+  PtrInterface(const PtrInterface&) = delete;
+  PtrInterface& operator=(const PtrInterface&) = delete;
+
+  // The first slots of every class below, in this order.
+
+  /// The observers of this object; null unless the class keeps a list of them.
+  virtual NotifieeList* notifieeList() const;
+  /// Creators call this with true before they return a new object.
+  virtual void hasNotificationActiveIs(bool active);
+  /// Called with true when the count has fallen to zero: destroys the object.
+  virtual void zeroReferencesIs(bool zero);
+  /// The description of the object's own class.
+  virtual const Type& fwkType() const;
+
+ protected:
+  virtual ~PtrInterface();
+
+ public:
+  bool hasNotificationActive() const { return word_.load() & notificationBit; }
+  U32 references() const { return word_.load() & countMask; }
+
+  /// One reference more; returns the new count.
+  U32 referencesInc() const { return increment(); }
+  /// One reference less; returns the new count, and has destroyed the object when that is 0.
+  U32 referencesDec() const {
+    const U32 count = decrement();
+    if (count == 0) zeroReached();
+    return count;
+  }
+
+  /// Memory of tracked objects; allocation throws `std::bad_alloc`. See Mox/Allocation.h.
+  static void* moxMemAlloc(std::size_t octets);
+  static void moxMemDealloc(void* memory) noexcept;
+
+  /// Which counting a pointer to this class does. Classes of different counting do not convert
+  /// into each other's pointers: an interned value counted plainly would never leave its table.
+  using Counting = PtrInterface;
+
+ protected:
+  // The bare steps, for classes that count in their own way.
+  U32 increment() const {
+    const U32 count = (word_.fetch_add(1) + 1) & countMask;
+#ifndef NDEBUG
+    MOX_ASSERT(count < 1u << 29, "references < 2^29");
+#endif
+    return count;
+  }
+  U32 decrement() const { return (word_.fetch_sub(1) - 1) & countMask; }
+  /// One reference more, but only while the count is above `keep`.
+  bool incrementAbove(U32 keep) const {
+    U32 word = word_.load();
+    while ((word & countMask) > keep)
+      if (word_.compare_exchange_weak(word, word + 1)) return true;
+    return false;
+  }
+  /// `n` references more, for an object that no other thread can see yet.
+  void incrementUnseen(U32 n) const { word_.fetch_add(n, std::memory_order_relaxed); }
+  void zeroReached() const { const_cast<PtrInterface*>(this)->zeroReferencesIs(true); }
+
+ private:
+  static constexpr U32 notificationBit = 1u << 29;
+  static constexpr U32 deletionMark = 1u << 31;
+
+  mutable std::atomic<U32> word_{0};
+};
+
+}  // namespace Mox

@@ -1,0 +1,109 @@
+// Reflection: a registry from a type's qualified name to what it has.
+//
+//   const Mox::Type* type = Mox::Type::find("Routing::Bgp::CommList");
+//   type->read(list, "commsStringForm")  // "65000:100 65000:200"
+//
+// A `Type` is a constant of the process, defined in one source file beside its class; it enters
+// the registry when its library is loaded and leaves it with the library.
+//
+// Threads: types may be looked up from any thread; libraries are loaded and unloaded by one.
+#pragma once
+
+#include <span>
+#include <type_traits>
+#include <vector>
+
+#include "Mox/Allocation.h"
+#include "Mox/Text.h"
+#include "Mox/Types.h"
+
+namespace Mox {
+
+class PtrInterface;
+
+/// What a type has by name: a value, a collection, or an operation that needs arguments.
+struct Attribute {
+  enum class Kind { value, collection, operation };
+  /// The attribute's text; `object` is of the class that registered it. Null for operations.
+  using Reader = String (*)(const void* object);
+
+  String name;
+  Kind kind = Kind::operation;
+  Reader read = nullptr;
+};
+
+/// A name of an enumeration. One that is no member prints its name and is yet no valid value.
+struct Enumerator {
+  String name;
+  U64 value = 0;
+  bool member = true;
+};
+
+class Type {
+ public:
+  /// A class: `base` is the description of its base class, or null.
+  Type(std::string_view name, const Type* base, std::vector<Attribute> attributes);
+  /// An enumeration.
+  Type(std::string_view name, std::vector<Enumerator> enumerators);
+  ~Type();
+  Type(const Type&) = delete;
+  Type& operator=(const Type&) = delete;
+
+  const String& name() const { return name_; }
+  const Type* base() const { return base_; }
+  bool isA(const Type& other) const;
+  /// Its own, in the order of registration; those of the bases are found through `base()`.
+  const std::vector<Attribute>& attributes() const { return attributes_; }
+  const std::vector<Enumerator>& enumerators() const { return enumerators_; }
+  /// Counts the objects of this class.
+  const AllocationTracker& allocation() const { return allocation_; }
+
+  /// The text of an attribute of an object, its bases' included. RangeException when the class has
+  /// no readable attribute of that name. The accessor's own requirements hold.
+  static String read(const PtrInterface& object, std::string_view attribute);
+
+  /// Null for a name nobody registered.
+  static const Type* find(std::string_view name);
+  /// All types, by name.
+  static std::vector<const Type*> all();
+
+ private:
+  String name_;
+  const Type* base_ = nullptr;
+  std::vector<Attribute> attributes_;
+  std::vector<Enumerator> enumerators_;
+  AllocationTracker allocation_;
+};
+
+// How a class writes its rows:
+//   {attribute<&CommList::empty>("empty"), collection<&CommList::commsStringForm>("comm"),
+//    operation("serialize")}
+
+template <auto Member>
+struct MemberOf;
+template <class C, class R, R (C::*member)() const>
+struct MemberOf<member> {
+  static String read(const void* object) {
+    return valueToStrep((static_cast<const C*>(object)->*member)());
+  }
+};
+template <class C, class R, R (C::*member)() const noexcept>
+struct MemberOf<member> {
+  static String read(const void* object) {
+    return valueToStrep((static_cast<const C*>(object)->*member)());
+  }
+};
+
+template <auto Member>
+Attribute attribute(std::string_view name) {
+  return {String(name), Attribute::Kind::value, &MemberOf<Member>::read};
+}
+template <auto Member>
+Attribute collection(std::string_view name) {
+  return {String(name), Attribute::Kind::collection, &MemberOf<Member>::read};
+}
+inline Attribute operation(std::string_view name) {
+  return {String(name), Attribute::Kind::operation, nullptr};
+}
+
+}  // namespace Mox
