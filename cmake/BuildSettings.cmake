@@ -1,0 +1,26 @@
+# What every target is compiled and linked with.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+# Binaries find their libraries beside themselves, so a tree can be moved.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR} $ORIGIN)
+
+add_compile_options(
+  -Wall -Wextra -Wpedantic -Werror
+  # Assertions and debug information name files relative to the source tree.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
+
+if(ZOBGP_SANITIZE)
+  add_compile_options(-fsanitize=${ZOBGP_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZOBGP_SANITIZE})
+endif()
+# Clang links its sanitizer runtimes into executables only.
+if(NOT (ZOBGP_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
+  string(APPEND CMAKE_SHARED_LINKER_FLAGS " -Wl,--no-undefined")
+endif()

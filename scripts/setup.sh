@@ -1,0 +1,53 @@
+# Sourced by the commands beside it: brings the machine and a build folder to where they can work.
+# Leaves the shell in the root of the source tree.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# What each purpose needs of Debian 12, by package.
+packages_for() {
+  case $1 in
+    build) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev libarchive-dev googletest ;;
+    bench) echo libbenchmark-dev libboost-dev ;;
+    checks) echo clang-14 clang-format-14 clang-tidy-14 g++-multilib util-linux ;;
+  esac
+}
+
+missing_packages() {
+  local package
+  for package in "$@"; do
+    [[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) == installed ]] ||
+      echo "$package"
+  done
+}
+
+# need PURPOSE...: installs what these purposes lack, and says so first. Silent when nothing does.
+need() {
+  local wanted missing as_root=() purpose
+  if ! command -v apt-get >/dev/null; then return; fi # not Debian: cmake will say what it lacks
+  wanted=$(for purpose in "$@"; do packages_for "$purpose"; done)
+  mapfile -t missing < <(missing_packages $wanted)
+  if ((${#missing[@]} == 0)); then return; fi
+  if ((EUID != 0)); then as_root=(sudo); fi
+  echo "Installing with apt: ${missing[*]}"
+  "${as_root[@]}" apt-get update -qq
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -qq -y --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# quietly COMMAND...: its output is shown only when it fails.
+quietly() {
+  local log status=0
+  log=$(mktemp)
+  "$@" >"$log" 2>&1 || status=$?
+  if ((status != 0)); then cat "$log" >&2; fi
+  rm -f "$log"
+  return $status
+}
+
+# build PRESET [TARGET...]: configures, then builds these targets, or all of them.
+build() {
+  local preset=$1
+  shift
+  quietly cmake --preset "$preset"
+  cmake --build --preset "$preset" ${JOBS:+-j "$JOBS"} ${@:+--target "$@"}
+}
