@@ -6,7 +6,7 @@
 
 namespace Mox {
 
-static const Type ptrInterfaceType{"Mox::PtrInterface", nullptr, {}};
+const Type PtrInterface::type{"Mox::PtrInterface", nullptr, {}};
 
 NotifieeList* PtrInterface::notifieeList() const { return nullptr; }
 
@@ -23,7 +23,7 @@ void PtrInterface::zeroReferencesIs(bool zero) {
   delete this;
 }
 
-const Type& PtrInterface::fwkType() const { return ptrInterfaceType; }
+const Type& PtrInterface::fwkType() const { return type; }
 
 PtrInterface::~PtrInterface() = default;
 

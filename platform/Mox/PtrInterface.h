@@ -24,6 +24,8 @@ class Type;
 
 class PtrInterface {
  public:
+  static const Type type;
+
   /// The word AND this is the count.
   static constexpr U32 countMask = 0x5fffffff;
 

@@ -4,7 +4,7 @@
 
 namespace Orv {
 
-const Mox::Type DumpContext::type{"Orv::DumpContext", nullptr, {}};
+const Mox::Type DumpContext::type{"Orv::DumpContext", &Mox::PtrInterface::type, {}};
 
 void DumpContext::append(const char* format, va_list arguments) const {
   va_list again;

@@ -1,0 +1,25 @@
+// An interned value that the agent's store can hold too: the base of communities and lists.
+#pragma once
+
+#include "Orv/DedupHandle.h"
+
+namespace MoxStash {
+
+class DedupHandle : public Orv::DedupHandle {
+ public:
+  using Ptr = Mox::Ptr<DedupHandle>;
+  using PtrConst = Mox::PtrConst<DedupHandle>;
+  static const Mox::Type type;
+
+  void zeroReferencesIs(bool zero) override;
+  const Mox::Type& fwkType() const override { return type; }
+
+  /// Free for the store manager; this library leaves it 0.
+  U32 storageWord() const { return storageWord_; }
+  void storageWordIs(U32 word) { storageWord_ = word; }
+
+ private:
+  U32 storageWord_ = 0;
+};
+
+}  // namespace MoxStash

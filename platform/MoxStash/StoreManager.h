@@ -1,0 +1,44 @@
+// The way from a reference in the agent's store to the record behind it.
+//
+// Records are plain structs of fixed-width fields, the same on every word size; where an object
+// would hold an address, a record holds an offset.
+#pragma once
+
+#include "Mox/Exception.h"
+#include "Mox/Types.h"
+
+namespace MoxStash {
+
+/// A place in the store: an offset, whose meaning is the manager's.
+using StoreReference = U64;
+
+/// The store cannot be read: `what()` says why.
+class StoreException : public Mox::Exception {
+ public:
+  using Exception::Exception;
+};
+
+class StoreManager {
+ public:
+  virtual ~StoreManager() = default;
+  /// A local view of `size` octets at `reference`, aligned to `alignment`; null when any of them
+  /// lies outside the store or the reference is not aligned. Valid as long as the manager.
+  virtual const void* translate(StoreReference reference, U64 size, U32 alignment) const = 0;
+
+  /// The record at `reference`; StoreException when there is none.
+  template <class Record>
+  const Record& record(StoreReference reference) const {
+    return *records<Record>(reference, 1);
+  }
+  /// `count` records in a row.
+  template <class Record>
+  const Record* records(StoreReference reference, U64 count) const {
+    const void* local = count <= ~U64{0} / sizeof(Record)
+                            ? translate(reference, count * sizeof(Record), alignof(Record))
+                            : nullptr;
+    if (!local) throw StoreException("stored reference is out of bounds");
+    return static_cast<const Record*>(local);
+  }
+};
+
+}  // namespace MoxStash

@@ -1,0 +1,148 @@
+// What every interned value carries: a count that knows when only its table holds the value, and
+// the word that says where in its life the value is.
+//
+//   never deduped (0): private and mutable, built by its owner
+//   deduped (1):       member of its table, immutable, shared
+//   detached (3):      its table died first; counted plainly, freed by its last holder
+//
+// 1. A table holds one reference to each member, a lifetime notifier one more. The release that
+//    leaves just these ("keep") takes the member out of its table, which ends it.
+// 2. From the moment its removal begins, `beingDetached()` is set and no reference may be taken.
+// 3. Nobody gets a reference to a dying member: look-ups take theirs with
+//    `referencesIncIfAlive()`, which fails once the count has come down to keep. Since keep is
+//    thus reached once, exactly one thread removes the member.
+//
+// Threads: counting is lock-free and may happen on any thread. In `referencesDec` everything that
+// decides is read *before* the decrement; afterwards only the thread that saw keep (or zero) may
+// touch the object, since any other may already have freed it.
+#pragma once
+
+#include <cstddef>
+
+#include "Mox/Ptr.h"
+#include "Mox/Type.h"
+#include "Orv/Interleave.h"
+
+namespace Orv {
+
+class DedupHashTable;
+
+/// Set: taking and dropping references does nothing and reports 1. For processes that never free;
+/// may only be changed while no other thread runs.
+extern bool dedupHandleDisableSmartPointerOperations;
+/// Set: `assertIsDeduped` checks nothing.
+extern bool dedupHandleDisableIsDedupedAssert;
+
+constexpr U32 dedupHandleStateNeverDeduped() { return 0; }
+constexpr U32 dedupHandleStateDeduped() { return 1; }
+constexpr U32 dedupHandleStateDetached() { return 3; }
+
+/// The raw octets of a content that is looked up before any object for it exists. Valid as long as
+/// what it points to; for extended communities the 64-bit content itself.
+struct DedupContentHandle {
+  const void* octets = nullptr;
+  std::size_t size = 0;
+};
+
+class DedupHandle : public Mox::PtrInterface {
+ public:
+  using Ptr = Mox::Ptr<DedupHandle>;
+  using PtrConst = Mox::PtrConst<DedupHandle>;
+  using Counting = DedupHandle;
+  static const Mox::Type type;
+
+  static constexpr U32 beingDetachedBitPos = 28;
+  static constexpr U32 haveLifeTimeNotifierBitPos = 29;
+  static constexpr U32 dedupHandleStateBitPos = 30;
+
+  // Slots after those of PtrInterface, in this order.
+  const Mox::Type& fwkType() const override { return type; }
+  virtual bool isDeduped() const { return dedupState() == dedupHandleStateDeduped(); }
+  /// Ends the process with "isDeduped()" when the value is private.
+  virtual void assertIsDeduped() const;
+  /// 32-bit hash of the content; 0 is a value like any other.
+  virtual U32 hash() const = 0;
+  /// Whether `other`, of the same kind, has equal content.
+  virtual bool compare(const DedupHandle* other) const = 0;
+  /// Whether this object's content is `content`; false for kinds that are not looked up by it.
+  virtual bool compareByContent(const DedupContentHandle& content) const;
+
+  // Counting. Both return the new count, or 1 while counting is switched off.
+  U32 referencesInc() const {
+    if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
+      return 1;
+    MOX_ASSERT(!beingDetached(), "!beingDetached()");
+    return increment();
+  }
+  U32 referencesDec() const;
+  /// Takes a reference unless the value is dying: the one way from a raw pointer, whose memory the
+  /// caller knows to be valid, to a reference.
+  [[nodiscard]] bool referencesIncIfAlive() const {
+    if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
+      return true;
+    const U32 state = state_.load();
+    interleave();
+    return incrementAbove(keepOf(state));
+  }
+  /// The table and the notifier hold this many references to a member.
+  U32 keep() const { return keepOf(state_.load()); }
+
+  // The state word: bits 0-27 user data, 28 being detached, 29 notifier, 30-31 state. All but the
+  // user data is the table's business.
+  bool isBitSet(U32 position) const { return state_.load() >> position & 1; }
+  void bitSet(U32 position) { setBitsAtomic(1u << position); }
+  void bitReset(U32 position) { setBitsAtomic(0, 1u << position); }
+  /// Sets and clears bits of the state word in one atomic step.
+  void setBitsAtomic(U32 set, U32 clear = 0);
+  U32 dedupState() const { return state_.load() >> dedupHandleStateBitPos; }
+  void dedupStateIs(U32 state);
+  bool haveLifeTimeNotifier() const { return isBitSet(haveLifeTimeNotifierBitPos); }
+  void haveLifeTimeNotifierIs(bool have) { bitIs(haveLifeTimeNotifierBitPos, have); }
+  bool beingDetached() const { return isBitSet(beingDetachedBitPos); }
+  void beingDetachedIs(bool being) { bitIs(beingDetachedBitPos, being); }
+  U32 userData() const { return state_.load() & userDataMask; }
+  void userDataIs(U32 data) { userDataBitsIs(userDataMask, data); }
+  /// Replaces the user-data bits in `mask` by those of `data`.
+  void userDataBitsIs(U32 mask, U32 data);
+
+  /// The table that holds this value; null while it is in none.
+  DedupHashTable* dedupTable() const { return dedupTable_; }
+  /// Takes a member out of its table and drops the table's reference: the end of the last release.
+  void doRemoveFromDedupTable();
+  /// The last step before the destructor: nobody may still find the object.
+  void prepareToDestruct() const;
+
+ private:
+  friend class DedupHashTable;
+  static constexpr U32 userDataMask = (1u << beingDetachedBitPos) - 1;
+
+  static bool countedPlainly(U32 state) {
+    return state >> beingDetachedBitPos & 1 ||
+           state >> dedupHandleStateBitPos == dedupHandleStateDetached();
+  }
+  static U32 keepOf(U32 state) { return 1 + (state >> haveLifeTimeNotifierBitPos & 1); }
+  void bitIs(U32 position, bool value) { value ? bitSet(position) : bitReset(position); }
+
+  std::atomic<U32> state_{0};
+  // Written while only one thread knows the object: before it can be found, and by the table's
+  // destructor, when nobody else uses the table or its members.
+  DedupHashTable* dedupTable_ = nullptr;
+};
+
+inline U32 DedupHandle::referencesDec() const {
+  if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
+    return 1;
+  const U32 state = state_.load();
+  const bool inTable = dedupTable_ != nullptr;
+  interleave();
+  const U32 count = decrement();
+  if (count == 0) {
+    zeroReached();
+  } else if (!countedPlainly(state) && count == keepOf(state) && inTable) {
+    interleave();
+    const_cast<DedupHandle*>(this)->doRemoveFromDedupTable();
+  }
+  return count;
+}
+
+}  // namespace Orv

@@ -1,0 +1,109 @@
+// Intern tables: every distinct content exists once, for as long as somebody outside holds it.
+//
+//   auto table = Orv::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(true);
+//   Thing::Ptr a = intern(table, "x"), b = intern(table, "x");   // a == b, one object
+//   a = b = nullptr;                                             // gone, table->members() == 0
+//
+// 1. `dedup` returns the member that has the given object's content: the object itself, or the one
+//    that was there before.
+// 2. Of the members with equal content at most one can be found. A member whose last outside
+//    holder is just letting go counts as absent.
+// 3. A table that dies before its members leaves them to their holders, as values that free
+//    themselves. Destroying a table while others use it or its members is the caller's error.
+//
+// Threads: a table made thread-safe may be used from any thread; no lock is held while a callback
+// runs or a reference is dropped. Made otherwise, it belongs to one thread.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <ostream>
+
+#include "Mox/Entity.h"
+#include "Orv/DedupHandle.h"
+#include "Orv/DumpContext.h"
+#include "Orv/Placement.h"
+#include "Orv/ShardLock.h"
+
+namespace Orv {
+
+class DedupHashTableLifeTimeNotifiee;
+
+class DedupHashTable : public Mox::PtrInterface {
+ public:
+  using Ptr = Mox::Ptr<DedupHashTable>;
+  using PtrConst = Mox::PtrConst<DedupHashTable>;
+  static const Mox::Type type;
+  const Mox::Type& fwkType() const override { return type; }
+
+  /// The member whose `hash()` is `hash` and whose content is `content`; null when there is none.
+  virtual Mox::Ptr<DedupHandle> lookupByContent(const DedupContentHandle& content,
+                                                U32 hash) const = 0;
+  /// Consumes an object that only the caller holds and that was never interned (or a member of
+  /// this table) and returns the member of its content. Never null. On `std::bad_alloc` nothing
+  /// has changed.
+  virtual Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object) = 0;
+  /// Installs the notifiee that hears of every insertion and removal, once, while the table is
+  /// empty; it stays until the table dies.
+  virtual void lifeTimeNotifieeIs(Mox::Ptr<const DedupHashTableLifeTimeNotifiee> notifiee) = 0;
+
+  /// How many members there are, dying ones included.
+  virtual U64 members() const = 0;
+  /// Octets of the table itself, without its members.
+  virtual U64 octets() const = 0;
+  void dumpState(const Mox::Ptr<const DumpContext>& context, U32 indent) const;
+
+ protected:
+  friend class DedupHandle;
+  /// Called by the one thread whose release left only the table's own references.
+  virtual void remove(DedupHandle* member) = 0;
+
+  // The steps in a member's life, for the tables below.
+  /// Makes `object` a member; nobody else knows it yet.
+  void enter(DedupHandle& object, bool withNotifier);
+  static void beingDetachedIs(DedupHandle& member) { member.beingDetachedIs(true); }
+  /// The table is going away and leaves the member to its holders.
+  static void detach(DedupHandle& member);
+};
+
+/// `NULL`, or the table's address in lower-case hex.
+std::ostream& operator<<(std::ostream& out, const DedupHashTable* table);
+
+/// Hears what enters and leaves a table. Called on the thread that interns or lets go, with no
+/// lock held, so it may intern and release; it must not throw from `handleInsert`.
+///
+/// For one object insertion is heard before removal. Between two objects nothing is promised, even
+/// if their contents are equal: the removal of a dying one may be heard after the insertion of its
+/// successor.
+class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
+ public:
+  static const Mox::Type type;
+  const Mox::Type& fwkType() const override { return type; }
+
+  /// Must make exactly one DedupHandleLifeTimeNotifier for the member.
+  virtual void handleInsert(const Mox::Ptr<DedupHandle>& member) const = 0;
+  /// No reference to the dying member may be taken, not even for the time of the call.
+  virtual void handleRemove(DedupHandle* member) const = 0;
+  /// The table dies; its members have already been left to their holders.
+  virtual void handleNotificationStop(const Mox::Ptr<const DedupHashTable>& table) const = 0;
+};
+
+/// Follows one member of a table with a notifiee. The reference it holds was taken when the member
+/// entered the table; here it is only adopted. It does not keep the member interned, but keeps its
+/// memory valid.
+class DedupHandleLifeTimeNotifier : public Mox::PtrInterface {
+ public:
+  static const Mox::Type type;
+  const Mox::Type& fwkType() const override { return type; }
+
+  explicit DedupHandleLifeTimeNotifier(const Mox::Ptr<const DedupHandle>& member);
+  ~DedupHandleLifeTimeNotifier() override;
+  DedupHandle* getDedupedObjectRawPtr() const { return member_; }
+
+ private:
+  DedupHandle* member_;
+};
+
+}  // namespace Orv
+
+#include "Orv/DedupHashTableUnorderedSet.h"

@@ -1,0 +1,103 @@
+// The intern table there is: shards, each an open-addressing set with linear probing.
+//
+// A shard keeps two arrays side by side, 32-bit tags and members; a probe runs along the tags and
+// touches an object only where the tag is right. Tag 0 is a free place. Deletion shifts back, so
+// there are no tombstones and a table that has seen much is as quick as a new one.
+//
+// Lock order: a shard's lock is taken with nothing held, and while it is held nothing is called
+// but the equality of members. Under it happen the three steps that must not be seen half done: a
+// look-up takes its reference, an object becomes a member, a member is erased.
+#pragma once
+
+#include "Orv/DedupHashTable.h"
+
+namespace Orv {
+
+class DedupHashTableUnorderedSet final
+    : public Mox::Entity<DedupHashTableUnorderedSet, DedupHashTable> {
+ public:
+  static const Mox::Type type;
+
+  /// A new table. Thread-safe ones have 64 shards, each with a lock; others one and none. Without
+  /// a placement, members are placed by their `hash()`.
+  static Ptr DedupHashTableUnorderedSetIs(bool threadSafe);
+  static Ptr DedupHashTableUnorderedSetIs(bool threadSafe, const DedupPlacement& placement);
+
+  DedupHashTableUnorderedSet(bool threadSafe, const DedupPlacement& placement);
+  ~DedupHashTableUnorderedSet() override;
+
+  Mox::Ptr<DedupHandle> lookupByContent(const DedupContentHandle& content, U32 hash) const override;
+  Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object) override;
+  void lifeTimeNotifieeIs(Mox::Ptr<const DedupHashTableLifeTimeNotifiee> notifiee) override;
+  U64 members() const override;
+  U64 octets() const override;
+
+  // For callers that know how the table places: one place serves look-up and insertion.
+
+  /// The seed for placing in this table.
+  U64 seed() const { return seed_; }
+  /// The member at `place` for which `equal(member)` holds, or null. `equal` runs under a lock: it
+  /// may read the member, no more. Allocates nothing.
+  template <class Equal>
+  Mox::Ptr<DedupHandle> lookup(U64 place, Equal equal) const {
+    Shard& shard = shardOf(place);
+    const Guard guard(*this, shard);
+    return Mox::Ptr<DedupHandle>::adopt(find(shard, tagOf(place), equal));
+  }
+  /// As `dedup(object)`, whose place is known.
+  Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object, U64 place);
+
+ private:
+  // `mask` is the number of places less one; all zero and null until the first member comes.
+  struct alignas(64) Shard {
+    ShardLock lock;
+    U32 mask = 0;
+    U32 size = 0;
+    std::unique_ptr<U32[]> tags;
+    std::unique_ptr<DedupHandle*[]> members;
+  };
+  class Guard {
+   public:
+    Guard(const DedupHashTableUnorderedSet& table, Shard& shard)
+        : lock_(table.shardBits_ ? &shard.lock : nullptr) {
+      if (lock_) lock_->lock();
+    }
+    ~Guard() {
+      if (lock_) lock_->unlock();
+    }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+   private:
+    ShardLock* lock_;
+  };
+
+  // The upper bits of a place choose the shard, the lower 32 are the tag.
+  Shard& shardOf(U64 place) const { return shards_[shardBits_ ? place >> (64 - shardBits_) : 0]; }
+  static U32 tagOf(U64 place) { return U32(place) ? U32(place) : 1; }
+  U32 shardCount() const { return 1u << shardBits_; }
+
+  // A member that is dying is passed by. The reference taken belongs to the caller.
+  template <class Equal>
+  static DedupHandle* find(Shard& shard, U32 tag, Equal equal) {
+    if (!shard.size) return nullptr;
+    for (U32 i = tag & shard.mask; shard.tags[i]; i = (i + 1) & shard.mask)
+      if (shard.tags[i] == tag && equal(*shard.members[i]) &&
+          shard.members[i]->referencesIncIfAlive())
+        return shard.members[i];
+    return nullptr;
+  }
+  static bool reserveOne(Shard& shard);
+  static bool resize(Shard& shard, U32 places);
+  static void place(Shard& shard, U32 tag, DedupHandle* member);
+  static void erase(Shard& shard, U32 tag, const DedupHandle* member);
+  void remove(DedupHandle* member) override;
+
+  const DedupPlacement placement_;
+  const U64 seed_;
+  const U32 shardBits_;
+  const std::unique_ptr<Shard[]> shards_;
+  Mox::Ptr<const DedupHashTableLifeTimeNotifiee> notifiee_;  // set before the first member
+};
+
+}  // namespace Orv

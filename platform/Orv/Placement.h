@@ -1,0 +1,63 @@
+// Where in a table a content lies.
+//
+// The hash of a value is fixed, public and slow: anybody can make thousands of contents of one
+// hash and send them. So a table finds its members by a placement of its own instead, a fast mix
+// over the raw content under a secret seed, drawn once per process.
+#pragma once
+
+#include <cstring>
+
+#include "Orv/DedupHandle.h"
+
+namespace Orv {
+
+/// The process's seed. Drawn at the first call; the same ever after.
+U64 placementSeed();
+
+/// The two halves of the 128-bit product, folded together: every bit of both factors counts.
+inline U64 foldedProduct(U64 a, U64 b) {
+#ifdef __SIZEOF_INT128__
+  __extension__ using U128 = unsigned __int128;
+  const U128 product = U128(a) * b;
+  return U64(product) ^ U64(product >> 64);
+#else
+  const U64 aLow = U32(a), aHigh = a >> 32, bLow = U32(b), bHigh = b >> 32;
+  const U64 low = aLow * bLow, middle = aHigh * bLow + (low >> 32);
+  const U64 middle2 = aLow * bHigh + U32(middle);
+  const U64 high = aHigh * bHigh + (middle >> 32) + (middle2 >> 32);
+  return (middle2 << 32 | U32(low)) ^ high;
+#endif
+}
+
+/// The place of a content of a few words.
+inline U64 placeOf(U64 content, U64 seed) { return foldedProduct(content ^ seed, seed | 1); }
+
+/// The place of `size` octets, in steps of sixteen. Both factors depend on the seed, so that no
+/// content known in advance makes a factor zero and cancels what came before.
+inline U64 placeOf(const void* octets, std::size_t size, U64 seed) {
+  const auto* at = static_cast<const unsigned char*>(octets);
+  const U64 key = foldedProduct(seed, 0x9e3779b97f4a7c15);
+  U64 place = seed ^ size;
+  auto step = [&](const unsigned char* from) {
+    U64 words[2];
+    std::memcpy(words, from, sizeof words);
+    place = foldedProduct(words[0] ^ key, words[1] ^ place);
+  };
+  for (; size >= 16; at += 16, size -= 16) step(at);
+  if (size) {
+    unsigned char rest[16] = {};
+    std::memcpy(rest, at, size);
+    step(rest);
+  }
+  return foldedProduct(place ^ key, seed | 1);
+}
+
+/// How a table places members and contents; given to it when it is made. Both functions must
+/// agree: a member lies where its content is sought.
+struct DedupPlacement {
+  U64 (*ofMember)(const DedupHandle& member, U64 seed);
+  /// Null when only members are placed; such a table is not looked up by content.
+  U64 (*ofContent)(const DedupContentHandle& content, U64 seed);
+};
+
+}  // namespace Orv
