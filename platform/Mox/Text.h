@@ -1,7 +1,9 @@
-// Text of the plain values: what every type's own `valueToStrep` is built from.
+// Text of the plain values: what every type's own `valueToStrep`, `sequenceToValue` and stream
+// output are built from.
 #pragma once
 
 #include <concepts>
+#include <ostream>
 #include <string>
 
 #include "Mox/Types.h"
@@ -17,5 +19,15 @@ String valueToStrep(I value) {
 }
 inline String valueToStrep(const String& value) { return value; }
 inline String valueToStrep(const char* value) { return value; }
+
+/// Reads an unsigned decimal number: digits and nothing else. ParseException says where the first
+/// other character is, RangeException that the number is too large; `value` is then unchanged.
+void sequenceToValue(std::string_view text, U32& value);
+void sequenceToValue(std::string_view text, U64& value);
+
+/// Writes the text as it is: no width, fill, base or locale of the stream changes it.
+inline std::ostream& writeText(std::ostream& stream, std::string_view text) {
+  return stream.write(text.data(), std::streamsize(text.size()));
+}
 
 }  // namespace Mox

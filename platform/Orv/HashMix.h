@@ -17,15 +17,14 @@ namespace Orv {
 
 class HashMix {
  public:
-  constexpr void feed(U8 octet) {
-    state_ += octet;
-    state_ += state_ << 10;
-    state_ ^= state_ >> 6;
-  }
+  /// Feeds the octets of a number. The type says how many: a constant needs one, `U32{5}`.
   template <std::unsigned_integral U>
-    requires(!std::same_as<U, bool>)
   constexpr void feed(U number) {
-    for (std::size_t octet = 0; octet < sizeof(U); ++octet) feed(U8(number >> (8 * octet)));
+    for (std::size_t octet = 0; octet < sizeof(U); ++octet) {
+      state_ += U8(number >> (8 * octet));
+      state_ += state_ << 10;
+      state_ ^= state_ >> 6;
+    }
   }
 
   /// The hash of what was fed so far; feeding may go on afterwards.

@@ -1,0 +1,80 @@
+// Writers of path attributes: the header, then the value, in one buffer.
+//
+//   SerializePathAttribute attribute(BgpPathAttrType::community,
+//                                    BgpPathAttrFlag::optionalTransitive, 4);
+//   attribute.addU32hton(0xFDE80064);
+//   attribute.serializedString()   // C0 08 04 FD E8 00 64
+//
+// The header (RFC 4271, section 4.3):
+//
+//   +-------+------+--------+           +-------+------+--------+--------+
+//   | flags | type | length |    or     | flags | type |     length      |
+//   +-------+------+--------+           +-------+------+--------+--------+
+//
+// The longer one is used, and `extLen` set in the flags, for a value of more than 255 octets; it
+// is also used for a shorter value when the caller's flags have `extLen`.
+#pragma once
+
+#include "agent/Serialize.h"
+#include "attr/BgpPathAttributeEnums.h"
+
+namespace Routing::Bgp {
+
+/// One attribute whose length is known before its value is written.
+class SerializePathAttribute : public Serialize {
+ public:
+  /// Writes the header for a value of `attrSize` octets, which the caller then adds.
+  SerializePathAttribute(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize);
+
+  /// Begins another attribute in the same buffer, which is grown at most once.
+  void clearAndReInit(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize);
+  /// Writes a header at the write position. Asserts "attrType <= 0xFF", "attrFlags <= 0xFF" and
+  /// "attrSize <= 0xFFFF", in this order.
+  void reInitHdr(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize);
+
+  using Serialize::serializedString;
+  /// The attribute, header and value. Asserts "serialized.size() == attrSize_ + headerSize_": the
+  /// value has the length that was announced.
+  Mox::String serializedString() const;
+
+ protected:
+  SerializePathAttribute() = default;
+
+  U32 headerSize_ = 0;  // 3 or 4 once a header is written
+  U32 attrSize_ = 0;    // octets of the value, as announced
+};
+
+/// One attribute whose length shows only when its value is written: the value comes first, behind
+/// room for the longer header.
+///
+///   SerializePathAttributeAutoExtLen attribute;
+///   attribute.addU32hton(0xFDE80064);
+///   attribute.patchHdrAndStringify(BgpPathAttrType::community,
+///                                  BgpPathAttrFlag::optionalTransitive)
+class SerializePathAttributeAutoExtLen : public SerializePathAttribute {
+ public:
+  SerializePathAttributeAutoExtLen() { addU32hton(0); }
+
+  /// The value alone.
+  Mox::String serializeAttributeValue() const { return serializedString(largestHeader); }
+  /// The attribute, its header chosen by the length of the value. `flags` come without `extLen`:
+  /// with it, the header of a value shorter than 256 octets would run over the value's first
+  /// octet. Asserts "attrSize <= 0xFFFF" before anything is written: a longer value would
+  /// otherwise get a header that announces its length modulo 65536.
+  Mox::String patchHdrAndStringify(BgpPathAttrType type, BgpPathAttrFlag flags);
+
+ private:
+  static constexpr U32 largestHeader = 4;
+};
+
+/// A TLV of the Prefix-SID attribute (RFC 8669, section 3): the type octet and the length in two
+/// octets are written, the caller adds the value.
+class SerializedBgpPrefixSidAttribute : public Serialize {
+ public:
+  SerializedBgpPrefixSidAttribute(PrefixSidTlvType tlvType, U16 length) {
+    addU8(U8(tlvType));
+    addU16hton(length);
+  }
+};
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,32 @@
+#include "Zonet/Ip6Addr.h"
+
+#include <arpa/inet.h>
+
+#include <algorithm>
+
+#include "Mox/Exception.h"
+#include "Mox/Text.h"
+
+namespace Zonet {
+
+Mox::String Ip6Addr::toStrep() const {
+  char text[INET6_ADDRSTRLEN];
+  return inet_ntop(AF_INET6, octets_.data(), text, sizeof text);
+}
+
+std::ostream& operator<<(std::ostream& stream, const Ip6Addr& address) {
+  return Mox::writeText(stream, address.toStrep());
+}
+
+void sequenceToValue(std::string_view text, Ip6Addr& address) {
+  // The parser below ends at the first zero octet: one inside the text must not cut it short.
+  char terminated[INET6_ADDRSTRLEN] = {};
+  Ip6Addr::Octets octets;
+  const bool fits = text.size() < sizeof terminated && text.find('\0') == text.npos;
+  if (fits) std::copy(text.begin(), text.end(), terminated);
+  if (!fits || inet_pton(AF_INET6, terminated, octets.data()) != 1)
+    throw Mox::ParseException("not an IPv6 address: \"" + Mox::String(text) + "\"", 0);
+  address = Ip6Addr(octets);
+}
+
+}  // namespace Zonet
