@@ -51,3 +51,15 @@ build() {
   quietly cmake --preset "$preset"
   cmake --build --preset "$preset" ${JOBS:+-j "$JOBS"} ${@:+--target "$@"}
 }
+
+# run_tests PRESET [CTEST ARGUMENT...]
+run_tests() {
+  local preset=$1 random_bits prefix=()
+  shift
+  if [[ $preset == tsan ]]; then
+    # ThreadSanitizer of GCC 12 and Clang 14 cannot map its shadow where newer kernels put code.
+    random_bits=$(cat /proc/sys/vm/mmap_rnd_bits 2>/dev/null || echo 32)
+    if ((random_bits > 28)); then prefix=(setarch -R); fi
+  fi
+  "${prefix[@]}" ctest --preset "$preset" -j "${JOBS:-$(nproc)}" "$@"
+}

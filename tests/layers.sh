@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Holds every #include "..." against the layers: a file may include what stands in its own layer or
+# before it. Run in the root of the source tree; names each include that reaches up.
+set -euo pipefail
+
+# The first pattern that matches a file gives its layer. Layers are of headers: a source file may
+# use what stands beside it in its library, so sources rank as the last layer of theirs.
+layers='
+1 platform/*
+2 attr/*
+6 community/*.cpp
+6 ip6/*.cpp
+6 parse/*.cpp
+5 community/*DedupTable*.h
+3 community/*
+6 ip6/*ListDedupTable*.h
+5 ip6/*DedupTable*.h
+6 ip6/*List*.h
+3 ip6/*
+4 parse/*
+6 community-list/*
+7 tools/*
+7 examples/*
+'
+
+layer_of() {
+  local layer pattern
+  while read -r layer pattern; do
+    # Unquoted on purpose: the pattern is a pattern.
+    if [[ -n $layer && $1 == $pattern ]]; then
+      echo "$layer"
+      return
+    fi
+  done <<<"$layers"
+  echo 0
+}
+
+faults=0
+fault() {
+  echo "$1" >&2
+  faults=$((faults + 1))
+}
+
+declare -A layer
+files=0
+while read -r file; do
+  layer[$file]=$(layer_of "$file")
+  files=$((files + 1))
+  if ((layer[$file] == 0)); then fault "$file: stands in no layer"; fi
+done < <(find * \( -path build -o -path tests -o -path bench \) -prune -o \
+  \( -name '*.h' -o -name '*.cpp' \) -print | sort)
+
+# One line per include: file:line:included. It is found as the compiler does: beside the file, then
+# in platform/, then in the root.
+includes=0
+while IFS=: read -r file line included; do
+  includes=$((includes + 1))
+  for folder in "${file%/*}/" platform/; do
+    if [[ -n ${layer[$folder$included]:-} ]]; then
+      included=$folder$included
+      break
+    fi
+  done
+  if [[ -z ${layer[$included]:-} ]]; then
+    fault "$file:$line: no \"$included\" beside it, in platform/ or in the root"
+  elif ((layer[$file] < layer[$included])); then
+    fault "$file:$line: layer ${layer[$file]} includes \"$included\" of layer ${layer[$included]}"
+  fi
+done < <(printf '%s\0' "${!layer[@]}" | sort -z |
+  xargs -0 awk '/^[ \t]*#[ \t]*include[ \t]*"/ { split($0, part, "\""); print FILENAME ":" FNR ":" part[2] }')
+
+if ((includes == 0)); then fault "no include found in $PWD: not the root of the source tree?"; fi
+echo "layers: $files files, $includes includes, $faults faults"
+((faults == 0))
