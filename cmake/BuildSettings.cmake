@@ -13,8 +13,8 @@ set(CMAKE_INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR} $ORIGIN)
 
 add_compile_options(
   -Wall -Wextra -Wpedantic -Werror
-  # Assertions and debug information name files relative to the source tree.
-  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
+  # Assertions and debug information name files relative to the root of the source tree.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
 
 if(ZOBGP_SANITIZE)
   add_compile_options(-fsanitize=${ZOBGP_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
