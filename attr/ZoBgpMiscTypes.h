@@ -1,0 +1,132 @@
+// Compact values of path attributes: an optional number with bounds, and a word of packed fields.
+//
+//   BgpExtCommPktSubtype subtype;           // unspecified, "-"
+//   subtype.valueIs(2);                     // U64(subtype) is 2
+//   subtype.valueIs(256);                   // RangeException, and unspecified again
+//
+//   BgpDenseU32Attr word;
+//   word.valueU8Is(1, 0xAB);                // word.value() is 0x0000AB00
+//   word.valueBool(8)                       // true
+//
+// Both are plain values, to be held inside the records of others.
+#pragma once
+
+#include "Mox/Type.h"
+#include "Orv/MaybeU63.h"
+
+namespace Routing::Bgp {
+
+/// An unsigned 63-bit number that may be unspecified. Subclasses set the bounds. Those here admit
+/// nothing, on purpose: a plain `BgpMaybeU63` can only be unspecified, and a subclass that forgets
+/// its bounds is found out by its first number.
+class BgpMaybeU63 {
+ public:
+  static const Mox::Type type;
+  static constexpr U64 nullBit = Orv::MaybeU63::nullBit;
+  static constexpr U64 unspecifiedValue = Orv::MaybeU63::unspecifiedValue;
+
+  /// The smallest and the largest number allowed.
+  virtual U64 min() const { return 1; }
+  virtual U64 max() const { return 0; }
+  /// What "unspecified" counts as when paths are compared.
+  virtual U64 bestpathCompareUnspecifiedValue() const { return 0; }
+
+  bool isUnspecified() const { return value_.isUnspecified(); }
+  /// The number. Asserts that there is one.
+  operator U64() const;
+  U64 bestpathCompareValue() const {
+    return isUnspecified() ? bestpathCompareUnspecifiedValue() : value_.word();
+  }
+
+  /// RangeException for a number outside the bounds, which is dropped first: it never survives.
+  void checkValue();
+
+  /// Decimal, or "-" when unspecified.
+  Mox::String toStrep() const { return valueToStrep(value_); }
+
+  friend bool operator==(const BgpMaybeU63& a, const BgpMaybeU63& b) {
+    return a.value_ == b.value_;
+  }
+  friend Mox::String valueToStrep(const BgpMaybeU63& value) { return value.toStrep(); }
+  friend std::ostream& operator<<(std::ostream& stream, const BgpMaybeU63& value) {
+    return stream << value.value_;
+  }
+  /// Reads what `toStrep` writes, as Orv::MaybeU63 does. The bounds are not looked at: whoever
+  /// reads from a stranger's text calls `checkValue()` next.
+  friend void sequenceToValue(std::string_view text, BgpMaybeU63& value) {
+    sequenceToValue(text, value.value_);
+  }
+
+ protected:
+  /// Stores a number and checks it: what the constructors and mutators of subclasses call. One
+  /// that needs the top bit is outside whatever the bounds are.
+  void numberIs(U64 number);
+
+ private:
+  Orv::MaybeU63 value_;
+};
+
+/// The subtype octet of an extended community, unspecified for a type that has no subtypes.
+class BgpExtCommPktSubtype : public BgpMaybeU63 {
+ public:
+  static const Mox::Type type;
+
+  BgpExtCommPktSubtype() = default;
+  explicit BgpExtCommPktSubtype(U64 value) { numberIs(value); }
+
+  U64 min() const override { return 0; }
+  U64 max() const override { return 255; }
+  /// RangeException for a value outside the bounds; the subtype is then unspecified.
+  void valueIs(const U64& value) {
+    if (isUnspecified() || U64(*this) != value) numberIs(value);
+  }
+};
+
+/// A word seen as sixteen flags (bits 0 to 15), four octets or two halves, which overlap: octet 0
+/// is flags 0 to 7, half 0 is octets 0 and 1. The owner decides which part is read how. Every
+/// field always has a value, so nothing can be deleted.
+///
+/// An index beyond a view raises RangeException with the operation's name and changes nothing;
+/// deleting raises NotDeletableException, whatever the index.
+class BgpDenseU32Attr {
+ public:
+  static const Mox::Type type;
+
+  BgpDenseU32Attr() = default;
+  explicit BgpDenseU32Attr(U32 value) : value_(value) {}
+
+  U32 value() const { return value_; }
+  void valueIs(U32 value) { value_ = value; }
+
+  bool valueBool(U8 index) const;
+  void valueBoolIs(U8 index, bool value);
+  [[noreturn]] void valueBoolDel(U8 index);
+
+  U8 valueU8(U8 index) const;
+  void valueU8Is(U8 index, U8 value);
+  [[noreturn]] void valueU8Del(U8 index);
+
+  U16 valueU16(U8 index) const;
+  void valueU16Is(U8 index, U16 value);
+  [[noreturn]] void valueU16Del(U8 index);
+
+  friend bool operator==(const BgpDenseU32Attr&, const BgpDenseU32Attr&) = default;
+  /// The word in decimal.
+  friend Mox::String valueToStrep(const BgpDenseU32Attr& attr) {
+    return Mox::valueToStrep(attr.value_);
+  }
+  friend std::ostream& operator<<(std::ostream& stream, const BgpDenseU32Attr& attr) {
+    return Mox::writeText(stream, valueToStrep(attr));
+  }
+  friend void sequenceToValue(std::string_view text, BgpDenseU32Attr& attr) {
+    Mox::sequenceToValue(text, attr.value_);
+  }
+
+ private:
+  U32 value_ = 0;
+};
+
+static_assert(sizeof(BgpMaybeU63) == sizeof(void*) + sizeof(U64));
+static_assert(sizeof(BgpDenseU32Attr) == sizeof(U32));
+
+}  // namespace Routing::Bgp
