@@ -36,9 +36,9 @@ constexpr View halves{2, 16};
 const Mox::Type BgpMaybeU63::type{
     "Routing::Bgp::BgpMaybeU63",
     nullptr,
-    {Mox::attribute<&BgpMaybeU63::isUnspecified>("isUnspecified"),
-     Mox::attribute<&BgpMaybeU63::toStrep>("toStrep"), Mox::attribute<&BgpMaybeU63::min>("min"),
-     Mox::attribute<&BgpMaybeU63::max>("max"),
+    {Mox::attribute<&BgpMaybeU63::toStrep>("toStrep"),
+     Mox::attribute<&BgpMaybeU63::isUnspecified>("isUnspecified"),
+     Mox::attribute<&BgpMaybeU63::min>("min"), Mox::attribute<&BgpMaybeU63::max>("max"),
      Mox::attribute<&BgpMaybeU63::bestpathCompareValue>("bestpathCompareValue"),
      Mox::attribute<&BgpMaybeU63::bestpathCompareUnspecifiedValue>(
          "bestpathCompareUnspecifiedValue"),

@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 
 #include "Mox/Exception.h"
-#include "Mox/PtrInterface.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -24,43 +24,37 @@ void variableIs(const char* name, const char* value) {
     ::unsetenv(name);
 }
 
+/// The four lines, each behind `indent`.
+Mox::String lines(const Mox::String& indent, const char* mt, const char* rxMt) {
+  return indent + "ZoBgp Globals\n" + indent + "   multiThreaded : " + mt + "\n" + indent +
+         "   rxMultiThreaded : " + rxMt + "\n" + indent + "   bribMultiThreaded : 0\n";
+}
+
+struct Case {
+  const char *mtVariable, *rxMtVariable;  // null: not set
+  const char *mt, *rxMt;
+};
+
 /// Runs in a process of its own: the answers are found once per process. Asks twice, the
-/// environment turned round between, and ends with 0 when both dumps are the expected one.
-[[noreturn]] void askTwice(const char* mt, const char* rxMt, const Mox::String& expected) {
-  variableIs("DISABLE_ZOBGP_MT", mt);
-  variableIs("DISABLE_ZOBGP_RX_MT", rxMt);
+/// environment turned round between, and ends with 0 when both dumps are as expected.
+[[noreturn]] void askTwice(const Case& c) {
+  variableIs("DISABLE_ZOBGP_MT", c.mtVariable);
+  variableIs("DISABLE_ZOBGP_RX_MT", c.rxMtVariable);
   const Mox::String first = dump(0);
-  variableIs("DISABLE_ZOBGP_MT", mt ? nullptr : "1");
-  variableIs("DISABLE_ZOBGP_RX_MT", rxMt ? nullptr : "1");
-  const Mox::String second = dump(0);
-  if (first != expected || second != expected) std::fprintf(stderr, "%s", (first + second).c_str());
-  std::exit(first == expected && second == expected ? 0 : 1);
+  variableIs("DISABLE_ZOBGP_MT", c.mtVariable ? nullptr : "1");
+  variableIs("DISABLE_ZOBGP_RX_MT", c.rxMtVariable ? nullptr : "1");
+  const Mox::String second = dump(4);
+  std::fprintf(stderr, "%s%s", first.c_str(), second.c_str());
+  std::exit(first == lines("", c.mt, c.rxMt) && second == lines("    ", c.mt, c.rxMt) ? 0 : 1);
 }
 
 TEST(ZoBgpGlobalsDeathTest, AnswersFromTheEnvironmentOnce) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // starts the program anew
-  struct {
-    const char* mt;
-    const char* rxMt;
-    const char* answers[2];
-  } const cases[] = {
-      {nullptr, nullptr, {"1", "1"}}, {nullptr, "", {"1", "0"}},  {nullptr, "1", {"1", "0"}},
-      {"", nullptr, {"0", "0"}},      {"0", nullptr, {"0", "0"}}, {"1", "1", {"0", "0"}},
+  const Case cases[] = {
+      {nullptr, nullptr, "1", "1"}, {nullptr, "", "1", "0"},  {nullptr, "1", "1", "0"},
+      {"", nullptr, "0", "0"},      {"0", nullptr, "0", "0"}, {"1", "1", "0", "0"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(std::pair(c.mt, c.rxMt)));
-    const Mox::String expected =
-        Mox::String("ZoBgp Globals\n") + "   multiThreaded : " + c.answers[0] +
-        "\n   rxMultiThreaded : " + c.answers[1] + "\n   bribMultiThreaded : 0\n";
-    EXPECT_EXIT(askTwice(c.mt, c.rxMt, expected), testing::ExitedWithCode(0), "");
-  }
-}
-
-TEST(ZoBgpGlobals, DumpsIndented) {
-  const Mox::String text = dump(4);
-  EXPECT_EQ(text.find("    ZoBgp Globals\n       multiThreaded : "), 0u) << text;
-  EXPECT_NE(text.find("\n       rxMultiThreaded : "), text.npos) << text;
-  EXPECT_NE(text.find("\n       bribMultiThreaded : 0\n"), text.npos) << text;
+  for (const Case& c : cases) EXPECT_EXIT(askTwice(c), testing::ExitedWithCode(0), "");
 }
 
 TEST(ZoBgpGlobals, HasTheEmptyText) {

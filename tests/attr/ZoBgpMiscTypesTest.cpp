@@ -57,12 +57,8 @@ TEST(BgpMaybeU63, DropsWhatItsBoundsRefuse) {
     EXPECT_EQ(subtype.bestpathCompareValue(), 0u);
     EXPECT_EQ(raised([&] { BgpExtCommPktSubtype{refused}; }), outOfBounds);
   }
-  for (U64 refused : {0ULL, 1ULL << 63}) {
-    Wide wide;
-    wide.numberIs(5);
-    EXPECT_EQ(raised([&] { wide.numberIs(refused); }), outOfBounds) << refused;
-    EXPECT_TRUE(wide.isUnspecified());
-  }
+  for (U64 refused : {0ULL, 1ULL << 63})
+    EXPECT_EQ(raised([&] { Wide().numberIs(refused); }), outOfBounds) << refused;
   EXPECT_DEATH(BgpMaybeU63().operator U64(),
                "ZoBgpMiscTypes.*: Caller must check isUnspecified\\(\\) before getting "
                "value\\(\\)\n");
@@ -78,11 +74,9 @@ TEST(BgpMaybeU63, ReadsTextWithoutLookingAtItsBounds) {
   stream << subtype << BgpExtCommPktSubtype(20);
   EXPECT_EQ(stream.str(), "-20");
 
-  BgpMaybeU63 plain;
-  for (const char* text : {"0", "1"}) {
-    sequenceToValue(text, plain);
-    EXPECT_EQ(raised([&] { plain.checkValue(); }), outOfBounds) << text;
-  }
+  BgpMaybeU63 plain;  // admits nothing, not even its own bound
+  sequenceToValue("1", plain);
+  EXPECT_EQ(raised([&] { plain.checkValue(); }), outOfBounds);
 }
 
 TEST(BgpDenseU32Attr, ViewsOneWordInThreeWays) {
@@ -130,13 +124,11 @@ TEST(BgpDenseU32Attr, RefusesByTheNameOfTheOperation) {
 TEST(CompactValues, AreReadThroughReflection) {
   const BgpExtCommPktSubtype subtype(9);
   const BgpDenseU32Attr word(43776);
-  std::string all;
-  for (const Mox::Attribute& a : Mox::Type::find("Routing::Bgp::BgpMaybeU63")->attributes())
-    if (a.read) all += a.name + "=" + a.read(static_cast<const BgpMaybeU63*>(&subtype)) + " ";
-  EXPECT_EQ(all,
-            "isUnspecified=False toStrep=9 min=0 max=255 bestpathCompareValue=9 "
-            "bestpathCompareUnspecifiedValue=0 ");
-  EXPECT_EQ(Mox::Type::find("Routing::Bgp::BgpDenseU32Attr")->attributes()[0].read(&word), "43776");
+  const auto first = [](const Mox::Type& type, const void* object) {
+    return type.attributes()[0].name + "=" + type.attributes()[0].read(object);
+  };
+  EXPECT_EQ(first(*BgpExtCommPktSubtype::type.base(), &subtype), "toStrep=9");
+  EXPECT_EQ(first(BgpDenseU32Attr::type, &word), "value=43776");
 }
 
 }  // namespace
