@@ -1,0 +1,46 @@
+#include "Attributes.h"
+
+#include <utility>
+
+namespace bgpcomm {
+
+AttributeHeader takeAttributeHeader(Cursor& in) {
+  constexpr U8 extendedLength = 0x10;
+  AttributeHeader header{in.u8(), in.u8(), 0};
+  header.length = header.flags & extendedLength ? in.u16() : in.u8();
+  return header;
+}
+
+CommunityValues findCommunities(Octets attributes, FaultCounts& faults) {
+  CommunityValues values;
+  std::array<bool, kindCount> seen{};
+  Cursor in(attributes);
+  while (!in.atEnd()) {
+    const AttributeHeader header = takeAttributeHeader(in);
+    const Octets value = in.take(header.length);
+    if (!in) {
+      faults.add(Fault::attrOverrun);
+      break;
+    }
+    const std::size_t kind = kindOfAttribute(header.type);
+    if (kind == kindCount || std::exchange(seen[kind], true)) continue;
+    if (value.empty() || value.size() % kindRows[kind].valueSize != 0)
+      faults.add(Fault::attrLength);
+    else
+      values[kind] = value;
+  }
+  return values;
+}
+
+std::optional<Octets> findAttribute(Octets attributes, U8 type) {
+  Cursor in(attributes);
+  while (!in.atEnd()) {
+    const AttributeHeader header = takeAttributeHeader(in);
+    const Octets value = in.take(header.length);
+    if (!in) break;
+    if (header.type == type) return value;
+  }
+  return std::nullopt;
+}
+
+}  // namespace bgpcomm

@@ -1,0 +1,63 @@
+#include "Commands.h"
+#include "Mox/Type.h"
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+/// By its qualified name, or by the end of it when only one type ends so.
+const Mox::Type& findType(const std::string& name) {
+  if (const Mox::Type* const type = Mox::Type::find(name)) return *type;
+  const Mox::Type* found = nullptr;
+  for (const Mox::Type* const type : Mox::Type::all()) {
+    if (!type->name().ends_with("::" + name)) continue;
+    if (found) throw UsageError(name + ": several types have this name, write it in full");
+    found = type;
+  }
+  if (!found) throw UsageError(name + ": no such type, bgpcomm describe lists them");
+  return *found;
+}
+
+std::string_view kindText(Mox::Attribute::Kind kind) {
+  switch (kind) {
+    case Mox::Attribute::Kind::value:
+      return "value";
+    case Mox::Attribute::Kind::collection:
+      return "collection";
+    case Mox::Attribute::Kind::operation:
+      return "operation";
+  }
+  return "";
+}
+
+void describe(const Mox::Type& type) {
+  print(type.name() + '\n');
+  for (const Mox::Type* base = type.base(); base; base = base->base())
+    print("  base " + base->name() + '\n');
+  for (const Mox::Type* owner = &type; owner; owner = owner->base())
+    for (const Mox::Attribute& attribute : owner->attributes())
+      print("  " + std::string(kindText(attribute.kind)) + ' ' + attribute.name +
+            (owner == &type ? "" : "  (" + owner->name() + ')') + '\n');
+  for (const Mox::Enumerator& enumerator : type.enumerators())
+    print("  " + std::to_string(enumerator.value) + ' ' + enumerator.name +
+          (enumerator.member ? "" : "  (no valid value)") + '\n');
+}
+
+}  // namespace
+
+void addDescribe(CLI::App& app, int& exitCode) {
+  const auto name = std::make_shared<std::string>();
+  CLI::App* const command = addCommand(
+      app, "describe", "List the library's types, or the attributes and names of one of them.",
+      "bgpcomm describe Routing::Bgp::CommList");
+  command->add_option("TYPE", *name, "Its name, qualified or not");
+  command->callback([name, &exitCode] {
+    if (name->empty())
+      for (const Mox::Type* const type : Mox::Type::all()) print(type->name() + '\n');
+    else
+      describe(findType(*name));
+    exitCode = 0;
+  });
+}
+
+}  // namespace bgpcomm

@@ -1,0 +1,37 @@
+// What can be wrong with a file, counted under the names that `summary --json` prints.
+#pragma once
+
+#include <array>
+#include <numeric>
+#include <string_view>
+
+#include "Mox/Types.h"
+
+namespace bgpcomm {
+using namespace Mox::Words;
+
+enum class Fault : U8 {
+  attrLength,       ///< a community attribute that is empty or no multiple of its value's size
+  attrOverrun,      ///< an attribute that goes beyond its block
+  badRecord,        ///< a record whose fields do not fit into it
+  truncatedRecord,  ///< the file ends inside a record
+  compression,      ///< compressed data that are damaged or cut short
+};
+
+inline constexpr std::array<std::string_view, 5> faultNames = {
+    "attrLength", "attrOverrun", "badRecord", "truncatedRecord", "compression"};
+
+class FaultCounts {
+ public:
+  void add(Fault fault) { ++counts_[std::size_t(fault)]; }
+  void add(const FaultCounts& other) {
+    for (std::size_t i = 0; i < counts_.size(); ++i) counts_[i] += other.counts_[i];
+  }
+  U64 operator[](Fault fault) const { return counts_[std::size_t(fault)]; }
+  U64 total() const { return std::accumulate(counts_.begin(), counts_.end(), U64{0}); }
+
+ private:
+  std::array<U64, faultNames.size()> counts_{};
+};
+
+}  // namespace bgpcomm

@@ -1,0 +1,112 @@
+#include "Input.h"
+
+#include <system_error>
+
+namespace bgpcomm {
+
+Input::Input(const std::string& file) : source_(file), filler_([this] { fillBlocks(); }) {}
+
+Input::~Input() {
+  {
+    const std::lock_guard lock(mutex_);
+    stopped_ = true;
+  }
+  changed_.notify_all();
+  filler_.join();
+}
+
+void Input::fillBlocks() {
+  std::exception_ptr failure;
+  try {
+    const std::unique_ptr<Decoder> decoder = makeDecoder(source_);
+    bool more = true;
+    while (more && waitForFreeBlock()) {
+      std::vector<U8>& block = blocks_[filled_ % blockCount];
+      if (block.empty()) block.resize(blockSize);
+      const std::size_t size = decoder->decode(block);
+      more = size > 0;
+      if (more) {
+        const std::lock_guard lock(mutex_);
+        sizes_[filled_ % blockCount] = size;
+        ++filled_;
+      }
+      changed_.notify_all();
+    }
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  store(failure);
+}
+
+bool Input::waitForFreeBlock() {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return stopped_ || filled_ - shown_ < blockCount; });
+  return !stopped_;
+}
+
+void Input::store(std::exception_ptr failure) {
+  std::optional<Fault> fault;
+  try {
+    if (failure) std::rethrow_exception(failure);
+  } catch (const CompressionError& error) {
+    fault = Fault{true, error.what()};
+  } catch (const std::system_error& error) {
+    fault = Fault{false, error.code().message()};
+  } catch (const std::exception& error) {
+    fault = Fault{false, error.what()};
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    stored_ = std::move(fault);
+    ended_ = true;
+  }
+  changed_.notify_all();
+}
+
+/// Gives the finished block back and waits for the next.
+bool Input::nextBlock() {
+  std::unique_lock lock(mutex_);
+  if (holdsBlock_) {
+    holdsBlock_ = false;
+    ++shown_;
+    changed_.notify_all();
+  }
+  changed_.wait(lock, [this] { return ended_ || shown_ < filled_; });
+  if (shown_ == filled_) {
+    fault_ = stored_;
+    return false;
+  }
+  holdsBlock_ = true;
+  current_ = Octets(blocks_[shown_ % blockCount]).first(sizes_[shown_ % blockCount]);
+  return true;
+}
+
+Octets Input::ahead(std::size_t size) {
+  if (joinedTaken_ == joined_.size()) {
+    joined_.clear();
+    joinedTaken_ = 0;
+    while (current_.empty())
+      if (!nextBlock()) return {};
+    if (current_.size() >= size) return current_;
+  }
+  // What lies across blocks is copied, no more than asked for.
+  joined_.erase(joined_.begin(), joined_.begin() + std::ptrdiff_t(joinedTaken_));
+  joinedTaken_ = 0;
+  while (joined_.size() < size) {
+    if (current_.empty() && !nextBlock()) break;
+    const std::size_t part = std::min(size - joined_.size(), current_.size());
+    joined_.insert(joined_.end(), current_.begin(), current_.begin() + std::ptrdiff_t(part));
+    current_ = current_.subspan(part);
+  }
+  return joined_;
+}
+
+void Input::take(std::size_t size) {
+  offset_ += size;
+  if (joined_.empty())
+    current_ = current_.subspan(size);
+  else
+    joinedTaken_ += size;
+}
+
+}  // namespace bgpcomm

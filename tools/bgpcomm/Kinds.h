@@ -1,0 +1,80 @@
+// The kinds of communities, one row each. The commands know kinds only through these rows and
+// through KindTable: a further kind is a row, and a traits struct in Kinds.cpp.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Octets.h"
+
+namespace bgpcomm {
+
+struct ValueUse {
+  std::string text;
+  U64 uses = 0;  ///< paths that carry it
+};
+
+struct KindFigures {
+  U64 attributes = 0;
+  U64 communities = 0;  ///< as on the wire, repeats included
+  U64 distinctValues = 0;
+  U64 distinctLists = 0;  ///< members of the intern table
+  U64 internedOctets = 0;
+  U64 unsharedOctets = 0;  ///< had each path a list of its own
+  std::vector<ValueUse> mostUsed;
+};
+
+/// The intern table of one kind, and the lists that the paths of a file hold in it.
+class KindTable {
+ public:
+  virtual ~KindTable() = default;
+
+  /// Interns the list in an attribute's value and keeps it for one path: one pointer. Gives the
+  /// reason when the list is refused.
+  virtual std::optional<std::string> hold(Octets value) = 0;
+  /// Takes over what the paths of another table of this kind hold, with their numbers.
+  virtual void add(const KindTable& other) = 0;
+  /// The figures of all that is held. Octets are those allocated since this table was made, so
+  /// no other may fill meanwhile.
+  virtual KindFigures figures() const = 0;
+
+  // Of a single attribute's value; nothing is kept.
+
+  struct Text {
+    bool good = true;
+    std::string text;  ///< or why the list was refused
+  };
+  /// `65000:100 no-export`.
+  virtual Text text(Octets value, bool names) const = 0;
+  /// The same, value by value; empty when the list was refused.
+  virtual std::vector<std::string> texts(Octets value, bool names) const = 0;
+  /// The attribute that the interned list writes, header included.
+  virtual Text serialized(Octets value) const = 0;
+};
+
+struct KindRow {
+  std::string_view key;    ///< in JSON
+  std::string_view title;  ///< in tables
+  U8 attribute;
+  std::size_t valueSize;
+  /// Null for a kind whose lists the library does not have; its attributes are checked for their
+  /// length alone.
+  std::unique_ptr<KindTable> (*makeTable)();
+  /// The octets of a value written as text; nothing when the text is of another form.
+  std::optional<std::vector<U8>> (*readValue)(std::string_view text);
+};
+
+inline constexpr std::size_t kindCount = 4;
+extern const std::array<KindRow, kindCount> kindRows;
+
+/// By the number of the kind; null for a kind without lists.
+using KindTables = std::array<std::unique_ptr<KindTable>, kindCount>;
+KindTables makeKindTables();
+
+/// The number of the kind that has the attribute; `kindCount` when none has.
+std::size_t kindOfAttribute(U8 attribute);
+
+}  // namespace bgpcomm

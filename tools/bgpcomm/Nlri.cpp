@@ -1,0 +1,136 @@
+#include "Nlri.h"
+
+#include <arpa/inet.h>
+
+#include <algorithm>
+
+#include "Attributes.h"
+#include "Hex.h"
+
+namespace bgpcomm {
+namespace {
+
+constexpr U16 afiL2vpn = 25;
+constexpr U16 afiLinkState = 16388;
+
+bool isIp(Family family) {
+  return (family.afi == afiIpv4 || family.afi == afiIpv6) &&
+         (family.safi == safiUnicast || family.safi == safiMulticast);
+}
+
+/// How many octets an encoded prefix takes, as its first octets say.
+enum class LengthForm {
+  bits,        ///< 1 octet: bits that follow (RFC 4760, and most families)
+  typeOctets,  ///< type 1, length in octets 1 (EVPN, multicast VPN)
+  octets16,    ///< length in octets 2 (VPLS)
+  type16,      ///< type 2, length in octets 2 (link state)
+  archType16,  ///< architecture 1, type 2, length in octets 1 (mobile user plane)
+  flow,        ///< length in octets: 1, or 2 beginning with 0xf (RFC 8955)
+};
+
+LengthForm lengthForm(Family family) {
+  switch (family.safi) {
+    case 5:
+      return LengthForm::typeOctets;
+    case 65:
+      return family.afi == afiL2vpn ? LengthForm::octets16 : LengthForm::bits;
+    case 70:
+      return LengthForm::typeOctets;
+    case 71:
+    case 72:
+      return family.afi == afiLinkState ? LengthForm::type16 : LengthForm::bits;
+    case 85:
+      return LengthForm::archType16;
+    case 133:
+    case 134:
+      return LengthForm::flow;
+    default:
+      return LengthForm::bits;
+  }
+}
+
+std::size_t payloadSize(Cursor& in, Family family) {
+  switch (lengthForm(family)) {
+    case LengthForm::typeOctets:
+      in.take(1);
+      return in.u8();
+    case LengthForm::octets16:
+      return in.u16();
+    case LengthForm::type16:
+      in.take(2);
+      return in.u16();
+    case LengthForm::archType16:
+      in.take(3);
+      return in.u8();
+    case LengthForm::flow: {
+      const unsigned first = in.u8();
+      return first < 0xf0 ? first : (first & 0x0f) << 8 | in.u8();
+    }
+    case LengthForm::bits:
+      break;
+  }
+  return (in.u8() + 7u) / 8;
+}
+
+using Visit = std::function<void(const Prefix&)>;
+
+/// All prefixes up to the end; false when one does not fit.
+bool visitAll(Cursor in, Family family, bool addPath, const Visit& visit) {
+  while (!in.atEnd()) {
+    std::optional<U32> id;
+    if (addPath) id = in.u32();
+    const std::optional<Octets> nlri = takeNlri(in, family);
+    if (!nlri) return false;
+    visit({family, *nlri, id});
+  }
+  return true;
+}
+
+//   family 3, next hop 1 + n, reserved 1, prefixes
+bool visitReach(Octets value, bool addPath, const Visit& visit) {
+  Cursor in(value);
+  const Family family{in.u16(), in.u8()};
+  in.take(in.u8());
+  in.take(1);
+  return in && visitAll(in, family, addPath, visit);
+}
+
+}  // namespace
+
+std::optional<Octets> takeNlri(Cursor& in, Family family) {
+  const Octets from = in.left();
+  const std::size_t size = payloadSize(in, family);
+  in.take(size);
+  const bool tooLong = isIp(family) && size > (family.afi == afiIpv4 ? 4 : 16);
+  if (!in || tooLong) return std::nullopt;
+  return from.first(from.size() - in.left().size());
+}
+
+std::string addressText(Octets address) {
+  char text[INET6_ADDRSTRLEN] = "-";
+  if (address.size() == 4 || address.size() == 16)
+    inet_ntop(address.size() == 4 ? AF_INET : AF_INET6, address.data(), text, sizeof text);
+  return text;
+}
+
+std::string nlriText(Family family, Octets nlri) {
+  if (!isIp(family))
+    return std::to_string(family.afi) + '/' + std::to_string(family.safi) + ':' + hex(nlri);
+  std::array<U8, 16> address{};
+  std::copy(nlri.begin() + 1, nlri.end(), address.begin());
+  return addressText(Octets(address).first(family.afi == afiIpv4 ? 4 : 16)) + '/' +
+         std::to_string(nlri[0]);
+}
+
+bool visitPrefixes(const Path& path, const Visit& visit) {
+  constexpr U8 mpReach = 14;
+  if (path.fromTable) {
+    visit({path.family, path.nlri, path.pathId});
+    return true;
+  }
+  const bool whole = visitAll(Cursor(path.nlri), path.family, path.addPath, visit);
+  const std::optional<Octets> reach = findAttribute(path.attributes, mpReach);
+  return (!reach || visitReach(*reach, path.addPath, visit)) && whole;
+}
+
+}  // namespace bgpcomm

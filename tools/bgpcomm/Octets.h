@@ -1,0 +1,53 @@
+// A cursor over octets in network order. Reading beyond the end yields zeros and empty spans and
+// marks the cursor as failed, so that a parser asks once, after a group of fields.
+//
+//   Cursor in(body);
+//   const U16 view = in.u16(), sequence = in.u16();
+//   if (!in) return false;
+#pragma once
+
+#include <span>
+
+#include "Mox/Types.h"
+
+namespace bgpcomm {
+using namespace Mox::Words;
+
+using Octets = std::span<const U8>;
+
+class Cursor {
+ public:
+  explicit Cursor(Octets octets) : left_(octets) {}
+
+  U8 u8() { return U8(number(1)); }
+  U16 u16() { return U16(number(2)); }
+  U32 u32() { return number(4); }
+  /// The next `size` octets; empty, and the cursor failed, when there are fewer.
+  Octets take(std::size_t size) {
+    if (size > left_.size()) {
+      failed_ = true;
+      left_ = {};
+      return {};
+    }
+    const Octets taken = left_.first(size);
+    left_ = left_.subspan(size);
+    return taken;
+  }
+
+  Octets left() const { return left_; }
+  bool atEnd() const { return left_.empty(); }
+  /// Whether everything asked for was there.
+  explicit operator bool() const { return !failed_; }
+
+ private:
+  U32 number(std::size_t size) {
+    U32 value = 0;
+    for (const U8 octet : take(size)) value = value << 8 | octet;
+    return value;
+  }
+
+  Octets left_;
+  bool failed_ = false;
+};
+
+}  // namespace bgpcomm

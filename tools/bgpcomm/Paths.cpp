@@ -1,0 +1,164 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "Nlri.h"
+#include "Reading.h"
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+/// A value that a path must carry.
+struct Wanted {
+  std::size_t kind;
+  std::vector<U8> value;
+};
+
+struct Options {
+  std::vector<std::string> files;
+  std::vector<std::string> communities;
+  bool names = false;
+  bool numeric = false;
+  bool json = false;
+};
+
+Wanted readWanted(const std::string& text) {
+  for (std::size_t kind = 0; kind < kindCount; ++kind)
+    if (kindRows[kind].readValue)
+      if (const auto value = kindRows[kind].readValue(text)) return {kind, *value};
+  throw UsageError("--community " + text +
+                   ": neither two numbers up to 65535 with a colon between nor a known name");
+}
+
+bool carries(const CommunityValues& values, const Wanted& wanted) {
+  for (Octets left = values[wanted.kind]; !left.empty(); left = left.subspan(wanted.value.size()))
+    if (std::equal(wanted.value.begin(), wanted.value.end(), left.begin())) return true;
+  return false;
+}
+
+/// `2026-07-30T14:00:00Z`, with microseconds where the dump has them.
+std::string timeText(const Path& path) {
+  const std::time_t seconds = path.seconds;
+  std::tm utc{};
+  gmtime_r(&seconds, &utc);
+  char text[64];
+  std::size_t size = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc);
+  if (path.microseconds)
+    size += std::size_t(
+        std::snprintf(text + size, sizeof text - size, ".%06u", unsigned(*path.microseconds)));
+  return std::string(text, size) + 'Z';
+}
+
+class PathPrinter {
+ public:
+  PathPrinter(bool names, bool json) : names_(names), json_(json) {}
+
+  void print(const Path& path, const CommunityValues& values) {
+    bgpcomm::print(json_ ? jsonLine(path, values) : textLine(path, values));
+  }
+
+ private:
+  std::string textLine(const Path& path, const CommunityValues& values) {
+    std::string line = timeText(path) + '\t' + addressText(path.peer.address) + " AS" +
+                       std::to_string(path.peer.asNumber) + '\t';
+    const std::size_t start = line.size();
+    const auto separate = [&line, start] {
+      if (line.size() > start) line += ' ';
+    };
+    const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
+      separate();
+      line += nlriText(prefix.family, prefix.nlri);
+      if (prefix.pathId) line += '#' + std::to_string(*prefix.pathId);
+    });
+    if (!whole) separate(), line += '?';
+    if (line.size() == start) line += '-';
+    return line + '\t' + communities(values) + '\n';
+  }
+
+  std::string communities(const CommunityValues& values) {
+    std::string text;
+    for (std::size_t kind = 0; kind < kindCount; ++kind) {
+      if (!tables_[kind] || values[kind].empty()) continue;
+      const KindTable::Text list = tables_[kind]->text(values[kind], names_);
+      if (list.good) text += (text.empty() ? "" : " ") + list.text;
+    }
+    return text.empty() ? "-" : text;
+  }
+
+  std::string jsonLine(const Path& path, const CommunityValues& values) {
+    nlohmann::ordered_json object;
+    object["time"] = timeText(path);
+    object["peer"] = addressText(path.peer.address);
+    object["peerAs"] = path.peer.asNumber;
+    nlohmann::ordered_json prefixes = nlohmann::ordered_json::array();
+    const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
+      nlohmann::ordered_json entry = {{"prefix", nlriText(prefix.family, prefix.nlri)}};
+      if (prefix.pathId) entry["pathId"] = *prefix.pathId;
+      prefixes.push_back(std::move(entry));
+    });
+    object["prefixes"] = std::move(prefixes);
+    if (!whole) object["prefixesCutShort"] = true;
+    for (std::size_t kind = 0; kind < kindCount; ++kind)
+      if (tables_[kind]) object[std::string(kindRows[kind].key)] = list(kind, values[kind]);
+    return object.dump() + '\n';
+  }
+
+  nlohmann::ordered_json list(std::size_t kind, Octets value) {
+    nlohmann::ordered_json texts = nlohmann::ordered_json::array();
+    if (!value.empty())
+      for (const std::string& text : tables_[kind]->texts(value, names_)) texts.push_back(text);
+    return texts;
+  }
+
+  bool names_;
+  bool json_;
+  KindTables tables_ = makeKindTables();
+};
+
+int runPaths(const Options& options) {
+  std::vector<Wanted> wanted;
+  for (const std::string& text : options.communities) wanted.push_back(readWanted(text));
+  PathPrinter printer(!options.numeric, options.json);
+  // A bar between lines on the same screen would only disturb.
+  const ReadOptions reading{.progress = !::isatty(STDOUT_FILENO)};
+  bool good = true;
+  for (const std::string& file : options.files) {
+    const ReadResult result =
+        readFile(file, reading, [&](const Path& path, const CommunityValues& values, Place) {
+          const bool all = std::all_of(wanted.begin(), wanted.end(),
+                                       [&](const Wanted& one) { return carries(values, one); });
+          if (all) printer.print(path, values);
+        });
+    good = good && !result.failed;
+  }
+  return good ? 0 : exitBadData;
+}
+
+}  // namespace
+
+void addPaths(CLI::App& app, int& exitCode) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const command =
+      addCommand(app, "paths",
+                 "Print one line per path, fields separated by tabs: time, peer, prefixes "
+                 "(PREFIX#ID with ADD-PATH), communities.",
+                 "bgpcomm paths --community 65000:100 --community no-export rib.bz2");
+  command->add_option("FILE", options->files, "MRT files: plain, gz, bz2, xz, zst; - is stdin")
+      ->required();
+  command
+      ->add_option("--community", options->communities,
+                   "Only paths that carry it, as 65000:100 or no-export; given again, all of them")
+      ->allow_extra_args(false);
+  CLI::Option* const names =
+      command->add_flag("--names", options->names, "Names for well-known communities (default)");
+  command->add_flag("--numeric", options->numeric, "Numbers for all communities")->excludes(names);
+  command->add_flag("--json", options->json, "One JSON object per line");
+  command->callback([options, &exitCode] { exitCode = runPaths(*options); });
+}
+
+}  // namespace bgpcomm

@@ -1,0 +1,62 @@
+#include "Reading.h"
+
+#include <system_error>
+
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+/// What ended the file before its end.
+void reportEnd(const std::string& file, const Input& input, const RecordReader& reader,
+               ReadResult& result) {
+  const std::string place = placeText({reader.records() + 1, input.offset()});
+  const auto& truncation = reader.truncation();
+  if (truncation) result.faults.add(Fault::truncatedRecord);
+  if (input.fault()) {
+    if (input.fault()->compression) result.faults.add(Fault::compression);
+    printError(file + ": " + input.fault()->text + place);
+  } else if (truncation) {
+    printError(file + ": ends inside a record, " + std::to_string(truncation->there) + " of " +
+               std::to_string(truncation->wanted) + " octets" + place);
+  }
+  result.failed = truncation || input.fault();
+}
+
+}  // namespace
+
+std::string placeText(Place place) {
+  return " (record " + std::to_string(place.record) + ", octet " + std::to_string(place.octet) +
+         ')';
+}
+
+ReadResult readFile(const std::string& file, const ReadOptions& options, const VisitPath& visit) {
+  ReadResult result;
+  std::optional<Input> input;
+  try {
+    input.emplace(file);
+  } catch (const std::system_error& error) {
+    printError(file + ": " + error.code().message());
+    result.failed = result.unopened = true;
+    return result;
+  }
+  RecordReader reader(*input);
+  {
+    PathCutter cutter;
+    Progress progress(file, *input, options.progress);
+    while (const std::optional<Record> record = reader.next()) {
+      const Place place{record->number, record->offset};
+      const bool whole = cutter.cut(*record, [&](const Path& path) {
+        ++result.paths;
+        progress.update(result.paths);
+        visit(path, findCommunities(path.attributes, result.faults), place);
+      });
+      if (!whole) result.faults.add(Fault::badRecord);
+    }
+  }
+  result.records = reader.records();
+  reportEnd(file, *input, reader, result);
+  return result;
+}
+
+}  // namespace bgpcomm

@@ -1,0 +1,41 @@
+// Reads a file to its end, or to its fault: what every command that takes files does.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Attributes.h"
+#include "Mrt.h"
+
+namespace bgpcomm {
+
+struct ReadOptions {
+  bool progress = true;
+};
+
+struct ReadResult {
+  U64 records = 0;
+  U64 paths = 0;
+  FaultCounts faults;
+  /// The file could not be opened, or not be read to its end.
+  bool failed = false;
+  /// Could not even be opened: there is nothing to report of it.
+  bool unopened = false;
+};
+
+/// Where a path stands, for error lines.
+struct Place {
+  U64 record;
+  U64 octet;
+};
+/// ` (record N, octet M)`
+std::string placeText(Place place);
+
+using VisitPath = std::function<void(const Path&, const CommunityValues&, Place)>;
+
+/// Calls `visit` for each path. What ends the reading early is printed as an error line; whatever
+/// was read before it has been visited. Malformed attributes and records are counted and passed.
+ReadResult readFile(const std::string& file, const ReadOptions& options, const VisitPath& visit);
+
+}  // namespace bgpcomm

@@ -1,0 +1,71 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+#include "Decoder.h"
+
+namespace bgpcomm {
+namespace {
+constexpr std::size_t pieceSize = 256 * 1024;
+
+[[noreturn]] void throwErrno(int error) { throw std::system_error(error, std::generic_category()); }
+}  // namespace
+
+Source::Source(const std::string& file)
+    : descriptor_(file == "-" ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+  if (descriptor_ < 0) throwErrno(errno);
+  struct stat status {};
+  if (::fstat(descriptor_, &status) == 0) {
+    if (S_ISREG(status.st_mode)) size_ = U64(status.st_size);
+    if (S_ISDIR(status.st_mode)) {
+      if (descriptor_ != STDIN_FILENO) ::close(descriptor_);
+      throwErrno(EISDIR);
+    }
+  }
+}
+
+Source::~Source() {
+  if (descriptor_ != STDIN_FILENO) ::close(descriptor_);
+}
+
+std::size_t Source::readSome(std::span<U8> into) {
+  for (;;) {
+    const ssize_t got = ::read(descriptor_, into.data(), into.size());
+    if (got >= 0) {
+      position_.fetch_add(U64(got), std::memory_order_relaxed);
+      return std::size_t(got);
+    }
+    if (errno != EINTR) throwErrno(errno);
+  }
+}
+
+Octets Source::ahead() { return ahead(1); }
+
+Octets Source::ahead(std::size_t size) {
+  if (buffer_.empty()) buffer_.resize(pieceSize);
+  if (end_ - begin_ < size && begin_ > 0) {
+    std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
+    end_ -= begin_;
+    begin_ = 0;
+  }
+  while (end_ - begin_ < size) {
+    const std::size_t got = readSome(std::span(buffer_).subspan(end_));
+    if (got == 0) break;
+    end_ += got;
+  }
+  return Octets(buffer_).subspan(begin_, end_ - begin_);
+}
+
+std::size_t Source::read(std::span<U8> into) {
+  if (begin_ == end_) return readSome(into);
+  const std::size_t size = std::min(into.size(), end_ - begin_);
+  std::memcpy(into.data(), buffer_.data() + begin_, size);
+  begin_ += size;
+  return size;
+}
+
+}  // namespace bgpcomm

@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <nlohmann/json.hpp>
+
+#include "Summary.h"
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+constexpr int labelWidth = 18;
+constexpr int columnWidth = 14;
+
+std::string padded(std::string_view text, int width) {
+  char out[128];
+  std::snprintf(out, sizeof out, "%*.*s", width, int(text.size()), text.data());
+  return out;
+}
+
+std::string line(std::string_view label, std::string_view value) {
+  return "  " + padded(label, -labelWidth) + padded(value, columnWidth);
+}
+
+std::string decimal(double value, int digits) {
+  char out[64];
+  std::snprintf(out, sizeof out, "%.*f", digits, value);
+  return out;
+}
+
+double ratio(U64 all, U64 part) { return part == 0 ? 0 : double(all) / double(part); }
+
+std::string malformedLine(const FaultCounts& faults) {
+  std::string text = line("malformed", grouped(faults.total()));
+  if (faults.total() == 0) return text + '\n';
+  text += "  " + std::string(colours().bad);
+  std::string_view separator = "";
+  for (std::size_t i = 0; i < faultNames.size(); ++i) {
+    const U64 count = faults[Fault(i)];
+    if (count == 0) continue;
+    text += std::string(separator) + std::string(faultNames[i]) + ' ' + grouped(count);
+    separator = ", ";
+  }
+  return text + std::string(colours().plain) + '\n';
+}
+
+std::string timeLine(const FileFigures& figures) {
+  std::string text = line("seconds", decimal(figures.seconds, 3));
+  if (figures.seconds > 0)
+    text += "  " + grouped(U64(double(figures.paths) / figures.seconds)) + " paths/s";
+  return text + '\n';
+}
+
+/// One column per kind.
+std::string kindLines(const FileFigures& figures) {
+  struct Row {
+    std::string_view label;
+    std::function<std::string(const KindFigures&)> value;
+  };
+  static const Row rows[] = {
+      {"attributes", [](const KindFigures& kind) { return grouped(kind.attributes); }},
+      {"communities", [](const KindFigures& kind) { return grouped(kind.communities); }},
+      {"distinct values", [](const KindFigures& kind) { return grouped(kind.distinctValues); }},
+      {"distinct lists", [](const KindFigures& kind) { return grouped(kind.distinctLists); }},
+      {"paths per list",
+       [](const KindFigures& kind) {
+         return decimal(ratio(kind.attributes, kind.distinctLists), 1);
+       }},
+      {"octets, shared", [](const KindFigures& kind) { return grouped(kind.internedOctets); }},
+      {"octets, unshared", [](const KindFigures& kind) { return grouped(kind.unsharedOctets); }},
+      {"saved",
+       [](const KindFigures& kind) {
+         return decimal(ratio(kind.unsharedOctets, kind.internedOctets), 1) + " times";
+       }},
+  };
+  std::string text = "  " + padded("", labelWidth);
+  for (const auto& kind : figures.kinds) text += padded(kind.row->title, columnWidth);
+  text += '\n';
+  for (const Row& row : rows) {
+    text += "  " + padded(row.label, -labelWidth);
+    for (const auto& kind : figures.kinds) text += padded(row.value(kind.figures), columnWidth);
+    text += '\n';
+  }
+  return text;
+}
+
+std::string mostUsedLines(const FileFigures::OfKind& kind) {
+  if (kind.figures.mostUsed.empty()) return "";
+  std::string text = "\n  most used " + std::string(kind.row->title) + " communities, by paths\n";
+  for (const ValueUse& value : kind.figures.mostUsed)
+    text += "  " + padded(grouped(value.uses), labelWidth) + "  " + value.text + '\n';
+  return text;
+}
+
+nlohmann::ordered_json json(const FileFigures& figures) {
+  nlohmann::ordered_json object;
+  object["file"] = figures.file;
+  object["records"] = figures.records;
+  object["paths"] = figures.paths;
+  object["malformed"] = figures.faults.total();
+  object["malformedBy"] = nlohmann::ordered_json::object();
+  for (std::size_t i = 0; i < faultNames.size(); ++i)
+    if (const U64 count = figures.faults[Fault(i)])
+      object["malformedBy"][std::string(faultNames[i])] = count;
+  for (const auto& [row, kind] : figures.kinds)
+    object[std::string(row->key)] = {{"attributes", kind.attributes},
+                                     {"communities", kind.communities},
+                                     {"distinctValues", kind.distinctValues},
+                                     {"distinctLists", kind.distinctLists}};
+  object["seconds"] = figures.seconds;
+  return object;
+}
+
+}  // namespace
+
+std::string summaryTable(const FileFigures& figures) {
+  std::string text = std::string(colours().strong) + figures.file + std::string(colours().plain);
+  text += '\n' + line("records", grouped(figures.records)) + '\n';
+  text += line("paths", grouped(figures.paths)) + '\n';
+  text += malformedLine(figures.faults) + timeLine(figures) + '\n' + kindLines(figures);
+  for (const auto& kind : figures.kinds) text += mostUsedLines(kind);
+  return text;
+}
+
+std::string summaryJson(const std::vector<FileFigures>& files, const FileFigures& total) {
+  nlohmann::ordered_json object;
+  object["files"] = nlohmann::ordered_json::array();
+  for (const FileFigures& file : files) object["files"].push_back(json(file));
+  object["total"] = json(total);
+  // File names need not be UTF-8.
+  return object.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+}
+
+}  // namespace bgpcomm

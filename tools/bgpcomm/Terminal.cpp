@@ -1,0 +1,106 @@
+#include "Terminal.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace bgpcomm {
+namespace {
+
+constexpr std::size_t outputSize = 64 * 1024;
+
+std::string& output() {
+  static std::string held;
+  return held;
+}
+
+void writeAll(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+    if (written >= 0) {
+      text.remove_prefix(std::size_t(written));
+    } else if (errno == EPIPE) {
+      // No destructors: the filling thread may wait for input that never comes.
+      std::_Exit(0);
+    } else if (errno != EINTR) {
+      std::fprintf(stderr, "bgpcomm: standard output: %s\n", std::strerror(errno));
+      std::_Exit(1);
+    }
+  }
+}
+
+std::size_t terminalWidth() {
+  winsize size{};
+  const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : 80;
+}
+
+}  // namespace
+
+void print(std::string_view text) {
+  output() += text;
+  if (output().size() >= outputSize) flushOutput();
+}
+
+void flushOutput() {
+  writeAll(output());
+  output().clear();
+}
+
+void printError(std::string_view what) {
+  flushOutput();
+  const std::string line = "bgpcomm: " + std::string(what) + '\n';
+  std::fputs(line.c_str(), stderr);
+}
+
+const Colours& colours() {
+  static const Colours chosen = [] {
+    const char* const noColour = std::getenv("NO_COLOR");
+    if (!::isatty(STDOUT_FILENO) || (noColour && *noColour)) return Colours{};
+    return Colours{"\033[1m", "\033[31m", "\033[0m"};
+  }();
+  return chosen;
+}
+
+std::string grouped(U64 number) {
+  std::string text = std::to_string(number);
+  for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, 1, ',');
+  return text;
+}
+
+Progress::Progress(const std::string& file, const Input& input, bool shown)
+    : file_(file), input_(input), enabled_(shown && ::isatty(STDERR_FILENO)) {}
+
+Progress::~Progress() {
+  if (drawn_) std::fputs("\r\033[K", stderr);
+}
+
+void Progress::draw(U64 paths) {
+  const Clock::time_point now = Clock::now();
+  if (now - last_ < std::chrono::milliseconds(100)) return;
+  last_ = now;
+  drawn_ = true;
+
+  const std::chrono::duration<double> elapsed = now - start_;
+  std::string line = ' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s";
+  if (input_.size() > 0) {
+    constexpr std::size_t barSize = 24;
+    const std::size_t done = std::size_t(input_.position() * barSize / input_.size());
+    line = " [" + std::string(std::min(done, barSize), '#') +
+           std::string(barSize - std::min(done, barSize), '.') + "] " +
+           std::to_string(input_.position() * 100 / input_.size()) + " %" + line;
+  }
+  // The last column stays free, so that no terminal wraps.
+  const std::size_t width = terminalWidth() - 1;
+  const std::size_t forName = width > line.size() ? width - line.size() : 0;
+  line = file_.substr(file_.size() - std::min(file_.size(), forName)) + line;
+  std::fprintf(stderr, "\r%.*s\033[K", int(width), line.c_str());
+  std::fflush(stderr);
+}
+
+}  // namespace bgpcomm

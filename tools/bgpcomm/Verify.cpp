@@ -1,0 +1,97 @@
+#include <algorithm>
+#include <cstring>
+
+#include "Commands.h"
+#include "Hex.h"
+#include "Reading.h"
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+/// What the list of an attribute must be on the wire: optional and transitive, the values sorted
+/// as octets, without repeats. Made from the octets alone, by none of the library's code.
+std::string canonical(const KindRow& kind, Octets value) {
+  std::vector<std::string> values;
+  for (Octets left = value; !left.empty(); left = left.subspan(kind.valueSize))
+    values.emplace_back(left.begin(), left.begin() + std::ptrdiff_t(kind.valueSize));
+  std::sort(values.begin(), values.end());
+  values.erase(std::unique(values.begin(), values.end()), values.end());
+
+  const std::size_t length = values.size() * kind.valueSize;
+  std::string attribute = {char(length > 255 ? 0xd0 : 0xc0), char(kind.attribute)};
+  if (length > 255) attribute += char(length >> 8);
+  attribute += char(length);
+  for (const std::string& one : values) attribute += one;
+  return attribute;
+}
+
+std::string hexText(const std::string& octets) {
+  return hex(Octets(reinterpret_cast<const U8*>(octets.data()), octets.size()));
+}
+
+class Verifier {
+ public:
+  void compare(const std::string& file, const CommunityValues& values, Place place) {
+    for (std::size_t kind = 0; kind < kindCount; ++kind) {
+      if (!tables_[kind] || values[kind].empty()) continue;
+      const KindTable::Text written = tables_[kind]->serialized(values[kind]);
+      const std::string expected = canonical(kindRows[kind], values[kind]);
+      ++compared_;
+      if (written.good && written.text == expected) continue;
+      if (++differing_ <= shownDifferences)
+        show(file + ": " + std::string(kindRows[kind].title) + placeText(place), expected, written);
+    }
+  }
+
+  U64 compared() const { return compared_; }
+  U64 differing() const { return differing_; }
+
+ private:
+  static constexpr U64 shownDifferences = 10;
+
+  static void show(const std::string& what, const std::string& expected,
+                   const KindTable::Text& written) {
+    if (!written.good) return print(what + ": refused: " + written.text + '\n');
+    const auto at =
+        std::mismatch(expected.begin(), expected.end(), written.text.begin(), written.text.end());
+    print(what + ": differs from octet " + std::to_string(at.first - expected.begin()) + " on\n");
+    print("  wire    " + hexText(expected) + "\n  written " + hexText(written.text) + '\n');
+  }
+
+  KindTables tables_ = makeKindTables();
+  U64 compared_ = 0;
+  U64 differing_ = 0;
+};
+
+int runVerify(const std::vector<std::string>& files) {
+  bool good = true;
+  for (const std::string& file : files) {
+    Verifier verifier;
+    const ReadResult result =
+        readFile(file, {}, [&](const Path&, const CommunityValues& values, Place place) {
+          verifier.compare(file, values, place);
+        });
+    good = good && !result.failed && verifier.differing() == 0;
+    if (result.unopened) continue;
+    print(file + ": " + grouped(verifier.compared()) + " lists compared, " +
+          grouped(verifier.differing()) + " differ, " + grouped(result.faults.total()) +
+          " malformed\n");
+  }
+  return good ? 0 : exitBadData;
+}
+
+}  // namespace
+
+void addVerify(CLI::App& app, int& exitCode) {
+  const auto files = std::make_shared<std::vector<std::string>>();
+  CLI::App* const command = addCommand(
+      app, "verify",
+      "Write every list back to the wire and compare it, octet by octet, with what was read, "
+      "sorted and without repeats.",
+      "bgpcomm verify rib.bz2");
+  command->add_option("FILE", *files, "MRT files: plain, gz, bz2, xz, zst; - is stdin")->required();
+  command->callback([files, &exitCode] { exitCode = runVerify(*files); });
+}
+
+}  // namespace bgpcomm
