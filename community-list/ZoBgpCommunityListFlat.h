@@ -1,0 +1,222 @@
+// What lists of plain values have in common: an ascending vector without repeats, built by
+// appending, frozen and shared by `dedup`.
+//
+// A kind of list derives from this and says only what is its own: its value, its attribute, what
+// it caches when it is frozen, its text.
+#pragma once
+
+#include <vector>
+
+#include "Mox/Entity.h"
+#include "MoxStash/DedupHandle.h"
+#include "Orv/HashMix.h"
+#include "attr/ZoBgpSerialize.h"
+#include "community-list/ZoBgpCommunityListTables.h"
+#include "community-list/ZoBgpCommunityListWire.h"
+
+namespace Routing::Bgp {
+
+/// `Kind` has
+///   Value      made of 32-bit words without padding, ordered by `<`; the words in network order
+///              are its octets on the wire
+///   Table      the intern table of the kind
+///   Cached     what is computed once when a list is frozen: `Cached(list)`; empty when unused
+///   attribute  its path attribute
+template <class List, class Kind>
+class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
+ public:
+  using Value = typename Kind::Value;
+  using Table = Mox::Ptr<typename Kind::Table>;
+  using ConstList = Mox::Ptr<const List>;
+
+  // --- Building: a list that was never deduped belongs to its maker. ---
+
+  /// Appends a value, in any order and repeats welcome.
+  void commIs(const Value& value);
+  /// Freezes and interns: sorts, drops repeats, and returns the one list of this content, which
+  /// may be another object than this. A list that is interned already returns itself.
+  ConstList dedup(const Table& table);
+
+  // --- Reading: once frozen, from any thread. Ends the process with "commVectorSorted()" on a list
+  // --- that is still being built. ---
+
+  /// Whether the value is in the list; O(log n).
+  bool comm(const Value& value) const;
+  /// How many values there are.
+  U32 comms() const { return U32(values().size()); }
+  bool empty() const { return values().empty(); }
+  /// The values, ascending. Valid as long as the list.
+  std::span<const Value> values() const;
+  /// Whether the list is frozen.
+  bool commVectorSorted() const { return commVectorSorted_; }
+
+  U32 hash() const override;
+  bool compare(const Orv::DedupHandle* other) const override;
+
+  // --- The wire. `octets` is the value of the attribute, without its header. ---
+
+  /// The whole attribute: header, then the values in ascending order.
+  Mox::String serialize() const;
+  /// A new list, frozen and not yet interned. The attribute of an empty list (`serialize` makes
+  /// one) is not accepted back: from a peer it is malformed.
+  static FromWire<List> fromWire(std::span<const U8> octets);
+  /// The interned list of these octets, if there is one. Allocates nothing.
+  static FromWire<const List> lookupWire(const Table& table, std::span<const U8> octets);
+  /// The interned list of these octets, made if there is none. Allocates only then.
+  static FromWire<const List> dedupWire(const Table& table, std::span<const U8> octets);
+
+  /// A private list of these values as they are; `sorted` promises that they ascend strictly.
+  static Mox::Ptr<List> restored(bool sorted, std::span<const Value> values);
+
+  /// How the kind's table places its members.
+  static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed) {
+    return placeOfValues(static_cast<const List&>(member).comm_, seed);
+  }
+
+ protected:
+  using Vector = std::vector<Value, Mox::TrackedAllocator<Value>>;
+
+  const Vector& unchecked() const { return comm_; }
+  const typename Kind::Cached& cached() const { return cached_; }
+
+ private:
+  static_assert(sizeof(Value) % sizeof(U32) == 0 &&
+                std::has_unique_object_representations_v<Value>);
+
+  static U64 placeOfValues(std::span<const Value> values, U64 seed) {
+    return Orv::placeOf(values.data(), values.size_bytes(), seed);
+  }
+  void freeze();
+  template <bool insert>
+  static FromWire<const List> findWire(const Table& table, std::span<const U8> octets);
+
+  // Ascending and without repeats exactly when `commVectorSorted_`; then also of exact capacity.
+  bool commVectorSorted_ = false;
+  [[no_unique_address]] typename Kind::Cached cached_;  // valid once interned
+  Vector comm_;
+};
+
+template <class List, class Kind>
+void FlatCommList<List, Kind>::commIs(const Value& value) {
+  MOX_ASSERT(!commVectorSorted(), "!commVectorSorted()");
+  comm_.push_back(value);
+}
+
+template <class List, class Kind>
+void FlatCommList<List, Kind>::freeze() {
+  if (commVectorSorted_) return;
+  comm_.resize(sortAndDropRepeats(std::span(comm_)));
+  Vector(comm_).swap(comm_);  // a copy has no room to spare
+  commVectorSorted_ = true;
+}
+
+template <class List, class Kind>
+auto FlatCommList<List, Kind>::dedup(const Table& table) -> ConstList {
+  auto* const self = static_cast<List*>(this);
+  Mox::Ptr<Orv::DedupHandle> reference(self);
+  if (this->dedupState() == Orv::dedupHandleStateNeverDeduped()) {
+    freeze();
+    cached_ = typename Kind::Cached(*self);
+  }
+  return Mox::staticCast<const List>(table->dedup(std::move(reference)));
+}
+
+template <class List, class Kind>
+bool FlatCommList<List, Kind>::comm(const Value& value) const {
+  const auto sorted = values();
+  return std::binary_search(sorted.begin(), sorted.end(), value);
+}
+
+template <class List, class Kind>
+auto FlatCommList<List, Kind>::values() const -> std::span<const Value> {
+  MOX_ASSERT(commVectorSorted(), "commVectorSorted()");
+  return comm_;
+}
+
+template <class List, class Kind>
+U32 FlatCommList<List, Kind>::hash() const {
+  if (values().empty()) return 0;
+  Orv::HashMix mix;
+  for (const Value& value : values())
+    for (const U32 word : std::bit_cast<std::array<U32, sizeof value / sizeof(U32)>>(value))
+      mix.feed(word);
+  return mix.finish();
+}
+
+template <class List, class Kind>
+bool FlatCommList<List, Kind>::compare(const Orv::DedupHandle* other) const {
+  const auto mine = values(), theirs = static_cast<const List*>(other)->values();
+  return mine.size() == theirs.size() &&
+         (mine.empty() || std::memcmp(mine.data(), theirs.data(), mine.size_bytes()) == 0);
+}
+
+template <class List, class Kind>
+Mox::String FlatCommList<List, Kind>::serialize() const {
+  SerializePathAttribute out(Kind::attribute, BgpPathAttrFlag::optionalTransitive,
+                             U32(values().size_bytes()));
+  for (const Value& value : values())
+    for (const U32 word : std::bit_cast<std::array<U32, sizeof value / sizeof(U32)>>(value))
+      out.addU32hton(word);
+  return out.serializedString();
+}
+
+template <class List, class Kind>
+Mox::Ptr<List> FlatCommList<List, Kind>::restored(bool sorted, std::span<const Value> values) {
+  auto list = Mox::makeNew<List>();
+  list->commVectorSorted_ = sorted;
+  list->comm_.assign(values.begin(), values.end());
+  return list;
+}
+
+template <class List, class Kind>
+FromWire<List> FlatCommList<List, Kind>::fromWire(std::span<const U8> octets) {
+  if (auto fault = checkWireLength(Kind::attribute, octets.size(), sizeof(Value)))
+    return {nullptr, fault, 0};
+  const std::size_t count = octets.size() / sizeof(Value);
+  return withScratch<Value>(count, [&](Value* scratch) -> FromWire<List> {
+    decodeWords(octets, scratch);
+    const std::size_t left = sortAndDropRepeats(std::span(scratch, count));
+    return {restored(true, {scratch, left}), std::nullopt, U32(count - left)};
+  });
+}
+
+template <class List, class Kind>
+template <bool insert>
+FromWire<const List> FlatCommList<List, Kind>::findWire(const Table& table,
+                                                        std::span<const U8> octets) {
+  if (auto fault = checkWireLength(Kind::attribute, octets.size(), sizeof(Value)))
+    return {nullptr, fault, 0};
+  const std::size_t count = octets.size() / sizeof(Value);
+  return withScratch<Value>(count, [&](Value* scratch) -> FromWire<const List> {
+    decodeWords(octets, scratch);
+    const std::span<const Value> sorted(scratch, sortAndDropRepeats(std::span(scratch, count)));
+    const auto& set = *table->dedupHashTable();
+    const U64 place = placeOfValues(sorted, set.seed());
+    auto found = set.lookup(place, [&](const Orv::DedupHandle& member) {
+      const Vector& comm = static_cast<const List&>(member).comm_;
+      return comm.size() == sorted.size() &&
+             std::memcmp(comm.data(), sorted.data(), sorted.size_bytes()) == 0;
+    });
+    if (insert && !found) {
+      auto list = restored(true, sorted);
+      list->cached_ = typename Kind::Cached(*list);
+      found = table->dedupHashTable()->dedup(std::move(list), place);
+    }
+    return {Mox::staticCast<const List>(std::move(found)), std::nullopt,
+            U32(count - sorted.size())};
+  });
+}
+
+template <class List, class Kind>
+FromWire<const List> FlatCommList<List, Kind>::lookupWire(const Table& table,
+                                                          std::span<const U8> octets) {
+  return findWire<false>(table, octets);
+}
+
+template <class List, class Kind>
+FromWire<const List> FlatCommList<List, Kind>::dedupWire(const Table& table,
+                                                         std::span<const U8> octets) {
+  return findWire<true>(table, octets);
+}
+
+}  // namespace Routing::Bgp

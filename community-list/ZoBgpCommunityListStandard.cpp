@@ -1,0 +1,126 @@
+#include "community-list/ZoBgpCommunityListStandard.h"
+
+#include <charconv>
+
+#include "community-list/ZoBgpCommunityListDestash.h"
+#include "community-list/ZoBgpCommunityListSnapshot.h"
+
+namespace Routing::Bgp {
+
+using Mox::attribute;
+using Mox::operation;
+
+static_assert(sizeof(void*) != 8 || sizeof(CommList) == 56);
+static_assert(sizeof(void*) != 4 || sizeof(CommList) == 36);
+
+const Mox::Type CommList::type{
+    "Routing::Bgp::CommList",
+    &MoxStash::DedupHandle::type,
+    {Mox::collection<&CommList::commsStringForm>("comm"),
+     attribute<&CommList::commVectorSorted>("commVectorSorted"),
+     attribute<&CommList::noExport>("noExport"), attribute<&CommList::noAdvertise>("noAdvertise"),
+     attribute<&CommList::noExportSubconfed>("noExportSubconfed"),
+     attribute<&CommList::commsStringForm>("commsStringForm"),
+     attribute<&CommList::commsWellKnownStringForm>("commsWellKnownStringForm"),
+     attribute<&CommList::empty>("empty"), attribute<&CommList::comms>("comms"),
+     operation("commSnapshot"), operation("getStringValue"), operation("wellKnownName"),
+     operation("dedup"), operation("serialize"), attribute<&CommList::hash>("hash"),
+     operation("compare")}};
+
+StandardCommKind::Cached::Cached(const CommList& list)
+    : noExport(list.comm(communityNoExport)),
+      noAdvertise(list.comm(communityNoAdvertise)),
+      noExportSubconfed(list.comm(communityNoExportSubconfed)) {}
+
+namespace {
+
+constexpr std::size_t longestValue = 11;  // "65535:65535", no shorter than any name but one
+constexpr std::size_t longestEntry = 13;  // "no-advertise" and a space
+constexpr const char* wasDeduped =
+    "__null == ( this ) || ( this )->dedupState() != Orv::dedupHandleStateNeverDeduped()";
+
+std::string_view nameOf(U32 value) {
+  // One comparison rules out nearly every value there is.
+  if (value != communityInternet && value < communityGshut) [[likely]]
+    return {};
+  const auto* row = Mox::enumTableOf<BgpCommunityValue>.find(value);
+  return row ? row->wellKnownName : std::string_view{};
+}
+
+char* writeValue(char* at, U32 value) {
+  at = std::to_chars(at, at + 5, value >> 16).ptr;
+  *at++ = ':';
+  return std::to_chars(at, at + 5, value & 0xFFFF).ptr;
+}
+
+template <bool named>
+Mox::String listText(std::span<const U32> values) {
+  if (values.empty()) return {};
+  ZoFmt::StackBackedBuffer<128, 1024> buffer;
+  char* const start = buffer.allocateSpace(values.size() * longestEntry);
+  char* at = start;
+  for (const U32 value : values) {
+    const std::string_view name = named ? nameOf(value) : std::string_view{};
+    at = name.empty() ? writeValue(at, value) : std::copy(name.begin(), name.end(), at);
+    *at++ = ' ';
+  }
+  buffer.written(std::size_t(at - start) - 1);
+  return Mox::String(buffer.text());
+}
+
+}  // namespace
+
+bool CommList::noExport() const {
+  MOX_ASSERT(dedupState() != Orv::dedupHandleStateNeverDeduped(), wasDeduped);
+  return cached().noExport;
+}
+
+bool CommList::noAdvertise() const {
+  MOX_ASSERT(dedupState() != Orv::dedupHandleStateNeverDeduped(), wasDeduped);
+  return cached().noAdvertise;
+}
+
+bool CommList::noExportSubconfed() const {
+  MOX_ASSERT(dedupState() != Orv::dedupHandleStateNeverDeduped(), wasDeduped);
+  return cached().noExportSubconfed;
+}
+
+Mox::String CommList::commsStringForm() const { return listText<false>(values()); }
+
+Mox::String CommList::commsWellKnownStringForm() const { return listText<true>(values()); }
+
+Mox::String CommList::toStrep() const { return listText<true>(unchecked()); }
+
+Mox::String CommList::wellKnownName(U32 value) { return Mox::String(nameOf(value)); }
+
+Mox::String CommList::getStringValue(U32 value) {
+  ZoFmt::StackBackedBuffer<20, 1024> buffer;
+  CommunityFormatter<true>::formatNotWellKnown(buffer, value);
+  return Mox::String(buffer.text());
+}
+
+Mox::Ptr<CommListSnapshot> CommList::commSnapshot() const {
+  auto snapshot = Mox::makeNew<CommListSnapshot>();
+  for (const U32 value : values()) snapshot->commIs(value, true);
+  return snapshot;
+}
+
+CommList::Ptr CommList::destash(MoxStash::StoreReference stored,
+                                const MoxStash::StoreManager& manager) {
+  return destashCommList<CommList, U32>(stored, manager);
+}
+
+std::ostream& operator<<(std::ostream& stream, const CommList* list) {
+  return list ? Mox::writeText(stream, list->toStrep()) : stream;
+}
+
+U32 CommunityFormatter<true>::formatNotWellKnown(ZoFmt::DynamicBufferInterface& buffer, U32 value) {
+  char* const start = buffer.allocateSpace(longestValue + 1);
+  char* const end = writeValue(start, value);
+  *end = '\0';  // for readers of the raw buffer; not part of the text
+  const auto length = std::size_t(end - start);
+  buffer.written(length);
+  return U32(length);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,45 @@
+// The intern tables of lists, one per kind.
+//
+//   CommListDedupTable::Ptr table = commListDedupTableFactory();
+//
+// Threads: made thread-safe exactly when `ZoBgpGlobals::multiThreaded()` says so at that moment.
+#pragma once
+
+#include "Orv/DedupHashTable.h"
+
+namespace Routing::Bgp {
+
+/// A table of lists; the intern table behind it is there once `initDedupTable` has run.
+class CommListDedupTableBase : public Mox::Entity<CommListDedupTableBase, Mox::PtrInterface> {
+ public:
+  static const Mox::Type type;
+
+  /// `placement` says how lists of the kind are placed.
+  explicit CommListDedupTableBase(const Orv::DedupPlacement& placement) : placement_(placement) {}
+
+  /// Makes the intern table; factories call it.
+  void initDedupTable();
+  const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& dedupHashTable() const {
+    return dedupHashTable_;
+  }
+  /// The interned list of this one's content.
+  Mox::Ptr<Orv::DedupHandle> dedup(Mox::Ptr<Orv::DedupHandle> list) const {
+    return dedupHashTable_->dedup(std::move(list));
+  }
+  void dumpState(const Mox::Ptr<const Orv::DumpContext>& context, U32 indent) const;
+
+ private:
+  const Orv::DedupPlacement placement_;
+  Mox::Ptr<Orv::DedupHashTableUnorderedSet> dedupHashTable_;
+};
+
+/// The table of standard lists.
+class CommListDedupTable final : public Mox::Entity<CommListDedupTable, CommListDedupTableBase> {
+ public:
+  static const Mox::Type type;
+  CommListDedupTable();
+};
+
+CommListDedupTable::Ptr commListDedupTableFactory();
+
+}  // namespace Routing::Bgp

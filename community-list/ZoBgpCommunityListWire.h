@@ -1,0 +1,95 @@
+// Attributes as they come from a peer, on their way to a list.
+//
+//   auto read = CommList::fromWire(octets of the attribute's value);
+//   if (!read) log(read.fault->toStrep());   // what a peer sends is never an assertion
+//   else path.communities = read.list->dedup(table);
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <optional>
+#include <span>
+
+#include "Mox/Ptr.h"
+#include "attr/BgpPathAttributeEnums.h"
+
+namespace Routing::Bgp {
+
+/// Why an attribute's value is no list (RFC 7606 section 7, RFC 8092 section 6).
+struct WireFault {
+  enum class Reason {
+    empty,        ///< no octets: an attribute without communities is malformed
+    notMultiple,  ///< the last value is cut short
+    tooLong,      ///< more octets than an attribute's length can say
+  };
+
+  BgpPathAttrType attribute = {};
+  Reason reason = {};
+  U32 offset = 0;     ///< in the value, where the fault begins
+  U32 found = 0;      ///< octets that are there from `offset` on
+  U32 valueSize = 0;  ///< octets of one community
+
+  /// One line for people: "Community attribute, offset 8: 3 octets where a multiple of 4 ...".
+  Mox::String toStrep() const;
+};
+
+/// The length rule of all four kinds: a non-zero multiple of the value's size.
+std::optional<WireFault> checkWireLength(BgpPathAttrType attribute, std::size_t octets,
+                                         U32 valueSize);
+
+/// What reading an attribute's value gives: a list, or the fault. A look-up that finds nothing
+/// gives neither.
+template <class List>
+struct FromWire {
+  Mox::Ptr<List> list;
+  std::optional<WireFault> fault;
+  U32 repeats = 0;  ///< values that were there more than once, and were dropped
+
+  explicit operator bool() const { return bool(list); }
+};
+
+/// The most octets that an attribute's value can have: its length is two octets.
+inline constexpr U32 maxAttributeOctets = 0xFFFF;
+
+/// Reads values that are made of 32-bit words in network order, each word `sizeof(Value) / 4`.
+template <class Value>
+void decodeWords(std::span<const U8> octets, Value* values) {
+  for (std::size_t i = 0; i < octets.size() / sizeof(Value); ++i) {
+    std::array<U32, sizeof(Value) / sizeof(U32)> words;
+    std::memcpy(words.data(), octets.data() + i * sizeof(Value), sizeof words);
+    if constexpr (std::endian::native == std::endian::little)
+      for (U32& word : words) word = __builtin_bswap32(word);
+    values[i] = std::bit_cast<Value>(words);
+  }
+}
+
+/// Sorts ascending and drops repeats; returns how many values are left. Most attributes arrive in
+/// order, which costs one pass; most others are short.
+template <class Value>
+std::size_t sortAndDropRepeats(std::span<Value> values) {
+  const auto notAscending = [](const Value& a, const Value& b) { return !(a < b); };
+  if (std::adjacent_find(values.begin(), values.end(), notAscending) == values.end())
+    return values.size();
+  std::sort(values.begin(), values.end());
+  return std::size_t(std::unique(values.begin(), values.end()) - values.begin());
+}
+
+/// Calls `use(scratch)` with room for `count` values on the stack, so that a look-up allocates
+/// nothing even for the longest attribute (64 KiB of stack then, 1 KiB for usual ones).
+template <class Value, class Use>
+auto withScratch(std::size_t count, Use use) {
+  constexpr std::size_t usual = 1024 / sizeof(Value);
+  if (count <= usual) [[likely]] {
+    Value scratch[usual];
+    return use(scratch);
+  }
+  return [&]() __attribute__((noinline)) {
+    Value scratch[maxAttributeOctets / sizeof(Value)];
+    return use(scratch);
+  }
+  ();
+}
+
+}  // namespace Routing::Bgp
