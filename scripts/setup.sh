@@ -30,8 +30,8 @@ need() {
   if ((EUID != 0)); then as_root=(sudo); fi
   echo "Installing with apt: ${missing[*]}"
   "${as_root[@]}" apt-get update -qq
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -qq -y --no-install-recommends "${missing[@]}" >/dev/null
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes \
+    apt-get install -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "${missing[@]}" >/dev/null
 }
 
 # quietly COMMAND...: its output is shown only when it fails.
