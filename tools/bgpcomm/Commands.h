@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <vector>
 
 namespace bgpcomm {
 
@@ -22,8 +23,11 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A subcommand with an example under its help.
+/// A subcommand; the description is one line, and what is to be said more stands, with an example,
+/// under its help.
 CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
-                     const std::string& example);
+                     const std::string& footer);
+/// The files that it reads, at least one.
+void addFiles(CLI::App& command, std::vector<std::string>& files);
 
 }  // namespace bgpcomm

@@ -43,13 +43,11 @@ struct Attribute {
 Attribute readAttribute(Octets octets) {
   Cursor in(octets);
   const AttributeHeader header = takeAttributeHeader(in);
-  if (!in)
-    throw UsageError(std::to_string(octets.size()) +
-                     " octets are too few for flags, type and length");
+  if (!in) throw UsageError("too short for flags, type and length");
   const std::size_t there = in.left().size();
   if (there != header.length)
-    throw UsageError("the header says " + std::to_string(header.length) + " octets of value, " +
-                     std::to_string(there) + " are there");
+    throw UsageError("its length is " + std::to_string(header.length) + ", but " +
+                     std::to_string(there) + " octets follow");
   return {header, in.left()};
 }
 
@@ -113,13 +111,12 @@ void addDecode(CLI::App& app, int& exitCode) {
   };
   const auto options = std::make_shared<Options>();
   CLI::App* const command = addCommand(
-      app, "decode", "Print path attributes, given in hex with flags, type and length, as text.",
-      "bgpcomm decode c00808fde80064ffffff01");
-  command
-      ->add_option("HEX", options->attributes,
-                   "One attribute each; blanks and colons may stand between octets")
-      ->required();
-  command->add_flag("--numeric", options->numeric, "Numbers for all communities");
+      app, "decode", "Print path attributes, given in hex, as text",
+      "Each argument is one attribute: flags, type, length, value. Blanks and colons\n"
+      "may stand between the octets.\n\n"
+      "Example: bgpcomm decode c00808fde80064ffffff01");
+  command->add_option("HEX", options->attributes, "Path attributes")->required()->type_name("");
+  command->add_flag("--numeric", options->numeric, "All communities as numbers");
   command->add_flag("--json", options->json, "One JSON object per line");
   command->callback([options, &exitCode] {
     AttributePrinter printer(!options->numeric, options->json);

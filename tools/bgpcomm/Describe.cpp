@@ -47,10 +47,10 @@ void describe(const Mox::Type& type) {
 
 void addDescribe(CLI::App& app, int& exitCode) {
   const auto name = std::make_shared<std::string>();
-  CLI::App* const command = addCommand(
-      app, "describe", "List the library's types, or the attributes and names of one of them.",
-      "bgpcomm describe Routing::Bgp::CommList");
-  command->add_option("TYPE", *name, "Its name, qualified or not");
+  CLI::App* const command =
+      addCommand(app, "describe", "List the library's types, or what one of them has",
+                 "Example: bgpcomm describe Routing::Bgp::CommList");
+  command->add_option("TYPE", *name, "Its name, qualified or not")->type_name("");
   command->callback([name, &exitCode] {
     if (name->empty())
       for (const Mox::Type* const type : Mox::Type::all()) print(type->name() + '\n');

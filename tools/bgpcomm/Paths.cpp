@@ -144,19 +144,20 @@ int runPaths(const Options& options) {
 void addPaths(CLI::App& app, int& exitCode) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command =
-      addCommand(app, "paths",
-                 "Print one line per path, fields separated by tabs: time, peer, prefixes "
-                 "(PREFIX#ID with ADD-PATH), communities.",
-                 "bgpcomm paths --community 65000:100 --community no-export rib.bz2");
-  command->add_option("FILE", options->files, "MRT files: plain, gz, bz2, xz, zst; - is stdin")
-      ->required();
+      addCommand(app, "paths", "Print one line per path",
+                 "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
+                 "communities; - where there are none.\n\n"
+                 "Example: bgpcomm paths --community 65000:100 --community no-export rib.bz2");
+  addFiles(*command, options->files);
   command
       ->add_option("--community", options->communities,
-                   "Only paths that carry it, as 65000:100 or no-export; given again, all of them")
-      ->allow_extra_args(false);
+                   "Only paths with this one (65000:100, no-export);\n"
+                   "given again, only those with all of them")
+      ->allow_extra_args(false)
+      ->type_name("VALUE");
   CLI::Option* const names =
-      command->add_flag("--names", options->names, "Names for well-known communities (default)");
-  command->add_flag("--numeric", options->numeric, "Numbers for all communities")->excludes(names);
+      command->add_flag("--names", options->names, "Well-known communities by name (default)");
+  command->add_flag("--numeric", options->numeric, "All communities as numbers")->excludes(names);
   command->add_flag("--json", options->json, "One JSON object per line");
   command->callback([options, &exitCode] { exitCode = runPaths(*options); });
 }

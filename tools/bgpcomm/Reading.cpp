@@ -10,7 +10,8 @@ namespace {
 /// What ended the file before its end.
 void reportEnd(const std::string& file, const Input& input, const RecordReader& reader,
                ReadResult& result) {
-  const std::string place = placeText({reader.records() + 1, input.offset()});
+  const Place end{reader.records() + 1, input.offset()};
+  const std::string place = placeText(end);
   const auto& truncation = reader.truncation();
   if (truncation) result.faults.add(Fault::truncatedRecord);
   if (input.fault()) {
@@ -21,6 +22,7 @@ void reportEnd(const std::string& file, const Input& input, const RecordReader& 
                std::to_string(truncation->wanted) + " octets" + place);
   }
   result.failed = truncation || input.fault();
+  if (result.failed && !result.firstFault) result.firstFault = end;
 }
 
 }  // namespace
@@ -52,6 +54,7 @@ ReadResult readFile(const std::string& file, const ReadOptions& options, const V
         visit(path, findCommunities(path.attributes, result.faults), place);
       });
       if (!whole) result.faults.add(Fault::badRecord);
+      if (!result.firstFault && result.faults.total() > 0) result.firstFault = place;
     }
   }
   result.records = reader.records();

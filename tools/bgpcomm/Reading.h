@@ -14,23 +14,24 @@ struct ReadOptions {
   bool progress = true;
 };
 
-struct ReadResult {
-  U64 records = 0;
-  U64 paths = 0;
-  FaultCounts faults;
-  /// The file could not be opened, or not be read to its end.
-  bool failed = false;
-  /// Could not even be opened: there is nothing to report of it.
-  bool unopened = false;
-};
-
-/// Where a path stands, for error lines.
+/// Where something stands: the record, counted from 1, and its first octet.
 struct Place {
   U64 record;
   U64 octet;
 };
 /// ` (record N, octet M)`
 std::string placeText(Place place);
+
+struct ReadResult {
+  U64 records = 0;
+  U64 paths = 0;
+  FaultCounts faults;
+  std::optional<Place> firstFault;
+  /// The file could not be opened, or not be read to its end.
+  bool failed = false;
+  /// Could not even be opened: there is nothing to report of it.
+  bool unopened = false;
+};
 
 using VisitPath = std::function<void(const Path&, const CommunityValues&, Place)>;
 

@@ -29,6 +29,7 @@ ReadResult readInto(const std::string& file, const KindTables& tables, FileFigur
   figures.paths = result.paths;
   figures.faults = result.faults;
   figures.faults.add(refused);
+  if (result.firstFault) figures.firstFault = placeText(*result.firstFault);
   figures.seconds = elapsed.count();
   return result;
 }
@@ -104,10 +105,10 @@ void addSummary(CLI::App& app, int& exitCode) {
   };
   const auto options = std::make_shared<Options>();
   CLI::App* const command =
-      addCommand(app, "summary", "Count paths, communities and how much the paths share.",
-                 "bgpcomm summary rib.bz2\n         curl -s URL | bgpcomm summary --json -");
-  command->add_option("FILE", options->files, "MRT files: plain, gz, bz2, xz, zst; - is stdin")
-      ->required();
+      addCommand(app, "summary", "Count paths and communities, and what they share",
+                 "Example: bgpcomm summary rib.bz2\n"
+                 "         curl -s URL | bgpcomm summary --json -");
+  addFiles(*command, options->files);
   command->add_flag("--json", options->json, "One JSON object for programs");
   command->callback([options, &exitCode] { exitCode = runSummary(options->files, options->json); });
 }

@@ -14,6 +14,7 @@ struct FileFigures {
   U64 records = 0;
   U64 paths = 0;
   FaultCounts faults;
+  std::string firstFault;  ///< where it stands; empty when nothing is malformed
   double seconds = 0;
   struct OfKind {
     const KindRow* row;

@@ -30,18 +30,14 @@ std::string decimal(double value, int digits) {
 
 double ratio(U64 all, U64 part) { return part == 0 ? 0 : double(all) / double(part); }
 
-std::string malformedLine(const FaultCounts& faults) {
-  std::string text = line("malformed", grouped(faults.total()));
-  if (faults.total() == 0) return text + '\n';
-  text += "  " + std::string(colours().bad);
-  std::string_view separator = "";
-  for (std::size_t i = 0; i < faultNames.size(); ++i) {
-    const U64 count = faults[Fault(i)];
-    if (count == 0) continue;
-    text += std::string(separator) + std::string(faultNames[i]) + ' ' + grouped(count);
-    separator = ", ";
-  }
-  return text + std::string(colours().plain) + '\n';
+std::string malformedLines(const FileFigures& figures) {
+  std::string text = line("malformed", grouped(figures.faults.total())) + '\n';
+  for (std::size_t i = 0; i < faultNames.size(); ++i)
+    if (const U64 count = figures.faults[Fault(i)])
+      text += std::string(colours().bad) + line("  " + std::string(faultNames[i]), grouped(count)) +
+              std::string(colours().plain) + '\n';
+  if (!figures.firstFault.empty()) text += "    first" + figures.firstFault + '\n';
+  return text;
 }
 
 std::string timeLine(const FileFigures& figures) {
@@ -117,7 +113,7 @@ std::string summaryTable(const FileFigures& figures) {
   std::string text = std::string(colours().strong) + figures.file + std::string(colours().plain);
   text += '\n' + line("records", grouped(figures.records)) + '\n';
   text += line("paths", grouped(figures.paths)) + '\n';
-  text += malformedLine(figures.faults) + timeLine(figures) + '\n' + kindLines(figures);
+  text += malformedLines(figures) + timeLine(figures) + '\n' + kindLines(figures);
   for (const auto& kind : figures.kinds) text += mostUsedLines(kind);
   return text;
 }

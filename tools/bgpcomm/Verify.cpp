@@ -85,12 +85,12 @@ int runVerify(const std::vector<std::string>& files) {
 
 void addVerify(CLI::App& app, int& exitCode) {
   const auto files = std::make_shared<std::vector<std::string>>();
-  CLI::App* const command = addCommand(
-      app, "verify",
-      "Write every list back to the wire and compare it, octet by octet, with what was read, "
-      "sorted and without repeats.",
-      "bgpcomm verify rib.bz2");
-  command->add_option("FILE", *files, "MRT files: plain, gz, bz2, xz, zst; - is stdin")->required();
+  CLI::App* const command =
+      addCommand(app, "verify", "Write every list back and compare it with the wire",
+                 "What is written must equal, octet by octet, what was read, sorted and without\n"
+                 "repeats. Exit code 1 when a list does not.\n\n"
+                 "Example: bgpcomm verify rib.bz2");
+  addFiles(*command, *files);
   command->callback([files, &exitCode] { exitCode = runVerify(*files); });
 }
 

@@ -7,18 +7,17 @@
 
 namespace {
 
-/// One line, whatever the parser's message looks like.
-int usageError(std::string text) {
-  text = text.substr(0, text.find('\n'));
-  bgpcomm::printError(text + "; see bgpcomm --help");
+int usageError(const std::string& text) {
+  bgpcomm::printError(text);
   return bgpcomm::exitBadUsage;
 }
 
+/// One line, whatever the parser's message looks like.
+std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+
 int run(int argc, char** argv) {
-  CLI::App app(
-      "BGP communities in MRT routing tables: what is in them, what it means, and whether "
-      "it survives the way to the wire and back.",
-      "bgpcomm");
+  CLI::App app("BGP communities in MRT dumps: what they are, what they mean, how much is shared.",
+               "bgpcomm");
   app.set_version_flag("--version", "bgpcomm " BGPCOMM_VERSION);
   app.footer("Example: bgpcomm summary rib.bz2");
   app.require_subcommand(1);
@@ -33,7 +32,7 @@ int run(int argc, char** argv) {
   } catch (const CLI::Success& asked) {
     return app.exit(asked);
   } catch (const CLI::ParseError& error) {
-    return usageError(error.what());
+    return usageError(firstLine(error.what()) + "; see bgpcomm --help");
   } catch (const bgpcomm::UsageError& error) {
     return usageError(error.what());
   }
