@@ -1,0 +1,82 @@
+// Hand-made octets and the files that hold them.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "tools/bgpcomm/Hex.h"
+
+namespace bgpcomm {
+
+using Bytes = std::string;
+
+/// Of hexadecimal digits; blanks are for the reader.
+inline Bytes octets(std::string_view digits) {
+  Bytes out;
+  int high = -1;
+  for (const char c : digits) {
+    const int digit = hexDigit(c);
+    if (digit < 0) continue;
+    if (high >= 0) out += char(high << 4 | digit);
+    high = high >= 0 ? -1 : digit;
+  }
+  return out;
+}
+
+inline Octets view(const Bytes& bytes) {
+  return {reinterpret_cast<const U8*>(bytes.data()), bytes.size()};
+}
+
+/// `size` octets in network order.
+inline Bytes number(U64 value, std::size_t size) {
+  Bytes out;
+  for (std::size_t i = size; i-- > 0;) out += char(value >> 8 * i);
+  return out;
+}
+/// With its length of `size` octets in front.
+inline Bytes counted(const Bytes& bytes, std::size_t size) {
+  return number(bytes.size(), size) + bytes;
+}
+
+inline Bytes mrtRecord(U16 type, U16 subtype, const Bytes& body) {
+  return octets("6553f100") + number(type, 2) + number(subtype, 2) + counted(body, 4);
+}
+
+inline Bytes update(const Bytes& attributes, const Bytes& nlri, const Bytes& withdrawn = "") {
+  const Bytes body = counted(withdrawn, 2) + counted(attributes, 2) + nlri;
+  return Bytes(16, '\xff') + number(19 + body.size(), 2) + '\x02' + body;
+}
+
+/// BGP4MP_MESSAGE_AS4 from 192.0.2.1, AS 64600.
+inline Bytes messageRecord(const Bytes& message, U16 subtype = 4) {
+  return mrtRecord(16, subtype, octets("0000fc58 0000fc59 0001 0001 c0000201 c0000202") + message);
+}
+
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const Bytes& content = "") {
+    const int descriptor = ::mkstemp(name_.data());
+    if (descriptor >= 0) ::close(descriptor);
+    std::ofstream(name_, std::ios::binary) << content;
+  }
+  ~TemporaryFile() { std::remove(name_.c_str()); }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  const std::string& name() const { return name_; }
+  Bytes content() const {
+    std::ifstream in(name_, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+
+ private:
+  std::string name_ = testing::TempDir() + "bgpcomm-XXXXXX";
+};
+
+}  // namespace bgpcomm
