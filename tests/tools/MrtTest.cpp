@@ -127,6 +127,37 @@ TEST(Mrt, CutsMessages) {
   });
 }
 
+TEST(Mrt, TakesPrefixesOfEveryForm) {
+  const struct {
+    Family family;
+    const char* prefix;
+  } cases[] = {
+      {{1, 1}, "00"},  // bits
+      {{2, 2},
+       "80"
+       "20010db8000000000000000000000001"},
+      {{1, 4}, "30 000641 0a0102"},
+      {{1, 132}, "60 0000fde8 0002fde8 00000001"},
+      {{1, 5}, "01 03 0a0102"},  // type, octets
+      {{25, 70}, "03 00"},
+      {{25, 65}, "0003 0a0102"},          // octets in two
+      {{16388, 71}, "0001 0003 0a0102"},  // type in two, octets in two
+      {{1, 85}, "01 0003 03 0a0102"},     // architecture, type in two, octets
+      {{1, 133}, "03 0a0102"},            // octets in one
+      {{2, 134}, "f003 0a0102"},          // or in two
+  };
+  for (const auto& [family, digits] : cases) {
+    const Bytes prefix = octets(digits);
+    for (std::size_t size = 0; size <= prefix.size() + 1; ++size) {
+      const Bytes there = (prefix + "x").substr(0, size);
+      Cursor in(view(there));
+      const std::optional<Octets> taken = takeNlri(in, family);
+      ASSERT_EQ(taken.has_value(), size >= prefix.size()) << digits << ' ' << size;
+      EXPECT_EQ(hex(taken.value_or(view(prefix))), hex(view(prefix)));
+    }
+  }
+}
+
 TEST(Mrt, FaultsStopNothingButTheFilesEnd) {
   const Bytes good = messageRecord(update(attributes, ""));
   const std::string path = "192.0.2.1 64600 40010100\n";

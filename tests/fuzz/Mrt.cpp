@@ -1,0 +1,41 @@
+// A hostile dump: its records are cut into paths, and of each path everything is asked.
+
+#include "tools/bgpcomm/Mrt.h"
+#include "tools/bgpcomm/Attributes.h"
+#include "tools/bgpcomm/Nlri.h"
+
+using namespace bgpcomm;
+
+namespace {
+
+void askEverything(const Path& path, const KindTables& tables) {
+  std::string text = addressText(path.peer.address);
+  visitPrefixes(path, [&](const Prefix& prefix) { text += nlriText(prefix.family, prefix.nlri); });
+  FaultCounts faults;
+  const CommunityValues values = findCommunities(path.attributes, faults);
+  for (std::size_t kind = 0; kind < kindCount; ++kind) {
+    if (!tables[kind] || values[kind].empty()) continue;
+    text += tables[kind]->text(values[kind], true).text;
+    text += tables[kind]->serialized(values[kind]).text;
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
+  static const KindTables tables = makeKindTables();
+  PathCutter cutter;
+  Cursor in(Octets(data, size));
+  while (!in.atEnd()) {
+    Record record;
+    // The types that are understood are near each other; a length of two octets is found sooner.
+    record.type = U16(in.u8() % 8 + 11);
+    record.subtype = U16(in.u8() % 16);
+    const Octets body = in.take(std::min<std::size_t>(in.u16(), in.left().size()));
+    // In memory of its own, where reading beyond the end is seen.
+    const std::vector<U8> copy(body.begin(), body.end());
+    record.body = copy;
+    cutter.cut(record, [](const Path& path) { askEverything(path, tables); });
+  }
+  return 0;
+}
