@@ -3,15 +3,23 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "Mox/Exception.h"
 #include "Mox/Text.h"
 
 namespace Zonet {
 
+static_assert(Ip6Addr::longestText + 1 == INET6_ADDRSTRLEN);
+
+char* Ip6Addr::toChars(char* at) const {
+  inet_ntop(AF_INET6, octets_.data(), at, INET6_ADDRSTRLEN);
+  return at + std::strlen(at);
+}
+
 Mox::String Ip6Addr::toStrep() const {
   char text[INET6_ADDRSTRLEN];
-  return inet_ntop(AF_INET6, octets_.data(), text, sizeof text);
+  return {text, toChars(text)};
 }
 
 std::ostream& operator<<(std::ostream& stream, const Ip6Addr& address) {

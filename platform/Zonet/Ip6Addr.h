@@ -16,6 +16,7 @@ namespace Zonet {
 class Ip6Addr {
  public:
   using Octets = std::array<U8, 16>;
+  static constexpr std::size_t longestText = 45;
 
   /// The unspecified address, `::`.
   constexpr Ip6Addr() = default;
@@ -24,6 +25,8 @@ class Ip6Addr {
   constexpr const Octets& octets() const { return octets_; }
   /// The canonical form (RFC 5952).
   Mox::String toStrep() const;
+  /// Writes the text, at most `longestText` characters and a zero, and returns the text's end.
+  char* toChars(char* at) const;
 
   friend constexpr auto operator<=>(const Ip6Addr&, const Ip6Addr&) = default;
 

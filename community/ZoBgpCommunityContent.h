@@ -1,0 +1,54 @@
+// The raw content of an extended community: its eight octets as one number (RFC 4360).
+//
+//   ExtCommContent content(0x0002FDE800000064);
+//   content.type()       // 0x00, wire octet 0
+//   content.subtype()    // 0x02, wire octet 1
+//   stream << content    // 0x0002fde800000064
+//   valueToStrep(content)  // "820131242901604", what reflection reads and writes
+//
+// A plain value. Two texts on purpose: people read hexadecimal, configuration stores decimal.
+#pragma once
+
+#include <compare>
+
+#include "Mox/Text.h"
+#include "Orv/HashMix.h"
+
+namespace Routing::Bgp {
+
+class ExtCommContent {
+ public:
+  constexpr ExtCommContent() = default;
+  /// Wire octet 0 is the most significant.
+  constexpr explicit ExtCommContent(U64 value) : value_(value) {}
+
+  constexpr U64 value() const { return value_; }
+  /// An octet of the wire, 0 to 7.
+  constexpr U8 octet(U32 index) const { return U8(value_ >> (56 - 8 * index)); }
+  constexpr U8 type() const { return octet(0); }
+  constexpr U8 subtype() const { return octet(1); }
+  constexpr bool transitive() const { return !(type() & 0x40); }
+
+  constexpr U32 hash() const {
+    Orv::HashMix mix;
+    mix.feed(value_);
+    return mix.finish();
+  }
+
+  friend constexpr auto operator<=>(const ExtCommContent&, const ExtCommContent&) = default;
+
+ private:
+  U64 value_ = 0;
+};
+
+/// Eighteen characters: `0x` and sixteen hexadecimal digits, in upper case when the stream says so
+/// and whatever else it says; a content of zero is eighteen zeros.
+std::ostream& operator<<(std::ostream& stream, const ExtCommContent& content);
+/// Decimal.
+inline Mox::String valueToStrep(const ExtCommContent& content) {
+  return Mox::valueToStrep(content.value());
+}
+/// Reads what `valueToStrep` writes; errors as for any unsigned number.
+void sequenceToValue(std::string_view text, ExtCommContent& content);
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,174 @@
+// What both families of extended communities are, the 8-octet one and the 20-octet one: an interned
+// object of a classification and a raw content, and the texts made from them.
+//
+// A family is what differs, and nothing else:
+//   Content          the raw content: `type()`, `subtype()`, `transitive()`, `==`, `hash()`
+//   PktType          the enumeration of its types; its `Unknown` is `unknownType`
+//   Object           the class of an object that nobody knows more about
+//   Stored           the record of one in the store: `classification`, `content()`
+//   subtypeNames     the types whose subtypes have names, a range of ExtCommSubtypeNames
+//   strepFormatName  see StrepFormatOf
+//
+// 1. Objects are immutable; their identity is the content alone: neither hash nor equality looks at
+//    the classification.
+// 2. No content makes a text fail or be cut.
+//
+// Threads: read from any.
+#pragma once
+
+#include "Mox/Entity.h"
+#include "MoxStash/DedupHandle.h"
+#include "MoxStash/StoreManager.h"
+#include "attr/ZoBgpMiscTypes.h"
+#include "community/ZoBgpCommunityEnums.h"
+#include "community/ZoBgpCommunityStrepFormat.h"
+#include "community/ZoBgpCommunitySubtypes.h"
+#include "community/ZoBgpCommunityText.h"
+
+namespace Routing::Bgp {
+
+/// A type and the names of its subtypes.
+struct ExtCommSubtypeNames {
+  U32 pktType;
+  std::string_view (*nameOf)(U8 subtype);  ///< empty for an octet that is no member
+};
+
+template <class F>
+class ExtCommValue : public MoxStash::DedupHandle {
+ public:
+  using Family = F;
+  using Content = typename F::Content;
+  using PktType = typename F::PktType;
+  using StrepFormat = StrepFormatOf<F>;
+
+  ExtCommValue(ExtCommClassification classification, const Content& content)
+      : classification_(classification), content_(content) {}
+
+  /// A private object as it lies in the store, of the plain class whatever it was of, to be
+  /// interned by the caller; the manager is told. StoreException when the record is damaged.
+  static Mox::Ptr<typename F::Object> destash(MoxStash::StoreReference stored,
+                                              const MoxStash::StoreManager& manager);
+
+  /// The group that the parser assigned.
+  ExtCommClassification classification() const { return classification_; }
+  Content getContent() const { return content_; }
+  /// The type octet, or `Unknown` when it is no member.
+  PktType pktType() const {
+    const auto type = PktType(content_.type());
+    return bgpIsValidEnumMember(type) ? type : F::unknownType;
+  }
+  bool transitive() const { return content_.transitive(); }
+
+  U32 hash() const override { return content_.hash(); }
+  bool compare(const Orv::DedupHandle* other) const override {
+    return content_ == static_cast<const ExtCommValue*>(other)->content_;
+  }
+  /// `content` refers to a `Content`, `sizeof(Content)` octets at any alignment.
+  bool compareByContent(const Orv::DedupContentHandle& content) const override {
+    return content.size == sizeof content_ &&
+           std::memcmp(content.octets, &content_, sizeof content_) == 0;
+  }
+
+  // Slots after those of the handle, in this order. Classes below append theirs.
+
+  /// The subtype octet; unspecified for a class of types that have none.
+  virtual BgpExtCommPktSubtype pktSubtype() const { return {}; }
+  /// The text of show commands, in angle brackets.
+  virtual void formatDerivedType(std::ostream& stream) const = 0;
+  /// The text of policy and configuration; `format` says how much of it.
+  virtual Mox::String toStrepForPolicy(StrepFormat format) const = 0;
+  /// Does nothing: the subtype is part of the content, which never changes.
+  virtual void pktSubtypeIs(const BgpExtCommPktSubtype&) {}
+
+  /// What `formatDerivedType` writes.
+  Mox::String toStrep() const;
+  /// The name of the subtype, or `subtype=` and its number; `none` for a type whose subtypes have
+  /// no names at all, `unspecified` when there is no subtype.
+  void formatSubtype(std::ostream& stream) const;
+
+  /// The show text; `NULL` for a null pointer.
+  friend std::ostream& operator<<(std::ostream& stream, const ExtCommValue* value) {
+    return value ? stream << *value : Mox::writeText(stream, "NULL");
+  }
+  friend std::ostream& operator<<(std::ostream& stream, const ExtCommValue& value) {
+    value.formatDerivedType(stream);
+    return stream;
+  }
+
+ protected:
+  const Content& content() const { return content_; }
+  /// The name of the subtype or its number. Asserts that this is an object of `type` and has one.
+  Mox::String subtypeString(PktType type) const;
+  /// Appends the type and, when there is one, a space and the subtype.
+  void appendTypeAndSubtype(CommText& text) const;
+
+ private:
+  static_assert(std::has_unique_object_representations_v<Content>);
+
+  void appendSubtype(CommText& text) const;
+
+  const ExtCommClassification classification_;
+  const Content content_;
+};
+
+template <class F>
+Mox::Ptr<typename F::Object> ExtCommValue<F>::destash(MoxStash::StoreReference stored,
+                                                      const MoxStash::StoreManager& manager) {
+  const auto& record = manager.record<typename F::Stored>(stored);
+  if (record.classification >= extCommClassificationOneBeyondLast)
+    throw MoxStash::StoreException("stored community has no such classification: " +
+                                   std::to_string(record.classification));
+  auto object = Mox::makeNew<typename F::Object>(ExtCommClassification(record.classification),
+                                                 record.content());
+  manager.restored();
+  return object;
+}
+
+template <class F>
+Mox::String ExtCommValue<F>::toStrep() const {
+  CommTextSink sink;
+  std::ostream stream(&sink);
+  formatDerivedType(stream);
+  return sink.str();
+}
+
+template <class F>
+void ExtCommValue<F>::formatSubtype(std::ostream& stream) const {
+  CommText text;
+  appendSubtype(text);
+  text.writeTo(stream);
+}
+
+template <class F>
+void ExtCommValue<F>::appendTypeAndSubtype(CommText& text) const {
+  text << pktType();
+  if (!pktSubtype().isUnspecified()) appendSubtype(text << ' ');
+}
+
+template <class F>
+void ExtCommValue<F>::appendSubtype(CommText& text) const {
+  const BgpExtCommPktSubtype subtype = pktSubtype();
+  if (subtype.isUnspecified()) {
+    text << "unspecified";
+    return;
+  }
+  for (const ExtCommSubtypeNames& names : F::subtypeNames) {
+    if (names.pktType != pktType()) continue;
+    const std::string_view name = names.nameOf(U8(U64(subtype)));
+    name.empty() ? text << "subtype=" << U64(subtype) : text << name;
+    return;
+  }
+  text << "none";
+}
+
+template <class F>
+Mox::String ExtCommValue<F>::subtypeString(PktType type) const {
+  // The condition as operators know it: the enumerator's name with an underscore.
+  MOX_ASSERT(pktType() == type, (stringValue(type) + "_ == pktType()").c_str());
+  MOX_ASSERT(!pktSubtype().isUnspecified(), "!pktSubtype().isUnspecified()");
+  CommText text;
+  appendSubtype(text);
+  return text.str();
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,190 @@
+// The extended communities that the library knows the meaning of. A kind fixes its classification
+// and says its two texts; everything else is its base's.
+//
+//   auto target = extCommRouteTargetAsFactory(ExtCommContent(0x0002FDE800000064), false);
+//   target->toStrepForPolicy({})   // "65000:100"; with classification "RT:65000:100"
+//   target->toStrep()              // "<RouteTarget2ByteASN 65000:100 0x0002fde800000064>"
+//
+// A factory returns a new, private object with its notifications on. It does not look at type and
+// subtype: who calls it has.
+#pragma once
+
+#include "community/ZoBgpCommunityAsNumber.h"
+#include "community/ZoBgpCommunityIpv4Address.h"
+
+namespace Routing::Bgp {
+
+// --- Route target and route origin (RFC 4360, sections 4 and 5). They differ in words only. ---
+
+struct RouteTarget {
+  static constexpr ExtCommClassification classification = extCommClassificationRouteTarget;
+  static constexpr std::string_view asClass = "Routing::Bgp::ExtCommRouteTargetAs";
+  static constexpr std::string_view ipv4Class = "Routing::Bgp::ExtCommRouteTargetIpv4Address";
+  static constexpr std::string_view shortName = "RT", longName = "Route-Target";
+  static constexpr std::string_view showName = "RouteTarget";
+};
+struct RouteOrigin {
+  static constexpr ExtCommClassification classification = extCommClassificationRouteOrigin;
+  static constexpr std::string_view asClass = "Routing::Bgp::ExtCommRouteOriginAs";
+  static constexpr std::string_view ipv4Class = "Routing::Bgp::ExtCommRouteOriginIpv4Address";
+  static constexpr std::string_view shortName = "SoO", longName = "Route-Origin";
+  static constexpr std::string_view showName = "RouteOrigin";
+};
+
+/// Of type 0x00 or 0x02; the show text of any other type ends the process.
+template <class Route>
+class ExtCommRouteAs final : public Mox::Entity<ExtCommRouteAs<Route>, ExtCommAsNumber> {
+ public:
+  static const Mox::Type type;
+  ExtCommRouteAs(const ExtCommContent& content, bool fourByteAs)
+      : ExtCommRouteAs::Entity(Route::classification, content, fourByteAs) {}
+  void formatDerivedType(std::ostream& stream) const override;
+  Mox::String toStrepForPolicy(ExtComm::StrepFormat format) const override;
+};
+
+/// Of type 0x01.
+template <class Route>
+class ExtCommRouteIpv4Address final
+    : public Mox::Entity<ExtCommRouteIpv4Address<Route>, ExtCommIpv4Address> {
+ public:
+  static const Mox::Type type;
+  explicit ExtCommRouteIpv4Address(const ExtCommContent& content)
+      : ExtCommRouteIpv4Address::Entity(Route::classification, content) {}
+  void formatDerivedType(std::ostream& stream) const override;
+  Mox::String toStrepForPolicy(ExtComm::StrepFormat format) const override;
+};
+
+using ExtCommRouteTargetAs = ExtCommRouteAs<RouteTarget>;
+using ExtCommRouteTargetIpv4Address = ExtCommRouteIpv4Address<RouteTarget>;
+using ExtCommRouteOriginAs = ExtCommRouteAs<RouteOrigin>;
+using ExtCommRouteOriginIpv4Address = ExtCommRouteIpv4Address<RouteOrigin>;
+extern template class ExtCommRouteAs<RouteTarget>;
+extern template class ExtCommRouteIpv4Address<RouteTarget>;
+extern template class ExtCommRouteAs<RouteOrigin>;
+extern template class ExtCommRouteIpv4Address<RouteOrigin>;
+
+// --- The others. ---
+
+/// Link bandwidth (draft-ietf-idr-link-bandwidth), of type 0x40, subtype 0x04.
+class ExtCommLinkBandwidth final : public Mox::Entity<ExtCommLinkBandwidth, ExtCommAsNumber> {
+ public:
+  static const Mox::Type type;
+  explicit ExtCommLinkBandwidth(const ExtCommContent& content)
+      : Entity(extCommClassificationLinkBandwidth, content, false) {}
+  /// In octets per second. A peer chooses its bits: it may be infinite, negative or no number.
+  double bandwidth() const;
+  void formatDerivedType(std::ostream& stream) const override;
+  Mox::String toStrepForPolicy(StrepFormat format) const override;
+};
+
+/// A tunnel type of the encapsulation community (RFC 9012, IANA registry of tunnel types).
+enum TunnelType : U32 {
+  tunnelTypeL2tpv3OverIp = 1,
+  tunnelTypeGre = 2,
+  tunnelTypeIpInIp = 7,
+  tunnelTypeVxlan = 8,
+  tunnelTypeNvgre = 9,
+  tunnelTypeMpls = 10,
+  tunnelTypeMplsInGre = 11,
+  tunnelTypeVxlanGpe = 12,
+};
+consteval auto enumTable(TunnelType) {
+  return Mox::enumRows<TunnelType>("Routing::Bgp::TunnelType",
+                                   {{tunnelTypeL2tpv3OverIp, "tunnelTypeL2tpv3OverIp"},
+                                    {tunnelTypeGre, "tunnelTypeGre"},
+                                    {tunnelTypeIpInIp, "tunnelTypeIpInIp"},
+                                    {tunnelTypeVxlan, "tunnelTypeVxlan"},
+                                    {tunnelTypeNvgre, "tunnelTypeNvgre"},
+                                    {tunnelTypeMpls, "tunnelTypeMpls"},
+                                    {tunnelTypeMplsInGre, "tunnelTypeMplsInGre"},
+                                    {tunnelTypeVxlanGpe, "tunnelTypeVxlanGpe"}});
+}
+inline constexpr Mox::EnumInstance<TunnelType> TunnelTypeInstance{};
+
+/// Tunnel encapsulation (RFC 9012, section 4.1), of type 0x03, subtype 0x0c.
+class ExtCommTunnelEncap final : public Mox::Entity<ExtCommTunnelEncap, ExtCommSubtyped> {
+ public:
+  static const Mox::Type type;
+  explicit ExtCommTunnelEncap(const ExtCommContent& content)
+      : Entity(extCommClassificationTunnelEncap, content) {}
+  /// Sixteen bits, not all of them members.
+  TunnelType tunnelType() const { return TunnelType(bits(0, 16)); }
+  void formatDerivedType(std::ostream& stream) const override;
+  Mox::String toStrepForPolicy(StrepFormat format) const override;
+};
+
+/// Color (RFC 9012, section 4.3), of type 0x03, subtype 0x0b.
+class ExtCommColor final : public Mox::Entity<ExtCommColor, ExtCommSubtyped> {
+ public:
+  static const Mox::Type type;
+  explicit ExtCommColor(const ExtCommContent& content)
+      : Entity(extCommClassificationColor, content) {}
+  U32 color() const { return bits(0, 32); }
+  /// The two color-only bits of the flags (RFC 9256, section 8.8.1), the first one first.
+  U32 firstCoBit() const { return bits(47, 1); }
+  U32 secondCoBit() const { return bits(46, 1); }
+  void formatDerivedType(std::ostream& stream) const override;
+  Mox::String toStrepForPolicy(StrepFormat format) const override;
+};
+
+/// What a router found out about the origin of a route (RFC 8097).
+enum class OriginValidationState : U32 { valid = 0, notFound = 1, invalid = 2 };
+
+/// The row of a state also says how texts spell it.
+struct OriginValidationStateRow {
+  OriginValidationState value;
+  std::string_view name;
+  std::string_view shownAs;
+  bool member = true;
+};
+consteval auto enumTable(OriginValidationState) {
+  using enum OriginValidationState;
+  return Mox::enumRows<OriginValidationState, OriginValidationStateRow>(
+      "Routing::Bgp::OriginValidationState", {{valid, "valid", "Valid"},
+                                              {notFound, "notFound", "NotFound"},
+                                              {invalid, "invalid", "Invalid"}});
+}
+inline constexpr Mox::EnumInstance<OriginValidationState> OriginValidationStateInstance{};
+
+/// Origin validation state (RFC 8097), of type 0x43, subtype 0x00.
+class ExtCommOriginValidationState final
+    : public Mox::Entity<ExtCommOriginValidationState, ExtCommSubtyped> {
+ public:
+  static const Mox::Type type;
+  explicit ExtCommOriginValidationState(const ExtCommContent& content)
+      : Entity(extCommClassificationOriginValidationState, content) {}
+  /// The last octet, not always a member; the reserved ones before it are not looked at.
+  OriginValidationState state() const { return OriginValidationState(bits(0, 8)); }
+  void formatDerivedType(std::ostream& stream) const override;
+  Mox::String toStrepForPolicy(StrepFormat format) const override;
+};
+
+/// Default gateway (RFC 7432, section 7.8), of type 0x03, subtype 0x0d.
+class ExtCommDefaultGateway final : public Mox::Entity<ExtCommDefaultGateway, ExtCommSubtyped> {
+ public:
+  static const Mox::Type type;
+  explicit ExtCommDefaultGateway(const ExtCommContent& content)
+      : Entity(extCommClassificationDefaultGateway, content) {}
+  void formatDerivedType(std::ostream& stream) const override;
+  Mox::String toStrepForPolicy(StrepFormat format) const override;
+};
+
+// --- Factories, one per kind. ---
+
+template <class Kind, class... FourByteAs>
+struct ExtCommFactory {
+  typename Kind::Ptr operator()(const ExtCommContent& content, FourByteAs... fourByteAs) const {
+    return Mox::makeNew<Kind>(content, fourByteAs...);
+  }
+};
+inline constexpr ExtCommFactory<ExtCommRouteTargetAs, bool> extCommRouteTargetAsFactory;
+inline constexpr ExtCommFactory<ExtCommRouteTargetIpv4Address> extCommRouteTargetIpv4AddressFactory;
+inline constexpr ExtCommFactory<ExtCommRouteOriginAs, bool> extCommRouteOriginAsFactory;
+inline constexpr ExtCommFactory<ExtCommRouteOriginIpv4Address> extCommRouteOriginIpv4AddressFactory;
+inline constexpr ExtCommFactory<ExtCommLinkBandwidth> extCommLinkBandwidthFactory;
+inline constexpr ExtCommFactory<ExtCommTunnelEncap> extCommTunnelEncapFactory;
+inline constexpr ExtCommFactory<ExtCommColor> extCommColorFactory;
+inline constexpr ExtCommFactory<ExtCommOriginValidationState> extCommOriginValidationStateFactory;
+inline constexpr ExtCommFactory<ExtCommDefaultGateway> extCommDefaultGatewayFactory;
+
+}  // namespace Routing::Bgp

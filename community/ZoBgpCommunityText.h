@@ -1,0 +1,95 @@
+// Text of one community in the making.
+//
+//   CommText text;
+//   text << "RT:" << U32{65000} << ':' << U16{100};
+//   return text.str();   // or text.writeTo(stream)
+//
+// It grows on the stack, further than any text of this library goes, and on the heap after that:
+// nothing is ever cut. Neither a stream's format nor a locale changes it.
+#pragma once
+
+#include <charconv>
+#include <cstring>
+#include <ostream>
+#include <streambuf>
+
+#include "Mox/Enum.h"
+#include "ZoFmt/StackBackedBuffer.h"
+#include "Zonet/Ip4Addr.h"
+#include "Zonet/Ip6Addr.h"
+#include "community/ZoBgpCommunityContent.h"
+
+namespace Routing::Bgp {
+
+class CommText {
+ public:
+  CommText& operator<<(std::string_view text) {
+    std::memcpy(buffer_.allocateSpace(text.size()), text.data(), text.size());
+    buffer_.written(text.size());
+    return *this;
+  }
+  CommText& operator<<(char character) { return *this << std::string_view(&character, 1); }
+  /// Decimal, octets too.
+  template <std::unsigned_integral U>
+  CommText& operator<<(U number) {
+    return append(20, [number](char* at) { return std::to_chars(at, at + 20, number).ptr; });
+  }
+  /// Six significant digits, in scientific notation where that is shorter: what a stream writes
+  /// when nobody has changed its format. `inf` and `nan` with their sign.
+  CommText& operator<<(double number);
+  /// The name, or the number when it has none.
+  template <Mox::Enumeration E>
+  CommText& operator<<(E value) {
+    const auto* row = Mox::enumTableOf<E>.find(U32(value));
+    return row ? *this << row->name : *this << U32(value);
+  }
+  CommText& operator<<(const Zonet::Ip4Addr& address) {
+    return append(address.longestText, [&](char* at) { return address.toChars(at); });
+  }
+  CommText& operator<<(const Zonet::Ip6Addr& address) {
+    return append(address.longestText + 1, [&](char* at) { return address.toChars(at); });
+  }
+
+  /// Two lower-case hexadecimal digits.
+  CommText& hex(U8 octet);
+  /// The eighteen characters of a content, in upper case when the stream they are for says so.
+  CommText& content(const ExtCommContent& content, const std::ostream& stream);
+  /// Type and subtype as policy text begins: `0302`, `name`, and `(NT)` unless transitive. The
+  /// type's own bit for that is not shown.
+  CommText& typeAndSubtype(std::string_view name, U8 type, U8 subtype, bool transitive);
+
+  Mox::String str() const { return Mox::String(buffer_.text()); }
+  std::ostream& writeTo(std::ostream& stream) const {
+    return Mox::writeText(stream, buffer_.text());
+  }
+
+ private:
+  template <class Write>
+  CommText& append(std::size_t atMost, Write write) {
+    char* const start = buffer_.allocateSpace(atMost);
+    buffer_.written(std::size_t(write(start) - start));
+    return *this;
+  }
+
+  ZoFmt::StackBackedBuffer<256, 1024> buffer_;
+};
+
+/// What a stream writes into, for a text that can be had through a stream only.
+class CommTextSink final : public std::streambuf {
+ public:
+  Mox::String str() const { return text_.str(); }
+
+ private:
+  std::streamsize xsputn(const char* characters, std::streamsize count) override {
+    text_ << std::string_view(characters, std::size_t(count));
+    return count;
+  }
+  int_type overflow(int_type character) override {
+    if (character != traits_type::eof()) text_ << traits_type::to_char_type(character);
+    return traits_type::not_eof(character);
+  }
+
+  CommText text_;
+};
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,89 @@
+// One IPv6-address-specific extended community (RFC 5701): the 20-octet sibling of ExtComm.
+//
+//   auto comm = Mox::makeNew<ExtCommIp6Subtyped>(extCommClassificationUnSpecified, content);
+//   comm->toStrep()
+//       // <extCommIp6PktTypeTransIpv6Address extCommIp6PktSubtypeRouteTarget addr=2001:db8::1
+//       //  localAdmin=100>, on one line
+//   comm->toStrepForPolicy({})   // "2001:db8::1:100"
+//
+// What both families share, and so most of what it does, is said in ZoBgpCommunityFamily.h. Every
+// community that the agent holds comes from the intern table: `ExtCommIp6::dedupContent`.
+#pragma once
+
+#include "community/ZoBgpCommunityFamily.h"
+#include "ip6/ExtCommIp6Content.h"
+
+namespace Routing::Bgp {
+
+class ExtCommIp6;
+class ExtCommIp6DedupTable;
+
+/// A community in the store.
+struct StoredExtCommIp6 {
+  U32 classification;
+  U8 type;
+  U8 subtype;
+  Zonet::Ip6Addr addr;
+  U16 localAdmin;
+
+  ExtCommIp6Content content() const { return {type, subtype, addr, localAdmin}; }
+};
+
+struct ExtCommIp6Family {
+  using Content = ExtCommIp6Content;
+  using PktType = BgpExtCommIp6PktType;
+  using Object = ExtCommIp6;
+  using Stored = StoredExtCommIp6;
+  static constexpr PktType unknownType = extCommIp6PktTypeUnknown;
+  static constexpr ExtCommSubtypeNames subtypeNames[] = {
+      {extCommIp6PktTypeTransIpv6Address,
+       &extCommSubtypeName<BgpExtCommIp6PktSubtypeTransIpv6Address>},
+      {extCommIp6PktTypeNonTransIpv6Address,
+       &extCommSubtypeName<BgpExtCommIp6PktSubtypeNonTransIpv6Address>}};
+  static constexpr std::string_view strepFormatName = "Routing::Bgp::ExtCommIp6::StrepFormat";
+};
+
+extern template class ExtCommValue<ExtCommIp6Family>;
+
+class ExtCommIp6 : public Mox::Entity<ExtCommIp6, ExtCommValue<ExtCommIp6Family>> {
+ public:
+  static const Mox::Type type;
+
+  using Entity::Entity;
+
+  /// The one object of this content, made by the table's parser if there is none.
+  static PtrConst dedupContent(const ExtCommIp6DedupTable* table, const ExtCommIp6Content& content);
+
+  void formatDerivedType(std::ostream& stream) const override;
+  /// Address and local administrator, after type and subtype when `format.inFull()`.
+  Mox::String toStrepForPolicy(StrepFormat format) const override;
+
+  // The name of the subtype octet, or `subtype=` and its number. Each asserts that the object is of
+  // its type and has a subtype.
+  Mox::String pktSubtypeTransIpv6AddressAsString() const {
+    return subtypeString(extCommIp6PktTypeTransIpv6Address);
+  }
+  Mox::String pktSubtypeNonTransIpv6AddressAsString() const {
+    return subtypeString(extCommIp6PktTypeNonTransIpv6Address);
+  }
+};
+
+/// A new, private object of the plain class.
+inline ExtCommIp6::Ptr extCommIp6Factory(ExtCommClassification classification,
+                                         const ExtCommIp6Content& content) {
+  return Mox::makeNew<ExtCommIp6>(classification, content);
+}
+
+/// A community whose second octet is a subtype.
+class ExtCommIp6Subtyped : public Mox::Entity<ExtCommIp6Subtyped, ExtCommIp6> {
+ public:
+  static const Mox::Type type;
+
+  using Entity::Entity;
+
+  BgpExtCommPktSubtype pktSubtype() const override {
+    return BgpExtCommPktSubtype(content().subtype());
+  }
+};
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,24 @@
+// The number of an autonomous system and its text (RFC 5396).
+//
+//   Zonet::AutonomousSystem(65636).displayString(false)   // "65636", asplain
+//   Zonet::AutonomousSystem(65636).displayString(true)    // "1.100", asdot
+//   Zonet::AutonomousSystem(65000).displayString(true)    // "65000"
+#pragma once
+
+#include "Mox/Types.h"
+
+namespace Zonet {
+
+class AutonomousSystem {
+ public:
+  constexpr explicit AutonomousSystem(U32 number) : number_(number) {}
+
+  constexpr U32 number() const { return number_; }
+  /// Decimal; with `asdot`, a number above 65535 as its two halves with a dot between them.
+  Mox::String displayString(bool asdot) const;
+
+ private:
+  U32 number_;
+};
+
+}  // namespace Zonet
