@@ -1,5 +1,5 @@
 #include <nlohmann/json.hpp>
-#include <regex>
+#include <sstream>
 
 #include "RunTool.h"
 
@@ -14,6 +14,13 @@ Bytes sampleFile() {
   return messageRecord(update(origin + octets("c00808 fde80064ffffff01"), nlri)) +
          messageRecord(update(origin + octets("c0080c ffffff01fde80064fde80064"), nlri)) +
          messageRecord(update(origin + octets("c00804 fde800c8"), ""));
+}
+
+std::size_t longestLine(const std::string& text) {
+  std::size_t longest = 0;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) longest = std::max(longest, line.size());
+  return longest;
 }
 
 class Tool : public testing::Test {
@@ -135,13 +142,13 @@ TEST_F(Tool, ShowsFiguresToPeopleIn80Columns) {
         "                   1  65000:200\n"})
     EXPECT_NE(run.out.find(line), run.out.npos) << line << run.out;
   EXPECT_EQ(run.out.find('\033'), run.out.npos);
-  EXPECT_FALSE(std::regex_search(run.out, std::regex("[^\n]{81}"))) << run.out;
+  EXPECT_LE(longestLine(run.out), 80u) << run.out;
 
   for (const char* const command : {"", "summary", "paths", "verify", "decode", "describe"}) {
     const ToolRun help = runTool("bgpcomm " + std::string(command) + " --help");
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_NE(help.out.find("Example: bgpcomm "), help.out.npos) << command;
-    EXPECT_FALSE(std::regex_search(help.out, std::regex("[^\n]{81}"))) << help.out;
+    EXPECT_LE(longestLine(help.out), 80u) << help.out;
   }
 }
 
