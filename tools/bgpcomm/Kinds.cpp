@@ -32,8 +32,12 @@ struct Standard {
   static std::optional<std::vector<U8>> readValue(std::string_view text);
 };
 
-std::vector<U8> octetsOf(U32 community) {
-  return {U8(community >> 24), U8(community >> 16), U8(community >> 8), U8(community)};
+template <std::size_t count>
+std::vector<U8> octetsOf(const std::array<U32, count>& words) {
+  std::vector<U8> octets;
+  for (const U32 word : words)
+    for (int shift = 24; shift >= 0; shift -= 8) octets.push_back(U8(word >> shift));
+  return octets;
 }
 
 /// `65000:100`, or one of the well-known names, all of which lie in the two ends of the numbers.
@@ -43,12 +47,13 @@ std::optional<std::vector<U8>> Standard::readValue(std::string_view text) {
   const auto colon = std::from_chars(text.data(), end, high);
   if (colon.ec == std::errc() && colon.ptr != end && *colon.ptr == ':') {
     const auto last = std::from_chars(colon.ptr + 1, end, low);
-    if (last.ec == std::errc() && last.ptr == end) return octetsOf(U32(high) << 16 | low);
+    if (last.ec == std::errc() && last.ptr == end)
+      return octetsOf(std::array{U32(high) << 16 | low});
   }
   if (text.empty()) return std::nullopt;
   for (U32 wellKnown = 0xffff0000; wellKnown != 0; ++wellKnown)
-    if (List::wellKnownName(wellKnown) == text) return octetsOf(wellKnown);
-  if (List::wellKnownName(0) == text) return octetsOf(0);
+    if (List::wellKnownName(wellKnown) == text) return octetsOf(std::array{wellKnown});
+  if (List::wellKnownName(0) == text) return octetsOf(std::array{U32{0}});
   return std::nullopt;
 }
 
@@ -120,7 +125,8 @@ class Interned final : public KindTable {
 
  private:
   using List = typename Kind::List;
-  using Value = std::array<U8, Kind::valueSize>;
+  /// In network order, so that values sort as their octets do.
+  using Value = std::array<U32, Kind::valueSize / sizeof(U32)>;
   using ValuePaths = std::pair<Value, U64>;
 
   static U64 memory() {
@@ -130,7 +136,7 @@ class Interned final : public KindTable {
   }
 
   std::unordered_map<const List*, U64> pathsByList() const {
-    std::unordered_map<const List*, U64> paths;
+    std::unordered_map<const List*, U64> paths(table_->dedupHashTable()->members());
     for (const auto& list : held_) ++paths[list.get()];
     for (const auto& [list, count] : added_) paths[list.get()] += count;
     return paths;
@@ -138,10 +144,10 @@ class Interned final : public KindTable {
 
   static void appendValues(std::vector<ValuePaths>& values, const std::string& attribute,
                            U64 paths) {
-    Octets left = valueOf(attribute);
-    for (; left.size() >= Kind::valueSize; left = left.subspan(Kind::valueSize)) {
+    Cursor in(valueOf(attribute));
+    while (!in.atEnd()) {
       Value value;
-      std::copy_n(left.begin(), Kind::valueSize, value.begin());
+      for (U32& word : value) word = in.u32();
       values.emplace_back(value, paths);
     }
   }
@@ -168,7 +174,7 @@ class Interned final : public KindTable {
                       moreUsed);
     std::vector<ValueUse> uses;
     for (std::size_t i = 0; i < count; ++i)
-      uses.push_back({Kind::valueText(values[i].first, true), values[i].second});
+      uses.push_back({Kind::valueText(octetsOf(values[i].first), true), values[i].second});
     return uses;
   }
 
