@@ -19,4 +19,6 @@ void ShardLock::lockContended() {
     state_.wait(lockedWithSleepers, std::memory_order_relaxed);
 }
 
+void ShardLock::wakeOne() { state_.notify_one(); }
+
 }  // namespace Orv

@@ -19,13 +19,17 @@ class ShardLock {
   }
   void unlock() {
     if (state_.exchange(unlocked, std::memory_order_release) == lockedWithSleepers) [[unlikely]]
-      state_.notify_one();
+      wakeOne();
   }
 
  private:
   enum : U32 { unlocked, locked, lockedWithSleepers };
 
+  // Sleeping and waking stand in one source file, and must: the standard library keeps count of
+  // sleepers in a table that each shared library may have a copy of its own of, and who wakes by
+  // another copy than the sleeper's finds nobody to wake.
   void lockContended();
+  void wakeOne();
 
   std::atomic<U32> state_{unlocked};
 };
