@@ -1,0 +1,28 @@
+// The benchmarks by theme. A name is "operation, workload/contender"; what is said of a list after
+// the colon in the report of ratios comes from these names alone.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Workload.h"
+
+namespace bench {
+
+inline std::string nameOf(std::string_view operation, std::string_view workload,
+                          std::string_view contender) {
+  return std::string(operation) + ", " + std::string(workload) + "/" + std::string(contender);
+}
+
+/// Octets to interned list, found and made; last release; memory.
+void addInterning(const Workload& workload);
+/// List to text and to octets.
+void addFormatting(const Workload& workload);
+/// One and two threads, on the same lists and on different ones.
+void addThreads(const MadeUpLists& lists);
+/// Cost of a hit by members of the table.
+void addMembers(U64 mostMembers);
+/// Cost of the longest attributes, in the worst orders.
+void addLongAttributes();
+
+}  // namespace bench

@@ -1,0 +1,140 @@
+#include "Report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "Contenders.h"
+
+namespace bench {
+
+bool Report::ReportContext(const Context&) { return true; }
+
+void Report::ReportRuns(const std::vector<Run>& runs) {
+  for (const Run& run : runs) {
+    if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+    Figure& figure = figures_[run.run_name.function_name];
+    for (const auto& [unit, value] : run.counters) {
+      figure.unit = unit;
+      figure.samples.push_back(value);
+    }
+  }
+}
+
+double Report::Figure::quantile(double part) const {
+  std::vector<double> sorted = samples;
+  std::sort(sorted.begin(), sorted.end());
+  const double at = part * double(sorted.size() - 1);
+  const auto below = std::size_t(at);
+  const auto above = std::min(below + 1, sorted.size() - 1);
+  return sorted[below] + (at - std::floor(at)) * (sorted[above] - sorted[below]);
+}
+
+const Report::Figure* Report::find(const std::string& name) const {
+  const auto found = figures_.find(name);
+  return found == figures_.end() || found->second.samples.empty() ? nullptr : &found->second;
+}
+
+void Report::printFigures() const {
+  std::printf("%-72s %9s   %s\n", "operation, lists/contender", "median", "quartiles");
+  for (const auto& [name, figure] : figures_)
+    if (!figure.samples.empty())
+      std::printf("%-72s %9.1f   %.1f to %.1f %s\n", name.c_str(), figure.median(),
+                  figure.quantile(0.25), figure.quantile(0.75), figure.unit.c_str());
+}
+
+/// A ratio of ours, its aim, and the same ratio of others.
+struct Report::Row {
+  const char* title;
+  std::string ours, base;
+  double aim = 0;  // 0: none is set
+  bool atLeast = false;
+  std::vector<std::string> others = {};
+};
+
+std::string Report::ratio(const std::string& name, const std::string& base) const {
+  const Figure *a = find(name), *b = find(base);
+  if (!a || !b) return {};
+  char text[20];
+  std::snprintf(text, sizeof text, "%.2f", a->median() / b->median());
+  return text;
+}
+
+void Report::printRow(const Row& row) const {
+  const Figure *ours = find(row.ours), *base = find(row.base);
+  if (!ours || !base) return;
+  const double ratio = ours->median() / base->median();
+  char span[40], aim[40] = "";
+  std::snprintf(span, sizeof span, "%.2f to %.2f", ours->quantile(.25) / base->quantile(.75),
+                ours->quantile(.75) / base->quantile(.25));
+  if (row.aim != 0)
+    std::snprintf(aim, sizeof aim, "at %s %.2f  %s", row.atLeast ? "least" : "most", row.aim,
+                  (row.atLeast ? ratio >= row.aim : ratio <= row.aim) ? "met" : "MISSED");
+  std::printf("  %-26s %5.2f  %-14s  %-22s", row.title, ratio, span, aim);
+  for (const std::string& other : row.others)
+    std::printf("  %9s", other.empty() ? "-" : this->ratio(other, row.base).c_str());
+  std::printf("\n");
+}
+
+void Report::printInterning(const Workload& workload) const {
+  struct Aim {
+    const char* operation;
+    double most;
+  };
+  std::printf("\n%s: %s\n", workload.name.c_str(), workload.distribution.c_str());
+  std::printf("  %-26s %5s  %-14s  %-22s  %9s  %9s  %9s  %9s\n", "against flyweight", "ours",
+              "quartiles", "aim", "one lock", "shared_p.", "fl.sorted", "fl.raw");
+  for (const auto& [operation, most] :
+       {Aim{"hit", 0.6}, Aim{"miss", 1.2}, Aim{"last release", 1.3}, Aim{"octets per list", 1.1}}) {
+    const auto of = [&, operation = operation](const char* contender) {
+      return nameOf(operation, workload.name, contender);
+    };
+    printRow({operation,
+              of(Ours::name),
+              of(FlyweightUnlocked::name),
+              most,
+              false,
+              {of(FlyweightLocked::name), of(SharedPointers::name), of(FloorSorted::name),
+               of(FloorRaw::name)}});
+  }
+  const auto text = [&](const char* what) { return nameOf("text", workload.name, what); };
+  const auto wire = [&](const char* what) { return nameOf("wire", workload.name, what); };
+  printRow({"text / to_chars", text("numbers"), text("to_chars"), 1.5});
+  printRow({"text, names / to_chars", text("names"), text("to_chars"), 1.5});
+  printRow({"serialize / swapped string", wire("serialize"), wire("swapped into a string")});
+  printRow({"serialize / memcpy", wire("serialize"), wire("memcpy")});
+}
+
+void Report::printRatios(const std::vector<const Workload*>& workloads) const {
+  std::printf("\nRATIOS of medians; beside them what their quartiles allow\n");
+  for (const Workload* workload : workloads) printInterning(*workload);
+
+  std::printf("\ntwo threads / one: attributes per second, made-up lists\n");
+  const auto threads = [&](const char* title, const char* lists, const char* contender,
+                           double aim) {
+    printRow({title, nameOf("one thread", lists, contender),
+              nameOf("two threads", lists, contender), aim, true});
+  };
+  threads("popular: ours", "popular lists", Ours::name, 1.3);
+  threads("popular: flyweight, lock", "popular lists", FlyweightLocked::name, 0);
+  threads("popular: floor, own tables", "popular lists", "floor, own tables", 0);
+  threads("disjoint: ours", "disjoint lists", Ours::name, 1.8);
+  threads("disjoint: flyweight, lock", "disjoint lists", FlyweightLocked::name, 0);
+  threads("made, dropped: ours", "disjoint lists made and dropped", Ours::name, 0);
+  threads("made, dropped: fl., lock", "disjoint lists made and dropped", FlyweightLocked::name, 0);
+
+  std::printf("\nhit by members, drawn evenly, ascending attributes: ours against flyweight\n");
+  for (U64 members = 1'000; members <= 10'000'000; members *= 10) {
+    const std::string lists = "members " + std::to_string(members);
+    printRow({lists.c_str(), nameOf("hit", lists, Ours::name),
+              nameOf("hit", lists, FlyweightUnlocked::name)});
+  }
+
+  std::printf(
+      "\ncost of a value in an attribute of 16,383 against one of 1,024; log n / log n is 1.40\n");
+  for (const char* order : {"ascending", "descending", "random", "up and down"})
+    printRow({order, nameOf("per value, 16383 values", order, Ours::name),
+              nameOf("per value, 1024 values", order, Ours::name)});
+}
+
+}  // namespace bench

@@ -1,0 +1,41 @@
+// Collects the figures of all repetitions, and prints them and the ratios that have an aim.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Benchmarks.h"
+
+namespace bench {
+
+class Report final : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context& context) override;
+  void ReportRuns(const std::vector<Run>& runs) override;
+
+  /// Medians and the span from the first to the third quartile.
+  void printFigures() const;
+  void printRatios(const std::vector<const Workload*>& workloads) const;
+
+ private:
+  struct Row;
+  struct Figure {
+    std::string unit;
+    std::vector<double> samples;
+    double quantile(double part) const;
+    double median() const { return quantile(0.5); }
+  };
+
+  const Figure* find(const std::string& name) const;
+  /// The ratio of two medians as text; empty when either was not measured.
+  std::string ratio(const std::string& name, const std::string& base) const;
+  void printRow(const Row& row) const;
+  void printInterning(const Workload& workload) const;
+
+  std::map<std::string, Figure> figures_;
+};
+
+}  // namespace bench

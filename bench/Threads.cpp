@@ -1,0 +1,72 @@
+#include <array>
+
+#include "Benchmarks.h"
+#include "Contenders.h"
+#include "Measure.h"
+
+namespace bench {
+namespace {
+
+// What each of two threads reads, and a table that both use.
+struct Reading {
+  Stream members;  // held all the time
+  std::array<Stream, 2> drawn;
+};
+
+/// Every list is let go at once: a hit is one look-up and one count up and down.
+template <class Contender>
+void read(Contender& table, const Stream& attributes) {
+  std::vector<typename Contender::Held> path;
+  path.reserve(1);
+  for (std::size_t i = 0; i < attributes.size(); ++i) {
+    table.intern(attributes[i], path);
+    path.clear();
+  }
+}
+
+template <class Contender, bool ownTables>
+void threads(benchmark::State& state, const Reading& reading, int count) {
+  std::array<Contender, ownTables ? 2 : 1> tables;
+  std::array<std::vector<typename Contender::Held>, 2> held;
+  for (std::size_t t = 0; t < tables.size(); ++t)
+    for (std::size_t i = 0; i < reading.members.size(); ++i)
+      tables[t].intern(reading.members[i], held[t]);
+  const auto work = [&](int t) { read(tables[ownTables ? t : 0], reading.drawn[t]); };
+  work(0);
+  work(1);
+  Passes passes(state, count * reading.drawn[0].size());
+  for (auto _ : state) {
+    if (count == 1)
+      passes.time([&] { work(0); }, wallSeconds);
+    else
+      onTwoThreads([&](auto both) { passes.time(both, wallSeconds); }, work);
+  }
+}
+
+template <class Contender, bool ownTables = false>
+void addBoth(const Reading& reading, const char* lists, const char* contender) {
+  for (const int count : {1, 2})
+    add(nameOf(count == 1 ? "one thread" : "two threads", lists, contender), 2,
+        [&reading, count](benchmark::State& state) {
+          threads<Contender, ownTables>(state, reading, count);
+        });
+}
+
+}  // namespace
+
+void addThreads(const MadeUpLists& lists) {
+  constexpr U32 attributes = 100'000;
+  static Reading popular, disjoint, none;
+  popular = {lists.distinct(), {lists.draw(attributes, 8), lists.draw(attributes, 9)}};
+  disjoint = {lists.distinct(), {lists.draw(attributes, 8, 0, 2), lists.draw(attributes, 9, 1, 2)}};
+  none = {{}, disjoint.drawn};
+  addBoth<Ours>(popular, "popular lists", Ours::name);
+  addBoth<FlyweightLocked>(popular, "popular lists", FlyweightLocked::name);
+  addBoth<FloorSorted, true>(popular, "popular lists", "floor, own tables");
+  addBoth<Ours>(disjoint, "disjoint lists", Ours::name);
+  addBoth<FlyweightLocked>(disjoint, "disjoint lists", FlyweightLocked::name);
+  addBoth<Ours>(none, "disjoint lists made and dropped", Ours::name);
+  addBoth<FlyweightLocked>(none, "disjoint lists made and dropped", FlyweightLocked::name);
+}
+
+}  // namespace bench
