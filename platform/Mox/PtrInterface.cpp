@@ -19,8 +19,15 @@ void PtrInterface::hasNotificationActiveIs(bool active) {
 
 void PtrInterface::zeroReferencesIs(bool zero) {
   if (!zero) return;
-  word_.fetch_or(deletionMark);
+  deletionMarkIs(true);
   delete this;
+}
+
+void PtrInterface::deletionMarkIs(bool marked) {
+  if (marked)
+    word_.fetch_or(deletionMarkBit);
+  else
+    word_.fetch_and(~deletionMarkBit);
 }
 
 const Type& PtrInterface::fwkType() const { return type; }

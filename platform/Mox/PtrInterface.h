@@ -50,6 +50,8 @@ class PtrInterface {
  public:
   bool hasNotificationActive() const { return word_.load() & notificationBit; }
   U32 references() const { return word_.load() & countMask; }
+  /// Whether the object is being deleted, or stands marked for it ahead of its last release.
+  bool deletionMark() const { return word_.load() & deletionMarkBit; }
 
   /// One reference more; returns the new count.
   U32 referencesInc() const { return increment(); }
@@ -88,10 +90,31 @@ class PtrInterface {
   /// `n` references more, for an object that no other thread can see yet.
   void incrementUnseen(U32 n) const { word_.fetch_add(n, std::memory_order_relaxed); }
   void zeroReached() const { const_cast<PtrInterface*>(this)->zeroReferencesIs(true); }
+  void deletionMarkIs(bool marked);
+
+  /// Keeps a plainly counted object for a scope in which `this` is handed to others, owned already
+  /// or not: without it the first pointer to come and go would destroy an object that is still
+  /// inside its own constructor. An unowned object is given back as it was, whatever the count.
+  class ConstructionGuard {
+   public:
+    explicit ConstructionGuard(const PtrInterface& object)
+        : object_(object), owned_(object.references() > 0) {
+      object_.increment();
+    }
+    ~ConstructionGuard() {
+      if (object_.decrement() == 0 && owned_) object_.zeroReached();
+    }
+    ConstructionGuard(const ConstructionGuard&) = delete;
+    ConstructionGuard& operator=(const ConstructionGuard&) = delete;
+
+   private:
+    const PtrInterface& object_;
+    const bool owned_;
+  };
 
  private:
   static constexpr U32 notificationBit = 1u << 29;
-  static constexpr U32 deletionMark = 1u << 31;
+  static constexpr U32 deletionMarkBit = 1u << 31;
 
   mutable std::atomic<U32> word_{0};
 };
