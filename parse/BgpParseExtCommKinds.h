@@ -1,0 +1,94 @@
+// The kinds of rule and the names of what belongs to each.
+//
+// The top rule chooses a type rule by the type octet, the type rule a sub-rule by the subtype
+// octet. For each of the thirteen types that have a rule there are
+//
+//   kind::TransOpaque                          what distinguishes the kind
+//   BgpParseExtCommTransOpaqueRule             its type rule
+//   BgpParseExtComSubTypeTransOpaqueRuleBase   the base of its sub-rules, with one `m`
+//   BgpParseExtCommSubTypeTransOpaqueRuleKey   the name of one of its type rules in the registry
+//
+// and each of these classes is an instance of one template: the rows stand in
+// BgpParseExtCommKindList.h.
+#pragma once
+
+#include <tuple>
+
+#include "community/ZoBgpCommunity.h"
+#include "ip6/ExtCommIp6.h"
+
+namespace Routing::Bgp {
+
+class BgpParseExtendedCommunityRule;
+template <class Family>
+class BgpParseExtCommTypeRuleBase;
+template <class Kind>
+class BgpParseExtCommTypeRule;
+template <class Kind>
+class BgpParseExtCommSubTypeRuleBase;
+template <class Kind>
+class BgpParseExtCommRuleKey;
+
+using BgpParseExtendedCommunityTypeRuleBase = BgpParseExtCommTypeRuleBase<ExtCommFamily>;
+using BgpParseExtendedCommunityIp6TypeRuleBase = BgpParseExtCommTypeRuleBase<ExtCommIp6Family>;
+
+namespace kind {
+
+inline constexpr bool offered = true, withheld = false;
+
+/// What distinguishes a type that has a rule. A new `Fallback` of no classification is what a
+/// content becomes that no sub-rule serves; `arguments` go to its constructor.
+template <class F, typename F::PktType type, class S, bool toPlugins, class Fallback,
+          auto... arguments>
+struct TypeTraits {
+  using Family = F;
+  using Subtype = S;
+  static constexpr typename F::PktType pktType = type;
+  /// Whether the type rule enters the registry, so that plug-ins fill it.
+  static constexpr bool offered = toPlugins;
+  static constexpr const char* nullRuleText = "rule != __null";
+
+  static Mox::Ptr<typename F::Object> fallback(const typename F::Content& content) {
+    return Mox::makeNew<Fallback>(extCommClassificationUnSpecified, content, arguments...);
+  }
+};
+
+struct Top {
+  using Rule = BgpParseExtendedCommunityRule;
+  using SubRule = BgpParseExtendedCommunityTypeRuleBase;
+  static constexpr std::string_view keyName = "Routing::Bgp::BgpParseExtendedCommunityRuleKey";
+  static constexpr const char* nullRuleText = "__null != rule";
+};
+
+#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)        \
+  struct Kind : __VA_ARGS__ {                                                       \
+    using Rule = BgpParseExtCommTypeRule<Kind>;                                     \
+    using SubRule = BgpParseExtCommSubTypeRuleBase<Kind>;                           \
+    static constexpr std::string_view ruleName = "Routing::Bgp::" #RuleClass;       \
+    static constexpr std::string_view subRuleName = "Routing::Bgp::" #SubRuleClass; \
+    static constexpr std::string_view keyName = "Routing::Bgp::" #Key;              \
+  };
+#include "parse/BgpParseExtCommKindList.h"
+
+template <class... Kinds>
+struct List {
+  /// One `Of<Kind>` for each kind.
+  template <template <class> class Of>
+  using Tuple = std::tuple<Of<Kinds>...>;
+};
+
+using All = List<Top
+#define KIND(Kind, ...) , Kind
+#include "parse/BgpParseExtCommKindList.h"
+                 >;
+
+}  // namespace kind
+
+using BgpParseExtendedCommunityRuleKey = BgpParseExtCommRuleKey<kind::Top>;
+#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
+  using RuleClass = kind::Kind::Rule;                                        \
+  using SubRuleClass = kind::Kind::SubRule;                                  \
+  using Key = BgpParseExtCommRuleKey<kind::Kind>;
+#include "parse/BgpParseExtCommKindList.h"
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,102 @@
+#include "parse/BgpParseExtCommRules.h"
+
+namespace Routing::Bgp {
+
+using Mox::attribute;
+using Mox::collection;
+using Mox::operation;
+
+const Mox::Type BgpParseExtCommControl::type{
+    "Routing::Bgp::BgpParseExtCommControl",
+    nullptr,
+    {attribute<&BgpParseExtCommControl::ruleCollections>("ruleCollections")}};
+
+const Mox::Type BgpParseExtCommRuleBase::type{
+    "Routing::Bgp::BgpParseExtCommRuleBase",
+    &Mox::PtrInterface::type,
+    {attribute<&BgpParseExtCommRuleBase::parseControl>("parseControl")}};
+
+template <>
+const Mox::Type BgpParseExtendedCommunityTypeRuleBase::type{
+    "Routing::Bgp::BgpParseExtendedCommunityTypeRuleBase",
+    &BgpParseExtCommRuleBase::type,
+    {attribute<&BgpParseExtendedCommunityTypeRuleBase::pktType>("pktType"), operation("inhale")}};
+
+template <>
+const Mox::Type BgpParseExtendedCommunityIp6TypeRuleBase::type{
+    "Routing::Bgp::BgpParseExtendedCommunityIp6TypeRuleBase",
+    &BgpParseExtCommRuleBase::type,
+    {attribute<&BgpParseExtendedCommunityIp6TypeRuleBase::pktType>("pktType"),
+     operation("inhale")}};
+
+template <class Kind>
+const Mox::Type BgpParseExtCommSubTypeRuleBase<Kind>::type{
+    Kind::subRuleName,
+    &BgpParseExtCommRuleBase::type,
+    {attribute<&BgpParseExtCommSubTypeRuleBase::pktSubType>("pktSubType"), operation("inhale")}};
+
+template <class Kind>
+const Mox::Type BgpParseExtCommTypeRule<Kind>::type{
+    Kind::ruleName,
+    &BgpParseExtCommTypeRuleBase<typename Kind::Family>::type,
+    {collection<&BgpParseExtCommTypeRule::subTypeRules>("subTypeRule"), operation("inhale"),
+     operation("handleInitialized"), operation("handleDel")}};
+
+Mox::String valueToStrep(const BgpParseExtCommControl& control) {
+  return Mox::valueText(BgpParseExtCommControl::type.name(),
+                        {{"ruleCollections", valueToStrep(control.ruleCollections())}});
+}
+
+template <class Kind>
+BgpParseExtCommTypeRule<Kind>::BgpParseExtCommTypeRule(const BgpParseExtCommControl& control)
+    : BgpParseExtCommTypeRule::Entity(control, Kind::pktType) {
+  const Mox::PtrInterface::ConstructionGuard guard(*this);
+  handleInitialized();
+}
+
+template <class Kind>
+BgpParseExtCommTypeRule<Kind>::~BgpParseExtCommTypeRule() {
+  if (const auto& registry = this->parseControl().ruleCollections())
+    registry->instanceForget(key());
+}
+
+// The registry names rules, it does not change them.
+template <class Kind>
+BgpParseExtCommRuleKey<Kind> BgpParseExtCommTypeRule<Kind>::key() const {
+  return BgpParseExtCommRuleKey<Kind>(const_cast<BgpParseExtCommTypeRule*>(this));
+}
+
+template <class Kind>
+void BgpParseExtCommTypeRule<Kind>::handleInitialized() {
+  const auto& registry = this->parseControl().ruleCollections();
+  if constexpr (!Kind::offered)
+    handleDel();
+  else if (registry)
+    registry->instanceIs(key());
+}
+
+template <class Kind>
+void BgpParseExtCommTypeRule<Kind>::handleDel() const {
+  if (const auto& registry = this->parseControl().ruleCollections()) registry->instanceDel(key());
+}
+
+template <class Kind>
+void BgpParseExtCommTypeRule<Kind>::subTypeRuleIs(const Mox::PtrConst<SubRule>& rule) {
+  Mox::refuseNull(rule, Kind::ruleName, "subTypeRule");
+  subTypeRules_.insert(rule);
+}
+
+template <class Kind>
+auto BgpParseExtCommTypeRule<Kind>::inhale(const Content& content) const -> Mox::Ptr<Object> {
+  const auto subtype = Subtype(content.subtype());
+  const SubRule* const rule = bgpIsValidEnumMember(subtype) ? subTypeRules_.find(subtype) : nullptr;
+  Mox::Ptr<Object> object = rule ? rule->inhale(content) : nullptr;
+  return object ? object : Kind::fallback(content);
+}
+
+#define KIND(Kind, ...)                                      \
+  template class BgpParseExtCommSubTypeRuleBase<kind::Kind>; \
+  template class BgpParseExtCommTypeRule<kind::Kind>;
+#include "parse/BgpParseExtCommKindList.h"
+
+}  // namespace Routing::Bgp
