@@ -71,7 +71,7 @@ TEST(Input, DeliversWhatWasCompressed) {
     const TemporaryFile file(compressed(plain, filter.add));
     Input input(file.name());
     EXPECT_TRUE(readAll(input) == plain) << filter.name;
-    EXPECT_FALSE(input.fault()) << filter.name;
+    EXPECT_FALSE(input.failure()) << filter.name;
     EXPECT_EQ(input.position(), input.size()) << filter.name;
   }
 }
@@ -85,7 +85,7 @@ TEST(Input, DeliversWhatStandsBeforeAFault) {
     const Bytes read = readAll(input);
     EXPECT_TRUE(plain.starts_with(read)) << filter.name;
     const bool isPlain = filter.add == archive_write_add_filter_none;
-    EXPECT_EQ(input.fault() && input.fault()->compression, !isPlain) << filter.name;
+    EXPECT_EQ(input.failure() && input.failure()->compression, !isPlain) << filter.name;
     // bzip2 gives whole blocks of 900 k only.
     EXPECT_GT(read.size(), plain.size() / 2 - 1'100'000) << filter.name;
   }
@@ -98,7 +98,7 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
     const TemporaryFile file(plain);
     Input input(file.name());
     EXPECT_EQ(readAll(input), plain) << start;
-    EXPECT_FALSE(input.fault()) << start;
+    EXPECT_FALSE(input.failure()) << start;
   }
 }
 

@@ -110,11 +110,11 @@ void addDecode(CLI::App& app, int& exitCode) {
     bool json = false;
   };
   const auto options = std::make_shared<Options>();
-  CLI::App* const command = addCommand(
-      app, "decode", "Print path attributes, given in hex, as text",
-      "Each argument is one attribute: flags, type, length, value. Blanks and colons\n"
-      "may stand between the octets.\n\n"
-      "Example: bgpcomm decode c00808fde80064ffffff01");
+  CLI::App* const command =
+      addCommand(app, "decode", "Print path attributes, given in hex, as text",
+                 "Each argument is one attribute: flags, type, length, value. Blanks and colons\n"
+                 "may stand between the octets.\n\n"
+                 "Example: bgpcomm decode c00808fde80064ffffff01");
   command->add_option("HEX", options->attributes, "Path attributes")->required()->type_name("");
   command->add_flag("--numeric", options->numeric, "All communities as numbers");
   command->add_flag("--json", options->json, "One JSON object per line");

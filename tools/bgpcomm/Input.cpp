@@ -16,7 +16,7 @@ Input::~Input() {
 }
 
 void Input::fillBlocks() {
-  std::exception_ptr failure;
+  std::exception_ptr thrown;
   try {
     const std::unique_ptr<Decoder> decoder = makeDecoder(source_);
     bool more = true;
@@ -33,9 +33,9 @@ void Input::fillBlocks() {
       changed_.notify_all();
     }
   } catch (...) {
-    failure = std::current_exception();
+    thrown = std::current_exception();
   }
-  store(failure);
+  store(thrown);
 }
 
 bool Input::waitForFreeBlock() {
@@ -44,20 +44,20 @@ bool Input::waitForFreeBlock() {
   return !stopped_;
 }
 
-void Input::store(std::exception_ptr failure) {
-  std::optional<Fault> fault;
+void Input::store(std::exception_ptr thrown) {
+  std::optional<Failure> failure;
   try {
-    if (failure) std::rethrow_exception(failure);
+    if (thrown) std::rethrow_exception(thrown);
   } catch (const CompressionError& error) {
-    fault = Fault{true, error.what()};
+    failure = Failure{true, error.what()};
   } catch (const std::system_error& error) {
-    fault = Fault{false, error.code().message()};
+    failure = Failure{false, error.code().message()};
   } catch (const std::exception& error) {
-    fault = Fault{false, error.what()};
+    failure = Failure{false, error.what()};
   }
   {
     const std::lock_guard lock(mutex_);
-    stored_ = std::move(fault);
+    stored_ = std::move(failure);
     ended_ = true;
   }
   changed_.notify_all();
@@ -73,7 +73,7 @@ bool Input::nextBlock() {
   }
   changed_.wait(lock, [this] { return ended_ || shown_ < filled_; });
   if (shown_ == filled_) {
-    fault_ = stored_;
+    failure_ = stored_;
     return false;
   }
   holdsBlock_ = true;

@@ -2,13 +2,13 @@
 //
 //   Input input("rib.bz2");
 //   while (!input.ahead(12).empty()) { ... input.take(12); }
-//   if (input.fault()) std::cerr << input.fault()->text;
+//   if (input.failure()) std::cerr << input.failure()->text;
 //
 // 1. A thread of its own reads and decompresses into a few large blocks; the caller works on one
 //    while the next are being filled. Spans point into a block, or into a buffer of their own when
 //    they lie across two; they are valid until the next call of `ahead`.
 // 2. Memory grows only with octets that have really arrived, whatever length is asked for.
-// 3. A fault is reported after everything before it was delivered.
+// 3. A failure is reported after everything before it was delivered.
 //
 // Threads: used by one thread; `position` and `size` by any.
 #pragma once
@@ -27,7 +27,7 @@ namespace bgpcomm {
 
 class Input {
  public:
-  struct Fault {
+  struct Failure {
     bool compression;  ///< Damaged data; otherwise the system refused to read.
     std::string text;
   };
@@ -38,7 +38,7 @@ class Input {
   Input(const Input&) = delete;
   Input& operator=(const Input&) = delete;
 
-  /// At least `size` octets; fewer only when the data end or a fault stands before them.
+  /// At least `size` octets; fewer only when the data end or a failure stands before them.
   Octets ahead(std::size_t size);
   /// Moves on by octets that the last call of `ahead` showed.
   void take(std::size_t size);
@@ -46,7 +46,7 @@ class Input {
   U64 offset() const { return offset_; }
 
   /// What stopped the data early; known once `ahead` has delivered less than asked for.
-  const std::optional<Fault>& fault() const { return fault_; }
+  const std::optional<Failure>& failure() const { return failure_; }
 
   /// Progress in octets of the file as it lies there; its size is 0 when unknown.
   U64 position() const { return source_.position(); }
@@ -59,7 +59,7 @@ class Input {
   void fillBlocks();
   bool waitForFreeBlock();
   bool nextBlock();
-  void store(std::exception_ptr failure);
+  void store(std::exception_ptr thrown);
 
   Source source_;
 
@@ -73,7 +73,7 @@ class Input {
   U64 filled_ = 0;
   bool ended_ = false;
   bool stopped_ = false;
-  std::optional<Fault> stored_;
+  std::optional<Failure> stored_;
 
   // The consumer's own.
   Octets current_;
@@ -81,7 +81,7 @@ class Input {
   std::vector<U8> joined_;  // octets that lie across blocks
   std::size_t joinedTaken_ = 0;
   U64 offset_ = 0;
-  std::optional<Fault> fault_;
+  std::optional<Failure> failure_;
 
   std::thread filler_;
 };

@@ -61,7 +61,6 @@ class RecordReader {
 struct Family {
   U16 afi = 0;
   U8 safi = 0;
-  friend bool operator==(Family, Family) = default;
 };
 inline constexpr U16 afiIpv4 = 1;
 inline constexpr U16 afiIpv6 = 2;

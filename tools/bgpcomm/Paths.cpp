@@ -124,18 +124,16 @@ int runPaths(const Options& options) {
   std::vector<Wanted> wanted;
   for (const std::string& text : options.communities) wanted.push_back(readWanted(text));
   PathPrinter printer(!options.numeric, options.json);
+  const auto printWanted = [&](const Path& path, const CommunityValues& values, Place) {
+    const bool all = std::all_of(wanted.begin(), wanted.end(),
+                                 [&](const Wanted& one) { return carries(values, one); });
+    if (all) printer.print(path, values);
+  };
   // A bar between lines on the same screen would only disturb.
-  const ReadOptions reading{.progress = !::isatty(STDOUT_FILENO)};
+  const bool showProgress = !::isatty(STDOUT_FILENO);
   bool good = true;
-  for (const std::string& file : options.files) {
-    const ReadResult result =
-        readFile(file, reading, [&](const Path& path, const CommunityValues& values, Place) {
-          const bool all = std::all_of(wanted.begin(), wanted.end(),
-                                       [&](const Wanted& one) { return carries(values, one); });
-          if (all) printer.print(path, values);
-        });
-    good = good && !result.failed;
-  }
+  for (const std::string& file : options.files)
+    good = !readFile(file, printWanted, showProgress).failed && good;
   return good ? 0 : exitBadData;
 }
 

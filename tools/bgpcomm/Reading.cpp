@@ -14,14 +14,14 @@ void reportEnd(const std::string& file, const Input& input, const RecordReader& 
   const std::string place = placeText(end);
   const auto& truncation = reader.truncation();
   if (truncation) result.faults.add(Fault::truncatedRecord);
-  if (input.fault()) {
-    if (input.fault()->compression) result.faults.add(Fault::compression);
-    printError(file + ": " + input.fault()->text + place);
+  if (input.failure()) {
+    if (input.failure()->compression) result.faults.add(Fault::compression);
+    printError(file + ": " + input.failure()->text + place);
   } else if (truncation) {
     printError(file + ": ends inside a record, " + std::to_string(truncation->there) + " of " +
                std::to_string(truncation->wanted) + " octets" + place);
   }
-  result.failed = truncation || input.fault();
+  result.failed = truncation || input.failure();
   if (result.failed && !result.firstFault) result.firstFault = end;
 }
 
@@ -32,7 +32,7 @@ std::string placeText(Place place) {
          ')';
 }
 
-ReadResult readFile(const std::string& file, const ReadOptions& options, const VisitPath& visit) {
+ReadResult readFile(const std::string& file, const VisitPath& visit, bool showProgress) {
   ReadResult result;
   std::optional<Input> input;
   try {
@@ -45,14 +45,14 @@ ReadResult readFile(const std::string& file, const ReadOptions& options, const V
   RecordReader reader(*input);
   {
     PathCutter cutter;
-    Progress progress(file, *input, options.progress);
+    Progress progress(file, *input, showProgress);
     while (const std::optional<Record> record = reader.next()) {
       const Place place{record->number, record->offset};
       const bool whole = cutter.cut(*record, [&](const Path& path) {
         ++result.paths;
-        progress.update(result.paths);
         visit(path, findCommunities(path.attributes, result.faults), place);
       });
+      progress.update(result.paths);
       if (!whole) result.faults.add(Fault::badRecord);
       if (!result.firstFault && result.faults.total() > 0) result.firstFault = place;
     }

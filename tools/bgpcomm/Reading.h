@@ -10,10 +10,6 @@
 
 namespace bgpcomm {
 
-struct ReadOptions {
-  bool progress = true;
-};
-
 /// Where something stands: the record, counted from 1, and its first octet.
 struct Place {
   U64 record;
@@ -37,6 +33,6 @@ using VisitPath = std::function<void(const Path&, const CommunityValues&, Place)
 
 /// Calls `visit` for each path. What ends the reading early is printed as an error line; whatever
 /// was read before it has been visited. Malformed attributes and records are counted and passed.
-ReadResult readFile(const std::string& file, const ReadOptions& options, const VisitPath& visit);
+ReadResult readFile(const std::string& file, const VisitPath& visit, bool showProgress = true);
 
 }  // namespace bgpcomm

@@ -17,12 +17,11 @@ void takeFigures(const KindTables& tables, FileFigures& figures) {
 ReadResult readInto(const std::string& file, const KindTables& tables, FileFigures& figures) {
   const auto start = std::chrono::steady_clock::now();
   FaultCounts refused;
-  const ReadResult result =
-      readFile(file, {}, [&](const Path&, const CommunityValues& values, Place) {
-        for (std::size_t kind = 0; kind < kindCount; ++kind)
-          if (tables[kind] && !values[kind].empty() && tables[kind]->hold(values[kind]))
-            refused.add(Fault::attrLength);
-      });
+  const ReadResult result = readFile(file, [&](const Path&, const CommunityValues& values, Place) {
+    for (std::size_t kind = 0; kind < kindCount; ++kind)
+      if (tables[kind] && !values[kind].empty() && tables[kind]->hold(values[kind]))
+        refused.add(Fault::attrLength);
+  });
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   figures.file = file;
   figures.records = result.records;

@@ -74,7 +74,9 @@ std::string grouped(U64 number) {
 }
 
 Progress::Progress(const std::string& file, const Input& input, bool shown)
-    : file_(file.substr(file.rfind('/') + 1)), input_(input), enabled_(shown && ::isatty(STDERR_FILENO)) {}
+    : file_(file.substr(file.rfind('/') + 1)),
+      input_(input),
+      enabled_(shown && ::isatty(STDERR_FILENO)) {}
 
 Progress::~Progress() {
   if (drawn_) std::fputs("\r\033[K", stderr);

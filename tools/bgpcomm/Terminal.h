@@ -37,9 +37,9 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// Draws at most ten times a second.
+  /// To be called for each record; draws at most ten times a second.
   void update(U64 paths) {
-    if (enabled_ && ++calls_ % 1024 == 0) draw(paths);
+    if (enabled_ && ++calls_ % 256 == 0) draw(paths);
   }
 
  private:

@@ -69,7 +69,7 @@ int runVerify(const std::vector<std::string>& files) {
   for (const std::string& file : files) {
     Verifier verifier;
     const ReadResult result =
-        readFile(file, {}, [&](const Path&, const CommunityValues& values, Place place) {
+        readFile(file, [&](const Path&, const CommunityValues& values, Place place) {
           verifier.compare(file, values, place);
         });
     good = good && !result.failed && verifier.differing() == 0;
