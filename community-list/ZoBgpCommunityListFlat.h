@@ -9,6 +9,7 @@
 
 #include "Mox/Entity.h"
 #include "MoxStash/DedupHandle.h"
+#include "Orv/DedupHashTableUnorderedSet.h"
 #include "Orv/HashMix.h"
 #include "attr/ZoBgpSerialize.h"
 #include "community-list/ZoBgpCommunityListTables.h"
@@ -70,14 +71,20 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
 
   /// How the kind's table places its members.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed) {
-    return placeOfValues(static_cast<const List&>(member).comm_, seed);
+    return placeOfValues(static_cast<const List&>(member).values(), seed);
   }
 
  protected:
   using Vector = std::vector<Value, Mox::TrackedAllocator<Value>>;
 
   const Vector& unchecked() const { return comm_; }
-  const typename Kind::Cached& cached() const { return cached_; }
+  /// What was computed when the list was frozen for its table.
+  const typename Kind::Cached& cached() const {
+    MOX_ASSERT(
+        this->dedupState() != Orv::dedupHandleStateNeverDeduped(),
+        "__null == ( this ) || ( this )->dedupState() != Orv::dedupHandleStateNeverDeduped()");
+    return cached_;
+  }
 
  private:
   static_assert(sizeof(Value) % sizeof(U32) == 0 &&
@@ -137,9 +144,7 @@ template <class List, class Kind>
 U32 FlatCommList<List, Kind>::hash() const {
   if (values().empty()) return 0;
   Orv::HashMix mix;
-  for (const Value& value : values())
-    for (const U32 word : std::bit_cast<std::array<U32, sizeof value / sizeof(U32)>>(value))
-      mix.feed(word);
+  forEachWord(values(), [&](U32 word) { mix.feed(word); });
   return mix.finish();
 }
 
@@ -154,9 +159,7 @@ template <class List, class Kind>
 Mox::String FlatCommList<List, Kind>::serialize() const {
   SerializePathAttribute out(Kind::attribute, BgpPathAttrFlag::optionalTransitive,
                              U32(values().size_bytes()));
-  for (const Value& value : values())
-    for (const U32 word : std::bit_cast<std::array<U32, sizeof value / sizeof(U32)>>(value))
-      out.addU32hton(word);
+  forEachWord(values(), [&](U32 word) { out.addU32hton(word); });
   return out.serializedString();
 }
 

@@ -2,8 +2,9 @@
 
 namespace Routing::Bgp {
 
-const Mox::Type CommListSnapshot::type{
-    "Routing::Bgp::CommListSnapshot", &Mox::PtrInterface::type, {Mox::operation("comm")}};
+const Mox::Type CommListSnapshot::type{"Routing::Bgp::CommListSnapshot",
+                                       &Mox::PtrInterface::type,
+                                       {Mox::collection<&CommListSnapshot::toStrep>("comm")}};
 
 void CommListSnapshot::commIs(U32 community, bool value) {
   comm_[community] = value;
@@ -26,6 +27,14 @@ void CommListSnapshot::commDelAll() {
 bool CommListSnapshot::comm(U32 community) const {
   const auto found = comm_.find(community);
   return found != comm_.end() && found->second;
+}
+
+Mox::String CommListSnapshot::toStrep() const {
+  Mox::String text;
+  for (const auto& [community, value] : comm_)
+    text +=
+        (text.empty() ? "" : ", ") + std::to_string(community) + ": " + Mox::valueToStrep(value);
+  return "{" + text + "}";
 }
 
 }  // namespace Routing::Bgp

@@ -29,13 +29,15 @@ class CommListSnapshot final : public Mox::Entity<CommListSnapshot, Mox::PtrInte
   bool commHas(U32 community) const { return comm_.count(community) != 0; }
   /// Its value; false when it is not there.
   bool comm(U32 community) const;
-  /// All entries, ascending.
+  /// All entries, ascending. Who deletes while walking them steps on before deleting.
   const std::map<U32, bool>& comms() const { return comm_; }
 
- private:
-  /// Called after an entry has changed. Nothing here reacts to it.
+  /// The entries as `{1: True, 7: False}`, for reflection.
+  Mox::String toStrep() const;
+  /// Called after an entry has changed. Nothing in this library reacts to it.
   void commNotify(U32 /*community*/) {}
 
+ private:
   std::map<U32, bool> comm_;
 };
 

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "community-list/ZoBgpCommunityListDestash.h"
+#include "community-list/ZoBgpCommunityListImpl.h"
 #include "community-list/ZoBgpCommunityListSnapshot.h"
 
 namespace Routing::Bgp {
@@ -23,9 +23,9 @@ const Mox::Type CommList::type{
      attribute<&CommList::commsStringForm>("commsStringForm"),
      attribute<&CommList::commsWellKnownStringForm>("commsWellKnownStringForm"),
      attribute<&CommList::empty>("empty"), attribute<&CommList::comms>("comms"),
-     operation("commSnapshot"), operation("getStringValue"), operation("wellKnownName"),
-     operation("dedup"), operation("serialize"), attribute<&CommList::hash>("hash"),
-     operation("compare")}};
+     operation("commIs"), operation("commSnapshot"), operation("getStringValue"),
+     operation("wellKnownName"), operation("dedup"), operation("serialize"),
+     attribute<&CommList::hash>("hash"), operation("compare")}};
 
 StandardCommKind::Cached::Cached(const CommList& list)
     : noExport(list.comm(communityNoExport)),
@@ -36,8 +36,6 @@ namespace {
 
 constexpr std::size_t longestValue = 11;  // "65535:65535", no shorter than any name but one
 constexpr std::size_t longestEntry = 13;  // "no-advertise" and a space
-constexpr const char* wasDeduped =
-    "__null == ( this ) || ( this )->dedupState() != Orv::dedupHandleStateNeverDeduped()";
 
 std::string_view nameOf(U32 value) {
   // One comparison rules out nearly every value there is.
@@ -69,21 +67,6 @@ Mox::String listText(std::span<const U32> values) {
 }
 
 }  // namespace
-
-bool CommList::noExport() const {
-  MOX_ASSERT(dedupState() != Orv::dedupHandleStateNeverDeduped(), wasDeduped);
-  return cached().noExport;
-}
-
-bool CommList::noAdvertise() const {
-  MOX_ASSERT(dedupState() != Orv::dedupHandleStateNeverDeduped(), wasDeduped);
-  return cached().noAdvertise;
-}
-
-bool CommList::noExportSubconfed() const {
-  MOX_ASSERT(dedupState() != Orv::dedupHandleStateNeverDeduped(), wasDeduped);
-  return cached().noExportSubconfed;
-}
 
 Mox::String CommList::commsStringForm() const { return listText<false>(values()); }
 

@@ -62,9 +62,9 @@ class CommList final : public FlatCommList<CommList, StandardCommKind> {
 
   // Whether the list holds 0xFFFFFF01, 02 or 03. Known once interned; on a list that never was,
   // the process ends.
-  bool noExport() const;
-  bool noAdvertise() const;
-  bool noExportSubconfed() const;
+  bool noExport() const { return cached().noExport; }
+  bool noAdvertise() const { return cached().noAdvertise; }
+  bool noExportSubconfed() const { return cached().noExportSubconfed; }
 
   /// `65000:100 65535:65281`: numbers only, separated by single spaces.
   Mox::String commsStringForm() const;

@@ -5,7 +5,7 @@
 // Threads: made thread-safe exactly when `ZoBgpGlobals::multiThreaded()` says so at that moment.
 #pragma once
 
-#include "Orv/DedupHashTable.h"
+#include "Orv/DedupHashTableUnorderedSet.h"
 
 namespace Routing::Bgp {
 

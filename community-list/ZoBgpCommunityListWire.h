@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 #include <optional>
 #include <span>
 
 #include "Mox/Ptr.h"
+#include "Zonet/NetworkOrder.h"
 #include "attr/BgpPathAttributeEnums.h"
 
 namespace Routing::Bgp {
@@ -31,7 +31,7 @@ struct WireFault {
   U32 found = 0;      ///< octets that are there from `offset` on
   U32 valueSize = 0;  ///< octets of one community
 
-  /// One line for people: "Community attribute, offset 8: 3 octets where a multiple of 4 ...".
+  /// One line for people: "Community attribute, offset 8: 3 octets, expected a value of 4".
   Mox::String toStrep() const;
 };
 
@@ -53,14 +53,21 @@ struct FromWire {
 /// The most octets that an attribute's value can have: its length is two octets.
 inline constexpr U32 maxAttributeOctets = 0xFFFF;
 
-/// Reads values that are made of 32-bit words in network order, each word `sizeof(Value) / 4`.
+/// The 32-bit words that values are made of, in order.
+template <class Value, class Use>
+void forEachWord(std::span<const Value> values, Use use) {
+  for (const Value& value : values)
+    for (const U32 word : std::bit_cast<std::array<U32, sizeof value / sizeof(U32)>>(value))
+      use(word);
+}
+
+/// Reads values whose words are in network order.
 template <class Value>
 void decodeWords(std::span<const U8> octets, Value* values) {
   for (std::size_t i = 0; i < octets.size() / sizeof(Value); ++i) {
     std::array<U32, sizeof(Value) / sizeof(U32)> words;
-    std::memcpy(words.data(), octets.data() + i * sizeof(Value), sizeof words);
-    if constexpr (std::endian::native == std::endian::little)
-      for (U32& word : words) word = __builtin_bswap32(word);
+    for (std::size_t word = 0; word < words.size(); ++word)
+      words[word] = Zonet::loadNetworkOrder<U32>(&octets[(i * words.size() + word) * sizeof(U32)]);
     values[i] = std::bit_cast<Value>(words);
   }
 }

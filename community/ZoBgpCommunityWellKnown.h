@@ -1,7 +1,7 @@
 // The standard communities with a meaning of their own (RFC 1997, RFC 8326).
 #pragma once
 
-#include "attr/BgpPathAttributeEnums.h"
+#include "attr/BgpEnum.h"
 
 namespace Routing::Bgp {
 

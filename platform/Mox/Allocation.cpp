@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <mutex>
 
 namespace Mox {
@@ -25,12 +26,13 @@ struct Block {
   }
 };
 
-// Never destroyed: objects of static lifetime are counted to the very end.
+// Never destroyed: objects of static lifetime are counted to the very end. Slot 0 is no type's.
 struct Registry {
-  std::mutex mutex;  // guards all below
-  std::vector<String> types;
-  std::vector<const Block*> threads;
-  Block ended;  // what threads that are no more have counted
+  std::mutex mutex;  // guards all below, and who owns which block
+  std::vector<String> types{String()};
+  std::vector<std::unique_ptr<Block>> blocks;
+  std::vector<Block*> free;  // of threads that have ended, with their figures, for threads to come
+  Block shared;              // for threads that have given theirs back and still free something
 
   static Registry& instance() {
     static Registry* const registry = new Registry;
@@ -41,38 +43,37 @@ struct Registry {
 thread_local Block* t_block = nullptr;
 thread_local bool t_ended = false;
 
-// Enters the thread's block when the thread first counts, and folds it away when the thread ends.
+// A thread's hold on its block, from when it first counts to its end.
 struct ThreadEntry {
-  Block block;
-
   ThreadEntry() {
     Registry& registry = Registry::instance();
     std::lock_guard guard(registry.mutex);
-    registry.threads.push_back(&block);
-    t_block = &block;
+    if (registry.free.empty()) {
+      registry.blocks.push_back(std::make_unique<Block>());
+      registry.free.push_back(registry.blocks.back().get());
+      registry.free.reserve(registry.blocks.size());  // so that giving back needs no memory
+    }
+    t_block = registry.free.back();
+    registry.free.pop_back();
   }
   ~ThreadEntry() {
     Registry& registry = Registry::instance();
     std::lock_guard guard(registry.mutex);
+    registry.free.push_back(t_block);
     t_block = nullptr;
     t_ended = true;
-    std::erase(registry.threads, &block);
-    for (U32 slot = 0; slot < maxTypes; ++slot)
-      registry.ended.add(slot, block.figures[slot].objects.load(std::memory_order_relaxed),
-                         block.figures[slot].octets.load(std::memory_order_relaxed));
   }
 };
 
 void countSlowly(U32 slot, std::size_t objects, std::size_t octets) {
   if (!t_ended) {
     static thread_local ThreadEntry entry;
-    entry.block.add(slot, objects, octets);
+    t_block->add(slot, objects, octets);
     return;
   }
-  // A destructor that runs after the thread's own block has gone.
   Registry& registry = Registry::instance();
   std::lock_guard guard(registry.mutex);
-  registry.ended.add(slot, objects, octets);
+  registry.shared.add(slot, objects, octets);
 }
 
 AllocationCount sum(const Registry& registry, U32 slot) {
@@ -81,49 +82,53 @@ AllocationCount sum(const Registry& registry, U32 slot) {
     total.objects += block.figures[slot].objects.load(std::memory_order_relaxed);
     total.octets += block.figures[slot].octets.load(std::memory_order_relaxed);
   };
-  add(registry.ended);
-  for (const Block* block : registry.threads) add(*block);
+  add(registry.shared);
+  for (const auto& block : registry.blocks) add(*block);
   return total;
 }
 
 }  // namespace
 
-AllocationTracker::AllocationTracker(std::string_view type) {
+U32 AllocationTracker::slot() const {
+  if (const U32 known = slot_.load(std::memory_order_relaxed)) [[likely]]
+    return known;
   Registry& registry = Registry::instance();
   std::lock_guard guard(registry.mutex);
   auto& types = registry.types;
   if (types.size() == maxTypes - 1) types.emplace_back("other types");
-  const auto found = std::find(types.begin(), types.end(), type);
-  slot_ = std::min(U32(found - types.begin()), maxTypes - 1);
-  if (found == types.end() && types.size() < maxTypes) types.emplace_back(type);
+  const auto found = std::find(types.begin(), types.end(), type_);
+  const U32 slot = std::min(U32(found - types.begin()), maxTypes - 1);
+  if (found == types.end() && types.size() < maxTypes) types.emplace_back(type_);
+  slot_.store(slot, std::memory_order_relaxed);
+  return slot;
 }
 
 void AllocationTracker::count(std::size_t objects, std::size_t octets) const noexcept {
   if (t_block) [[likely]]
-    t_block->add(slot_, objects, octets);
+    t_block->add(slot(), objects, octets);
   else
-    countSlowly(slot_, objects, octets);
+    countSlowly(slot(), objects, octets);
 }
 
 std::vector<AllocationCount> allocationCounts() {
   Registry& registry = Registry::instance();
   std::lock_guard guard(registry.mutex);
   std::vector<AllocationCount> all;
-  for (U32 slot = 0; slot < registry.types.size(); ++slot) all.push_back(sum(registry, slot));
+  for (U32 slot = 1; slot < registry.types.size(); ++slot) all.push_back(sum(registry, slot));
   return all;
 }
 
 AllocationCount allocationCount(std::string_view type) {
   Registry& registry = Registry::instance();
   std::lock_guard guard(registry.mutex);
-  for (U32 slot = 0; slot < registry.types.size(); ++slot)
+  for (U32 slot = 1; slot < registry.types.size(); ++slot)
     if (registry.types[slot] == type) return sum(registry, slot);
   return {String(type), 0, 0};
 }
 
 template <>
 const AllocationTracker& storageTracker<U32>() {
-  static const AllocationTracker tracker("U32 (vector storage)");
+  static constinit const AllocationTracker tracker("U32 (vector storage)");
   return tracker;
 }
 

@@ -21,7 +21,7 @@ struct AllocationCount {
   std::size_t octets = 0;
 };
 
-/// All types that ever allocated, in the order in which they were first named.
+/// All types that ever allocated, in the order in which they first did.
 std::vector<AllocationCount> allocationCounts();
 /// The figures of one type; zeros for a name never heard.
 AllocationCount allocationCount(std::string_view type);
@@ -30,7 +30,8 @@ AllocationCount allocationCount(std::string_view type);
 /// same name share their figures.
 class AllocationTracker {
  public:
-  explicit AllocationTracker(std::string_view type);
+  /// `type` must outlive the tracker.
+  explicit constexpr AllocationTracker(std::string_view type) : type_(type) {}
 
   void* allocate(std::size_t octets) const {
     void* memory = PtrInterface::moxMemAlloc(octets);
@@ -44,8 +45,10 @@ class AllocationTracker {
 
  private:
   void count(std::size_t objects, std::size_t octets) const noexcept;
+  U32 slot() const;
 
-  U32 slot_;
+  std::string_view type_;
+  mutable std::atomic<U32> slot_{0};  // where the type is counted; 0 before the first time
 };
 
 /// The tracker of the storage of `std::vector<T, TrackedAllocator<T>>`. Declared for the element

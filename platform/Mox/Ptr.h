@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Mox/PtrInterface.h"
+#include "Mox/Text.h"
 
 namespace Mox {
 
@@ -71,6 +72,11 @@ template <class T>
 using RawPtr = T*;
 template <class T>
 using RawPtrConst = const T*;
+
+/// `NULL`, or the address, for classes without an output of their own.
+inline std::ostream& operator<<(std::ostream& out, const PtrInterface* object) {
+  return writeText(out, valueToStrep(static_cast<const void*>(object)));
+}
 
 /// Streams what the object's own output for a raw pointer prints.
 template <class T>

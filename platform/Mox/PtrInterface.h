@@ -72,19 +72,13 @@ class PtrInterface {
 
  protected:
   // The bare steps, for classes that count in their own way.
-  U32 increment() const {
-    const U32 count = (word_.fetch_add(1) + 1) & countMask;
-#ifndef NDEBUG
-    MOX_ASSERT(count < 1u << 29, "references < 2^29");
-#endif
-    return count;
-  }
+  U32 increment() const { return (roomAbove(word_.fetch_add(1)) + 1) & countMask; }
   U32 decrement() const { return (word_.fetch_sub(1) - 1) & countMask; }
   /// One reference more, but only while the count is above `keep`.
   bool incrementAbove(U32 keep) const {
     U32 word = word_.load();
     while ((word & countMask) > keep)
-      if (word_.compare_exchange_weak(word, word + 1)) return true;
+      if (word_.compare_exchange_weak(word, roomAbove(word) + 1)) return true;
     return false;
   }
   /// `n` references more, for an object that no other thread can see yet.
@@ -115,6 +109,15 @@ class PtrInterface {
  private:
   static constexpr U32 notificationBit = 1u << 29;
   static constexpr U32 deletionMarkBit = 1u << 31;
+
+  // The word itself, whose count may still grow: one more must not carry into bit 29. Checked
+  // in debug builds only: so many pointers take gigabytes.
+  static U32 roomAbove(U32 word) {
+#ifndef NDEBUG
+    MOX_ASSERT(~word & (notificationBit - 1), "references < 2^29");
+#endif
+    return word;
+  }
 
   mutable std::atomic<U32> word_{0};
 };

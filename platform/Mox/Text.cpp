@@ -1,6 +1,7 @@
 #include "Mox/Text.h"
 
 #include <charconv>
+#include <iterator>
 
 #include "Mox/Exception.h"
 
@@ -23,5 +24,12 @@ void readDecimal(std::string_view text, U& value) {
 
 void sequenceToValue(std::string_view text, U32& value) { readDecimal(text, value); }
 void sequenceToValue(std::string_view text, U64& value) { readDecimal(text, value); }
+
+String valueToStrep(const void* pointer) {
+  if (!pointer) return "NULL";
+  char digits[2 * sizeof pointer];
+  const auto address = reinterpret_cast<std::uintptr_t>(pointer);
+  return "0x" + String(digits, std::to_chars(digits, std::end(digits), address, 16).ptr);
+}
 
 }  // namespace Mox

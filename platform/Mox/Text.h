@@ -25,6 +25,9 @@ inline String valueToStrep(const char* value) { return value; }
 void sequenceToValue(std::string_view text, U32& value);
 void sequenceToValue(std::string_view text, U64& value);
 
+/// `NULL`, or the address in lower-case hexadecimal.
+String valueToStrep(const void* pointer);
+
 /// Writes the text as it is: no width, fill, base or locale of the stream changes it.
 inline std::ostream& writeText(std::ostream& stream, std::string_view text) {
   return stream.write(text.data(), std::streamsize(text.size()));

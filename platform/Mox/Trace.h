@@ -12,9 +12,7 @@ namespace Mox {
 /// Lines up to this level are written; 0 is none.
 extern std::atomic<U32> traceLevel;
 
-inline bool traceEnabled(U32 level) {
-  return traceLevel.load(std::memory_order_relaxed) >= level;
-}
+inline bool traceEnabled(U32 level) { return traceLevel.load(std::memory_order_relaxed) >= level; }
 
 /// Where the lines go: standard error, unless the host says otherwise. Called on the thread that
 /// traces; lines carry no line end. To be set before traces are switched on.

@@ -29,12 +29,12 @@ void enter(const Type& type) {
 }  // namespace
 
 Type::Type(std::string_view name, const Type* base, std::vector<Attribute> attributes)
-    : name_(name), base_(base), attributes_(std::move(attributes)), allocation_(name) {
+    : name_(name), base_(base), attributes_(std::move(attributes)), allocation_(name_) {
   enter(*this);
 }
 
 Type::Type(std::string_view name, std::vector<Enumerator> enumerators)
-    : name_(name), enumerators_(std::move(enumerators)), allocation_(name) {
+    : name_(name), enumerators_(std::move(enumerators)), allocation_(name_) {
   enter(*this);
 }
 

@@ -26,7 +26,7 @@ const Mox::Type DedupHandle::type{
      attribute<&DedupHandle::userData>("userData"),
      operation("userDataIs"),
      operation("userDataBitsIs"),
-     operation("dedupTable"),
+     attribute<&DedupHandle::dedupTable>("dedupTable"),
      attribute<&DedupHandle::isDeduped>("isDeduped"),
      operation("assertIsDeduped"),
      operation("doRemoveFromDedupTable"),
@@ -59,7 +59,10 @@ void DedupHandle::userDataBitsIs(U32 mask, U32 data) {
   setBitsAtomic(data & mask, mask);
 }
 
-void DedupHandle::doRemoveFromDedupTable() { dedupTable_->remove(this); }
+void DedupHandle::doRemoveFromDedupTable() {
+  MOX_ASSERT(dedupTable(), "dedupTable()");
+  dedupTable()->remove(this);
+}
 
 void DedupHandle::prepareToDestruct() const {
   MOX_ASSERT(dedupState() != dedupHandleStateDeduped() || beingDetached(),

@@ -75,16 +75,17 @@ class DedupHandle : public Mox::PtrInterface {
     return increment();
   }
   U32 referencesDec() const;
-  /// Takes a reference unless the value is dying: the one way from a raw pointer, whose memory the
-  /// caller knows to be valid, to a reference.
+  /// Takes a reference if somebody outside holds one: the one way from a raw pointer, whose memory
+  /// the caller knows to be valid, to a reference.
   [[nodiscard]] bool referencesIncIfAlive() const {
     if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
       return true;
     const U32 state = state_.load();
     interleave();
-    return incrementAbove(keepOf(state));
+    const bool heldByTable = state >> dedupHandleStateBitPos == dedupHandleStateDeduped();
+    return incrementAbove(keepOf(state) - !heldByTable);
   }
-  /// The table and the notifier hold this many references to a member.
+  /// So many references to a member are its table's and its notifier's.
   U32 keep() const { return keepOf(state_.load()); }
 
   // The state word: bits 0-27 user data, 28 being detached, 29 notifier, 30-31 state. All but the
@@ -106,7 +107,9 @@ class DedupHandle : public Mox::PtrInterface {
   void userDataBitsIs(U32 mask, U32 data);
 
   /// The table that holds this value; null while it is in none.
-  DedupHashTable* dedupTable() const { return dedupTable_; }
+  DedupHashTable* dedupTable() const { return dedupTable_.load(std::memory_order_relaxed); }
+  /// What `compareByContent` compares with; empty for kinds that are not looked up by it.
+  DedupContentHandle getContent() const { return {}; }
   /// Takes a member out of its table and drops the table's reference: the end of the last release.
   void doRemoveFromDedupTable();
   /// The last step before the destructor: nobody may still find the object.
@@ -124,16 +127,16 @@ class DedupHandle : public Mox::PtrInterface {
   void bitIs(U32 position, bool value) { value ? bitSet(position) : bitReset(position); }
 
   std::atomic<U32> state_{0};
-  // Written while only one thread knows the object: before it can be found, and by the table's
-  // destructor, when nobody else uses the table or its members.
-  DedupHashTable* dedupTable_ = nullptr;
+  // Set before the object can be found; cleared by its remover, and by the table's destructor, when
+  // nobody else uses the table or its members. Only a member's remover follows the pointer.
+  std::atomic<DedupHashTable*> dedupTable_{nullptr};
 };
 
 inline U32 DedupHandle::referencesDec() const {
   if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
     return 1;
   const U32 state = state_.load();
-  const bool inTable = dedupTable_ != nullptr;
+  const bool inTable = dedupTable() != nullptr;
   interleave();
   const U32 count = decrement();
   if (count == 0) {

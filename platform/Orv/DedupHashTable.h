@@ -15,15 +15,9 @@
 // runs or a reference is dropped. Made otherwise, it belongs to one thread.
 #pragma once
 
-#include <memory>
-#include <mutex>
-#include <ostream>
-
 #include "Mox/Entity.h"
 #include "Orv/DedupHandle.h"
 #include "Orv/DumpContext.h"
-#include "Orv/Placement.h"
-#include "Orv/ShardLock.h"
 
 namespace Orv {
 
@@ -61,13 +55,11 @@ class DedupHashTable : public Mox::PtrInterface {
   // The steps in a member's life, for the tables below.
   /// Makes `object` a member; nobody else knows it yet.
   void enter(DedupHandle& object, bool withNotifier);
-  static void beingDetachedIs(DedupHandle& member) { member.beingDetachedIs(true); }
+  /// Its removal has begun.
+  static void leave(DedupHandle& member);
   /// The table is going away and leaves the member to its holders.
   static void detach(DedupHandle& member);
 };
-
-/// `NULL`, or the table's address in lower-case hex.
-std::ostream& operator<<(std::ostream& out, const DedupHashTable* table);
 
 /// Hears what enters and leaves a table. Called on the thread that interns or lets go, with no
 /// lock held, so it may intern and release; it must not throw from `handleInsert`.
@@ -77,6 +69,8 @@ std::ostream& operator<<(std::ostream& out, const DedupHashTable* table);
 /// successor.
 class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
  public:
+  using Ptr = Mox::Ptr<DedupHashTableLifeTimeNotifiee>;
+  using PtrConst = Mox::PtrConst<DedupHashTableLifeTimeNotifiee>;
   static const Mox::Type type;
   const Mox::Type& fwkType() const override { return type; }
 
@@ -90,11 +84,11 @@ class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
 
 /// Follows one member of a table with a notifiee. The reference it holds was taken when the member
 /// entered the table; here it is only adopted. It does not keep the member interned, but keeps its
-/// memory valid.
-class DedupHandleLifeTimeNotifier : public Mox::PtrInterface {
+/// memory valid. It may go only after its member has left the table.
+class DedupHandleLifeTimeNotifier
+    : public Mox::Entity<DedupHandleLifeTimeNotifier, Mox::PtrInterface> {
  public:
   static const Mox::Type type;
-  const Mox::Type& fwkType() const override { return type; }
 
   explicit DedupHandleLifeTimeNotifier(const Mox::Ptr<const DedupHandle>& member);
   ~DedupHandleLifeTimeNotifier() override;
@@ -105,5 +99,3 @@ class DedupHandleLifeTimeNotifier : public Mox::PtrInterface {
 };
 
 }  // namespace Orv
-
-#include "Orv/DedupHashTableUnorderedSet.h"

@@ -9,7 +9,11 @@
 // look-up takes its reference, an object becomes a member, a member is erased.
 #pragma once
 
+#include <memory>
+
 #include "Orv/DedupHashTable.h"
+#include "Orv/Placement.h"
+#include "Orv/ShardLock.h"
 
 namespace Orv {
 
@@ -19,7 +23,8 @@ class DedupHashTableUnorderedSet final
   static const Mox::Type type;
 
   /// A new table. Thread-safe ones have 64 shards, each with a lock; others one and none. Without
-  /// a placement, members are placed by their `hash()`.
+  /// a placement, members are placed by their `hash()`; with one that places no contents,
+  /// `lookupByContent` is not to be called.
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe);
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe, const DedupPlacement& placement);
 

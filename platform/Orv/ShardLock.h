@@ -1,5 +1,5 @@
 // A mutex of one word for critical sections of a few dozen instructions: a short spin, then sleep.
-// Half the cost of `std::mutex` when nobody contends, and unlike a spin lock it cannot starve a
+// Smaller than `std::mutex`, inline when nobody contends, and unlike a spin lock it cannot starve a
 // holder of lower priority on the same processor.
 #pragma once
 

@@ -60,6 +60,8 @@ TEST_F(CommListTest, TextHashFlagsAndWireOfKnownLists) {
        "c0080800000000ffffff01"},
       {{0, 5}, "0:0 0:5", "internet 0:5", 0x667043ea, "c008080000000000000005"},
       {{5}, "0:5", "0:5", 0x667043ea, "c0080400000005"},
+      {{1, 1}, "0:1", "0:1", {}, "c0080400000001"},
+      {{1, 2, 2, 9}, "0:1 0:2 0:9", "0:1 0:2 0:9", {}, "c0080c000000010000000200000009"},
       {{0xFFFFFFFF, 0xFFFFFF04, 0x00640005},
        "100:5 65535:65284 65535:65535",
        "100:5 65535:65284 65535:65535",
@@ -82,6 +84,9 @@ TEST_F(CommListTest, TextHashFlagsAndWireOfKnownLists) {
       EXPECT_EQ(list->hash(), *c.hash);
     }
     EXPECT_EQ(hex(list->serialize()), c.wire);
+    if (!c.appended.empty()) {
+      EXPECT_EQ(CommList::dedupWire(table, wireOf(c.appended)).list, list);
+    }
     const std::set<U32> values(c.appended.begin(), c.appended.end());
     EXPECT_EQ(list->comms(), values.size());
     EXPECT_EQ(list->noExport(), values.count(noExport) == 1);
@@ -250,6 +255,7 @@ TEST_F(CommListTest, SnapshotIsACopyThatCanChange) {
   const auto snapshot = list->commSnapshot();
   list = nullptr;  // the copy does not need it
   EXPECT_TRUE(snapshot->hasNotificationActive());
+  EXPECT_EQ(Mox::Type::read(*snapshot, "comm"), "{1: True, 7: True, 4294967041: True}");
   EXPECT_EQ(snapshot->comms(), (std::map<U32, bool>{{1, true}, {7, true}, {noExport, true}}));
   EXPECT_FALSE(snapshot->commDel(2)) << "was not there";
   EXPECT_TRUE(snapshot->commDel(7));
@@ -264,6 +270,26 @@ TEST_F(CommListTest, SnapshotIsACopyThatCanChange) {
   EXPECT_EQ(edited->dedup(table)->toStrep(), "0:5 no-export");
   snapshot->commDelAll();
   EXPECT_TRUE(snapshot->comms().empty());
+}
+
+// A table that placed by part of the content, or by what everybody knows, could be flooded.
+TEST_F(CommListTest, PlacesDependOnAllOfTheContentAndOnTheSeed) {
+  std::set<U64> places;
+  for (U32 last = 100; last < 10100; ++last) {
+    const Values values{1, 2, 3, 4, 5, last};
+    places.insert(CommList::placeOfMember(*interned(values), 1));
+    places.insert(CommList::placeOfMember(*interned(values), 2));
+  }
+  EXPECT_EQ(places.size(), 20000u);
+}
+
+TEST_F(CommListTest, TablesAreThreadSafeWhenTheAgentIs) {
+  using Orv::DedupHashTableUnorderedSet;
+  const auto as = [](bool threadSafe) {
+    return DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(threadSafe)->octets();
+  };
+  EXPECT_NE(as(true), as(false));
+  EXPECT_EQ(table->dedupHashTable()->octets(), as(ZoBgpGlobals::multiThreaded()));
 }
 
 TEST_F(CommListTest, TablesDump) {
@@ -353,6 +379,7 @@ TEST(CommListDeathTest, MisuseEndsTheProcess) {
   EXPECT_DEATH(list->compare(shared.get()), unsorted);
   EXPECT_DEATH(list->serialize(), unsorted);
   EXPECT_DEATH(list->commSnapshot(), unsorted);
+  EXPECT_DEATH(table->dedup(list), unsorted) << "the table takes frozen lists only";
   EXPECT_DEATH(shared->commIs(1), ": !commVectorSorted\\(\\)\n");
   EXPECT_DEATH(stored->noExport(), neverDeduped) << "sorted, but not interned";
   EXPECT_DEATH(list->noAdvertise(), neverDeduped);

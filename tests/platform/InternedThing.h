@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "MoxStash/DedupHandle.h"
-#include "Orv/DedupHashTable.h"
+#include "Orv/DedupHashTableUnorderedSet.h"
 
 namespace interning {
 

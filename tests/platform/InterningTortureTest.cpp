@@ -104,7 +104,7 @@ void Collection::handleRemove(Orv::DedupHandle* member) const {
     require(notifiers_.erase(pair.notifier) == 1, "a notifier is known");
   }
   ++world_.heardOut;
-  if (member->dedupTable()) reenter(world_, pair, true);
+  if (member->beingDetached()) reenter(world_, pair, true);
   pair.notifier = nullptr;
 }
 

@@ -1,4 +1,4 @@
-// Rebuilding lists of plain values from the store. Not for users: `CommList::destash` and kin.
+// What lists are made with, beneath their public face: rebuilding them from the store.
 #pragma once
 
 #include <algorithm>

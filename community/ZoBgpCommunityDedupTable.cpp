@@ -1,0 +1,21 @@
+#include "community/ZoBgpCommunityDedupTable.h"
+
+namespace Routing::Bgp {
+
+const Mox::Type ExtCommDedupTable::type{
+    "Routing::Bgp::ExtCommDedupTable",
+    &Mox::PtrInterface::type,
+    {Mox::operation("dedupHashTable"), Mox::operation("parseExtCommRule"),
+     Mox::operation("handleInitialized"), Mox::operation("dumpState")}};
+
+ExtCommDedupTable::Ptr extCommDedupTableFactory(
+    const Mox::Ptr<const BgpParseExtendedCommunityRule>& rule) {
+  return Mox::makeNew<ExtCommDedupTable>(rule);
+}
+
+ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
+                                        const ExtCommContent& content) {
+  return table->dedupContent(content);
+}
+
+}  // namespace Routing::Bgp

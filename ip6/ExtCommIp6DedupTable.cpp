@@ -1,0 +1,21 @@
+#include "ip6/ExtCommIp6DedupTable.h"
+
+namespace Routing::Bgp {
+
+const Mox::Type ExtCommIp6DedupTable::type{
+    "Routing::Bgp::ExtCommIp6DedupTable",
+    &Mox::PtrInterface::type,
+    {Mox::operation("dedupHashTable"), Mox::operation("parseExtCommRule"),
+     Mox::operation("handleInitialized"), Mox::operation("dumpState")}};
+
+ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
+    const Mox::Ptr<const BgpParseExtendedCommunityRule>& rule) {
+  return Mox::makeNew<ExtCommIp6DedupTable>(rule);
+}
+
+ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
+                                              const ExtCommIp6Content& content) {
+  return table->dedupContent(content);
+}
+
+}  // namespace Routing::Bgp
