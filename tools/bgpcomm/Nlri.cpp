@@ -74,8 +74,19 @@ std::size_t payloadSize(Cursor& in, Family family) {
 
 using Visit = std::function<void(const Prefix&)>;
 
-/// All prefixes up to the end; false when one does not fit.
+/// Whether the octets are whole prefixes up to their end.
+bool fits(Cursor in, Family family, bool addPath) {
+  while (!in.atEnd()) {
+    if (addPath) in.u32();
+    if (!takeNlri(in, family)) return false;
+  }
+  return true;
+}
+
+/// All prefixes up to the end; false when one does not fit. Some daemons write messages with
+/// ADD-PATH under a subtype without, so whichever reading fits is taken.
 bool visitAll(Cursor in, Family family, bool addPath, const Visit& visit) {
+  if (!fits(in, family, addPath) && fits(in, family, !addPath)) addPath = !addPath;
   while (!in.atEnd()) {
     std::optional<U32> id;
     if (addPath) id = in.u32();
@@ -118,6 +129,8 @@ std::string nlriText(Family family, Octets nlri) {
     return std::to_string(family.afi) + '/' + std::to_string(family.safi) + ':' + hex(nlri);
   std::array<U8, 16> address{};
   std::copy(nlri.begin() + 1, nlri.end(), address.begin());
+  // What stands behind the prefix in its last octet means nothing (RFC 4271, 4.3).
+  if (const unsigned bits = nlri[0] % 8) address[nlri[0] / 8] &= U8(0xff00 >> bits);
   return addressText(Octets(address).first(family.afi == afiIpv4 ? 4 : 16)) + '/' +
          std::to_string(nlri[0]);
 }
