@@ -1,0 +1,77 @@
+// A parser plug-in from outside the library: the EVPN router's MAC (RFC 9135, section 8.1), which
+// the library itself leaves general. Nothing else is needed than this file and one line:
+//
+//   container->extCommParserSmsEnq(
+//       Mox::makeNew<EvpnRouterMacSm>(container->parseExtCommRuleCollections()));
+//
+//   octets   0     1     2  3  4  5  6  7
+//           0x06  0x03  [      MAC      ]
+#pragma once
+
+#include "parse/BgpParseExtComm.h"
+
+namespace example {
+
+using namespace Routing::Bgp;
+
+/// The value: its classification and its two texts.
+class EvpnRouterMac final : public Mox::Entity<EvpnRouterMac, ExtCommSubtyped> {
+ public:
+  inline static const Mox::Type type{"example::EvpnRouterMac", &ExtCommSubtyped::type, {}};
+
+  explicit EvpnRouterMac(const ExtCommContent& content)
+      : Entity(extCommClassificationEvpn, content) {}
+
+  void formatDerivedType(std::ostream& stream) const override {
+    CommText text;
+    appendMac(text << "<EvpnRouterMac ");
+    writeShowText(text, stream);
+  }
+  Mox::String toStrepForPolicy(StrepFormat format) const override {
+    CommText text;
+    if (format.has(strepFormatClassification)) text << "EVPN-Router-MAC:";
+    appendMac(text);
+    return text.str();
+  }
+
+ private:
+  void appendMac(CommText& text) const {
+    for (Mox::U32 octet = 2; octet < 8; ++octet) {
+      if (octet > 2) text << ':';
+      text.hex(content().octet(octet));
+    }
+  }
+};
+
+/// The rule: the library has none for this type, so the plug-in brings a whole one. A null leaves
+/// the content to the parser, which makes the general object of it.
+class EvpnRule final : public Mox::Entity<EvpnRule, BgpParseExtendedCommunityTypeRuleBase> {
+ public:
+  inline static const Mox::Type type{
+      "example::EvpnRule", &BgpParseExtendedCommunityTypeRuleBase::type, {}};
+
+  explicit EvpnRule(const BgpParseExtCommControl& control)
+      : Entity(control, extCommPktTypeTransEvpn) {}
+
+  Mox::Ptr<ExtComm> inhale(const ExtCommContent& content) const override {
+    if (content.subtype() != extCommPktSubtypeEvpnRouterMac) return nullptr;
+    return Mox::makeNew<EvpnRouterMac>(content);
+  }
+};
+
+/// The plug-in: puts the rule into every parser of the container.
+class EvpnRouterMacSm final : public Mox::Entity<EvpnRouterMacSm, BgpParseExtCommPluginBaseSm> {
+ public:
+  inline static const Mox::Type type{
+      "example::EvpnRouterMacSm", &BgpParseExtCommPluginBaseSm::type, {}};
+
+  explicit EvpnRouterMacSm(const RuleCollections& registry) : Entity(registry) { handleStartup(); }
+
+  void instantiateExtendedCommunityTypeSubRule(
+      const BgpParseExtendedCommunityRuleKey& ruleKey,
+      const BgpParseExtCommControl& control) const override {
+    installSubRule<EvpnRule>(ruleKey, control, __PRETTY_FUNCTION__);
+  }
+};
+
+}  // namespace example

@@ -1,0 +1,16 @@
+#include <cstdlib>
+#include <new>
+
+#include "ParseHelp.h"
+
+namespace parsing {
+thread_local std::size_t allocations = 0;
+}
+
+void* operator new(std::size_t octets) {
+  ++parsing::allocations;
+  if (void* memory = std::malloc(octets ? octets : 1)) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
