@@ -23,4 +23,5 @@ function(zobgp_readme_example target)
   file(CONFIGURE OUTPUT ${source} CONTENT "@code@\n" @ONLY)
   add_executable(${target} ${source})
   target_link_libraries(${target} PRIVATE ${ARGN})
+  target_compile_options(${target} PRIVATE -UNDEBUG) # its assertions are what it shows
 endfunction()
