@@ -1,7 +1,5 @@
 #include "community/ZoBgpCommunityAsNumber.h"
 
-#include "Zonet/AutonomousSystem.h"
-
 namespace Routing::Bgp {
 
 using Mox::attribute;
@@ -19,9 +17,15 @@ const Mox::Type ExtCommAsNumber::type{
      attribute<&ExtCommAsNumber::localAdmin4Octets>("localAdmin4Octets"),
      operation("formatAsNumber")}};
 
+void ExtCommAsNumber::appendAsNumber(CommText& text, bool qualifier, bool asdot) const {
+  text.asNumber(asNumber(), asdot);
+  if (fourByteAs_ && qualifier && !asdot) text << 'L';
+}
+
 Mox::String ExtCommAsNumber::formatAsNumber(bool qualifier, bool asdot) const {
-  const Mox::String number = Zonet::AutonomousSystem(asNumber()).displayString(asdot);
-  return fourByteAs_ && qualifier && !asdot ? number + 'L' : number;
+  CommText text;
+  appendAsNumber(text, qualifier, asdot);
+  return text.str();
 }
 
 void ExtCommAsNumber::formatDerivedType(std::ostream& stream) const {
@@ -37,7 +41,8 @@ Mox::String ExtCommAsNumber::toStrepForPolicy(StrepFormat format) const {
     text.typeAndSubtype(fourByteAs_ ? "-AS4" : "-AS", content().type(), content().subtype(),
                         transitive())
         << ':';
-  text << formatAsNumber(format) << ':' << localAdmin();
+  text << formatAsNumber(format.has(strepFormatQualifier), format.has(strepFormatAsdot)) << ':'
+       << localAdmin();
   return text.str();
 }
 

@@ -47,10 +47,8 @@ class ExtCommAsNumber : public Mox::Entity<ExtCommAsNumber, ExtCommSubtyped> {
   virtual Mox::String formatAsNumber(bool qualifier, bool asdot) const;
 
  protected:
-  /// The AS number as policy text shows it.
-  Mox::String formatAsNumber(StrepFormat format) const {
-    return formatAsNumber(format.has(strepFormatQualifier), format.has(strepFormatAsdot));
-  }
+  /// Appends what `formatAsNumber` returns.
+  void appendAsNumber(CommText& text, bool qualifier, bool asdot) const;
 
  private:
   const bool fourByteAs_;

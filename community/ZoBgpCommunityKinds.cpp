@@ -7,6 +7,7 @@
 namespace Routing::Bgp {
 
 using Mox::attribute;
+using namespace std::string_view_literals;
 
 namespace {
 const Mox::Type enumerations[] = {Mox::enumType<TunnelType>(),
@@ -28,8 +29,9 @@ void ExtCommRouteAs<Route>::formatDerivedType(std::ostream& stream) const {
   const bool twoOctets = pktType == extCommPktTypeTransTwoOctetAs;
   MOX_ASSERT(twoOctets || pktType == extCommPktTypeTransFourOctetAs, "0 && \"unexpected type\"");
   CommText text;
-  text << '<' << Route::showName << (twoOctets ? "2ByteASN " : "4ByteASN ")
-       << ExtCommAsNumber::formatAsNumber(false, false) << ':' << this->localAdmin();
+  text << '<' << Route::showName << (twoOctets ? "2ByteASN " : "4ByteASN ");
+  this->appendAsNumber(text, false, false);
+  text << ':' << this->localAdmin();
   this->writeShowText(text, stream);
 }
 
@@ -56,8 +58,9 @@ void appendRoutePrefix(CommText& text, ExtComm::StrepFormat format, std::string_
 template <class Route>
 Mox::String ExtCommRouteAs<Route>::toStrepForPolicy(ExtComm::StrepFormat format) const {
   CommText text;
-  appendRoutePrefix<Route>(text, format, this->fourByteAs() ? "-AS4" : "-AS");
-  text << ExtCommAsNumber::formatAsNumber(format) << ':' << this->localAdmin();
+  appendRoutePrefix<Route>(text, format, this->fourByteAs() ? "-AS4"sv : "-AS"sv);
+  this->appendAsNumber(text, format.has(strepFormatQualifier), format.has(strepFormatAsdot));
+  text << ':' << this->localAdmin();
   return text.str();
 }
 
@@ -85,7 +88,8 @@ double ExtCommLinkBandwidth::bandwidth() const { return std::bit_cast<float>(bit
 
 void ExtCommLinkBandwidth::formatDerivedType(std::ostream& stream) const {
   CommText text;
-  text << "<LinkBandwidth " << ExtCommAsNumber::formatAsNumber(false, false) << ':' << bandwidth();
+  appendAsNumber(text << "<LinkBandwidth ", false, false);
+  text << ':' << bandwidth();
   writeShowText(text, stream);
 }
 
@@ -95,7 +99,8 @@ Mox::String ExtCommLinkBandwidth::toStrepForPolicy(StrepFormat format) const {
     text << "Link-Bandwidth-AS:";
   else if (format.has(strepFormatClassification))
     text << "lbw ";
-  text << formatAsNumber(format) << ':';
+  appendAsNumber(text, format.has(strepFormatQualifier), format.has(strepFormatAsdot));
+  text << ':';
   if (format.inFull())
     text << Rib::LinkBandwidth(bandwidth()).toStrep(format.has(strepFormatLinkBwWeighted));
   else

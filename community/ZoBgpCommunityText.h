@@ -15,6 +15,7 @@
 
 #include "Mox/Enum.h"
 #include "ZoFmt/StackBackedBuffer.h"
+#include "Zonet/AutonomousSystem.h"
 #include "Zonet/Ip4Addr.h"
 #include "Zonet/Ip6Addr.h"
 #include "community/ZoBgpCommunityContent.h"
@@ -50,6 +51,11 @@ class CommText {
     return append(address.longestText + 1, [&](char* at) { return address.toChars(at); });
   }
 
+  /// See Zonet::AutonomousSystem.
+  CommText& asNumber(U32 number, bool asdot) {
+    const Zonet::AutonomousSystem as(number);
+    return append(as.longestText, [&](char* at) { return as.toChars(at, asdot); });
+  }
   /// Two lower-case hexadecimal digits.
   CommText& hex(U8 octet);
   /// The eighteen characters of a content, in upper case when the stream they are for says so.

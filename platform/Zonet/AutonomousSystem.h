@@ -11,11 +11,15 @@ namespace Zonet {
 
 class AutonomousSystem {
  public:
+  static constexpr std::size_t longestText = 11;
+
   constexpr explicit AutonomousSystem(U32 number) : number_(number) {}
 
   constexpr U32 number() const { return number_; }
   /// Decimal; with `asdot`, a number above 65535 as its two halves with a dot between them.
   Mox::String displayString(bool asdot) const;
+  /// Writes the same text, at most `longestText` characters, and returns its end.
+  char* toChars(char* at, bool asdot) const;
 
  private:
   U32 number_;

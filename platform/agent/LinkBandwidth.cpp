@@ -6,10 +6,25 @@
 namespace Routing::Rib {
 namespace {
 
-constexpr std::string_view prefixes[] = {"", "k", "M", "G", "T", "P", "E", "Z", "Y"};
+struct Unit {
+  double bitsPerSecond;
+  std::string_view name;
 
-// Room for any double in full: 309 digits before the point, or 324 and then 17 after it.
+  // Divided first, so that the largest number does not overflow on the way.
+  double of(double octetsPerSecond) const { return octetsPerSecond / bitsPerSecond * 8; }
+};
+constexpr Unit units[] = {{1, "bps"},     {1e3, "kbps"},  {1e6, "Mbps"},
+                          {1e9, "Gbps"},  {1e12, "Tbps"}, {1e15, "Pbps"},
+                          {1e18, "Ebps"}, {1e21, "Zbps"}, {1e24, "Ybps"}};
+
+// Room for any number in full: 309 digits before the point, or 324 and then 17 after it.
 using Digits = char[400];
+
+std::string_view threeDecimals(double number, Digits& digits) {
+  char* const end =
+      std::to_chars(digits, std::end(digits), number, std::chars_format::fixed, 3).ptr;
+  return {digits, std::size_t(end - digits)};
+}
 
 Mox::String withoutTrailingZeros(std::string_view text) {
   text = text.substr(0, text.find_last_not_of('0') + 1);
@@ -18,20 +33,15 @@ Mox::String withoutTrailingZeros(std::string_view text) {
 }
 
 Mox::String inBitsPerSecond(double octetsPerSecond) {
-  // Rounding comes before the choice of the unit: 999.9996 Mbps is 1 Gbps.
-  double unit = 1;
-  for (const std::string_view prefix : prefixes) {
-    Digits digits;
-    const double inUnit = octetsPerSecond / unit * 8;
-    char* const end =
-        std::to_chars(digits, std::end(digits), inUnit, std::chars_format::fixed, 3).ptr;
-    const std::string_view text(digits, std::size_t(end - digits));
-    const bool fits = std::abs(inUnit) < 1000 && !text.ends_with("1000.000");
-    if (fits || prefix == std::end(prefixes)[-1])
-      return withoutTrailingZeros(text) + ' ' + Mox::String(prefix) + "bps";
-    unit *= 1000;
-  }
-  return {};
+  const Unit* unit = units;
+  const Unit* const largest = std::end(units) - 1;
+  while (unit != largest && std::abs(unit->of(octetsPerSecond)) >= 1000) ++unit;
+  Digits digits;
+  std::string_view text = threeDecimals(unit->of(octetsPerSecond), digits);
+  // What rounding lifts to a thousand is one of the next unit: 999.9996 Mbps is 1 Gbps.
+  if (unit != largest && text.ends_with("1000.000"))
+    text = threeDecimals((++unit)->of(octetsPerSecond), digits);
+  return withoutTrailingZeros(text).append(" ").append(unit->name);
 }
 
 }  // namespace
