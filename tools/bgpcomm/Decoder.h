@@ -72,5 +72,7 @@ class Decoder {
 };
 
 std::unique_ptr<Decoder> makeDecoder(Source& source);
+/// For data that begin with the signature of gzip.
+std::unique_ptr<Decoder> makeGzipDecoder(Source& source);
 
 }  // namespace bgpcomm

@@ -1,0 +1,75 @@
+#include <zlib.h>
+
+#include <algorithm>
+
+#include "Decoder.h"
+
+namespace bgpcomm {
+namespace {
+
+/// gzip by zlib itself: it verifies the check sum of each member and hands out what was decoded
+/// before a fault. The archive library does neither.
+class Gzip final : public Decoder {
+ public:
+  explicit Gzip(Source& source) : source_(source) {
+    constexpr int gzipHeader = 16;
+    if (inflateInit2(&stream_, MAX_WBITS + gzipHeader) != Z_OK) throw std::bad_alloc();
+  }
+  ~Gzip() override { inflateEnd(&stream_); }
+
+ private:
+  std::size_t decodeSome(std::span<U8> into) override {
+    while (nextMember()) {
+      const Octets input = source_.ahead();
+      if (input.empty()) throw CompressionError("gzip data end too early");
+      stream_.next_in = const_cast<U8*>(input.data());
+      stream_.avail_in = uInt(input.size());
+      stream_.next_out = into.data();
+      stream_.avail_out = uInt(into.size());
+      const int result = inflate(&stream_, Z_NO_FLUSH);
+      source_.take(input.size() - stream_.avail_in);
+      const std::size_t got = into.size() - stream_.avail_out;
+      if (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR) {
+        if (got > 0 && !checkSumFailed()) return got;  // The next call fails with nothing left.
+        throw CompressionError(std::string("gzip data are damaged: ") +
+                               (stream_.msg ? stream_.msg : zError(result)));
+      }
+      memberEnded_ = result == Z_STREAM_END;
+      if (got > 0) return got;
+    }
+    return 0;
+  }
+
+  /// Then the octets just decoded are known to be wrong somewhere, so they are held back.
+  bool checkSumFailed() const {
+    return stream_.msg && std::string_view(stream_.msg).starts_with("incorrect");
+  }
+
+  /// False when the last member has ended. What follows it is another one, or zeros that fill up
+  /// a block of a medium.
+  bool nextMember() {
+    if (!memberEnded_) return true;
+    Octets input = source_.ahead(2);
+    if (input.size() >= 2 && input[0] == 0x1f && input[1] == 0x8b) {
+      inflateReset(&stream_);
+      memberEnded_ = false;
+      return true;
+    }
+    for (; !input.empty(); input = source_.ahead()) {
+      if (std::any_of(input.begin(), input.end(), [](U8 octet) { return octet != 0; }))
+        throw CompressionError("gzip data are followed by something else");
+      source_.take(input.size());
+    }
+    return false;
+  }
+
+  Source& source_;
+  z_stream stream_{};
+  bool memberEnded_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Decoder> makeGzipDecoder(Source& source) { return std::make_unique<Gzip>(source); }
+
+}  // namespace bgpcomm
