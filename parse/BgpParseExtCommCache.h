@@ -35,7 +35,8 @@ class ExtCommTexts {
   friend Mox::String valueToStrep(const ExtCommTexts& texts);
 
  private:
-  /// Low half exclusive-or high half.
+  /// Low half exclusive-or high half. Whoever sends communities can make them collide: what waits
+  /// for that is a show command.
   struct Hash {
     std::size_t operator()(U64 content) const { return Mox::U32(content ^ content >> 32); }
   };

@@ -89,7 +89,8 @@ class BgpParseExtCommRuleCollections::NotifieeConst : public Mox::Notifiee {
   }
 
   // For each kind: `onExtendedCommSubTypeTransOpaqueRuleInstance`, with the key that was added or
-  // removed, or without one when the collection as a whole has changed.
+  // removed, or without one when the collection as a whole has changed. Overriding one of the two
+  // hides the other, of which some compilers warn: override both.
 #define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
   virtual void onExtended##Collection##RuleInstance(const Key&) {}           \
   virtual void onExtended##Collection##RuleInstance() {}                     \

@@ -89,9 +89,10 @@ void BgpParseExtCommTypeRule<Kind>::subTypeRuleIs(const Mox::PtrConst<SubRule>& 
 template <class Kind>
 auto BgpParseExtCommTypeRule<Kind>::inhale(const Content& content) const -> Mox::Ptr<Object> {
   const auto subtype = Subtype(content.subtype());
-  const SubRule* const rule = bgpIsValidEnumMember(subtype) ? subTypeRules_.find(subtype) : nullptr;
-  Mox::Ptr<Object> object = rule ? rule->inhale(content) : nullptr;
-  return object ? object : Kind::fallback(content);
+  if (bgpIsValidEnumMember(subtype))
+    if (const SubRule* const rule = subTypeRules_.find(subtype))
+      if (Mox::Ptr<Object> object = rule->inhale(content)) return object;
+  return Kind::fallback(content);
 }
 
 #define KIND(Kind, ...)                                      \

@@ -12,11 +12,9 @@ auto parse(const BgpParseExtCommRuleMap<TypeRule>& rules,
            const typename TypeRule::Content& content) {
   using Object = typename TypeRule::Object;
   const auto pktType = typename TypeRule::MapKey(content.type());
-  if (bgpIsValidEnumMember(pktType)) {
-    const Mox::PtrConst<TypeRule> rule(rules.find(pktType));
-    Mox::Ptr<Object> object = rule ? rule->inhale(content) : nullptr;
-    if (object) return object;
-  }
+  if (bgpIsValidEnumMember(pktType))
+    if (const Mox::PtrConst<TypeRule> rule(rules.find(pktType)); rule)
+      if (Mox::Ptr<Object> object = rule->inhale(content)) return object;
   return Mox::makeNew<Object>(extCommClassificationUnSpecified, content);
 }
 

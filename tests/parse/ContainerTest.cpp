@@ -19,6 +19,47 @@ TEST(Container, HasItsPluginsInOrder) {
   EXPECT_TRUE(container->extCommCache());
 }
 
+TEST(Container, FillsTheRulesOfItsParser) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  const auto parser = container->extCommParser();
+  // Type, class of its rule and, by subtype, of the sub-rules; all names begin alike.
+  const struct {
+    U32 type;
+    std::string rule;
+    std::vector<std::string> subRules;
+  } rows[] = {
+      {0x00, "TransTwoOctetAs", {"2 RouteTarget", "3 RouteOrigin"}},
+      {0x01, "TransIpv4Address", {"2 RouteTarget", "3 RouteOrigin"}},
+      {0x02, "TransFourOctetAs", {"2 RouteTarget", "3 RouteOrigin"}},
+      {0x03, "TransOpaque", {"11 Color", "12 TunnelEncap", "13 DefaultGateway"}},
+      {0x40, "NonTransTwoOctetAs", {"4 LinkBandwidth"}},
+      {0x41, "NonTransIpv4Address", {}},
+      {0x42, "NonTransFourOctetAs", {}},
+      {0x43, "NonTransOpaque", {"0 OriginValidationState"}},
+      {0x80, "TransGeneric", {}},
+      {0x81, "TransGenericPart2", {}},
+      {0x82, "TransGenericPart3", {}},
+  };
+  std::string rules;
+  for (const auto& row : rows) {
+    rules += (rules.empty() ? "" : ", ") + std::to_string(row.type) +
+             ": Routing::Bgp::BgpParseExtComm" + row.rule + "Rule";
+    std::string subRules;
+    for (const std::string& subRule : row.subRules) {
+      const std::size_t space = subRule.find(' ');
+      subRules += (subRules.empty() ? "" : ", ") + subRule.substr(0, space) +
+                  ": Routing::Bgp::BgpParseExtComSubType" + row.rule + subRule.substr(space + 1) +
+                  "Rule";
+    }
+    EXPECT_EQ(Mox::Type::read(*parser->typeRule(BgpExtCommPktType(row.type)), "subTypeRule"),
+              subRules);
+  }
+  EXPECT_EQ(Mox::Type::read(*parser, "typeRule"), rules);
+  EXPECT_EQ(Mox::Type::read(*parser, "ip6TypeRule"),
+            "0: Routing::Bgp::BgpParseExtCommIp6TransRule, "
+            "64: Routing::Bgp::BgpParseExtCommIp6NonTransRule");
+}
+
 TEST(Container, WithdrawsTheParserThatItReplaces) {
   const auto container = bgpParseExtCommContainerSmFactory();
   const Registry::Ptr registry = container->parseExtCommRuleCollections();
