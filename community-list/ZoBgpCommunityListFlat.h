@@ -5,7 +5,8 @@
 // it caches when it is frozen, its text.
 #pragma once
 
-#include <vector>
+#include <memory>
+#include <new>
 
 #include "Mox/Entity.h"
 #include "MoxStash/DedupHandle.h"
@@ -71,13 +72,41 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
 
   /// How the kind's table places its members.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed) {
-    return placeOfValues(static_cast<const List&>(member).values(), seed);
+    // Where it was placed when it was frozen, by the one seed of the process.
+    const auto& list = static_cast<const List&>(member);
+    const auto values = list.values();
+    return seed == Orv::placementSeed() ? list.place_ : placeOfValues(values, seed);
+  }
+
+  // A list that is made frozen, as those from the wire are, holds its values behind the object in
+  // one piece of memory: one allocation to make it, one to end it. Lists that were built value by
+  // value keep them in a piece of its own.
+  struct Inside {
+    std::size_t values;
+  };
+  static void* operator new(std::size_t octets) { return List::type.allocation().allocate(octets); }
+  static void* operator new(std::size_t octets, Inside inside) {
+    return List::type.allocation().allocate(octets + inside.values * sizeof(Value));
+  }
+  static void operator delete(FlatCommList* base, std::destroying_delete_t) {
+    auto* const list = static_cast<List*>(base);
+    const std::size_t octets = sizeof(List) + (base->own_ ? 0 : base->size_ * sizeof(Value));
+    list->~List();
+    List::type.allocation().deallocate(list, octets);
+  }
+  // For constructors that throw.
+  static void operator delete(void* memory, std::size_t octets) noexcept {
+    List::type.allocation().deallocate(memory, octets);
+  }
+  static void operator delete(void* memory, Inside inside) noexcept {
+    List::type.allocation().deallocate(memory, sizeof(List) + inside.values * sizeof(Value));
   }
 
  protected:
-  using Vector = std::vector<Value, Mox::TrackedAllocator<Value>>;
-
-  const Vector& unchecked() const { return comm_; }
+  ~FlatCommList() override {
+    if (own_) Allocator().deallocate(own_, capacity());
+  }
+  std::span<const Value> unchecked() const { return {data(), size_}; }
   /// What was computed when the list was frozen for its table.
   const typename Kind::Cached& cached() const {
     MOX_ASSERT(
@@ -90,9 +119,18 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
   static_assert(sizeof(Value) % sizeof(U32) == 0 &&
                 std::has_unique_object_representations_v<Value>);
 
-  static U64 placeOfValues(std::span<const Value> values, U64 seed) {
-    return Orv::placeOf(values.data(), values.size_bytes(), seed);
+  using Allocator = Mox::TrackedAllocator<Value>;
+
+  static U32 placeOfValues(std::span<const Value> values, U64 seed) {
+    return U32(Orv::placeOf(values.data(), values.size_bytes(), seed));
   }
+  const Value* data() const { return own_ ? own_ : inside(); }
+  Value* inside() const {
+    return reinterpret_cast<Value*>(const_cast<List*>(static_cast<const List*>(this)) + 1);
+  }
+  // While it is being built, a list has room for the next power of two.
+  std::size_t capacity() const { return commVectorSorted_ ? size_ : std::bit_ceil(size_); }
+  static Mox::Ptr<List> frozen(std::span<const Value> ascending, U32 place);
   void freeze();
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, std::span<const U8> octets);
@@ -100,20 +138,36 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
   // Ascending and without repeats exactly when `commVectorSorted_`; then also of exact capacity.
   bool commVectorSorted_ = false;
   [[no_unique_address]] typename Kind::Cached cached_;  // valid once interned
-  Vector comm_;
+  Value* own_ = nullptr;  // the values, or null: then they stand behind this object
+  U32 size_ = 0;
+  U32 place_ = 0;  // valid once sorted
 };
 
 template <class List, class Kind>
 void FlatCommList<List, Kind>::commIs(const Value& value) {
   MOX_ASSERT(!commVectorSorted(), "!commVectorSorted()");
-  comm_.push_back(value);
+  if (size_ == 0 || std::has_single_bit(size_)) {
+    Value* const grown = Allocator().allocate(size_ ? 2 * std::size_t(size_) : 1);
+    std::copy_n(own_, size_, grown);
+    if (own_) Allocator().deallocate(own_, size_);
+    own_ = grown;
+  }
+  own_[size_++] = value;
 }
 
 template <class List, class Kind>
 void FlatCommList<List, Kind>::freeze() {
   if (commVectorSorted_) return;
-  comm_.resize(sortAndDropRepeats(std::span(comm_)));
-  Vector(comm_).swap(comm_);  // a copy has no room to spare
+  if (own_) {
+    const std::size_t room = capacity();
+    const auto left = U32(sortAndDropRepeats(std::span(own_, size_)));
+    Value* const exact = Allocator().allocate(left);
+    std::copy_n(own_, left, exact);
+    Allocator().deallocate(own_, room);
+    own_ = exact;
+    size_ = left;
+  }
+  place_ = placeOfValues(unchecked(), Orv::placementSeed());
   commVectorSorted_ = true;
 }
 
@@ -137,7 +191,7 @@ bool FlatCommList<List, Kind>::comm(const Value& value) const {
 template <class List, class Kind>
 auto FlatCommList<List, Kind>::values() const -> std::span<const Value> {
   MOX_ASSERT(commVectorSorted(), "commVectorSorted()");
-  return comm_;
+  return unchecked();
 }
 
 template <class List, class Kind>
@@ -165,9 +219,20 @@ Mox::String FlatCommList<List, Kind>::serialize() const {
 
 template <class List, class Kind>
 Mox::Ptr<List> FlatCommList<List, Kind>::restored(bool sorted, std::span<const Value> values) {
+  if (sorted) return frozen(values, placeOfValues(values, Orv::placementSeed()));
   auto list = Mox::makeNew<List>();
-  list->commVectorSorted_ = sorted;
-  list->comm_.assign(values.begin(), values.end());
+  for (const Value& value : values) list->commIs(value);
+  return list;
+}
+
+template <class List, class Kind>
+Mox::Ptr<List> FlatCommList<List, Kind>::frozen(std::span<const Value> ascending, U32 place) {
+  Mox::Ptr<List> list(new (Inside{ascending.size()}) List);
+  list->hasNotificationActiveIs(true);
+  std::uninitialized_copy(ascending.begin(), ascending.end(), list->inside());
+  list->commVectorSorted_ = true;
+  list->size_ = U32(ascending.size());
+  list->place_ = place;
   return list;
 }
 
@@ -177,8 +242,8 @@ FromWire<List> FlatCommList<List, Kind>::fromWire(std::span<const U8> octets) {
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Value);
   return withScratch<Value>(count, [&](Value* scratch) -> FromWire<List> {
-    decodeWords(octets, scratch);
-    const std::size_t left = sortAndDropRepeats(std::span(scratch, count));
+    const bool ascending = decodeWords(octets, scratch);
+    const std::size_t left = ascending ? count : sortAndDropRepeats(std::span(scratch, count));
     return {restored(true, {scratch, left}), std::nullopt, U32(count - left)};
   });
 }
@@ -187,21 +252,23 @@ template <class List, class Kind>
 template <bool insert>
 FromWire<const List> FlatCommList<List, Kind>::findWire(const Table& table,
                                                         std::span<const U8> octets) {
-  if (auto fault = checkWireLength(Kind::attribute, octets.size(), sizeof(Value)))
-    return {nullptr, fault, 0};
+  if (octets.empty() || octets.size() > maxAttributeOctets || octets.size() % sizeof(Value) != 0)
+      [[unlikely]]
+    return {nullptr, checkWireLength(Kind::attribute, octets.size(), sizeof(Value)), 0};
   const std::size_t count = octets.size() / sizeof(Value);
   return withScratch<Value>(count, [&](Value* scratch) -> FromWire<const List> {
-    decodeWords(octets, scratch);
-    const std::span<const Value> sorted(scratch, sortAndDropRepeats(std::span(scratch, count)));
+    const bool ascending = decodeWords(octets, scratch);
+    const std::span<const Value> sorted(
+        scratch, ascending ? count : sortAndDropRepeats(std::span(scratch, count)));
     const auto& set = *table->dedupHashTable();
-    const U64 place = placeOfValues(sorted, set.seed());
+    const U32 place = placeOfValues(sorted, set.seed());
     auto found = set.lookup(place, [&](const Orv::DedupHandle& member) {
-      const Vector& comm = static_cast<const List&>(member).comm_;
-      return comm.size() == sorted.size() &&
-             std::memcmp(comm.data(), sorted.data(), sorted.size_bytes()) == 0;
+      const auto& list = static_cast<const List&>(member);
+      return list.size_ == sorted.size() &&
+             std::memcmp(list.data(), sorted.data(), sorted.size_bytes()) == 0;
     });
     if (insert && !found) {
-      auto list = restored(true, sorted);
+      auto list = frozen(sorted, place);
       list->cached_ = typename Kind::Cached(*list);
       found = table->dedupHashTable()->dedup(std::move(list), place);
     }

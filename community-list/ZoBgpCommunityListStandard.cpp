@@ -10,7 +10,7 @@ namespace Routing::Bgp {
 using Mox::attribute;
 using Mox::operation;
 
-static_assert(sizeof(void*) != 8 || sizeof(CommList) == 56);
+static_assert(sizeof(void*) != 8 || sizeof(CommList) == 48);
 static_assert(sizeof(void*) != 4 || sizeof(CommList) == 36);
 
 const Mox::Type CommList::type{

@@ -19,7 +19,8 @@ void PtrInterface::hasNotificationActiveIs(bool active) {
 
 void PtrInterface::zeroReferencesIs(bool zero) {
   if (!zero) return;
-  deletionMarkIs(true);
+  // Nobody else can reach the object any more: a plain store will do.
+  word_.store(word_.load(std::memory_order_relaxed) | deletionMarkBit, std::memory_order_relaxed);
   delete this;
 }
 

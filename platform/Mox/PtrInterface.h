@@ -82,7 +82,9 @@ class PtrInterface {
     return false;
   }
   /// `n` references more, for an object that no other thread can see yet.
-  void incrementUnseen(U32 n) const { word_.fetch_add(n, std::memory_order_relaxed); }
+  void incrementUnseen(U32 n) const {
+    word_.store(word_.load(std::memory_order_relaxed) + n, std::memory_order_relaxed);
+  }
   void zeroReached() const { const_cast<PtrInterface*>(this)->zeroReferencesIs(true); }
   void deletionMarkIs(bool marked);
 

@@ -124,6 +124,10 @@ class DedupHandle : public Mox::PtrInterface {
            state >> dedupHandleStateBitPos == dedupHandleStateDetached();
   }
   static U32 keepOf(U32 state) { return 1 + (state >> haveLifeTimeNotifierBitPos & 1); }
+  // As setBitsAtomic, for an object that no other thread changes meanwhile.
+  void setBitsAlone(U32 set) {
+    state_.store(state_.load(std::memory_order_relaxed) | set, std::memory_order_release);
+  }
   void bitIs(U32 position, bool value) { value ? bitSet(position) : bitReset(position); }
 
   std::atomic<U32> state_{0};

@@ -22,14 +22,22 @@ void DedupHashTable::dumpState(const Mox::Ptr<const DumpContext>& context, U32 i
 
 void DedupHashTable::enter(DedupHandle& object, bool withNotifier) {
   object.dedupTable_.store(this, std::memory_order_relaxed);
-  object.setBitsAtomic(dedupHandleStateDeduped() << DedupHandle::dedupHandleStateBitPos |
-                       U32(withNotifier) << DedupHandle::haveLifeTimeNotifierBitPos);
+  object.setBitsAlone(dedupHandleStateDeduped() << DedupHandle::dedupHandleStateBitPos |
+                      U32(withNotifier) << DedupHandle::haveLifeTimeNotifierBitPos);
   if (!dedupHandleDisableSmartPointerOperations) object.incrementUnseen(1 + U32(withNotifier));
 }
 
 void DedupHashTable::leave(DedupHandle& member) {
-  member.beingDetachedIs(true);
+  // Only a notifier can still know the member, and change its user data meanwhile.
+  if (member.haveLifeTimeNotifier())
+    member.beingDetachedIs(true);
+  else
+    member.setBitsAlone(1u << DedupHandle::beingDetachedBitPos);
   member.dedupTable_.store(nullptr, std::memory_order_relaxed);
+}
+
+void DedupHashTable::end(DedupHandle& member) {
+  if (!dedupHandleDisableSmartPointerOperations) member.zeroReached();
 }
 
 void DedupHashTable::detach(DedupHandle& member) {

@@ -57,6 +57,9 @@ class DedupHashTable : public Mox::PtrInterface {
   void enter(DedupHandle& object, bool withNotifier);
   /// Its removal has begun.
   static void leave(DedupHandle& member);
+  /// Drops the table's reference to a member that has left and had no notifier: it is the only one,
+  /// and nobody can take another, so it need not be counted down.
+  static void end(DedupHandle& member);
   /// The table is going away and leaves the member to its holders.
   static void detach(DedupHandle& member);
 };

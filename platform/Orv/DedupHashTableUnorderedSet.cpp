@@ -13,6 +13,7 @@ U64 placeByHash(const DedupHandle& member, U64 seed) { return placeOf(member.has
 
 constexpr U32 threadSafeShardBits = 6;
 constexpr U32 fewestPlaces = 8;
+constexpr U32 fewestKept = 64;  // a shard as small as this is not worth giving back
 
 // At most seven eighths are taken, so a probe always meets a free place.
 constexpr bool isFull(U32 size, U32 places) { return U64(size) * 8 > U64(places) * 7; }
@@ -81,7 +82,8 @@ void DedupHashTableUnorderedSet::remove(DedupHandle* member) {
     leave(*member);
   }
   interleave();
-  if (member->haveLifeTimeNotifier()) notifiee_->handleRemove(member);
+  if (!member->haveLifeTimeNotifier()) return end(*member);
+  notifiee_->handleRemove(member);
   interleave();
   member->referencesDec();
 }
@@ -170,9 +172,9 @@ void DedupHashTableUnorderedSet::erase(Shard& shard, U32 tag, const DedupHandle*
   }
   shard.tags[hole] = 0;
   --shard.size;
-  // Halving at an eighth leaves a quarter taken: no step back and forth at the border.
-  if (shard.mask + 1 > fewestPlaces && U64(shard.size) * 8 <= shard.mask)
-    resize(shard, (shard.mask + 1) / 2);
+  // A quarter of the places at a sixteenth leaves a quarter taken: no step back and forth.
+  if (shard.mask + 1 > fewestKept && U64(shard.size) * 16 <= shard.mask)
+    resize(shard, (shard.mask + 1) / 4);
 }
 
 }  // namespace Orv

@@ -77,8 +77,10 @@ class DedupHashTableUnorderedSet final
     ShardLock* lock_;
   };
 
-  // The upper bits of a place choose the shard, the lower 32 are the tag.
-  Shard& shardOf(U64 place) const { return shards_[shardBits_ ? place >> (64 - shardBits_) : 0]; }
+  // A place has 32 bits, all of which are the tag; the upper ones choose the shard.
+  Shard& shardOf(U64 place) const {
+    return shards_[shardBits_ ? U32(place) >> (32 - shardBits_) : 0];
+  }
   static U32 tagOf(U64 place) { return U32(place) ? U32(place) : 1; }
   U32 shardCount() const { return 1u << shardBits_; }
 

@@ -46,7 +46,13 @@ inline U64 placeOf(const void* octets, std::size_t size, U64 seed) {
   for (; size >= 16; at += 16, size -= 16) step(at);
   if (size) {
     unsigned char rest[16] = {};
-    std::memcpy(rest, at, size);
+    if (size % 4 == 0) {  // words, as nearly always: copies of fixed size need no call
+      std::memcpy(rest, at, 4);
+      if (size > 4) std::memcpy(rest + 4, at + 4, 4);
+      if (size > 8) std::memcpy(rest + 8, at + 8, 4);
+    } else {
+      std::memcpy(rest, at, size);
+    }
     step(rest);
   }
   return foldedProduct(place ^ key, seed | 1);

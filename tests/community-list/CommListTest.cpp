@@ -280,7 +280,7 @@ TEST_F(CommListTest, PlacesDependOnAllOfTheContentAndOnTheSeed) {
     places.insert(CommList::placeOfMember(*interned(values), 1));
     places.insert(CommList::placeOfMember(*interned(values), 2));
   }
-  EXPECT_EQ(places.size(), 20000u);
+  EXPECT_GT(places.size(), 19990u) << "of 2^32 places, hardly one twice";
 }
 
 TEST_F(CommListTest, TablesAreThreadSafeWhenTheAgentIs) {
