@@ -57,11 +57,15 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
 
   // --- The wire. `octets` is the value of the attribute, without its header. ---
 
-  /// The whole attribute: header, then the values in ascending order.
+  /// The whole attribute: header, then the values in ascending order. Asserts "attrSize <= 0xFFFF":
+  /// an attribute has no room for more octets (16,383 values of 4).
   Mox::String serialize() const;
   /// A new list, frozen and not yet interned. The attribute of an empty list (`serialize` makes
   /// one) is not accepted back: from a peer it is malformed.
   static FromWire<List> fromWire(std::span<const U8> octets);
+  // The next two sort on the stack: up to 64 KiB of it for the longest attributes, 1 KiB for usual
+  // ones.
+
   /// The interned list of these octets, if there is one. Allocates nothing.
   static FromWire<const List> lookupWire(const Table& table, std::span<const U8> octets);
   /// The interned list of these octets, made if there is none. Allocates only then.

@@ -8,7 +8,8 @@
 namespace Mox {
 namespace {
 
-constexpr U32 maxTypes = 256;  // types beyond share the last slot, named "other types"
+constexpr U32 maxTypes = 256;
+constexpr U32 lastSlot = maxTypes - 1;  // shared by all types for which there is no other
 
 // The figures of one thread: written by that thread alone, read by any, hence atomic but never
 // read-modify-write. Differences may be "negative" where one thread frees what another made; the
@@ -32,7 +33,7 @@ struct Registry {
   std::vector<String> types{String()};
   std::vector<std::unique_ptr<Block>> blocks;
   std::vector<Block*> free;  // of threads that have ended, with their figures, for threads to come
-  Block shared;              // for threads that have given theirs back and still free something
+  Block shared;              // for threads that have given theirs back or could get none
 
   static Registry& instance() {
     static Registry* const registry = new Registry;
@@ -43,23 +44,27 @@ struct Registry {
 thread_local Block* t_block = nullptr;
 thread_local bool t_ended = false;
 
-// A thread's hold on its block, from when it first counts to its end.
+// A thread's hold on its block, from when it first counts to its end. Without memory for a block it
+// holds none, and the thread counts slowly.
 struct ThreadEntry {
-  ThreadEntry() {
+  ThreadEntry() noexcept {
     Registry& registry = Registry::instance();
     std::lock_guard guard(registry.mutex);
-    if (registry.free.empty()) {
-      registry.blocks.push_back(std::make_unique<Block>());
-      registry.free.push_back(registry.blocks.back().get());
-      registry.free.reserve(registry.blocks.size());  // so that giving back needs no memory
+    try {
+      if (registry.free.empty()) {
+        registry.free.reserve(registry.blocks.size() + 1);  // so that giving back needs no memory
+        registry.blocks.push_back(std::make_unique<Block>());
+        registry.free.push_back(registry.blocks.back().get());
+      }
+      t_block = registry.free.back();
+      registry.free.pop_back();
+    } catch (const std::bad_alloc&) {
     }
-    t_block = registry.free.back();
-    registry.free.pop_back();
   }
   ~ThreadEntry() {
     Registry& registry = Registry::instance();
     std::lock_guard guard(registry.mutex);
-    registry.free.push_back(t_block);
+    if (t_block) registry.free.push_back(t_block);
     t_block = nullptr;
     t_ended = true;
   }
@@ -68,16 +73,32 @@ struct ThreadEntry {
 void countSlowly(U32 slot, std::size_t objects, std::size_t octets) {
   if (!t_ended) {
     static thread_local ThreadEntry entry;
-    t_block->add(slot, objects, octets);
-    return;
   }
+  if (t_block) return t_block->add(slot, objects, octets);
   Registry& registry = Registry::instance();
   std::lock_guard guard(registry.mutex);
   registry.shared.add(slot, objects, octets);
 }
 
-AllocationCount sum(const Registry& registry, U32 slot) {
-  AllocationCount total{registry.types[slot], 0, 0};
+// The place of a type among the types, a new one if it has none. Types beyond the last place, and
+// any that come when there is no memory for a name, share that place.
+U32 slotOf(std::string_view type) noexcept {
+  Registry& registry = Registry::instance();
+  std::lock_guard guard(registry.mutex);
+  auto& types = registry.types;
+  const auto found = std::find(types.begin(), types.end(), type);
+  if (found != types.end()) return U32(found - types.begin());
+  if (types.size() >= lastSlot) return lastSlot;
+  try {
+    types.emplace_back(type);
+    return U32(types.size() - 1);
+  } catch (const std::bad_alloc&) {
+    return lastSlot;
+  }
+}
+
+AllocationCount sum(const Registry& registry, U32 slot, const String& name) {
+  AllocationCount total{name, 0, 0};
   auto add = [&](const Block& block) {
     total.objects += block.figures[slot].objects.load(std::memory_order_relaxed);
     total.octets += block.figures[slot].octets.load(std::memory_order_relaxed);
@@ -89,16 +110,10 @@ AllocationCount sum(const Registry& registry, U32 slot) {
 
 }  // namespace
 
-U32 AllocationTracker::slot() const {
+U32 AllocationTracker::slot() const noexcept {
   if (const U32 known = slot_.load(std::memory_order_relaxed)) [[likely]]
     return known;
-  Registry& registry = Registry::instance();
-  std::lock_guard guard(registry.mutex);
-  auto& types = registry.types;
-  if (types.size() == maxTypes - 1) types.emplace_back("other types");
-  const auto found = std::find(types.begin(), types.end(), type_);
-  const U32 slot = std::min(U32(found - types.begin()), maxTypes - 1);
-  if (found == types.end() && types.size() < maxTypes) types.emplace_back(type_);
+  const U32 slot = slotOf(type_);
   slot_.store(slot, std::memory_order_relaxed);
   return slot;
 }
@@ -114,15 +129,16 @@ std::vector<AllocationCount> allocationCounts() {
   Registry& registry = Registry::instance();
   std::lock_guard guard(registry.mutex);
   std::vector<AllocationCount> all;
-  for (U32 slot = 1; slot < registry.types.size(); ++slot) all.push_back(sum(registry, slot));
+  for (U32 slot = 1; slot < registry.types.size(); ++slot)
+    all.push_back(sum(registry, slot, registry.types[slot]));
+  AllocationCount others = sum(registry, lastSlot, "other types");
+  if (others.objects) all.push_back(std::move(others));
   return all;
 }
 
 AllocationCount allocationCount(std::string_view type) {
-  Registry& registry = Registry::instance();
-  std::lock_guard guard(registry.mutex);
-  for (U32 slot = 1; slot < registry.types.size(); ++slot)
-    if (registry.types[slot] == type) return sum(registry, slot);
+  for (AllocationCount& count : allocationCounts())
+    if (count.type == type) return std::move(count);
   return {String(type), 0, 0};
 }
 

@@ -5,7 +5,8 @@
 //
 // Each thread counts in a block of its own, written by nobody else, so counting is an addition to
 // private memory; reading adds up the blocks of all threads. A figure is exact while nobody
-// allocates and may be a moment old otherwise.
+// allocates and may be a moment old otherwise. Counting itself never fails: without memory for a
+// thread's block or a type's name, what is counted goes to places that all share.
 #pragma once
 
 #include <new>
@@ -45,7 +46,7 @@ class AllocationTracker {
 
  private:
   void count(std::size_t objects, std::size_t octets) const noexcept;
-  U32 slot() const;
+  U32 slot() const noexcept;
 
   std::string_view type_;
   mutable std::atomic<U32> slot_{0};  // where the type is counted; 0 before the first time

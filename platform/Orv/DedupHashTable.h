@@ -12,7 +12,9 @@
 //    themselves. Destroying a table while others use it or its members is the caller's error.
 //
 // Threads: a table made thread-safe may be used from any thread; no lock is held while a callback
-// runs or a reference is dropped. Made otherwise, it belongs to one thread.
+// runs or a reference is dropped. Made otherwise, it belongs to one thread. After a fork from
+// several threads a child must not use tables: a lock may be held by a thread that the child does
+// not have.
 #pragma once
 
 #include "Mox/Entity.h"
