@@ -21,6 +21,7 @@ class EveryKindSm final : public Mox::Entity<EveryKindSm, BgpParseExtCommPluginB
     handleStartup();
   }
   ~EveryKindSm() override {
+    if (atEnd) atEnd();
     if (!name_.empty()) heard += '~' + name_ + ' ';
   }
 
@@ -46,7 +47,7 @@ class EveryKindSm final : public Mox::Entity<EveryKindSm, BgpParseExtCommPluginB
   SAYS(ExtCommIp6SubTypeNonTrans, BgpParseExtCommIp6SubTypeNonTransRuleKey, "ip6-40")
 #undef SAYS
 
-  std::function<void()> act;
+  std::function<void()> act, atEnd;
 
  private:
   const std::string name_;

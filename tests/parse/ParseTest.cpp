@@ -163,7 +163,8 @@ TEST(Rules, TypeRulesOfOthersTakeTheirPlace) {
   using TypeRule = MarkRule<BgpParseExtendedCommunityTypeRuleBase>;
   const BgpParseExtCommControl& control = parser->parseControl();
 
-  // A type that had no rule, one that has, and one that is no member.
+  // A type that had no rule, one that has (and is held besides), and one that is no member.
+  const auto held = parser->typeRule(extCommPktTypeTransOpaque);
   for (const U32 type : {0x06, 0x03, 0x07})
     parser->typeRuleIs(Mox::makeNew<TypeRule>(control, BgpExtCommPktType(type)));
   EXPECT_EQ(parse(parser, 0x0603)->classification(), extCommClassificationEvpn);

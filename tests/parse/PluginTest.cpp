@@ -61,9 +61,9 @@ TEST(Plugins, ReactionsEndWithTheMarkTheRegistryOrThePlugin) {
   EXPECT_FALSE(sm->ruleCollections());
   EXPECT_EQ(rule(), "bip6-00 ");
   sm->ruleCollectionsIs(registry);
-  take();
+  sm->atEnd = [&] { heard = "end: " + rule(); };
   sm = nullptr;
-  EXPECT_EQ(take(), "~a ");
+  EXPECT_EQ(take(), "end: bip6-00 ~a ") << "not even what it brings about itself";
   EXPECT_EQ(rule(), "bip6-00 ");
 }
 
@@ -89,6 +89,18 @@ TEST(Plugins, MayLeaveWhileTheyAreAsked) {
   EXPECT_EQ(take(),
             "leavertop leaver00 leaver01 leaver02 leaver03 leaver03 leaver80 leaver81 "
             "leaver82 leaver40 leaver41 leaver42 leaver43 leaverip6-00 ~leaver ");
+}
+
+TEST(Plugins, MayTakeRulesAwayWhileTheyAreAsked) {
+  const Registry::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
+  std::vector<BgpParseExtCommTransOpaqueRule::Ptr> rules;
+  for (int i = 0; i < 3; ++i)
+    rules.push_back(Mox::makeNew<BgpParseExtCommTransOpaqueRule>(BgpParseExtCommControl(registry)));
+  const auto sm = Mox::makeNew<EveryKindSm>(registry);
+  EXPECT_EQ(take(), "03 03 03 ");
+  sm->act = [&] { rules.clear(); };
+  sm->handleStartup();
+  EXPECT_EQ(take(), "03 ") << "a rule that is no more is not asked for";
 }
 
 TEST(Plugins, TraceWhatTheyInstall) {
