@@ -175,5 +175,15 @@ TEST(Mrt, FaultsStopNothingButTheFilesEnd) {
   EXPECT_EQ(cutAll(good + octets("00000001 0010 0004 ffffffff 616263")), path + "truncated\n");
 }
 
+TEST(Mrt, PassesByRecordsThatAreTooLong) {
+  const Bytes good = messageRecord(update(attributes, ""));
+  const std::string path = "192.0.2.1 64600 40010100\n";
+  const Bytes longest = mrtRecord(11, 1, Bytes(RecordReader::longestRecord - 12, '\0'));
+  const Bytes longer = mrtRecord(11, 1, Bytes(RecordReader::longestRecord - 11, '\0'));
+  EXPECT_EQ(cutAll(longest + good), path);
+  EXPECT_EQ(cutAll(good + longer + good), path + "bad\n" + path);
+  EXPECT_EQ(cutAll(good + longer.substr(0, longer.size() - 1)), path + "truncated\n");
+}
+
 }  // namespace
 }  // namespace bgpcomm

@@ -13,7 +13,7 @@ using namespace Mox::Words;
 enum class Fault : U8 {
   attrLength,       ///< a community attribute that is empty or no multiple of its value's size
   attrOverrun,      ///< an attribute that goes beyond its block
-  badRecord,        ///< a record whose fields do not fit into it
+  badRecord,        ///< a record whose fields do not fit into it, or that is too long
   truncatedRecord,  ///< the file ends inside a record
   compression,      ///< compressed data that are damaged or cut short
 };

@@ -1,5 +1,6 @@
 #include "Input.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace bgpcomm {
@@ -107,6 +108,17 @@ void Input::take(std::size_t size) {
     current_ = current_.subspan(size);
   else
     joinedTaken_ += size;
+}
+
+U64 Input::skip(U64 size) {
+  U64 skipped = 0;
+  while (skipped < size) {
+    const U64 part = std::min<U64>(size - skipped, ahead(1).size());
+    if (part == 0) break;
+    take(part);
+    skipped += part;
+  }
+  return skipped;
 }
 
 }  // namespace bgpcomm

@@ -7,7 +7,8 @@
 // 1. A thread of its own reads and decompresses into a few large blocks; the caller works on one
 //    while the next are being filled. Spans point into a block, or into a buffer of their own when
 //    they lie across two; they are valid until the next call of `ahead`.
-// 2. Memory grows only with octets that have really arrived, whatever length is asked for.
+// 2. Memory grows only with octets that have really arrived, whatever length is asked for. A small
+//    compressed file may hold gigabytes: callers limit what they ask for.
 // 3. A failure is reported after everything before it was delivered.
 //
 // Threads: used by one thread; `position` and `size` by any.
@@ -42,6 +43,9 @@ class Input {
   Octets ahead(std::size_t size);
   /// Moves on by octets that the last call of `ahead` showed.
   void take(std::size_t size);
+  /// Moves on without gathering anything. Returns how many octets there were, fewer than asked for
+  /// only at the end of the data or at a failure.
+  U64 skip(U64 size);
   /// Where `ahead` starts, counted in plain octets.
   U64 offset() const { return offset_; }
 

@@ -122,29 +122,39 @@ bool cutBgp4mp(const Record& record, const PathCutter::Visit& visit) {
 std::optional<Record> RecordReader::next() {
   input_.take(std::exchange(shown_, 0));
   const Octets header = input_.ahead(recordHeaderSize);
+  Record record;
+  record.offset = input_.offset();
   if (header.size() < recordHeaderSize) {
-    if (!header.empty()) truncation_ = Truncation{header.size(), recordHeaderSize};
+    if (!header.empty()) truncation_ = Truncation{record.offset, header.size(), recordHeaderSize};
     return std::nullopt;
   }
-  Record record;
   Cursor in(header);
   record.seconds = in.u32();
   record.type = in.u16();
   record.subtype = in.u16();
-  const std::size_t size = recordHeaderSize + std::size_t(in.u32());
-  const Octets whole = input_.ahead(size);
-  if (whole.size() < size) {
-    truncation_ = Truncation{whole.size(), size};
-    return std::nullopt;
-  }
+  if (!take(record, recordHeaderSize + std::size_t(in.u32()))) return std::nullopt;
   record.number = ++records_;
-  record.offset = input_.offset();
-  record.body = whole.subspan(recordHeaderSize, size - recordHeaderSize);
-  shown_ = size;
   return record;
 }
 
+/// The whole record of `size` octets; false when the file ends inside it.
+bool RecordReader::take(Record& record, std::size_t size) {
+  record.tooLong = size > longestRecord;
+  U64 there = 0;
+  if (record.tooLong) {
+    there = input_.skip(size);
+  } else if (const Octets whole = input_.ahead(size); whole.size() >= size) {
+    record.body = whole.subspan(recordHeaderSize, size - recordHeaderSize);
+    there = shown_ = size;
+  } else {
+    there = whole.size();
+  }
+  if (there < size) truncation_ = Truncation{record.offset, there, size};
+  return there == size;
+}
+
 bool PathCutter::cut(const Record& record, const Visit& visit) {
+  if (record.tooLong) return false;
   switch (record.type) {
     case tableDump:
       return cutTableDump(record, visit);

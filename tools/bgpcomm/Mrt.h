@@ -32,25 +32,33 @@ struct Record {
   U16 type = 0;
   U16 subtype = 0;
   Octets body;
+  bool tooLong = false;  ///< passed by, the body is left empty
 };
 
 class RecordReader {
  public:
+  /// Room for the 65,535 entries that a record can have, of about 1,000 octets each. Longer ones
+  /// are passed by: else a small compressed file could take gigabytes of memory.
+  static constexpr std::size_t longestRecord = 64 * 1024 * 1024;
+
   explicit RecordReader(Input& input) : input_(input) {}
 
   /// Nothing at the end of the file, and when the file ends inside a record.
   std::optional<Record> next();
   /// Complete records so far.
   U64 records() const { return records_; }
-  /// After the last record: how many octets the unfinished one still lacks, and of how many it
+  /// After the last record: how many octets of the unfinished one are there, and of how many it
   /// would be. Nothing when the file ended with a record.
   struct Truncation {
+    U64 offset;  ///< of its header
     U64 there;
     U64 wanted;
   };
   const std::optional<Truncation>& truncation() const { return truncation_; }
 
  private:
+  bool take(Record& record, std::size_t size);
+
   Input& input_;
   std::size_t shown_ = 0;
   U64 records_ = 0;

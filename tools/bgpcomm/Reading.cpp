@@ -10,9 +10,9 @@ namespace {
 /// What ended the file before its end.
 void reportEnd(const std::string& file, const Input& input, const RecordReader& reader,
                ReadResult& result) {
-  const Place end{reader.records() + 1, input.offset()};
-  const std::string place = placeText(end);
   const auto& truncation = reader.truncation();
+  const Place end{reader.records() + 1, truncation ? truncation->offset : input.offset()};
+  const std::string place = placeText(end);
   if (truncation) result.faults.add(Fault::truncatedRecord);
   if (input.failure()) {
     if (input.failure()->compression) result.faults.add(Fault::compression);
