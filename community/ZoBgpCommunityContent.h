@@ -4,7 +4,7 @@
 //   content.type()       // 0x00, wire octet 0
 //   content.subtype()    // 0x02, wire octet 1
 //   stream << content    // 0x0002fde800000064
-//   valueToStrep(content)  // "820131242901604", what reflection reads and writes
+//   valueToStrep(content)  // "842122827661412", what reflection reads and writes
 //
 // A plain value. Two texts on purpose: people read hexadecimal, configuration stores decimal.
 #pragma once

@@ -20,9 +20,9 @@ Mox::Attribute instancesOf(std::string_view name) {
 const Mox::Type BgpParseExtCommRuleCollections::type{"Routing::Bgp::BgpParseExtCommRuleCollections",
                                                      &Mox::PtrInterface::type,
                                                      {
-#define KIND(Kind, Operation, Collection, ...) \
+#define ZOBGP_KIND(Kind, Operation, Collection, ...) \
   instancesOf<kind::Kind>("extended" #Collection "RuleInstance"),
-#define TOP_KIND KIND
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
                                                      }};
 

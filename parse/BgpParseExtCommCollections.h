@@ -40,7 +40,7 @@ class BgpParseExtCommRuleCollections final
 
   // For each kind: `extendedCommSubTypeTransOpaqueRuleInstance()` to visit, and with `Has`, `Is`,
   // `Del` and `DelAll` to test, add, remove and empty. `Del` says whether the key was there.
-#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)                    \
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)              \
   const Keys<kind::Kind>& extended##Collection##RuleInstance() const {                          \
     return instances<kind::Kind>();                                                             \
   }                                                                                             \
@@ -48,7 +48,7 @@ class BgpParseExtCommRuleCollections final
   void extended##Collection##RuleInstanceIs(const Key& key) { instanceIs(key); }                \
   bool extended##Collection##RuleInstanceDel(const Key& key) { return instanceDel(key); }       \
   void extended##Collection##RuleInstanceDelAll() { instanceDelAll<kind::Kind>(); }
-#define TOP_KIND KIND
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 
   // The same for code that is written for all kinds at once.
@@ -91,12 +91,12 @@ class BgpParseExtCommRuleCollections::NotifieeConst : public Mox::Notifiee {
   // For each kind: `onExtendedCommSubTypeTransOpaqueRuleInstance`, with the key that was added or
   // removed, or without one when the collection as a whole has changed. Overriding one of the two
   // hides the other, of which some compilers warn: override both.
-#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
-  virtual void onExtended##Collection##RuleInstance(const Key&) {}           \
-  virtual void onExtended##Collection##RuleInstance() {}                     \
-  void hear(const Key& key) { onExtended##Collection##RuleInstance(key); }   \
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
+  virtual void onExtended##Collection##RuleInstance(const Key&) {}                 \
+  virtual void onExtended##Collection##RuleInstance() {}                           \
+  void hear(const Key& key) { onExtended##Collection##RuleInstance(key); }         \
   void hear(kind::Kind) { onExtended##Collection##RuleInstance(); }
-#define TOP_KIND KIND
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 };
 

@@ -8,8 +8,7 @@
 //    encapsulation, default gateway, link bandwidth, color and, unless the host has switched the
 //    feature toggle "RpkiToggle" off, origin validation state. The toggle is read when the process
 //    makes its first container and holds for all.
-// 2. Plug-ins exist before the parser does, so it is complete once it is there; a plug-in that
-// comes
+// 2. Plug-ins exist before the parser does, so it is complete once it is there; one that comes
 //    later fills what there is.
 // 3. Who holds the parser longer than the container goes on parsing in the same way.
 //
@@ -61,7 +60,7 @@ class BgpParseExtCommContainerSm final
 
   const BgpShowCli::ExtCommCache::Ptr& extCommCache() const { return cache_; }
 
-  /// Makes everything, in the order above; the constructor calls it.
+  /// Makes everything, in the order above; the constructor calls it, once.
   void handleInitialized();
 
  private:

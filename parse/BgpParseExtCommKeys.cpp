@@ -27,12 +27,12 @@ void readNullRuleKey(std::string_view keyName, std::string_view text) {
 template <class Kind>
 const Mox::Type BgpParseExtCommRuleKey<Kind>::type{
     Kind::keyName, nullptr, {{"rule", Mox::Attribute::Kind::value, [](const void* key) {
-                                return Mox::pointerText(
-                                    static_cast<const BgpParseExtCommRuleKey*>(key)->rule());
+                                return Mox::valueToStrep(static_cast<const void*>(
+                                    static_cast<const BgpParseExtCommRuleKey*>(key)->rule()));
                               }}}};
 
-#define KIND(Kind, ...) template class BgpParseExtCommRuleKey<kind::Kind>;
-#define TOP_KIND KIND
+#define ZOBGP_KIND(Kind, ...) template class BgpParseExtCommRuleKey<kind::Kind>;
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 
 }  // namespace Routing::Bgp

@@ -40,7 +40,8 @@ class BgpParseExtCommRuleKey {
 
   /// `Value('Routing::Bgp::...RuleKey', ** {'rule': 0x5581e0})`
   friend Mox::String valueToStrep(const BgpParseExtCommRuleKey& key) {
-    return Mox::valueText(Kind::keyName, {{"rule", Mox::pointerText(key.rule_)}});
+    return Mox::valueText(Kind::keyName,
+                          {{"rule", Mox::valueToStrep(static_cast<const void*>(key.rule_))}});
   }
   friend std::ostream& operator<<(std::ostream& stream, const BgpParseExtCommRuleKey& key) {
     return Mox::writeText(stream, valueToStrep(key));
@@ -56,8 +57,8 @@ class BgpParseExtCommRuleKey {
   Rule* rule_ = nullptr;
 };
 
-#define KIND(Kind, ...) extern template class BgpParseExtCommRuleKey<kind::Kind>;
-#define TOP_KIND KIND
+#define ZOBGP_KIND(Kind, ...) extern template class BgpParseExtCommRuleKey<kind::Kind>;
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 
 }  // namespace Routing::Bgp

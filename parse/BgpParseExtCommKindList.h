@@ -1,9 +1,10 @@
 // The kinds of rule that plug-ins see, in the order of the registry: what differs between them, and
 // nothing else. A further kind is a further row here.
 //
-// Whoever needs something once per kind defines KIND and includes this file, which undefines it:
+// Whoever needs something once per kind defines ZOBGP_KIND and includes this file, which undefines
+// it:
 //
-//   KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, Traits...)
+//   ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, Traits...)
 //
 //   Kind          its name in namespace `kind`
 //   Operation     as in `addExtCommSubTypeTransOpaqueSubRule`, between verb and noun
@@ -16,41 +17,42 @@
 //                 is made when no sub-rule serves a content, with what its constructor takes
 //                 besides
 //
-// The kind of the top rule comes as TOP_KIND, where that is defined too, without traits.
-#ifdef KIND
+// The kind of the top rule comes as ZOBGP_TOP_KIND, where that is defined too, without traits.
+#ifdef ZOBGP_KIND
 
-#ifdef TOP_KIND
-TOP_KIND(Top, ExtendedCommunityType, CommunityType, BgpParseExtendedCommunityRule,
-         BgpParseExtendedCommunityTypeRuleBase, BgpParseExtendedCommunityRuleKey)
-#undef TOP_KIND
+#ifdef ZOBGP_TOP_KIND
+ZOBGP_TOP_KIND(Top, ExtendedCommunityType, CommunityType, BgpParseExtendedCommunityRule,
+               BgpParseExtendedCommunityTypeRuleBase, BgpParseExtendedCommunityRuleKey)
+#undef ZOBGP_TOP_KIND
 #endif
 
-#define EIGHT_OCTETS(Kind, ...)                                                             \
-  KIND(Kind, ExtCommSubType##Kind, CommSubType##Kind, BgpParseExtComm##Kind##Rule,          \
-       BgpParseExtComSubType##Kind##RuleBase, BgpParseExtCommSubType##Kind##RuleKey,        \
-       TypeTraits<ExtCommFamily, extCommPktType##Kind, BgpExtCommPktSubtype##Kind, offered, \
-                  __VA_ARGS__>)
-EIGHT_OCTETS(TransTwoOctetAs, ExtCommAsNumber, false)
-EIGHT_OCTETS(TransIpv4Address, ExtCommIpv4Address)
-EIGHT_OCTETS(TransFourOctetAs, ExtCommAsNumber, true)
-EIGHT_OCTETS(TransOpaque, ExtCommSubtyped)
-EIGHT_OCTETS(TransGeneric, ExtCommSubtyped)
-EIGHT_OCTETS(TransGenericPart2, ExtCommSubtyped)
-EIGHT_OCTETS(TransGenericPart3, ExtCommSubtyped)
-EIGHT_OCTETS(NonTransTwoOctetAs, ExtCommAsNumber, false)
-EIGHT_OCTETS(NonTransIpv4Address, ExtCommIpv4Address)
-EIGHT_OCTETS(NonTransFourOctetAs, ExtCommAsNumber, true)
-EIGHT_OCTETS(NonTransOpaque, ExtCommSubtyped)
-#undef EIGHT_OCTETS
+#define ZOBGP_EIGHT_OCTETS(Kind, ...)                                                             \
+  ZOBGP_KIND(Kind, ExtCommSubType##Kind, CommSubType##Kind, BgpParseExtComm##Kind##Rule,          \
+             BgpParseExtComSubType##Kind##RuleBase, BgpParseExtCommSubType##Kind##RuleKey,        \
+             TypeTraits<ExtCommFamily, extCommPktType##Kind, BgpExtCommPktSubtype##Kind, offered, \
+                        __VA_ARGS__>)
+ZOBGP_EIGHT_OCTETS(TransTwoOctetAs, ExtCommAsNumber, false)
+ZOBGP_EIGHT_OCTETS(TransIpv4Address, ExtCommIpv4Address)
+ZOBGP_EIGHT_OCTETS(TransFourOctetAs, ExtCommAsNumber, true)
+ZOBGP_EIGHT_OCTETS(TransOpaque, ExtCommSubtyped)
+ZOBGP_EIGHT_OCTETS(TransGeneric, ExtCommSubtyped)
+ZOBGP_EIGHT_OCTETS(TransGenericPart2, ExtCommSubtyped)
+ZOBGP_EIGHT_OCTETS(TransGenericPart3, ExtCommSubtyped)
+ZOBGP_EIGHT_OCTETS(NonTransTwoOctetAs, ExtCommAsNumber, false)
+ZOBGP_EIGHT_OCTETS(NonTransIpv4Address, ExtCommIpv4Address)
+ZOBGP_EIGHT_OCTETS(NonTransFourOctetAs, ExtCommAsNumber, true)
+ZOBGP_EIGHT_OCTETS(NonTransOpaque, ExtCommSubtyped)
+#undef ZOBGP_EIGHT_OCTETS
 
-#define TWENTY_OCTETS(Kind, offeredOrNot)                                                        \
-  KIND(Ip6##Kind, ExtCommIp6SubType##Kind, CommIp6SubType##Kind, BgpParseExtCommIp6##Kind##Rule, \
-       BgpParseExtCommIp6SubType##Kind##RuleBase, BgpParseExtCommIp6SubType##Kind##RuleKey,      \
-       TypeTraits<ExtCommIp6Family, extCommIp6PktType##Kind##Ipv6Address,                        \
-                  BgpExtCommIp6PktSubtype##Kind##Ipv6Address, offeredOrNot, ExtCommIp6Subtyped>)
-TWENTY_OCTETS(Trans, offered)
-TWENTY_OCTETS(NonTrans, withheld)
-#undef TWENTY_OCTETS
+#define ZOBGP_TWENTY_OCTETS(Kind, offeredOrNot)                                                 \
+  ZOBGP_KIND(                                                                                   \
+      Ip6##Kind, ExtCommIp6SubType##Kind, CommIp6SubType##Kind, BgpParseExtCommIp6##Kind##Rule, \
+      BgpParseExtCommIp6SubType##Kind##RuleBase, BgpParseExtCommIp6SubType##Kind##RuleKey,      \
+      TypeTraits<ExtCommIp6Family, extCommIp6PktType##Kind##Ipv6Address,                        \
+                 BgpExtCommIp6PktSubtype##Kind##Ipv6Address, offeredOrNot, ExtCommIp6Subtyped>)
+ZOBGP_TWENTY_OCTETS(Trans, offered)
+ZOBGP_TWENTY_OCTETS(NonTrans, withheld)
+#undef ZOBGP_TWENTY_OCTETS
 
-#undef KIND
+#undef ZOBGP_KIND
 #endif

@@ -60,7 +60,7 @@ struct Top {
   static constexpr const char* nullRuleText = "__null != rule";
 };
 
-#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)        \
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)  \
   struct Kind : __VA_ARGS__ {                                                       \
     using Rule = BgpParseExtCommTypeRule<Kind>;                                     \
     using SubRule = BgpParseExtCommSubTypeRuleBase<Kind>;                           \
@@ -78,16 +78,16 @@ struct List {
 };
 
 using All = List<Top
-#define KIND(Kind, ...) , Kind
+#define ZOBGP_KIND(Kind, ...) , Kind
 #include "parse/BgpParseExtCommKindList.h"
                  >;
 
 }  // namespace kind
 
 using BgpParseExtendedCommunityRuleKey = BgpParseExtCommRuleKey<kind::Top>;
-#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
-  using RuleClass = kind::Kind::Rule;                                        \
-  using SubRuleClass = kind::Kind::SubRule;                                  \
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
+  using RuleClass = kind::Kind::Rule;                                              \
+  using SubRuleClass = kind::Kind::SubRule;                                        \
   using Key = BgpParseExtCommRuleKey<kind::Kind>;
 #include "parse/BgpParseExtCommKindList.h"
 

@@ -12,14 +12,14 @@ class BgpParseExtCommPluginBaseSm::Reactor final
 
   void zombieIs(bool zombie) { zombie_ = zombie; }
 
-#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)      \
-  void onExtended##Collection##RuleInstance(const Key& key) override {            \
-    forward([&key](auto& owner) { owner.handle##Operation##RuleInstance(key); }); \
-  }                                                                               \
-  void onExtended##Collection##RuleInstance() override {                          \
-    forward([](auto& owner) { owner.handle##Operation##RuleInstance(); });        \
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
+  void onExtended##Collection##RuleInstance(const Key& key) override {             \
+    forward([&key](auto& owner) { owner.handle##Operation##RuleInstance(key); });  \
+  }                                                                                \
+  void onExtended##Collection##RuleInstance() override {                           \
+    forward([](auto& owner) { owner.handle##Operation##RuleInstance(); });         \
   }
-#define TOP_KIND KIND
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 
  private:
@@ -67,8 +67,8 @@ BgpParseExtCommPluginBaseSm::RuleCollections BgpParseExtCommPluginBaseSm::ruleCo
 // Inside a constructor nobody owns the plug-in yet, and what it does here may reach its reactor.
 void BgpParseExtCommPluginBaseSm::handleStartup() const {
   const ConstructionGuard guard(*this);
-#define KIND(Kind, Operation, ...) handle##Operation##RuleInstance();
-#define TOP_KIND KIND
+#define ZOBGP_KIND(Kind, Operation, ...) handle##Operation##RuleInstance();
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 }
 

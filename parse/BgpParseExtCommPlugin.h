@@ -75,7 +75,7 @@ class BgpParseExtCommPluginBaseSm
   //
   // `handleExtCommSubTypeTransOpaqueRuleInstance` asks the plug-in to instantiate its sub-rules for
   // the rule that the key names, or for all of the kind that are in the registry.
-#define KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)                       \
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)                 \
   void add##Operation##SubRule(const Key& ruleKey, const Mox::PtrConst<SubRuleClass>& rule)        \
       const {                                                                                      \
     add(ruleKey, rule);                                                                            \
@@ -88,15 +88,16 @@ class BgpParseExtCommPluginBaseSm
   void handle##Operation##RuleInstance() const {                                                   \
     forEachKey<kind::Kind>([this](const Key& key) { handle##Operation##RuleInstance(key); });      \
   }
-#define TOP_KIND KIND
+#define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 
  protected:
-  /// Makes a `Rule` with `control` and adds it to the rule that the key names. Traced at level 8:
-  /// `signature` is the caller's `__PRETTY_FUNCTION__`.
+  /// Makes a `Rule` with `control` and adds it to the rule that the key names. Traced at level 8,
+  /// with the caller's `signature`.
   template <class Rule, class Kind>
   void installSubRule(const BgpParseExtCommRuleKey<Kind>& ruleKey,
-                      const BgpParseExtCommControl& control, const char* signature,
+                      const BgpParseExtCommControl& control,
+                      const char* signature = __builtin_FUNCTION(),
                       const char* file = __builtin_FILE(), int line = __builtin_LINE()) const {
     traceInstallation(file, line, signature);
     add<Kind>(ruleKey, Mox::makeNew<Rule>(control));
@@ -111,6 +112,7 @@ class BgpParseExtCommPluginBaseSm
   static void add(const BgpParseExtCommRuleKey<Kind>& ruleKey,
                   const Mox::PtrConst<typename Kind::SubRule>& rule) {
     MOX_ASSERT(rule, Kind::nullRuleText);
+    MOX_ASSERT(ruleKey.rule(), "__null != ruleKey.rule()");
     if constexpr (std::same_as<Kind, kind::Top>)
       ruleKey.rule()->typeRuleIs(rule);
     else

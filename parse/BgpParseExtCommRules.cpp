@@ -49,7 +49,7 @@ Mox::String valueToStrep(const BgpParseExtCommControl& control) {
 
 template <class Kind>
 BgpParseExtCommTypeRule<Kind>::BgpParseExtCommTypeRule(const BgpParseExtCommControl& control)
-    : BgpParseExtCommTypeRule::Entity(control, Kind::pktType) {
+    : BgpParseExtCommTypeRule(control, BgpParseExtCommUnregistered{}) {
   const Mox::PtrInterface::ConstructionGuard guard(*this);
   handleInitialized();
 }
@@ -95,7 +95,7 @@ auto BgpParseExtCommTypeRule<Kind>::inhale(const Content& content) const -> Mox:
   return Kind::fallback(content);
 }
 
-#define KIND(Kind, ...)                                      \
+#define ZOBGP_KIND(Kind, ...)                                \
   template class BgpParseExtCommSubTypeRuleBase<kind::Kind>; \
   template class BgpParseExtCommTypeRule<kind::Kind>;
 #include "parse/BgpParseExtCommKindList.h"

@@ -117,6 +117,10 @@ class BgpParseExtCommSubTypeRuleBase
   typename K::Subtype pktSubType() const { return this->mapKey(); }
 };
 
+/// Says of a constructor that it leaves the registry alone. The one that goes there delegates to
+/// it: when a plug-in throws, the rule is whole enough for its destructor to take its key back.
+struct BgpParseExtCommUnregistered {};
+
 /// The library's type rule of a kind.
 template <class Kind>
 class BgpParseExtCommTypeRule
@@ -153,12 +157,14 @@ class BgpParseExtCommTypeRule
   void handleDel() const override;
 
  private:
+  BgpParseExtCommTypeRule(const BgpParseExtCommControl& control, BgpParseExtCommUnregistered)
+      : BgpParseExtCommTypeRule::Entity(control, Kind::pktType) {}
   BgpParseExtCommRuleKey<Kind> key() const;
 
   BgpParseExtCommRuleMap<SubRule> subTypeRules_;
 };
 
-#define KIND(Kind, ...)                                             \
+#define ZOBGP_KIND(Kind, ...)                                       \
   extern template class BgpParseExtCommSubTypeRuleBase<kind::Kind>; \
   extern template class BgpParseExtCommTypeRule<kind::Kind>;
 #include "parse/BgpParseExtCommKindList.h"

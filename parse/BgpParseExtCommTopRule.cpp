@@ -51,7 +51,7 @@ const Mox::Type BgpParseExtendedCommunityRule::type{
      operation("handleInitialized"), operation("handleDel")}};
 
 BgpParseExtendedCommunityRule::BgpParseExtendedCommunityRule(const BgpParseExtCommControl& control)
-    : Entity(control) {
+    : BgpParseExtendedCommunityRule(control, BgpParseExtCommUnregistered{}) {
   const ConstructionGuard guard(*this);
   handleInitialized();
 }
@@ -68,7 +68,7 @@ void BgpParseExtendedCommunityRule::handleInitialized() {
     else
       ip6TypeRuleIs(std::move(rule));
   };
-#define KIND(Kind, ...) install(Mox::makeNew<kind::Kind::Rule>(parseControl()));
+#define ZOBGP_KIND(Kind, ...) install(Mox::makeNew<kind::Kind::Rule>(parseControl()));
 #include "parse/BgpParseExtCommKindList.h"
   if (const auto& registry = parseControl().ruleCollections())
     registry->instanceIs(BgpParseExtendedCommunityRuleKey(this));

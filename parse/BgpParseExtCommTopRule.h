@@ -52,6 +52,9 @@ class BgpParseExtendedCommunityRule
   void handleDel() const;
 
  private:
+  BgpParseExtendedCommunityRule(const BgpParseExtCommControl& control, BgpParseExtCommUnregistered)
+      : Entity(control) {}
+
   BgpParseExtCommRuleMap<TypeRule> typeRules_;
   BgpParseExtCommRuleMap<Ip6TypeRule> ip6TypeRules_;
 };

@@ -44,7 +44,8 @@ class EvpnRouterMac final : public Mox::Entity<EvpnRouterMac, ExtCommSubtyped> {
 };
 
 /// The rule: the library has none for this type, so the plug-in brings a whole one. A null leaves
-/// the content to the parser, which makes the general object of it.
+/// the content to the parser, which makes the general object of it. A type has one rule: a second
+/// plug-in for another subtype of the type would replace this one, so one plug-in serves them all.
 class EvpnRule final : public Mox::Entity<EvpnRule, BgpParseExtendedCommunityTypeRuleBase> {
  public:
   inline static const Mox::Type type{

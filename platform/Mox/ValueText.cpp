@@ -1,7 +1,5 @@
 #include "Mox/ValueText.h"
 
-#include <charconv>
-
 #include "Mox/Exception.h"
 
 namespace Mox {
@@ -14,13 +12,6 @@ String valueText(std::string_view type, std::initializer_list<NamedText> attribu
     separator = ", ";
   }
   return text + "})";
-}
-
-String pointerText(const void* pointer) {
-  if (!pointer) return "NULL";
-  char digits[2 * sizeof pointer];
-  const auto end = std::to_chars(digits, std::end(digits), std::uintptr_t(pointer), 16).ptr;
-  return "0x" + String(digits, end);
 }
 
 // The quotation mark at the end is part of the text that operators know.

@@ -17,11 +17,9 @@ struct NamedText {
 /// `Value('Routing::Bgp::Thing', ** {'first': 1, 'second': True})`
 String valueText(std::string_view type, std::initializer_list<NamedText> attributes);
 
-/// `NULL`, or the address in lower-case hexadecimal.
-String pointerText(const void* pointer);
 template <class T>
 String valueToStrep(const Ptr<T>& pointer) {
-  return pointerText(pointer.get());
+  return valueToStrep(static_cast<const void*>(pointer.get()));
 }
 
 /// Refuses a null that was given to a mutator of the attribute with RangeException.

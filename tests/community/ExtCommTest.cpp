@@ -20,12 +20,13 @@ TEST(ExtCommContent, Hashes) {
 }
 
 TEST(ExtCommContent, IsStoredInDecimalAndOrderedUnsigned) {
-  for (const U64 number : {0ULL, 820131242901604ULL, 0x8000000000000000ULL, ~0ULL}) {
+  for (const U64 number : {0ULL, 0x0002FDE800000064ULL, 0x8000000000000000ULL, ~0ULL}) {
     ExtCommContent read(7);
     sequenceToValue(std::to_string(number), read);
     EXPECT_EQ(read, ExtCommContent(number));
     EXPECT_EQ(valueToStrep(read), std::to_string(number));
   }
+  EXPECT_EQ(valueToStrep(ExtCommContent(0x0002FDE800000064)), "842122827661412");
   ExtCommContent content(7);
   for (const char* text : {"", "0x1", "-1", "18446744073709551616"})
     EXPECT_THROW(sequenceToValue(text, content), Mox::Exception) << text;

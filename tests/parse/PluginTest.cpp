@@ -1,5 +1,6 @@
 // Plug-ins: when they are asked, and when no more.
 #include "EveryKindSm.h"
+#include "parse/BgpParseExtCommColor.h"
 #include "Mox/Trace.h"
 
 namespace parsing {
@@ -101,6 +102,28 @@ TEST(Plugins, MayTakeRulesAwayWhileTheyAreAsked) {
   sm->act = [&] { rules.clear(); };
   sm->handleStartup();
   EXPECT_EQ(take(), "03 ") << "a rule that is no more is not asked for";
+}
+
+// A plug-in that throws while a parser is made ends that parser, and leaves nothing of it behind.
+struct ThrowingSm final : BgpParseExtCommPluginBaseSm {
+  explicit ThrowingSm(const RuleCollections& registry) : BgpParseExtCommPluginBaseSm(registry) {}
+  void instantiateExtCommSubTypeTransOpaqueSubRule(const BgpParseExtCommSubTypeTransOpaqueRuleKey&,
+                                                   const BgpParseExtCommControl&) const override {
+    throw std::bad_alloc();
+  }
+};
+
+TEST(Plugins, ThatThrowLeaveNoRuleOfADeadParser) {
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
+  {
+    const auto plugin = Mox::makeNew<ThrowingSm>(registry);
+    EXPECT_THROW(bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry)),
+                 std::bad_alloc);
+  }
+  const auto color = BgpParseExtCommColorSmIs(registry);  // would be offered the dead ones
+  const auto parser = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
+  EXPECT_EQ(parser->parseExtendedCommunity(ExtCommContent(0x030B000000000001))->classification(),
+            extCommClassificationColor);
 }
 
 TEST(Plugins, TraceWhatTheyInstall) {
