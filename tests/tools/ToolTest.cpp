@@ -86,9 +86,11 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "--community 65000:65536: neither two numbers up to 65535 with a colon between nor a known "
        "name"},
       {"bgpcomm decode 40010100 c0", 2, "Origin (1), flags 0x40: 00\n",
-       "argument 2 (c0): too short for flags, type and length"},
+       "argument 2 (c0): neither a community, 16 or 40 digits in a piece, nor an attribute: too "
+       "short for flags, type and length"},
       {"bgpcomm decode c00805fde8", 2, "",
-       "argument 1 (c00805fde8): its length is 5, but 2 octets follow"},
+       "argument 1 (c00805fde8): neither a community, 16 or 40 digits in a piece, nor an "
+       "attribute: its length is 5, but 2 octets follow"},
       {"bgpcomm decode c0080xfde8", 2, "", "argument 1 (c0080xfde8): half an octet at character 5"},
       {"bgpcomm describe NoSuchType", 2, "",
        "NoSuchType: no such type, bgpcomm describe lists them"},

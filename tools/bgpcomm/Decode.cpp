@@ -1,25 +1,37 @@
-#include <nlohmann/json.hpp>
+#include <algorithm>
+#include <system_error>
 
-#include "Attributes.h"
 #include "Commands.h"
+#include "DecodeAttribute.h"
+#include "DecodeContent.h"
 #include "Hex.h"
-#include "Terminal.h"
-#include "attr/BgpPathAttributeEnums.h"
+#include "Lines.h"
 
 namespace bgpcomm {
 namespace {
 
-/// One argument of the command line, for messages: `argument 2 (c0080...)`.
-std::string named(std::size_t number, const std::string& argument) {
+struct Options {
+  std::vector<std::string> arguments;
+  std::string format = "classification,ui";
+  bool names = false;
+  bool numeric = false;
+  bool json = false;
+};
+
+/// The start of a text, in one line whatever it is.
+std::string excerpt(std::string_view text) {
   constexpr std::size_t shown = 24;
-  const std::string start = argument.size() > shown ? argument.substr(0, shown) + "..." : argument;
-  return "argument " + std::to_string(number) + " (" + start + "): ";
+  std::string start(text.substr(0, shown));
+  for (char& c : start)
+    if (c < ' ' || c > '~') c = '?';
+  return text.size() > shown ? start + "..." : start;
 }
 
-/// Digits in pairs; blanks and colons may stand between the pairs.
-std::vector<U8> readHex(const std::string& text) {
+/// Digits in pairs, from a character on; blanks and colons may stand between the pairs.
+std::vector<U8> readHex(std::string_view text, std::size_t from) {
   std::vector<U8> octets;
-  for (std::size_t i = 0; i < text.size();) {
+  octets.reserve(text.size() / 2);
+  for (std::size_t i = from; i < text.size();) {
     if (text[i] == ' ' || text[i] == ':') {
       ++i;
       continue;
@@ -34,101 +46,102 @@ std::vector<U8> readHex(const std::string& text) {
   return octets;
 }
 
-struct Attribute {
-  AttributeHeader header;
-  Octets value;
-};
-
-/// The only attribute in these octets.
-Attribute readAttribute(Octets octets) {
-  Cursor in(octets);
-  const AttributeHeader header = takeAttributeHeader(in);
-  if (!in) throw UsageError("too short for flags, type and length");
-  const std::size_t there = in.left().size();
-  if (there != header.length)
-    throw UsageError("its length is " + std::to_string(header.length) + ", but " +
-                     std::to_string(there) + " octets follow");
-  return {header, in.left()};
-}
-
-std::string typeName(U8 type) {
-  using Routing::Bgp::BgpPathAttrType;
-  const auto known = BgpPathAttrType(type);
-  if (!Routing::Bgp::bgpIsValidEnumMember(known)) return "Unknown attribute";
-  return Routing::Bgp::bgpPathAttrTypeShowString(known);
-}
-
-class AttributePrinter {
+class Printer {
  public:
-  AttributePrinter(bool names, bool json) : names_(names), json_(json) {}
+  explicit Printer(const Options& options)
+      : contents_(readFormat(options.format), options.json),
+        attributes_(!options.numeric, options.json) {}
 
-  void print(const Attribute& attribute) {
-    const U8 type = attribute.header.type;
-    const std::size_t kind = kindOfAttribute(type);
-    std::string text = hex(attribute.value);
-    std::vector<std::string> values;
-    const bool isList = kind < kindCount && tables_[kind];
-    if (isList) {
-      const KindTable::Text list = tables_[kind]->text(attribute.value, names_);
-      if (!list.good) throw UsageError(list.text);
-      text = list.text;
-      values = tables_[kind]->texts(attribute.value, names_);
-    }
-    if (!json_)
-      return bgpcomm::print(typeName(type) + " (" + std::to_string(type) + "), flags 0x" +
-                            hex(Octets(&attribute.header.flags, 1)) + ": " + text + '\n');
-    nlohmann::ordered_json object = {{"type", type},
-                                     {"name", typeName(type)},
-                                     {"flags", attribute.header.flags},
-                                     {"value", hex(attribute.value)}};
-    if (isList) object[std::string(kindRows[kind].key)] = values;
-    bgpcomm::print(object.dump() + '\n');
+  /// A community or an attribute. The form tells which, never the value: an attribute may happen
+  /// to have as many octets as a community.
+  void print(std::string_view text) const {
+    const std::size_t prefix = text.starts_with("0x") || text.starts_with("0X") ? 2 : 0;
+    const std::vector<U8> octets = readHex(text, prefix);
+    const bool inOnePiece = text.size() == prefix + 2 * octets.size();
+    if (inOnePiece && ContentPrinter::isSize(octets.size()))
+      contents_.print(octets);
+    else
+      attributes_.print(octets);
   }
 
  private:
-  bool names_;
-  bool json_;
-  KindTables tables_ = makeKindTables();
+  ContentPrinter contents_;
+  AttributePrinter attributes_;
 };
 
-/// A path attribute pasted octet by octet is one argument to whoever typed it.
-std::vector<std::string> joinedOctets(std::vector<std::string> arguments) {
+std::string_view trimmed(std::string_view line) {
+  constexpr std::string_view blanks = " \t\r";
+  const std::size_t start = line.find_first_not_of(blanks);
+  if (start == line.npos) return {};
+  return line.substr(start, line.find_last_not_of(blanks) + 1 - start);
+}
+
+/// `place` and `number` say in messages where the text stands.
+void print(const Printer& printer, std::string_view text, const char* place, U64 number) try {
+  printer.print(text);
+} catch (const UsageError& error) {
+  throw UsageError(place + std::to_string(number) + " (" + excerpt(text) + "): " + error.what());
+}
+
+void printLines(const Printer& printer) try {
+  Lines lines;
+  while (const std::optional<std::string_view> line = lines.next()) {
+    const std::string_view text = trimmed(*line);
+    if (!text.empty()) print(printer, text, "standard input, line ", lines.number());
+  }
+} catch (const std::system_error& error) {
+  throw std::runtime_error("standard input: " + error.code().message());
+}
+
+/// Octet by octet is one attribute to whoever typed it.
+std::vector<std::string> joinedOctets(const std::vector<std::string>& arguments) {
   const bool apart = std::all_of(arguments.begin(), arguments.end(),
                                  [](const std::string& one) { return one.size() == 2; });
   if (!apart) return arguments;
   std::string joined;
-  for (const std::string& one : arguments) joined += one;
+  for (const std::string& one : arguments) joined += (joined.empty() ? "" : " ") + one;
   return {joined};
+}
+
+void runDecode(const Options& options) {
+  const Printer printer(options);
+  U64 number = 0;
+  for (const std::string& argument : joinedOctets(options.arguments)) {
+    ++number;
+    if (argument == "-")
+      printLines(printer);
+    else
+      print(printer, argument, "argument ", number);
+  }
 }
 
 }  // namespace
 
 void addDecode(CLI::App& app, int& exitCode) {
-  struct Options {
-    std::vector<std::string> attributes;
-    bool numeric = false;
-    bool json = false;
-  };
   const auto options = std::make_shared<Options>();
   CLI::App* const command =
-      addCommand(app, "decode", "Print path attributes, given in hex, as text",
-                 "Each argument is one attribute: flags, type, length, value. Blanks and colons\n"
-                 "may stand between the octets.\n\n"
-                 "Example: bgpcomm decode c00808fde80064ffffff01");
-  command->add_option("HEX", options->attributes, "Path attributes")->required()->type_name("");
-  command->add_flag("--numeric", options->numeric, "All communities as numbers");
+      addCommand(app, "decode", "Print communities and attributes given in hex",
+                 "16 digits in a piece are an extended community, 40 an IPv6-address-specific\n"
+                 "one. Anything else is a path attribute: flags, type, length, value; blanks and\n"
+                 "colons may stand between its octets, and must where it has as many digits as a\n"
+                 "community. 0x may stand before either. Blank lines of stdin are passed over.\n\n"
+                 "Example: bgpcomm decode 0002fde800000064 c00808fde80064ffffff01");
+  command->add_option("HEX", options->arguments, "What to print; - reads it from stdin, by lines")
+      ->required()
+      ->type_name("");
+  command
+      ->add_option("--format", options->format,
+                   "What policy texts show: default, qualifier,\n"
+                   "classification, ui, asdot, weighted, with commas\n"
+                   "between, or none (default: classification,ui)")
+      ->type_name("FLAGS");
+  CLI::Option* const names =
+      command->add_flag("--names", options->names, "Well-known communities by name (default)");
+  command->add_flag("--numeric", options->numeric, "All communities as numbers")->excludes(names);
   command->add_flag("--json", options->json, "One JSON object per line");
   command->callback([options, &exitCode] {
-    AttributePrinter printer(!options->numeric, options->json);
     exitCode = 0;
-    std::size_t number = 0;
-    for (const std::string& argument : joinedOctets(options->attributes)) try {
-        ++number;
-        const std::vector<U8> octets = readHex(argument);
-        printer.print(readAttribute(octets));
-      } catch (const UsageError& error) {
-        throw UsageError(named(number, argument) + error.what());
-      }
+    runDecode(*options);
   });
 }
 

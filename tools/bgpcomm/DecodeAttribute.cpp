@@ -1,0 +1,59 @@
+#include "DecodeAttribute.h"
+
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "Hex.h"
+#include "Terminal.h"
+#include "attr/BgpPathAttributeEnums.h"
+
+namespace bgpcomm {
+namespace {
+
+std::string typeName(U8 type) {
+  using Routing::Bgp::BgpPathAttrType;
+  const auto known = BgpPathAttrType(type);
+  if (!Routing::Bgp::bgpIsValidEnumMember(known)) return "Unknown attribute";
+  return Routing::Bgp::bgpPathAttrTypeShowString(known);
+}
+
+/// Somebody may have meant a community and mistyped it.
+[[noreturn]] void refuse(const std::string& why) {
+  throw UsageError("neither a community, 16 or 40 digits in a piece, nor an attribute: " + why);
+}
+
+}  // namespace
+
+void AttributePrinter::print(Octets attribute) const {
+  Cursor in(attribute);
+  const AttributeHeader header = takeAttributeHeader(in);
+  if (!in) refuse("too short for flags, type and length");
+  const std::size_t there = in.left().size();
+  if (there != header.length)
+    refuse("its length is " + std::to_string(header.length) + ", but " + std::to_string(there) +
+           " octets follow");
+  printValue(header, in.left());
+}
+
+void AttributePrinter::printValue(const AttributeHeader& header, Octets value) const {
+  const std::size_t kind = kindOfAttribute(header.type);
+  std::string text = hex(value);
+  std::vector<std::string> values;
+  const bool isList = kind < kindCount && tables_[kind];
+  if (isList) {
+    const KindTable::Text list = tables_[kind]->text(value, names_);
+    if (!list.good) throw UsageError(list.text);
+    text = list.text;
+    values = tables_[kind]->texts(value, names_);
+  }
+  const std::string name = typeName(header.type);
+  if (!json_)
+    return bgpcomm::print(name + " (" + std::to_string(header.type) + "), flags 0x" +
+                          hex(Octets(&header.flags, 1)) + ": " + text + '\n');
+  nlohmann::ordered_json object = {
+      {"type", header.type}, {"name", name}, {"flags", header.flags}, {"value", hex(value)}};
+  if (isList) object[std::string(kindRows[kind].key)] = values;
+  bgpcomm::print(object.dump() + '\n');
+}
+
+}  // namespace bgpcomm

@@ -1,0 +1,23 @@
+// Single path attributes, header included, as text.
+#pragma once
+
+#include "Attributes.h"
+
+namespace bgpcomm {
+
+class AttributePrinter {
+ public:
+  AttributePrinter(bool names, bool json) : names_(names), json_(json) {}
+
+  /// UsageError when the octets are not exactly one attribute, or its list is refused.
+  void print(Octets attribute) const;
+
+ private:
+  void printValue(const AttributeHeader& header, Octets value) const;
+
+  bool names_;
+  bool json_;
+  KindTables tables_ = makeKindTables();
+};
+
+}  // namespace bgpcomm
