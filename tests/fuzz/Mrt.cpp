@@ -11,8 +11,7 @@ namespace {
 void askEverything(const Path& path, const KindTables& tables) {
   std::string text = addressText(path.peer.address);
   visitPrefixes(path, [&](const Prefix& prefix) { text += nlriText(prefix.family, prefix.nlri); });
-  FaultCounts faults;
-  const CommunityValues values = findCommunities(path.attributes, faults);
+  const CommunityValues values = findCommunities(path.attributes);
   for (std::size_t kind = 0; kind < kindCount; ++kind) {
     if (!tables[kind] || values[kind].empty()) continue;
     text += tables[kind]->text(values[kind], true).text;

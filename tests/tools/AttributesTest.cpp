@@ -7,14 +7,13 @@ namespace {
 
 /// `standard:fde80064 large:... attrLength=1`
 std::string found(const Bytes& attributes) {
-  FaultCounts faults;
-  const CommunityValues values = findCommunities(view(attributes), faults);
+  const CommunityValues values = findCommunities(view(attributes));
   std::string text;
   for (std::size_t kind = 0; kind < kindCount; ++kind)
     if (!values[kind].empty())
       text += std::string(kindRows[kind].key) + ':' + hex(values[kind]) + ' ';
   for (std::size_t i = 0; i < faultNames.size(); ++i)
-    if (const U64 count = faults[Fault(i)])
+    if (const U64 count = values.faults[Fault(i)])
       text += std::string(faultNames[i]) + '=' + std::to_string(count) + ' ';
   if (!text.empty()) text.pop_back();
   return text;

@@ -11,23 +11,21 @@ AttributeHeader takeAttributeHeader(Cursor& in) {
   return header;
 }
 
-CommunityValues findCommunities(Octets attributes, FaultCounts& faults) {
-  CommunityValues values;
+CommunityValues findCommunities(Octets attributes) {
+  CommunityValues values{};
   std::array<bool, kindCount> seen{};
   Cursor in(attributes);
   while (!in.atEnd()) {
     const AttributeHeader header = takeAttributeHeader(in);
     const Octets value = in.take(header.length);
-    if (!in) {
-      faults.add(Fault::attrOverrun);
-      break;
-    }
+    if (!in) values.faults.add(Fault::attrOverrun);
     const std::size_t kind = kindOfAttribute(header.type);
     if (kind == kindCount || std::exchange(seen[kind], true)) continue;
-    if (value.empty() || value.size() % kindRows[kind].valueSize != 0)
-      faults.add(Fault::attrLength);
-    else
+    values.malformed[kind] = !in || value.empty() || value.size() % kindRows[kind].valueSize != 0;
+    if (!values.malformed[kind])
       values[kind] = value;
+    else if (in)
+      values.faults.add(Fault::attrLength);
   }
   return values;
 }

@@ -10,12 +10,15 @@
 namespace bgpcomm {
 
 /// The value of the community attribute of each kind, by the kind's number; empty when the path
-/// has none.
-using CommunityValues = std::array<Octets, kindCount>;
+/// has none, or a malformed one.
+struct CommunityValues : std::array<Octets, kindCount> {
+  std::array<bool, kindCount> malformed{};
+  FaultCounts faults;
+};
 
 /// Of an attribute given twice the first counts. An attribute that is malformed is counted and
 /// left out; one that overruns the block ends it.
-CommunityValues findCommunities(Octets attributes, FaultCounts& faults);
+CommunityValues findCommunities(Octets attributes);
 
 struct AttributeHeader {
   U8 flags;

@@ -23,11 +23,20 @@ inline constexpr std::array<std::string_view, 5> faultNames = {
 
 class FaultCounts {
  public:
+  FaultCounts() = default;
+  explicit FaultCounts(Fault fault) { add(fault); }
+
   void add(Fault fault) { ++counts_[std::size_t(fault)]; }
   void add(const FaultCounts& other) {
     for (std::size_t i = 0; i < counts_.size(); ++i) counts_[i] += other.counts_[i];
   }
   U64 operator[](Fault fault) const { return counts_[std::size_t(fault)]; }
+  /// With any counted.
+  Fault first() const {
+    std::size_t i = 0;
+    while (counts_[i] == 0) ++i;
+    return Fault(i);
+  }
   U64 total() const { return std::accumulate(counts_.begin(), counts_.end(), U64{0}); }
 
  private:

@@ -83,9 +83,10 @@ class PathPrinter {
   std::string communities(const CommunityValues& values) {
     std::string text;
     for (std::size_t kind = 0; kind < kindCount; ++kind) {
-      if (!tables_[kind] || values[kind].empty()) continue;
-      const KindTable::Text list = tables_[kind]->text(values[kind], names_);
-      if (list.good) text += (text.empty() ? "" : " ") + list.text;
+      if (!tables_[kind] || (values[kind].empty() && !values.malformed[kind])) continue;
+      KindTable::Text list{false, ""};
+      if (!values.malformed[kind]) list = tables_[kind]->text(values[kind], names_);
+      text += (text.empty() ? "" : " ") + (list.good ? list.text : "malformed");
     }
     return text.empty() ? "-" : text;
   }
@@ -105,6 +106,8 @@ class PathPrinter {
     if (!whole) object["prefixesCutShort"] = true;
     for (std::size_t kind = 0; kind < kindCount; ++kind)
       if (tables_[kind]) object[std::string(kindRows[kind].key)] = list(kind, values[kind]);
+    for (std::size_t i = 0; i < faultNames.size(); ++i)
+      if (values.faults[Fault(i)]) object["malformed"].push_back(faultNames[i]);
     return object.dump() + '\n';
   }
 
@@ -120,6 +123,16 @@ class PathPrinter {
   KindTables tables_ = makeKindTables();
 };
 
+/// In one line what was passed over. What ended the file has had a line of its own.
+void reportMalformed(const std::string& file, const ReadResult& result) {
+  const U64 passed = result.faults[Fault::attrLength] + result.faults[Fault::attrOverrun] +
+                     result.faults[Fault::badRecord];
+  if (passed == 0) return;
+  printError(file + ": " + grouped(passed) + " malformed, the first " +
+             std::string(faultNames[std::size_t(result.firstFault->fault)]) +
+             placeText(result.firstFault->place));
+}
+
 int runPaths(const Options& options) {
   std::vector<Wanted> wanted;
   for (const std::string& text : options.communities) wanted.push_back(readWanted(text));
@@ -132,8 +145,11 @@ int runPaths(const Options& options) {
   // A bar between lines on the same screen would only disturb.
   const bool showProgress = !::isatty(STDOUT_FILENO);
   bool good = true;
-  for (const std::string& file : options.files)
-    good = !readFile(file, printWanted, showProgress).failed && good;
+  for (const std::string& file : options.files) {
+    const ReadResult result = readFile(file, printWanted, showProgress);
+    reportMalformed(file, result);
+    good = good && !result.failed;
+  }
   return good ? 0 : exitBadData;
 }
 
@@ -144,7 +160,8 @@ void addPaths(CLI::App& app, int& exitCode) {
   CLI::App* const command =
       addCommand(app, "paths", "Print one line per path",
                  "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
-                 "communities; - where there are none.\n\n"
+                 "communities; - where there are none. Exit code 1 when a file cannot be read\n"
+                 "to its end; what is malformed is shown as such, and counted on stderr.\n\n"
                  "Example: bgpcomm paths --community 65000:100 --community no-export rib.bz2");
   addFiles(*command, options->files);
   command
@@ -152,7 +169,7 @@ void addPaths(CLI::App& app, int& exitCode) {
                    "Only paths with this one (65000:100, no-export);\n"
                    "given again, only those with all of them")
       ->allow_extra_args(false)
-      ->type_name("VALUE");
+      ->option_text("VALUE");
   CLI::Option* const names =
       command->add_flag("--names", options->names, "Well-known communities by name (default)");
   command->add_flag("--numeric", options->numeric, "All communities as numbers")->excludes(names);

@@ -7,22 +7,30 @@
 namespace bgpcomm {
 namespace {
 
+/// Counts what was found at a place.
+void count(const FaultCounts& faults, Place place, ReadResult& result) {
+  if (faults.total() == 0) return;
+  if (!result.firstFault) result.firstFault = {faults.first(), place};
+  result.faults.add(faults);
+}
+
 /// What ended the file before its end.
 void reportEnd(const std::string& file, const Input& input, const RecordReader& reader,
                ReadResult& result) {
   const auto& truncation = reader.truncation();
   const Place end{reader.records() + 1, truncation ? truncation->offset : input.offset()};
   const std::string place = placeText(end);
-  if (truncation) result.faults.add(Fault::truncatedRecord);
+  FaultCounts faults;
+  if (truncation) faults.add(Fault::truncatedRecord);
   if (input.failure()) {
-    if (input.failure()->compression) result.faults.add(Fault::compression);
+    if (input.failure()->compression) faults.add(Fault::compression);
     printError(file + ": " + input.failure()->text + place);
   } else if (truncation) {
     printError(file + ": ends inside a record, " + std::to_string(truncation->there) + " of " +
                std::to_string(truncation->wanted) + " octets" + place);
   }
+  count(faults, end, result);
   result.failed = truncation || input.failure();
-  if (result.failed && !result.firstFault) result.firstFault = end;
 }
 
 }  // namespace
@@ -50,11 +58,12 @@ ReadResult readFile(const std::string& file, const VisitPath& visit, bool showPr
       const Place place{record->number, record->offset};
       const bool whole = cutter.cut(*record, [&](const Path& path) {
         ++result.paths;
-        visit(path, findCommunities(path.attributes, result.faults), place);
+        const CommunityValues values = findCommunities(path.attributes);
+        count(values.faults, place, result);
+        visit(path, values, place);
       });
       progress.update(result.paths);
-      if (!whole) result.faults.add(Fault::badRecord);
-      if (!result.firstFault && result.faults.total() > 0) result.firstFault = place;
+      if (!whole) count(FaultCounts(Fault::badRecord), place, result);
     }
   }
   result.records = reader.records();

@@ -22,7 +22,12 @@ struct ReadResult {
   U64 records = 0;
   U64 paths = 0;
   FaultCounts faults;
-  std::optional<Place> firstFault;
+  struct FirstFault {
+    Fault fault;
+    Place place;
+  };
+  std::optional<FirstFault> firstFault;  ///< of those counted
+
   /// The file could not be opened, or not be read to its end.
   bool failed = false;
   /// Could not even be opened: there is nothing to report of it.

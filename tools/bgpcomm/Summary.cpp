@@ -28,7 +28,7 @@ ReadResult readInto(const std::string& file, const KindTables& tables, FileFigur
   figures.paths = result.paths;
   figures.faults = result.faults;
   figures.faults.add(refused);
-  if (result.firstFault) figures.firstFault = placeText(*result.firstFault);
+  if (result.firstFault) figures.firstFault = placeText(result.firstFault->place);
   figures.seconds = elapsed.count();
   return result;
 }
@@ -105,6 +105,8 @@ void addSummary(CLI::App& app, int& exitCode) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command =
       addCommand(app, "summary", "Count paths and communities, and what they share",
+                 "Exit code 1 when a file cannot be read to its end; what is malformed is counted\n"
+                 "and passed over.\n\n"
                  "Example: bgpcomm summary rib.bz2\n"
                  "         curl -s URL | bgpcomm summary --json -");
   addFiles(*command, options->files);
