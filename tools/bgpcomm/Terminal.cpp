@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Hex.h"
+
 namespace bgpcomm {
 namespace {
 
@@ -52,9 +54,19 @@ void flushOutput() {
   output().clear();
 }
 
+std::string visible(std::string_view text) {
+  std::string out;
+  for (const char c : text) {
+    const bool control = U8(c) < 0x20 || c == 0x7f;
+    if (control) out += "\\x";
+    out += control ? hex({reinterpret_cast<const U8*>(&c), 1}) : std::string(1, c);
+  }
+  return out;
+}
+
 void printError(std::string_view what) {
   flushOutput();
-  const std::string line = "bgpcomm: " + std::string(what) + '\n';
+  const std::string line = "bgpcomm: " + visible(what) + '\n';
   std::fputs(line.c_str(), stderr);
 }
 
@@ -74,7 +86,7 @@ std::string grouped(U64 number) {
 }
 
 Progress::Progress(const std::string& file, const Input& input, bool shown)
-    : file_(file.substr(file.rfind('/') + 1)),
+    : file_(visible(file.substr(file.rfind('/') + 1))),
       input_(input),
       enabled_(shown && ::isatty(STDERR_FILENO)) {}
 

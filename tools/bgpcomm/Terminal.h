@@ -15,6 +15,9 @@ void print(std::string_view text);
 /// Writes what is still held; every command ends with it.
 void flushOutput();
 
+/// With control characters as `\xNN`: a file's name may hold any.
+std::string visible(std::string_view text);
+
 /// One line, `bgpcomm: what`, on standard error, behind all output so far.
 void printError(std::string_view what);
 

@@ -40,7 +40,8 @@ class Verifier {
       ++compared_;
       if (written.good && written.text == expected) continue;
       if (++differing_ <= shownDifferences)
-        show(file + ": " + std::string(kindRows[kind].title) + placeText(place), expected, written);
+        show(visible(file) + ": " + std::string(kindRows[kind].title) + placeText(place), expected,
+             written);
     }
   }
 
@@ -74,7 +75,7 @@ int runVerify(const std::vector<std::string>& files) {
         });
     good = good && !result.failed && verifier.differing() == 0;
     if (result.unopened) continue;
-    print(file + ": " + grouped(verifier.compared()) + " lists compared, " +
+    print(visible(file) + ": " + grouped(verifier.compared()) + " lists compared, " +
           grouped(verifier.differing()) + " differ, " + grouped(result.faults.total()) +
           " malformed\n");
   }
@@ -88,7 +89,8 @@ void addVerify(CLI::App& app, int& exitCode) {
   CLI::App* const command =
       addCommand(app, "verify", "Write every list back and compare it with the wire",
                  "What is written must equal, octet by octet, what was read, sorted and without\n"
-                 "repeats. Exit code 1 when a list does not.\n\n"
+                 "repeats. Exit code 1 when a list does not, or a file cannot be read to its end;\n"
+                 "what is malformed is counted and not compared.\n\n"
                  "Example: bgpcomm verify rib.bz2");
   addFiles(*command, *files);
   command->callback([files, &exitCode] { exitCode = runVerify(*files); });
