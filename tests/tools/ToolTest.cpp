@@ -29,16 +29,22 @@ class Tool : public testing::Test {
     if (!toolIsThere()) GTEST_SKIP() << "$BGPCOMM does not name the tool";
     ::setenv("FILE", file_.name().c_str(), 1);
     ::setenv("BROKEN", broken_.name().c_str(), 1);
+    ::setenv("MALFORMED", malformed_.name().c_str(), 1);
   }
 
   TemporaryFile file_{sampleFile()};
   TemporaryFile broken_{sampleFile() + octets("6553f100 0010")};
+  /// A good path of 62 octets, a standard attribute of 5 octets, a large one of 1, no record.
+  TemporaryFile malformed_{messageRecord(update(octets("c00804fde800c8"), "")) +
+                           messageRecord(update(octets("c00805fde800c800"), "")) +
+                           messageRecord(update(octets("c0200100"), "")) + mrtRecord(16, 4, "")};
 };
 
 TEST_F(Tool, AnswersAndFailsInOneLine) {
   const std::string first =
       "2023-11-14T22:13:20Z\t192.0.2.1 AS64600\t10.1.2.0/24\t65000:100 no-export\n";
   const std::string third = "2023-11-14T22:13:20Z\t192.0.2.1 AS64600\t-\t65000:200\n";
+  const std::string start = third.substr(0, third.rfind('\t') + 1);
   const struct {
     const char* command;
     int exitCode;
@@ -78,6 +84,21 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm paths $BROKEN >/dev/null", 1, "",
        "$BROKEN: ends inside a record, 6 of 12 octets (record 4, octet 218)"},
       {"bgpcomm paths /does/not/exist", 1, "", "/does/not/exist: No such file or directory"},
+      {"bgpcomm paths - <$MALFORMED", 0, third + start + "malformed\n" + start + "-\n",
+       "-: 3 malformed, the first attrLength (record 2, octet 62)"},
+      {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5- | tail -2", 0,
+       "\"standard\":[],\"malformed\":[\"attrLength\"]}\n"
+       "\"standard\":[],\"malformed\":[\"attrLength\"]}\n",
+       ""},
+      {"bgpcomm summary - <&- | grep -A1 malformed | cut -c-9", 0, "  malform\n  seconds\n",
+       "-: Bad file descriptor (record 1, octet 0)"},
+      {"cd $(mktemp -d) && cp $FILE '[a,b]' && bgpcomm verify '[a,b]' && rm -r \"$PWD\"", 0,
+       "./[a,b]: 3 lists compared, 0 differ, 0 malformed\n", ""},
+      {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", 1, "",
+       "a\\x1bb\\x0ac: No such file or directory"},
+      {"bgpcomm paths --help | grep -c 'VALUE [.]'", 1, "0\n", ""},
+      {"bgpcomm --version >/dev/full", 1, "", "standard output: No space left on device"},
+      {"bgpcomm bogus", 2, "", "bogus is unknown; see bgpcomm --help"},
       {"bgpcomm verify /", 1, "", "/: Is a directory"},
       {"bgpcomm paths $FILE >/dev/full", 1, "", "standard output: No space left on device"},
       {"bgpcomm", 2, "", "A subcommand is required; see bgpcomm --help"},

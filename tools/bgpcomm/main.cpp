@@ -1,6 +1,6 @@
 // bgpcomm: BGP communities in MRT dumps and raw attributes. See Commands.h for the subcommands.
 #include <csignal>
-#include <cstdio>
+#include <sstream>
 
 #include "Commands.h"
 #include "Terminal.h"
@@ -15,11 +15,25 @@ int usageError(const std::string& text) {
 /// One line, whatever the parser's message looks like.
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
+/// In the parser's order, from the last to the first. It would make a list of a file's name like
+/// [a,b]; ./[a,b] is the same file.
+std::vector<std::string> readArguments(int argc, char** argv) {
+  std::vector<std::string> arguments;
+  for (int i = argc - 1; i > 0; --i) {
+    arguments.emplace_back(argv[i]);
+    std::string& one = arguments.back();
+    if (one.starts_with('[') && one.ends_with(']')) one.insert(0, "./");
+  }
+  return arguments;
+}
+
 int run(int argc, char** argv) {
   CLI::App app("BGP communities in MRT dumps: what they are, what they mean, how much is shared.",
                "bgpcomm");
   app.set_version_flag("--version", "bgpcomm " BGPCOMM_VERSION);
-  app.footer("Example: bgpcomm summary rib.bz2");
+  app.footer(
+      "Exit codes: 0 good, 1 bad data or a failure to read or write, 2 bad usage.\n\n"
+      "Example: bgpcomm summary rib.bz2");
   app.require_subcommand(1);
   int exitCode = 0;
   bgpcomm::addSummary(app, exitCode);
@@ -28,11 +42,15 @@ int run(int argc, char** argv) {
   bgpcomm::addDecode(app, exitCode);
   bgpcomm::addDescribe(app, exitCode);
   try {
-    app.parse(argc, argv);
+    app.parse(readArguments(argc, argv));
   } catch (const CLI::Success& asked) {
-    return app.exit(asked);
+    std::ostringstream text;
+    exitCode = app.exit(asked, text, text);
+    bgpcomm::print(text.str());
   } catch (const CLI::ParseError& error) {
-    return usageError(firstLine(error.what()) + "; see bgpcomm --help");
+    const bool unknown = app.get_subcommands().empty() && app.remaining_size() > 0;
+    const std::string what = unknown ? app.remaining().front() + " is unknown" : error.what();
+    return usageError(firstLine(what) + "; see bgpcomm --help");
   } catch (const bgpcomm::UsageError& error) {
     return usageError(error.what());
   }
