@@ -2,6 +2,7 @@
 
 #include "TestOctets.h"
 #include "tools/bgpcomm/Nlri.h"
+#include "tools/bgpcomm/Reading.h"
 
 namespace bgpcomm {
 namespace {
@@ -183,6 +184,21 @@ TEST(Mrt, PassesByRecordsThatAreTooLong) {
   EXPECT_EQ(cutAll(longest + good), path);
   EXPECT_EQ(cutAll(good + longer + good), path + "bad\n" + path);
   EXPECT_EQ(cutAll(good + longer.substr(0, longer.size() - 1)), path + "truncated\n");
+}
+
+TEST(Mrt, OutOfMemoryEndsAFile) {
+  const Bytes good = messageRecord(update(attributes, ""));
+  const TemporaryFile file(good + good + good);
+  testing::internal::CaptureStderr();
+  const ReadResult result =
+      readFile(file.name(), [](const Path&, const CommunityValues&, Place place) {
+        if (place.record == 2) throw std::bad_alloc();
+      });
+  // A record of 12 + 20 + 23 + 4 octets stands before.
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "bgpcomm: " + file.name() + ": out of memory (record 2, octet 59)\n");
+  EXPECT_TRUE(result.failed);
+  EXPECT_EQ(result.records, 2u);
 }
 
 }  // namespace

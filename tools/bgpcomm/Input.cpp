@@ -53,6 +53,8 @@ void Input::store(std::exception_ptr thrown) {
     failure = Failure{true, error.what()};
   } catch (const std::system_error& error) {
     failure = Failure{false, error.code().message()};
+  } catch (const std::bad_alloc&) {
+    failure = Failure{false, "out of memory"};
   } catch (const std::exception& error) {
     failure = Failure{false, error.what()};
   }

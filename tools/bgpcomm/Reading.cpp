@@ -1,5 +1,6 @@
 #include "Reading.h"
 
+#include <new>
 #include <system_error>
 
 #include "Terminal.h"
@@ -33,6 +34,18 @@ void reportEnd(const std::string& file, const Input& input, const RecordReader& 
   result.failed = truncation || input.failure();
 }
 
+void readRecord(const Record& record, PathCutter& cutter, const VisitPath& visit,
+                ReadResult& result) {
+  const Place place{record.number, record.offset};
+  const bool whole = cutter.cut(record, [&](const Path& path) {
+    ++result.paths;
+    const CommunityValues values = findCommunities(path.attributes);
+    count(values.faults, place, result);
+    visit(path, values, place);
+  });
+  if (!whole) count(FaultCounts(Fault::badRecord), place, result);
+}
+
 }  // namespace
 
 std::string placeText(Place place) {
@@ -51,23 +64,20 @@ ReadResult readFile(const std::string& file, const VisitPath& visit, bool showPr
     return result;
   }
   RecordReader reader(*input);
-  {
+  U64 record = 1;
+  try {
     PathCutter cutter;
     Progress progress(file, *input, showProgress);
-    while (const std::optional<Record> record = reader.next()) {
-      const Place place{record->number, record->offset};
-      const bool whole = cutter.cut(*record, [&](const Path& path) {
-        ++result.paths;
-        const CommunityValues values = findCommunities(path.attributes);
-        count(values.faults, place, result);
-        visit(path, values, place);
-      });
+    for (; const auto found = reader.next(); record = reader.records() + 1) {
+      readRecord(*found, cutter, visit, result);
       progress.update(result.paths);
-      if (!whole) count(FaultCounts(Fault::badRecord), place, result);
     }
+    reportEnd(file, *input, reader, result);
+  } catch (const std::bad_alloc&) {
+    printError(file + ": out of memory" + placeText({record, input->offset()}));
+    result.failed = true;
   }
   result.records = reader.records();
-  reportEnd(file, *input, reader, result);
   return result;
 }
 

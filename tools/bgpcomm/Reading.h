@@ -37,7 +37,8 @@ struct ReadResult {
 using VisitPath = std::function<void(const Path&, const CommunityValues&, Place)>;
 
 /// Calls `visit` for each path. What ends the reading early is printed as an error line; whatever
-/// was read before it has been visited. Malformed attributes and records are counted and passed.
+/// was read before it has been visited; running out of memory, also in `visit`, is such an end.
+/// Malformed attributes and records are counted and passed.
 ReadResult readFile(const std::string& file, const VisitPath& visit, bool showProgress = true);
 
 }  // namespace bgpcomm
