@@ -16,6 +16,10 @@ inline std::string nameOf(std::string_view operation, std::string_view workload,
 
 /// Octets to interned list, found and made; last release; memory.
 void addInterning(const Workload& workload);
+/// Single extended communities of 8 and of 20 octets: interned, parsed, printed.
+void addValues();
+const Workload& eightOctetValues();
+const Workload& twentyOctetValues();
 /// List to text and to octets.
 void addFormatting(const Workload& workload);
 /// One and two threads, on the same lists and on different ones.

@@ -55,9 +55,17 @@ inline Vector decodeVector(Octets octets) {
   return values;
 }
 
-/// Boost.Flyweight over vectors, its counts atomic in both variants. The table behind it belongs to
-/// the process; it is made anew, in its place, for every contender, so that all begin empty.
-template <class Locking>
+/// The payload that a flyweight is made of.
+template <class Payload>
+Payload payloadOf(Octets octets);
+template <>
+inline Vector payloadOf<Vector>(Octets octets) {
+  return decodeVector(octets);
+}
+
+/// Boost.Flyweight over a payload, its counts atomic in both variants. The table behind it belongs
+/// to the process; it is made anew, in its place, for every contender, so that all begin empty.
+template <class Locking, class Payload = Vector>
 class Flyweight {
  public:
   static constexpr const char* name =
@@ -77,13 +85,15 @@ class Flyweight {
     };
     static inline void (*renew)() = nullptr;
   };
-  using Held = boost::flyweight<Vector, boost::flyweights::hashed_factory<>, Locking, Holder>;
+  using Held = boost::flyweight<Payload, boost::flyweights::hashed_factory<>, Locking, Holder>;
 
   Flyweight() {
     if (!Holder::renew) Held::init();
     Holder::renew();
   }
-  void intern(Octets octets, std::vector<Held>& paths) { paths.emplace_back(decodeVector(octets)); }
+  void intern(Octets octets, std::vector<Held>& paths) {
+    paths.emplace_back(payloadOf<Payload>(octets));
+  }
 };
 
 /// The obvious way: a set of shared pointers, from which the last handle but the set's own erases.

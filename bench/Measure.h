@@ -8,8 +8,11 @@
 #include <malloc.h>
 #include <time.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -24,7 +27,7 @@ inline double threadSeconds() {
   return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
 }
 
-/// The seconds of a clock on the wall, for work of several threads.
+/// The seconds of a clock on the wall.
 inline double wallSeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
@@ -39,12 +42,14 @@ class Passes {
   }
 
   template <class Work>
-  void time(Work work, double (*clock)() = threadSeconds) {
-    const double begin = clock();
+  void time(Work work) {
+    const double begin = threadSeconds();
     work();
-    const double taken = clock() - begin;
-    seconds_ += taken;
-    state_.SetIterationTime(taken);
+    add(threadSeconds() - begin);
+  }
+  void add(double seconds) {
+    seconds_ += seconds;
+    state_.SetIterationTime(seconds);
   }
 
  private:
@@ -59,24 +64,33 @@ inline std::size_t heapOctets() {
   return heap.uordblks + heap.hblkhd;
 }
 
-/// Runs `work(0)` and `work(1)` on two threads that begin together; returns when both are done.
-/// `time` times what it is given.
-template <class Time, class Work>
-void onTwoThreads(Time time, Work work) {
-  std::atomic<int> ready{0};
-  const auto meet = [&] {
-    ++ready;
-    while (ready.load() < 2) std::this_thread::yield();
+/// The seconds that `work(0)` and `work(1)` take on two threads at once. Passes in which one of
+/// them began late or lost its processor to somebody else say nothing about the two: they are
+/// repeated, and when all were like that there is no answer.
+template <class Work>
+std::optional<double> secondsOnTwoThreads(Work work) {
+  struct Span {
+    double begin, end, ran;
+    bool whole() const { return ran > 0.97 * (end - begin); }
   };
-  std::thread other([&] {
-    meet();
-    work(1);
-  });
-  meet();
-  time([&] {
-    work(0);
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    std::atomic<int> ready{0};
+    Span spans[2];
+    const auto run = [&](int thread) {
+      ++ready;
+      while (ready.load() < 2) std::this_thread::yield();
+      const double begin = wallSeconds(), ran = threadSeconds();
+      work(thread);
+      spans[thread] = {begin, wallSeconds(), threadSeconds() - ran};
+    };
+    std::thread other(run, 1);
+    run(0);
     other.join();
-  });
+    const double taken = std::max(spans[0].end, spans[1].end) - spans[0].begin;
+    const bool together = std::abs(spans[0].begin - spans[1].begin) < 0.03 * taken;
+    if (together && spans[0].whole() && spans[1].whole()) return taken;
+  }
+  return std::nullopt;
 }
 
 /// A benchmark of fixed size: `passes` passes per repetition.

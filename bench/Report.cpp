@@ -105,9 +105,38 @@ void Report::printInterning(const Workload& workload) const {
   printRow({"serialize / memcpy", wire("serialize"), wire("memcpy")});
 }
 
+// Beside a flyweight with a lock, since values are shared by all threads.
+void Report::printValues(const Workload& workload, bool withAims) const {
+  std::printf("\n%s: %s\n  %-26s %5s  %-14s  %-22s  %9s  %9s\n", workload.name.c_str(),
+              workload.distribution.c_str(), "against flyweight, lock", "ours", "quartiles", "aim",
+              "no lock", "floor");
+  for (const char* operation : {"hit", "miss", "last release", "octets per list"}) {
+    const auto of = [&](const char* contender) {
+      return nameOf(operation, workload.name, contender);
+    };
+    const bool hit = std::string_view(operation) == "hit";
+    printRow({operation,
+              of(Ours::name),
+              of(FlyweightLocked::name),
+              withAims && hit ? 0.85 : 0,
+              false,
+              {of(FlyweightUnlocked::name), of(FloorRaw::name)}});
+  }
+  if (const Figure* octets = find(nameOf("octets per list", workload.name, Ours::name)))
+    std::printf("  octets each, table included: %.1f%s\n", octets->median(),
+                withAims ? "  (aim: at most 76)" : "");
+  const auto one = [&](const char* what, const char* by) {
+    return nameOf(what, workload.name, by);
+  };
+  printRow({"parse / make alone", one("parse", Ours::name), one("make", "factory alone")});
+}
+
 void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   std::printf("\nRATIOS of medians; beside them what their quartiles allow\n");
   for (const Workload* workload : workloads) printInterning(*workload);
+
+  printValues(eightOctetValues(), true);
+  printValues(twentyOctetValues(), false);
 
   std::printf("\ntwo threads / one: attributes per second, made-up lists\n");
   const auto threads = [&](const char* title, const char* lists, const char* contender,
@@ -120,6 +149,8 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   threads("popular: floor, own tables", "popular lists", "floor, own tables", 0);
   threads("disjoint: ours", "disjoint lists", Ours::name, 1.8);
   threads("disjoint: flyweight, lock", "disjoint lists", FlyweightLocked::name, 0);
+  threads("8-octet values: ours", "popular 8-octet values", Ours::name, 0);
+  threads("8-octet values: fl., lock", "popular 8-octet values", FlyweightLocked::name, 0);
   threads("made, dropped: ours", "disjoint lists made and dropped", Ours::name, 0);
   threads("made, dropped: fl., lock", "disjoint lists made and dropped", FlyweightLocked::name, 0);
 

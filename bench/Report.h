@@ -34,6 +34,7 @@ class Report final : public benchmark::BenchmarkReporter {
   std::string ratio(const std::string& name, const std::string& base) const;
   void printRow(const Row& row) const;
   void printInterning(const Workload& workload) const;
+  void printValues(const Workload& workload, bool withAims) const;
 
   std::map<std::string, Figure> figures_;
 };

@@ -100,6 +100,7 @@ int run(int argc, char** argv) {
     all.push_back(&workload);
   }
   if (Routing::Bgp::ZoBgpGlobals::multiThreaded()) bench::addThreads(lists);
+  bench::addValues();
   bench::addMembers(options.quick ? 100'000 : options.members);
   bench::addLongAttributes();
 
