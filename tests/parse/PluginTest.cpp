@@ -1,7 +1,7 @@
 // Plug-ins: when they are asked, and when no more.
 #include "EveryKindSm.h"
-#include "parse/BgpParseExtCommColor.h"
 #include "Mox/Trace.h"
+#include "parse/BgpParseExtCommColor.h"
 
 namespace parsing {
 namespace {
