@@ -2,11 +2,8 @@
 
 namespace Routing::Bgp {
 
-const Mox::Type ExtCommDedupTable::type{
-    "Routing::Bgp::ExtCommDedupTable",
-    &Mox::PtrInterface::type,
-    {Mox::operation("dedupHashTable"), Mox::operation("parseExtCommRule"),
-     Mox::operation("handleInitialized"), Mox::operation("dumpState")}};
+const Mox::Type ExtCommDedupTable::type{"Routing::Bgp::ExtCommDedupTable", &Mox::PtrInterface::type,
+                                        extCommDedupTableAttributes<ExtCommDedupTable>()};
 
 ExtCommDedupTable::Ptr extCommDedupTableFactory(
     const Mox::Ptr<const BgpParseExtendedCommunityRule>& rule) {

@@ -9,6 +9,7 @@
 // made. The parser's rules are read without a lock, so nobody may change them meanwhile.
 #pragma once
 
+#include "Mox/ValueText.h"
 #include "Orv/DedupHashTableUnorderedSet.h"
 #include "attr/ZoBgpGlobals.h"
 #include "parse/BgpParseExtComm.h"
@@ -65,5 +66,13 @@ class ExtCommValueDedupTable : public Mox::Entity<Table, Mox::PtrInterface> {
   Mox::Ptr<Orv::DedupHashTableUnorderedSet> dedupHashTable_;
   const Mox::Ptr<const Rule> parseExtCommRule_;
 };
+
+/// What both tables have by name, for reflection.
+template <class Table>
+std::vector<Mox::Attribute> extCommDedupTableAttributes() {
+  return {Mox::attribute<&Table::dedupHashTable>("dedupHashTable"),
+          Mox::attribute<&Table::parseExtCommRule>("parseExtCommRule"),
+          Mox::operation("handleInitialized"), Mox::operation("dumpState")};
+}
 
 }  // namespace Routing::Bgp

@@ -2,11 +2,9 @@
 
 namespace Routing::Bgp {
 
-const Mox::Type ExtCommIp6DedupTable::type{
-    "Routing::Bgp::ExtCommIp6DedupTable",
-    &Mox::PtrInterface::type,
-    {Mox::operation("dedupHashTable"), Mox::operation("parseExtCommRule"),
-     Mox::operation("handleInitialized"), Mox::operation("dumpState")}};
+const Mox::Type ExtCommIp6DedupTable::type{"Routing::Bgp::ExtCommIp6DedupTable",
+                                           &Mox::PtrInterface::type,
+                                           extCommDedupTableAttributes<ExtCommIp6DedupTable>()};
 
 ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
     const Mox::Ptr<const BgpParseExtendedCommunityRule>& rule) {

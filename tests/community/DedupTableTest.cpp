@@ -96,6 +96,17 @@ TYPED_TEST(DedupTable, ThreadsInternOverlappingContents) {
   EXPECT_EQ(this->table->dedupHashTable()->members(), 0u);
 }
 
+TYPED_TEST(DedupTable, IsThreadSafeWhenTheAgentIs) {
+  const auto as = [](bool threadSafe) {
+    using Orv::DedupHashTableUnorderedSet;
+    return DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(threadSafe)->octets();
+  };
+  ASSERT_NE(as(true), as(false));
+  EXPECT_EQ(this->table->dedupHashTable()->octets(), as(ZoBgpGlobals::multiThreaded()));
+  EXPECT_EQ(Mox::Type::read(*this->table, "parseExtCommRule"),
+            valueToStrep(this->table->parseExtCommRule()));
+}
+
 TYPED_TEST(DedupTable, DumpsAsItsSetDoes) {
   const auto held = this->intern(1);
   const auto context = Mox::makeNew<Orv::DumpContext>();
