@@ -147,6 +147,12 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   threads("popular: ours", "popular lists", Ours::name, 1.3);
   threads("popular: flyweight, lock", "popular lists", FlyweightLocked::name, 0);
   threads("popular: floor, own tables", "popular lists", "floor, own tables", 0);
+  const std::string ownTables = "floor, own tables";
+  const Figure* const one = find(nameOf("one thread", "popular lists", ownTables));
+  const Figure* const two = find(nameOf("two threads", "popular lists", ownTables));
+  if (one && two && one->median() < 1.7 * two->median())
+    std::printf(
+        "  (threads that share nothing should reach 2: this machine has no two processors now)\n");
   threads("disjoint: ours", "disjoint lists", Ours::name, 1.8);
   threads("disjoint: flyweight, lock", "disjoint lists", FlyweightLocked::name, 0);
   threads("8-octet values: ours", "popular 8-octet values", Ours::name, 0);

@@ -5,7 +5,7 @@
 // lists are measured too.
 //
 //   --quick        three repetitions instead of 25
-//   --members=N    the cost of a hit up to N members; 10000000 needs 6 GB (default 1000000)
+//   --members=N    the cost of a hit up to N members; 10000000 needs 1.5 GB (default 1000000)
 
 #include <malloc.h>
 
