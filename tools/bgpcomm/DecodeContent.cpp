@@ -95,9 +95,11 @@ U32 readFormat(const std::string& text) {
     const std::string name = text.substr(start, end - start);
     const auto* const row = std::find_if(std::begin(formatFlags), std::end(formatFlags),
                                          [&](const auto& one) { return one.name == name; });
-    if (row == std::end(formatFlags))
-      throw UsageError("--format " + text + ": no flag \"" + name + "\", there are " + flagNames() +
-                       ", or none for no flag");
+    if (row == std::end(formatFlags)) {
+      std::string message = "--format " + text;
+      message.append(": no flag \"").append(name).append("\", there are ").append(flagNames());
+      throw UsageError(message.append(", or none for no flag"));
+    }
     format |= row->flag;
   }
   return format;
