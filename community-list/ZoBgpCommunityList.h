@@ -1,6 +1,7 @@
 // Lists of communities: what one path carries, shared by all that carry the same.
 #pragma once
 
+#include "community-list/ZoBgpCommunityListLarge.h"
 #include "community-list/ZoBgpCommunityListSnapshot.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
 #include "community-list/ZoBgpCommunityListTables.h"

@@ -5,14 +5,11 @@
 // it caches when it is frozen, its text.
 #pragma once
 
-#include <memory>
-#include <new>
-
-#include "Mox/Entity.h"
 #include "MoxStash/DedupHandle.h"
 #include "Orv/DedupHashTableUnorderedSet.h"
 #include "Orv/HashMix.h"
 #include "attr/ZoBgpSerialize.h"
+#include "community-list/ZoBgpCommunityListStored.h"
 #include "community-list/ZoBgpCommunityListTables.h"
 #include "community-list/ZoBgpCommunityListWire.h"
 
@@ -25,11 +22,12 @@ namespace Routing::Bgp {
 ///   Cached     what is computed once when a list is frozen: `Cached(list)`; empty when unused
 ///   attribute  its path attribute
 template <class List, class Kind>
-class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
+class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
  public:
   using Value = typename Kind::Value;
   using Table = Mox::Ptr<typename Kind::Table>;
   using ConstList = Mox::Ptr<const List>;
+  using Stored = StoredCommList;
 
   // --- Building: a list that was never deduped belongs to its maker. ---
 
@@ -50,7 +48,7 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
   /// The values, ascending. Valid as long as the list.
   std::span<const Value> values() const;
   /// Whether the list is frozen.
-  bool commVectorSorted() const { return commVectorSorted_; }
+  bool commVectorSorted() const { return comm_.sorted(); }
 
   U32 hash() const override;
   bool compare(const Orv::DedupHandle* other) const override;
@@ -76,41 +74,16 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
 
   /// How the kind's table places its members.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed) {
-    // Where it was placed when it was frozen, by the one seed of the process.
     const auto& list = static_cast<const List&>(member);
-    const auto values = list.values();
-    return seed == Orv::placementSeed() ? list.place_ : placeOfValues(values, seed);
+    const auto frozen = list.values();
+    // Where it was placed when it was frozen, by the one seed of the process.
+    return seed == Orv::placementSeed() ? list.comm_.place() : placeOf(frozen, seed);
   }
-
-  // A list that is made frozen, as those from the wire are, holds its values behind the object in
-  // one piece of memory: one allocation to make it, one to end it. Lists that were built value by
-  // value keep them in a piece of its own.
-  struct Inside {
-    std::size_t values;
-  };
-  static void* operator new(std::size_t octets) { return List::type.allocation().allocate(octets); }
-  static void* operator new(std::size_t octets, Inside inside) {
-    return List::type.allocation().allocate(octets + inside.values * sizeof(Value));
-  }
-  static void operator delete(FlatCommList* base, std::destroying_delete_t) {
-    auto* const list = static_cast<List*>(base);
-    const std::size_t octets = sizeof(List) + (base->own_ ? 0 : base->size_ * sizeof(Value));
-    list->~List();
-    List::type.allocation().deallocate(list, octets);
-  }
-  // For constructors that throw.
-  static void operator delete(void* memory, std::size_t octets) noexcept {
-    List::type.allocation().deallocate(memory, octets);
-  }
-  static void operator delete(void* memory, Inside inside) noexcept {
-    List::type.allocation().deallocate(memory, sizeof(List) + inside.values * sizeof(Value));
-  }
+  /// Octets of the values that stand behind the object.
+  std::size_t tailOctets() const { return comm_.inside() ? comm_.sizeInOctets() : 0; }
 
  protected:
-  ~FlatCommList() override {
-    if (own_) Allocator().deallocate(own_, capacity());
-  }
-  std::span<const Value> unchecked() const { return {data(), size_}; }
+  std::span<const Value> unchecked() const { return {comm_.begin(), comm_.size()}; }
   /// What was computed when the list was frozen for its table.
   const typename Kind::Cached& cached() const {
     MOX_ASSERT(
@@ -123,56 +96,29 @@ class FlatCommList : public Mox::Entity<List, MoxStash::DedupHandle> {
   static_assert(sizeof(Value) % sizeof(U32) == 0 &&
                 std::has_unique_object_representations_v<Value>);
 
-  using Allocator = Mox::TrackedAllocator<Value>;
-
-  static U32 placeOfValues(std::span<const Value> values, U64 seed) {
+  static bool same(std::span<const Value> a, std::span<const Value> b) {
+    return a.size() == b.size() &&
+           (a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
+  }
+  static U32 placeOf(std::span<const Value> values, U64 seed) {
     return U32(Orv::placeOf(values.data(), values.size_bytes(), seed));
   }
-  const Value* data() const { return own_ ? own_ : inside(); }
-  Value* inside() const {
-    return reinterpret_cast<Value*>(const_cast<List*>(static_cast<const List*>(this)) + 1);
-  }
-  // While it is being built, a list has room for the next power of two.
-  std::size_t capacity() const { return commVectorSorted_ ? size_ : std::bit_ceil(size_); }
   static Mox::Ptr<List> frozen(std::span<const Value> ascending, U32 place);
-  void freeze();
+  void freezeAt(U32 place) {
+    comm_.placeIs(place);
+    comm_.sortedIs(true);
+  }
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, std::span<const U8> octets);
 
-  // Ascending and without repeats exactly when `commVectorSorted_`; then also of exact capacity.
-  bool commVectorSorted_ = false;
   [[no_unique_address]] typename Kind::Cached cached_;  // valid once interned
-  Value* own_ = nullptr;  // the values, or null: then they stand behind this object
-  U32 size_ = 0;
-  U32 place_ = 0;  // valid once sorted
+  CommVector<Value> comm_;                              // sorted exactly when it is frozen
 };
 
 template <class List, class Kind>
 void FlatCommList<List, Kind>::commIs(const Value& value) {
   MOX_ASSERT(!commVectorSorted(), "!commVectorSorted()");
-  if (size_ == 0 || std::has_single_bit(size_)) {
-    Value* const grown = Allocator().allocate(size_ ? 2 * std::size_t(size_) : 1);
-    std::copy_n(own_, size_, grown);
-    if (own_) Allocator().deallocate(own_, size_);
-    own_ = grown;
-  }
-  own_[size_++] = value;
-}
-
-template <class List, class Kind>
-void FlatCommList<List, Kind>::freeze() {
-  if (commVectorSorted_) return;
-  if (own_) {
-    const std::size_t room = capacity();
-    const auto left = U32(sortAndDropRepeats(std::span(own_, size_)));
-    Value* const exact = Allocator().allocate(left);
-    std::copy_n(own_, left, exact);
-    Allocator().deallocate(own_, room);
-    own_ = exact;
-    size_ = left;
-  }
-  place_ = placeOfValues(unchecked(), Orv::placementSeed());
-  commVectorSorted_ = true;
+  comm_.add(value);
 }
 
 template <class List, class Kind>
@@ -180,7 +126,10 @@ auto FlatCommList<List, Kind>::dedup(const Table& table) -> ConstList {
   auto* const self = static_cast<List*>(this);
   Mox::Ptr<Orv::DedupHandle> reference(self);
   if (this->dedupState() == Orv::dedupHandleStateNeverDeduped()) {
-    freeze();
+    if (!commVectorSorted()) {
+      comm_.sortAndTrim();
+      freezeAt(placeOf(unchecked(), Orv::placementSeed()));
+    }
     cached_ = typename Kind::Cached(*self);
   }
   return Mox::staticCast<const List>(table->dedup(std::move(reference)));
@@ -208,9 +157,7 @@ U32 FlatCommList<List, Kind>::hash() const {
 
 template <class List, class Kind>
 bool FlatCommList<List, Kind>::compare(const Orv::DedupHandle* other) const {
-  const auto mine = values(), theirs = static_cast<const List*>(other)->values();
-  return mine.size() == theirs.size() &&
-         (mine.empty() || std::memcmp(mine.data(), theirs.data(), mine.size_bytes()) == 0);
+  return same(values(), static_cast<const List*>(other)->values());
 }
 
 template <class List, class Kind>
@@ -223,20 +170,19 @@ Mox::String FlatCommList<List, Kind>::serialize() const {
 
 template <class List, class Kind>
 Mox::Ptr<List> FlatCommList<List, Kind>::restored(bool sorted, std::span<const Value> values) {
-  if (sorted) return frozen(values, placeOfValues(values, Orv::placementSeed()));
+  if (sorted) return frozen(values, placeOf(values, Orv::placementSeed()));
   auto list = Mox::makeNew<List>();
+  list->comm_.reserve(U32(values.size()));
   for (const Value& value : values) list->commIs(value);
   return list;
 }
 
 template <class List, class Kind>
 Mox::Ptr<List> FlatCommList<List, Kind>::frozen(std::span<const Value> ascending, U32 place) {
-  Mox::Ptr<List> list(new (Inside{ascending.size()}) List);
-  list->hasNotificationActiveIs(true);
-  std::uninitialized_copy(ascending.begin(), ascending.end(), list->inside());
-  list->commVectorSorted_ = true;
-  list->size_ = U32(ascending.size());
-  list->place_ = place;
+  auto list = List::withTail(Tail{ascending.size_bytes()});
+  list->comm_.roomIs(list->tail(), U32(ascending.size()));
+  for (const Value& value : ascending) list->comm_.add(value);
+  list->freezeAt(place);
   return list;
 }
 
@@ -246,9 +192,8 @@ FromWire<List> FlatCommList<List, Kind>::fromWire(std::span<const U8> octets) {
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Value);
   return withScratch<Value>(count, [&](Value* scratch) -> FromWire<List> {
-    const bool ascending = decodeWords(octets, scratch);
-    const std::size_t left = ascending ? count : sortAndDropRepeats(std::span(scratch, count));
-    return {restored(true, {scratch, left}), std::nullopt, U32(count - left)};
+    const auto sorted = decodeAscending(octets, scratch, loadWords<Value>);
+    return {restored(true, sorted), std::nullopt, U32(count - sorted.size())};
   });
 }
 
@@ -256,20 +201,15 @@ template <class List, class Kind>
 template <bool insert>
 FromWire<const List> FlatCommList<List, Kind>::findWire(const Table& table,
                                                         std::span<const U8> octets) {
-  if (octets.empty() || octets.size() > maxAttributeOctets || octets.size() % sizeof(Value) != 0)
-      [[unlikely]]
-    return {nullptr, checkWireLength(Kind::attribute, octets.size(), sizeof(Value)), 0};
+  if (auto fault = checkWireLength(Kind::attribute, octets.size(), sizeof(Value))) [[unlikely]]
+    return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Value);
   return withScratch<Value>(count, [&](Value* scratch) -> FromWire<const List> {
-    const bool ascending = decodeWords(octets, scratch);
-    const std::span<const Value> sorted(
-        scratch, ascending ? count : sortAndDropRepeats(std::span(scratch, count)));
+    const auto sorted = decodeAscending(octets, scratch, loadWords<Value>);
     const auto& set = *table->dedupHashTable();
-    const U32 place = placeOfValues(sorted, set.seed());
+    const U32 place = placeOf(sorted, set.seed());
     auto found = set.lookup(place, [&](const Orv::DedupHandle& member) {
-      const auto& list = static_cast<const List&>(member);
-      return list.size_ == sorted.size() &&
-             std::memcmp(list.data(), sorted.data(), sorted.size_bytes()) == 0;
+      return same(static_cast<const List&>(member).unchecked(), sorted);
     });
     if (insert && !found) {
       auto list = frozen(sorted, place);

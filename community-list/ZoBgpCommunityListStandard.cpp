@@ -4,6 +4,7 @@
 
 #include "community-list/ZoBgpCommunityListImpl.h"
 #include "community-list/ZoBgpCommunityListSnapshot.h"
+#include "community-list/ZoBgpCommunityListText.h"
 
 namespace Routing::Bgp {
 
@@ -34,8 +35,8 @@ StandardCommKind::Cached::Cached(const CommList& list)
 
 namespace {
 
-constexpr std::size_t longestValue = 11;  // "65535:65535", no shorter than any name but one
-constexpr std::size_t longestEntry = 13;  // "no-advertise" and a space
+constexpr std::size_t longestValue = 11;  // 65535:65535
+constexpr std::size_t longestName = 12;   // no-advertise
 
 std::string_view nameOf(U32 value) {
   // One comparison rules out nearly every value there is.
@@ -51,28 +52,22 @@ char* writeValue(char* at, U32 value) {
   return std::to_chars(at, at + 5, value & 0xFFFF).ptr;
 }
 
-template <bool named>
-Mox::String listText(std::span<const U32> values) {
-  if (values.empty()) return {};
-  ZoFmt::StackBackedBuffer<128, 1024> buffer;
-  char* const start = buffer.allocateSpace(values.size() * longestEntry);
-  char* at = start;
-  for (const U32 value : values) {
-    const std::string_view name = named ? nameOf(value) : std::string_view{};
-    at = name.empty() ? writeValue(at, value) : std::copy(name.begin(), name.end(), at);
-    *at++ = ' ';
-  }
-  buffer.written(std::size_t(at - start) - 1);
-  return Mox::String(buffer.text());
+char* writeNamed(char* at, U32 value) {
+  const std::string_view name = nameOf(value);
+  return name.empty() ? writeValue(at, value) : std::copy(name.begin(), name.end(), at);
 }
 
 }  // namespace
 
-Mox::String CommList::commsStringForm() const { return listText<false>(values()); }
+Mox::String CommList::commsStringForm() const {
+  return joinedText<longestValue>(values(), writeValue);
+}
 
-Mox::String CommList::commsWellKnownStringForm() const { return listText<true>(values()); }
+Mox::String CommList::commsWellKnownStringForm() const {
+  return joinedText<longestName>(values(), writeNamed);
+}
 
-Mox::String CommList::toStrep() const { return listText<true>(unchecked()); }
+Mox::String CommList::toStrep() const { return joinedText<longestName>(unchecked(), writeNamed); }
 
 Mox::String CommList::wellKnownName(U32 value) { return Mox::String(nameOf(value)); }
 
@@ -98,12 +93,7 @@ std::ostream& operator<<(std::ostream& stream, const CommList* list) {
 }
 
 U32 CommunityFormatter<true>::formatNotWellKnown(ZoFmt::DynamicBufferInterface& buffer, U32 value) {
-  char* const start = buffer.allocateSpace(longestValue + 1);
-  char* const end = writeValue(start, value);
-  *end = '\0';  // for readers of the raw buffer; not part of the text
-  const auto length = std::size_t(end - start);
-  buffer.written(length);
-  return U32(length);
+  return formatOne<longestValue>(buffer, [value](char* at) { return writeValue(at, value); });
 }
 
 }  // namespace Routing::Bgp

@@ -19,7 +19,6 @@
 
 #include <ostream>
 
-#include "MoxStash/StoreManager.h"
 #include "ZoFmt/StackBackedBuffer.h"
 #include "community-list/ZoBgpCommunityListFlat.h"
 #include "community/ZoBgpCommunityWellKnown.h"
@@ -28,13 +27,6 @@ namespace Routing::Bgp {
 
 class CommList;
 class CommListSnapshot;
-
-/// A standard list in the store: `begin`, `end` and `capacity` are references to its values.
-struct StoredCommList {
-  MoxStash::StoreReference begin, end, capacity;
-  U32 commVectorSorted;
-  U32 unused;
-};
 
 /// What makes a flat list a standard one.
 struct StandardCommKind {
@@ -52,7 +44,6 @@ struct StandardCommKind {
 class CommList final : public FlatCommList<CommList, StandardCommKind> {
  public:
   static const Mox::Type type;
-  using Stored = StoredCommList;
 
   /// A new, empty list.
   static Ptr CommListIs() { return Mox::makeNew<CommList>(); }

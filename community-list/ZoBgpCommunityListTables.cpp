@@ -1,6 +1,7 @@
 #include "community-list/ZoBgpCommunityListTables.h"
 
 #include "attr/ZoBgpGlobals.h"
+#include "community-list/ZoBgpCommunityListLarge.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
 
 namespace Routing::Bgp {
@@ -14,6 +15,8 @@ const Mox::Type CommListDedupTableBase::type{
      operation("dumpState")}};
 const Mox::Type CommListDedupTable::type{
     "Routing::Bgp::CommListDedupTable", &CommListDedupTableBase::type, {}};
+const Mox::Type LargeCommListDedupTable::type{
+    "Routing::Bgp::LargeCommListDedupTable", &CommListDedupTableBase::type, {}};
 
 void CommListDedupTableBase::initDedupTable() {
   dedupHashTable_ = Orv::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(
@@ -29,10 +32,24 @@ void CommListDedupTableBase::dumpState(const Mox::Ptr<const Orv::DumpContext>& c
 CommListDedupTable::CommListDedupTable()
     : Entity(Orv::DedupPlacement{CommList::placeOfMember, nullptr}) {}
 
-CommListDedupTable::Ptr commListDedupTableFactory() {
-  auto table = Mox::makeNew<CommListDedupTable>();
+LargeCommListDedupTable::LargeCommListDedupTable()
+    : Entity(Orv::DedupPlacement{LargeCommList::placeOfMember, nullptr}) {}
+
+namespace {
+
+template <class Table>
+Mox::Ptr<Table> makeTable() {
+  auto table = Mox::makeNew<Table>();
   table->initDedupTable();
   return table;
+}
+
+}  // namespace
+
+CommListDedupTable::Ptr commListDedupTableFactory() { return makeTable<CommListDedupTable>(); }
+
+LargeCommListDedupTable::Ptr largeCommListDedupTableFactory() {
+  return makeTable<LargeCommListDedupTable>();
 }
 
 }  // namespace Routing::Bgp

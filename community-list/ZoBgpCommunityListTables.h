@@ -40,6 +40,15 @@ class CommListDedupTable final : public Mox::Entity<CommListDedupTable, CommList
   CommListDedupTable();
 };
 
+/// The table of large lists.
+class LargeCommListDedupTable final
+    : public Mox::Entity<LargeCommListDedupTable, CommListDedupTableBase> {
+ public:
+  static const Mox::Type type;
+  LargeCommListDedupTable();
+};
+
 CommListDedupTable::Ptr commListDedupTableFactory();
+LargeCommListDedupTable::Ptr largeCommListDedupTableFactory();
 
 }  // namespace Routing::Bgp

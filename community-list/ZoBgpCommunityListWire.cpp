@@ -14,20 +14,20 @@ Mox::String WireFault::toStrep() const {
     case Reason::tooLong:
       return where + there + " beyond the " + std::to_string(maxAttributeOctets) +
              " that an attribute can have";
+    case Reason::linkBandwidth:
+      return where + "a second link bandwidth, expected at most one";
   }
   return where;
 }
 
-std::optional<WireFault> checkWireLength(BgpPathAttrType attribute, std::size_t octets,
-                                         U32 valueSize) {
+WireFault wireLengthFault(BgpPathAttrType attribute, std::size_t octets, U32 valueSize) {
   using Reason = WireFault::Reason;
-  if (octets == 0) return WireFault{attribute, Reason::empty, 0, 0, valueSize};
+  if (octets == 0) return {attribute, Reason::empty, 0, 0, valueSize};
   if (octets > maxAttributeOctets)
-    return WireFault{attribute, Reason::tooLong, maxAttributeOctets,
-                     U32(octets - maxAttributeOctets), valueSize};
-  if (const U32 rest = U32(octets % valueSize))
-    return WireFault{attribute, Reason::notMultiple, U32(octets) - rest, rest, valueSize};
-  return std::nullopt;
+    return {attribute, Reason::tooLong, maxAttributeOctets, U32(octets - maxAttributeOctets),
+            valueSize};
+  const U32 rest = U32(octets % valueSize);
+  return {attribute, Reason::notMultiple, U32(octets) - rest, rest, valueSize};
 }
 
 }  // namespace Routing::Bgp

@@ -5,24 +5,24 @@
 //   else path.communities = read.list->dedup(table);
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <optional>
 #include <span>
 
-#include "Mox/Ptr.h"
 #include "Zonet/NetworkOrder.h"
 #include "attr/BgpPathAttributeEnums.h"
+#include "community-list/ZoBgpCommunityListVector.h"
 
 namespace Routing::Bgp {
 
 /// Why an attribute's value is no list (RFC 7606 section 7, RFC 8092 section 6).
 struct WireFault {
   enum class Reason {
-    empty,        ///< no octets: an attribute without communities is malformed
-    notMultiple,  ///< the last value is cut short
-    tooLong,      ///< more octets than an attribute's length can say
+    empty,          ///< no octets: an attribute without communities is malformed
+    notMultiple,    ///< the last value is cut short
+    tooLong,        ///< more octets than an attribute's length can say
+    linkBandwidth,  ///< a second link bandwidth, different from the first
   };
 
   BgpPathAttrType attribute = {};
@@ -34,10 +34,6 @@ struct WireFault {
   /// One line for people: "Community attribute, offset 8: 3 octets, expected a value of 4".
   Mox::String toStrep() const;
 };
-
-/// The length rule of all four kinds: a non-zero multiple of the value's size.
-std::optional<WireFault> checkWireLength(BgpPathAttrType attribute, std::size_t octets,
-                                         U32 valueSize);
 
 /// What reading an attribute's value gives: a list, or the fault. A look-up that finds nothing
 /// gives neither.
@@ -53,6 +49,17 @@ struct FromWire {
 /// The most octets that an attribute's value can have: its length is two octets.
 inline constexpr U32 maxAttributeOctets = 0xFFFF;
 
+/// What is wrong with a length that `checkWireLength` refuses.
+WireFault wireLengthFault(BgpPathAttrType attribute, std::size_t octets, U32 valueSize);
+
+/// The length rule of all four kinds: a non-zero multiple of the value's size.
+inline std::optional<WireFault> checkWireLength(BgpPathAttrType attribute, std::size_t octets,
+                                                U32 valueSize) {
+  if (octets != 0 && octets <= maxAttributeOctets && octets % valueSize == 0) [[likely]]
+    return std::nullopt;
+  return wireLengthFault(attribute, octets, valueSize);
+}
+
 /// The 32-bit words that values are made of, in order.
 template <class Value, class Use>
 void forEachWord(std::span<const Value> values, Use use) {
@@ -61,51 +68,42 @@ void forEachWord(std::span<const Value> values, Use use) {
       use(word);
 }
 
-/// Reads values whose words are in network order. Returns whether they ascend without repeats, as
-/// in most attributes: found on the way, without a branch.
+/// A value whose words stand in network order.
 template <class Value>
-bool decodeWords(std::span<const U8> octets, Value* values) {
-  bool ascending = true;
-  for (std::size_t i = 0; i < octets.size() / sizeof(Value); ++i) {
-    std::array<U32, sizeof(Value) / sizeof(U32)> words;
-    for (std::size_t word = 0; word < words.size(); ++word)
-      words[word] = Zonet::loadNetworkOrder<U32>(&octets[(i * words.size() + word) * sizeof(U32)]);
-    values[i] = std::bit_cast<Value>(words);
-    if (i) ascending &= values[i - 1] < values[i];
-  }
-  return ascending;
+Value loadWords(const U8* octets) {
+  std::array<U32, sizeof(Value) / sizeof(U32)> words;
+  for (std::size_t word = 0; word < words.size(); ++word)
+    words[word] = Zonet::loadNetworkOrder<U32>(octets + word * sizeof(U32));
+  return std::bit_cast<Value>(words);
 }
 
-/// Sorts ascending and drops repeats; returns how many values are left. Most lists are short: for
-/// these the plainest sort is the quickest.
-template <class Value>
-std::size_t sortAndDropRepeats(std::span<Value> values) {
-  constexpr std::size_t few = 32;
-  if (values.size() > few) {
-    std::sort(values.begin(), values.end());
-  } else {
-    for (std::size_t i = 1; i < values.size(); ++i) {
-      const Value value = values[i];
-      std::size_t at = i;
-      for (; at > 0 && value < values[at - 1]; --at) values[at] = values[at - 1];
-      values[at] = value;
-    }
+/// Reads the values of an attribute into `scratch`, each of `sizeof(Value)` octets, with `load`,
+/// and returns them ascending and without repeats. Most attributes have them so: found out on the
+/// way, without a branch.
+template <class Value, class Load>
+std::span<const Value> decodeAscending(std::span<const U8> octets, Value* scratch, Load load) {
+  const std::size_t count = octets.size() / sizeof(Value);
+  bool ascending = true;
+  for (std::size_t i = 0; i < count; ++i) {
+    scratch[i] = load(octets.data() + i * sizeof(Value));
+    if (i) ascending &= scratch[i - 1] < scratch[i];
   }
-  return std::size_t(std::unique(values.begin(), values.end()) - values.begin());
+  return {scratch, ascending ? count : sortAndDropRepeats(std::span(scratch, count))};
 }
 
 /// Calls `use(scratch)` with room for `count` values on the stack, so that a look-up allocates
 /// nothing even for the longest attribute (64 KiB of stack then, 1 KiB for usual ones).
 template <class Value, class Use>
 auto withScratch(std::size_t count, Use use) {
-  constexpr std::size_t usual = 1024 / sizeof(Value);
-  if (count <= usual) [[likely]] {
-    Value scratch[usual];
-    return use(scratch);
+  static_assert(std::is_trivially_copyable_v<Value>);
+  constexpr std::size_t usual = 1024;
+  if (count * sizeof(Value) <= usual) [[likely]] {
+    alignas(Value) std::byte scratch[usual];
+    return use(reinterpret_cast<Value*>(scratch));
   }
   return [&]() __attribute__((noinline)) {
-    Value scratch[maxAttributeOctets / sizeof(Value)];
-    return use(scratch);
+    alignas(Value) std::byte scratch[maxAttributeOctets];
+    return use(reinterpret_cast<Value*>(scratch));
   }
   ();
 }

@@ -1,0 +1,9 @@
+#include "agent/CommunitySnapshot.h"
+
+namespace Routing::RouteMap {
+
+const Mox::Type CommListSnapshot::type{"Routing::RouteMap::CommListSnapshot",
+                                       &Mox::PtrInterface::type,
+                                       {Mox::collection<&CommListSnapshot::toStrep>("comm")}};
+
+}  // namespace Routing::RouteMap
