@@ -11,12 +11,32 @@
 #pragma once
 
 #include "agent/CommunitySnapshot.h"
+#include "community-list/ZoBgpCommunityListFamilySnapshot.h"
+#include "community/ZoBgpCommunityValue.h"
 
 namespace Routing::Bgp {
 
+class ExtCommClassificationList;
+
+/// Of a standard list.
 class CommListSnapshot final : public CommunitySnapshot<CommListSnapshot, U32> {
  public:
   static const Mox::Type type;
+};
+
+/// Of an extended list.
+class ExtCommListSnapshot final
+    : public ExtCommListSnapshotOf<ExtCommListSnapshot, ExtComm, ExtCommClassificationList> {
+ public:
+  static const Mox::Type type;
+};
+
+/// Of a group of an extended list.
+class ExtCommClassificationListSnapshot final
+    : public ExtCommGroupSnapshotOf<ExtCommClassificationListSnapshot, ExtComm> {
+ public:
+  static const Mox::Type type;
+  using ExtCommGroupSnapshotOf::ExtCommGroupSnapshotOf;
 };
 
 }  // namespace Routing::Bgp

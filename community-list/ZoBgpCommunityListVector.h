@@ -68,6 +68,12 @@ class CommVector {
     new (data_ + size_) T(std::move(value));
     ++size_;
   }
+  /// Appends all of another, which is empty then.
+  void take(CommVector& other) {
+    for (T& value : std::span(other.data_, other.size_)) add(std::move(value));
+    std::destroy_n(other.data_, other.size_);
+    other.size_ = 0;
+  }
   /// Room for `count` elements in total, if there is less.
   void reserve(U32 count) {
     if (count > capacity()) moveTo(count);
@@ -149,6 +155,7 @@ class TailEntity : public Mox::Entity<Object, Base> {
     object->hasNotificationActiveIs(true);
     return object;
   }
+  void* tail() { return static_cast<Object*>(this) + 1; }
 
   static void* operator new(std::size_t octets) { return allocate(octets); }
   static void* operator new(std::size_t octets, Tail tail) {
@@ -167,9 +174,6 @@ class TailEntity : public Mox::Entity<Object, Base> {
   static void operator delete(void* memory, Tail tail) noexcept {
     Object::type.allocation().deallocate(memory, sizeof(Object) + tail.octets);
   }
-
- protected:
-  void* tail() { return static_cast<Object*>(this) + 1; }
 
  private:
   static void* allocate(std::size_t octets) { return Object::type.allocation().allocate(octets); }

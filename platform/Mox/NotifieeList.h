@@ -20,9 +20,16 @@
 //    does not hear the event, one that went hears nothing more.
 // 3. An observer keeps what it observes alive.
 //
-// Threads: list, observers and events belong to one thread.
+// Threads: an event is delivered on the thread that causes it, with no lock held; several threads
+// may cause events, come and go at a time, and one observer may then be called by several. An
+// observer that goes waits until no other thread is inside it. So one that is called from several
+// threads goes, `notifierIs(nullptr)`, before its own members do, and two of them must not remove
+// each other from inside their calls.
 #pragma once
 
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 #include <vector>
 
 #include "Mox/Ptr.h"
@@ -57,30 +64,44 @@ class NotifieeList {
   /// stay alive meanwhile.
   template <class N, class Tell>
   void deliver(Tell tell) {
-    const Delivery delivery(*this);
-    const std::size_t end = notifiees_.size();
-    for (std::size_t i = 0; i < end; ++i)
-      if (notifiees_[i]) tell(static_cast<N&>(*notifiees_[i]));
+    Delivery delivery(*this);
+    while (Notifiee* const notifiee = delivery.next()) tell(static_cast<N&>(*notifiee));
   }
 
  private:
   friend class Notifiee;
 
-  struct Delivery {
-    explicit Delivery(NotifieeList& list) : list_(list) { ++list_.deliveries_; }
-    ~Delivery() {
-      if (--list_.deliveries_ == 0) std::erase(list_.notifiees_, nullptr);
-    }
+  /// One event on its way; it lives on the stack of the thread that delivers it.
+  class Delivery {
+   public:
+    explicit Delivery(NotifieeList& list);
+    ~Delivery();
+    Delivery(const Delivery&) = delete;
+    Delivery& operator=(const Delivery&) = delete;
+    /// The next observer to be called, who stays until the one after is asked for; or null.
+    Notifiee* next();
+
+   private:
+    friend class NotifieeList;
+    void callIs(Notifiee* notifiee);
+
     NotifieeList& list_;
+    const std::thread::id thread_ = std::this_thread::get_id();
+    std::size_t at_ = 0;
+    const std::size_t end_;       // who comes later does not hear of it
+    Notifiee* called_ = nullptr;  // changed under the list's mutex
   };
 
-  void add(Notifiee* notifiee) { notifiees_.push_back(notifiee); }
+  void add(Notifiee* notifiee);
   void remove(const Notifiee* notifiee);
+  bool isCalledElsewhere(const Notifiee* notifiee) const;
 
+  std::mutex mutex_;  // guards all below; innermost
+  std::condition_variable callEnded_;
   // In the order of registration. Places stay as they are while events are being delivered; who
   // went meanwhile is null.
   std::vector<Notifiee*> notifiees_;
-  U32 deliveries_ = 0;
+  std::vector<const Delivery*> deliveries_;
 };
 
 }  // namespace Mox

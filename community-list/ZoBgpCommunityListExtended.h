@@ -1,0 +1,115 @@
+// The extended communities of a path (RFC 4360), in a list that all paths of the same ones share,
+// with its groups: all route targets, all colors, and so on.
+//
+//   ExtCommListDedupTable::Ptr table = extCommListDedupTableFactory();
+//   ExtCommList::Ptr list = ExtCommList::ExtCommListIs();
+//   list->commIs(ExtComm::dedupContent(values.get(), ExtCommContent(0x0002FDE800000064)));
+//   ExtCommList::PtrConst shared = list->dedup(table);
+//   shared->classificationList(extCommClassificationRouteTarget)->comms();   // 1
+//   shared->serialize(false);   // C0 10 08 00 02 FD E8 00 00 00 64
+//
+// Most of what lists and groups do is said in ZoBgpCommunityListFamily.h.
+#pragma once
+
+#include <atomic>
+
+#include "Zonet/NetworkOrder.h"
+#include "community-list/ZoBgpCommunityListFamily.h"
+#include "community/ZoBgpCommunityDedupTable.h"
+
+namespace Acl {
+class CommunityValue;
+}
+
+namespace Routing::Bgp {
+
+class ExtCommClassificationList;
+class ExtCommClassificationListSnapshot;
+class ExtCommList;
+class ExtCommListDedupTable;
+class ExtCommListSnapshot;
+class RtExtCommListLifeTimeNotifier;
+
+struct ExtCommListFamily {
+  using Value = ExtComm;
+  using ValueTable = ExtCommDedupTable;
+  using List = ExtCommList;
+  using Group = ExtCommClassificationList;
+  using Table = ExtCommListDedupTable;
+  using ListSnapshot = ExtCommListSnapshot;
+  using GroupSnapshot = ExtCommClassificationListSnapshot;
+  static constexpr BgpPathAttrType attribute = BgpPathAttrType::extCommunity;
+  static constexpr bool oneLinkBandwidth = true;
+  static constexpr bool listRestoreIsHeard = false;
+
+  static ExtCommContent load(const U8* octets) {
+    return ExtCommContent(Zonet::loadNetworkOrder<U64>(octets));
+  }
+  static void store(const ExtCommContent& content, U8* octets) {
+    Zonet::storeNetworkOrder(octets, content.value());
+  }
+  static Mox::Ptr<ExtCommClassificationList> makeGroup(ExtCommClassification classification,
+                                                       U32 members);
+  /// Route targets have a table of their own. Asserts "rtExtCommClassificationList" on a group of
+  /// them that is not of the class for them.
+  static const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& groupTable(
+      const ExtCommListDedupTable& table, const ExtCommClassificationList& group);
+};
+
+extern template class ExtCommGroupOf<ExtCommListFamily>;
+extern template class ExtCommListOf<ExtCommListFamily>;
+
+/// The communities of one classification.
+class ExtCommClassificationList
+    : public TailEntity<ExtCommClassificationList, ExtCommGroupOf<ExtCommListFamily>> {
+ public:
+  static const Mox::Type type;
+  using TailEntity::TailEntity;
+};
+
+/// The route targets of a path. While it is interned, it has a notifier, through which others hear
+/// of the set of route targets; see ZoBgpCommunityListRouteTargets.h.
+class RtExtCommClassificationList final
+    : public TailEntity<RtExtCommClassificationList, ExtCommClassificationList> {
+ public:
+  static const Mox::Type type;
+
+  explicit RtExtCommClassificationList(ExtCommClassification classification)
+      : TailEntity(classification) {}
+  ~RtExtCommClassificationList() override;
+  /// A new, empty group.
+  static Ptr RtExtCommClassificationListIs(ExtCommClassification classification) {
+    return Mox::makeNew<RtExtCommClassificationList>(classification);
+  }
+
+  /// The notifier, or null. From any thread that holds the group, or that is told of its end.
+  Mox::Ptr<RtExtCommListLifeTimeNotifier> getLifeTimeNotifier() const;
+  /// The group holds the notifier and the notifier the group; taking it away breaks the circle.
+  void lifeTimeNotifierIs(const Mox::Ptr<RtExtCommListLifeTimeNotifier>& notifier);
+
+ private:
+  std::atomic<RtExtCommListLifeTimeNotifier*> lifeTimeNotifier_{nullptr};  // owned
+};
+
+/// All extended communities of a path.
+class ExtCommList final : public ExtCommListOf<ExtCommListFamily> {
+ public:
+  static const Mox::Type type;
+
+  /// A new, empty list.
+  static Ptr ExtCommListIs() { return Mox::makeNew<ExtCommList>(); }
+  /// As `commSnapshot`.
+  Mox::Ptr<ExtCommListSnapshot> snapshot() const;
+  /// As `commsStringForm`, under `strepFormatDefault`.
+  Mox::String commsWithoutClassificationStringForm() const;
+  /// The second and third word of a community of policy, `65000:100`.
+  static Mox::String getStringValue(const Acl::CommunityValue& value);
+};
+
+}  // namespace Routing::Bgp
+
+template <>
+const Mox::AllocationTracker& Mox::storageTracker<Mox::Ptr<const Routing::Bgp::ExtComm>>();
+template <>
+const Mox::AllocationTracker&
+Mox::storageTracker<Mox::Ptr<const Routing::Bgp::ExtCommClassificationList>>();

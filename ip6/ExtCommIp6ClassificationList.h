@@ -1,0 +1,72 @@
+// The IPv6-address-specific extended communities of a path that have one classification (RFC 5701).
+//
+// What groups do is said in ZoBgpCommunityListFamily.h; here stands what differs from the 8-octet
+// family.
+#pragma once
+
+#include "community-list/ZoBgpCommunityListFamily.h"
+#include "community-list/ZoBgpCommunityListFamilySnapshot.h"
+#include "ip6/ExtCommIp6DedupTable.h"
+
+namespace Routing::Bgp {
+
+class ExtCommIp6ClassificationList;
+class ExtCommIp6ClassificationListSnapshot;
+class ExtCommIp6List;
+class ExtCommIp6ListDedupTable;
+class ExtCommIp6ListSnapshot;
+
+struct ExtCommIp6ListFamily {
+  using Value = ExtCommIp6;
+  using ValueTable = ExtCommIp6DedupTable;
+  using List = ExtCommIp6List;
+  using Group = ExtCommIp6ClassificationList;
+  using Table = ExtCommIp6ListDedupTable;
+  using ListSnapshot = ExtCommIp6ListSnapshot;
+  using GroupSnapshot = ExtCommIp6ClassificationListSnapshot;
+  static constexpr BgpPathAttrType attribute = BgpPathAttrType::extCommunityIp6;
+  static constexpr bool oneLinkBandwidth = false;
+  static constexpr bool listRestoreIsHeard = true;
+
+  static ExtCommIp6Content load(const U8* octets);
+  static void store(const ExtCommIp6Content& content, U8* octets);
+  static Mox::Ptr<ExtCommIp6ClassificationList> makeGroup(ExtCommClassification classification,
+                                                          U32 members);
+  static const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& groupTable(
+      const ExtCommIp6ListDedupTable& table, const ExtCommIp6ClassificationList& group);
+};
+
+extern template class ExtCommGroupOf<ExtCommIp6ListFamily>;
+extern template class ExtCommListOf<ExtCommIp6ListFamily>;
+
+class ExtCommIp6ClassificationList final
+    : public TailEntity<ExtCommIp6ClassificationList, ExtCommGroupOf<ExtCommIp6ListFamily>> {
+ public:
+  static const Mox::Type type;
+  using TailEntity::TailEntity;
+
+  /// The communities themselves. Valid as long as the group.
+  const ExtCommVector<ExtCommIp6>* commVectorRawPtr() const { return &comm_; }
+};
+
+/// A mutable copy of a group.
+class ExtCommIp6ClassificationListSnapshot final
+    : public ExtCommGroupSnapshotOf<ExtCommIp6ClassificationListSnapshot, ExtCommIp6> {
+ public:
+  static const Mox::Type type;
+  using ExtCommGroupSnapshotOf::ExtCommGroupSnapshotOf;
+};
+
+/// A new, empty group.
+ExtCommIp6ClassificationList::Ptr extCommIp6ClassificationListFactory(
+    ExtCommClassification classification);
+ExtCommIp6ClassificationListSnapshot::Ptr extCommIp6ClassificationListSnapshotFactory(
+    ExtCommClassification classification);
+
+}  // namespace Routing::Bgp
+
+template <>
+const Mox::AllocationTracker&
+Mox::storageTracker<Mox::Ptr<const Routing::Bgp::ExtCommIp6ClassificationList>>();
+template <>
+const Mox::AllocationTracker& Mox::storageTracker<Mox::Ptr<const Routing::Bgp::ExtCommIp6>>();
