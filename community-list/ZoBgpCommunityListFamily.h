@@ -112,9 +112,9 @@ class ExtCommGroupOf : public Orv::DedupHandle {
 
   /// `extCommClassificationColor : <...> <...>`: the classification, then the show texts.
   Mox::String toStrep() const;
-  /// The same; nothing for a null group.
+  /// The same, in the stream's letter case; nothing for a null group.
   friend std::ostream& operator<<(std::ostream& stream, const ExtCommGroupOf* group) {
-    return group ? Mox::writeText(stream, group->toStrep()) : stream;
+    return group ? group->writeTo(stream) : stream;
   }
 
   /// How its table places groups: by the addresses of their members.
@@ -127,6 +127,7 @@ class ExtCommGroupOf : public Orv::DedupHandle {
   /// A new group with room for so many members behind it.
   template <class Group>
   static Mox::Ptr<Group> withRoom(ExtCommClassification classification, U32 members);
+  std::ostream& writeTo(std::ostream& stream) const;
 
   const ExtCommClassification classification_;
   U16 tailPointers_ = 0;  // room behind the object

@@ -60,12 +60,22 @@ void ExtCommVectorSort(ExtCommVector<T>& vector) {
 
 /// The show texts with single spaces between them.
 template <class Comms>
-void writeSeparated(std::ostream& stream, const Comms& comms) {
+std::ostream& writeSeparated(std::ostream& stream, const Comms& comms) {
   std::string_view separator;
   for (const auto& comm : comms) {
     Mox::writeText(stream, separator) << *comm;
     separator = " ";
   }
+  return stream;
+}
+
+/// What `write` writes into a stream.
+template <class Write>
+Mox::String streamText(Write write) {
+  CommTextSink sink;
+  std::ostream stream(&sink);
+  write(stream);
+  return sink.str();
 }
 
 /// The policy texts, each with a space behind it.
@@ -193,12 +203,14 @@ bool ExtCommGroupOf<F>::compare(const Orv::DedupHandle* other) const {
 }
 
 template <class F>
+std::ostream& ExtCommGroupOf<F>::writeTo(std::ostream& stream) const {
+  Mox::writeText(stream << classification(), " : ");
+  return writeSeparated(stream, comm_);
+}
+
+template <class F>
 Mox::String ExtCommGroupOf<F>::toStrep() const {
-  CommTextSink sink;
-  std::ostream stream(&sink);
-  stream << classification() << " : ";
-  writeSeparated(stream, comm_);
-  return sink.str();
+  return streamText([this](std::ostream& stream) { writeTo(stream); });
 }
 
 template <class F>
@@ -365,10 +377,7 @@ Mox::String ExtCommListOf<F>::commsStringForm() const {
 
 template <class F>
 Mox::String ExtCommListOf<F>::toStrep() const {
-  CommTextSink sink;
-  std::ostream stream(&sink);
-  writeTo(stream);
-  return sink.str();
+  return streamText([this](std::ostream& stream) { writeTo(stream); });
 }
 
 /// The communities are held for themselves, so that the list may go while its text is written.
