@@ -87,9 +87,10 @@ class NotifieeList {
 
     NotifieeList& list_;
     const std::thread::id thread_ = std::this_thread::get_id();
-    std::size_t at_ = 0;
-    const std::size_t end_;       // who comes later does not hear of it
     Notifiee* called_ = nullptr;  // changed under the list's mutex
+    std::size_t at_ = 0;
+    // Who comes later does not hear of it. Last: it is found out with this in the list already.
+    const std::size_t end_;
   };
 
   void add(Notifiee* notifiee);
