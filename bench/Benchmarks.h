@@ -20,6 +20,11 @@ void addInterning(const Workload& workload);
 void addValues();
 const Workload& eightOctetValues();
 const Workload& twentyOctetValues();
+/// Lists of the other kinds.
+void addLists();
+const Workload& largeLists();
+const Workload& extendedLists();
+const Workload& ipv6ExtendedLists();
 /// List to text and to octets.
 void addFormatting(const Workload& workload);
 /// One and two threads, on the same lists and on different ones.

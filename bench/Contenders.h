@@ -55,13 +55,29 @@ inline Vector decodeVector(Octets octets) {
   return values;
 }
 
-/// The payload that a flyweight is made of.
+/// The payload that a flyweight is made of: a single value, or the values of an attribute,
+/// ascending and without repeats.
 template <class Payload>
-Payload payloadOf(Octets octets);
-template <>
-inline Vector payloadOf<Vector>(Octets octets) {
-  return decodeVector(octets);
+struct PayloadOf;
+template <class Payload>
+Payload payloadOf(Octets octets) {
+  return PayloadOf<Payload>::make(octets);
 }
+template <>
+struct PayloadOf<Vector> {
+  static Vector make(Octets octets) { return decodeVector(octets); }
+};
+template <class Value>
+struct PayloadOf<std::vector<Value>> {
+  static std::vector<Value> make(Octets octets) {
+    std::vector<Value> values(octets.size() / sizeof(Value));
+    for (std::size_t i = 0; i < values.size(); ++i)
+      values[i] = payloadOf<Value>(octets.subspan(i * sizeof(Value), sizeof(Value)));
+    std::sort(values.begin(), values.end());
+    values.erase(std::unique(values.begin(), values.end()), values.end());
+    return values;
+  }
+};
 
 /// Boost.Flyweight over a payload, its counts atomic in both variants. The table behind it belongs
 /// to the process; it is made anew, in its place, for every contender, so that all begin empty.

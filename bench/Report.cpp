@@ -131,12 +131,34 @@ void Report::printValues(const Workload& workload, bool withAims) const {
   printRow({"parse / make alone", one("parse", Ours::name), one("make", "factory alone")});
 }
 
+// `aims` at most: of a hit, a miss, a last release, octets per list; 0 for none.
+void Report::printLists(const Workload& workload, const std::array<double, 4>& aims) const {
+  std::printf("\n%s: %s\n  %-26s %5s  %-14s  %-22s  %9s\n", workload.name.c_str(),
+              workload.distribution.c_str(), "against flyweight", "ours", "quartiles", "aim",
+              "one lock");
+  const char* const operations[] = {"hit", "miss", "last release", "octets per list"};
+  for (std::size_t i = 0; i < aims.size(); ++i) {
+    const auto of = [&](const char* contender) {
+      return nameOf(operations[i], workload.name, contender);
+    };
+    printRow({operations[i],
+              of(Ours::name),
+              of(FlyweightUnlocked::name),
+              aims[i],
+              false,
+              {of(FlyweightLocked::name)}});
+  }
+}
+
 void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   std::printf("\nRATIOS of medians; beside them what their quartiles allow\n");
   for (const Workload* workload : workloads) printInterning(*workload);
 
   printValues(eightOctetValues(), true);
   printValues(twentyOctetValues(), false);
+  printLists(largeLists(), {0.6, 1.2, 1.3, 1.1});
+  printLists(extendedLists(), {0.9, 3, 4, 2.4});
+  printLists(ipv6ExtendedLists(), {0.9, 3, 4, 2.4});
 
   std::printf("\ntwo threads / one: attributes per second, made-up lists\n");
   const auto threads = [&](const char* title, const char* lists, const char* contender,

@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <map>
 #include <string>
 #include <vector>
@@ -35,6 +36,7 @@ class Report final : public benchmark::BenchmarkReporter {
   void printRow(const Row& row) const;
   void printInterning(const Workload& workload) const;
   void printValues(const Workload& workload, bool withAims) const;
+  void printLists(const Workload& workload, const std::array<double, 4>& aims) const;
 
   std::map<std::string, Figure> figures_;
 };

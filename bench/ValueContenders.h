@@ -10,16 +10,18 @@ namespace bench {
 using namespace Routing::Bgp;
 
 template <>
-inline U64 payloadOf<U64>(Octets octets) {
-  return Zonet::loadNetworkOrder<U64>(octets.data());
-}
+struct PayloadOf<U64> {
+  static U64 make(Octets octets) { return Zonet::loadNetworkOrder<U64>(octets.data()); }
+};
 using Twenty = std::array<U8, 20>;
 template <>
-inline Twenty payloadOf<Twenty>(Octets octets) {
-  Twenty payload;
-  std::copy_n(octets.begin(), payload.size(), payload.begin());
-  return payload;
-}
+struct PayloadOf<Twenty> {
+  static Twenty make(Octets octets) {
+    Twenty payload;
+    std::copy_n(octets.begin(), payload.size(), payload.begin());
+    return payload;
+  }
+};
 inline std::size_t hash_value(const Twenty& octets) {
   return boost::hash_range(octets.begin(), octets.end());
 }

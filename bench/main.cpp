@@ -1,6 +1,6 @@
 // zobgp_bench [--quick] [--members=N] [--benchmark_...] [FILE...]
 //
-// Interning, text and wire of standard communities beside comparators, in one process, repetitions
+// Interning, text and wire of communities beside comparators, in one process, repetitions
 // interleaved at random: machines drift, ratios of one run do not. Each FILE is an MRT dump whose
 // lists are measured too.
 //
@@ -101,6 +101,7 @@ int run(int argc, char** argv) {
   }
   if (Routing::Bgp::ZoBgpGlobals::multiThreaded()) bench::addThreads(lists);
   bench::addValues();
+  bench::addLists();
   bench::addMembers(options.quick ? 100'000 : options.members);
   bench::addLongAttributes();
 
