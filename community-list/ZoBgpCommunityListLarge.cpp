@@ -12,7 +12,7 @@ using Mox::attribute;
 using Mox::operation;
 
 static_assert(sizeof(void*) != 8 || sizeof(LargeCommList) == 48);
-static_assert(sizeof(void*) != 4 || sizeof(LargeCommList) == 36);
+static_assert(sizeof(void*) != 4 || sizeof(LargeCommList) == 32);
 
 const Mox::Type LargeCommList::type{
     "Routing::Bgp::LargeCommList",
