@@ -7,18 +7,7 @@ const Mox::Type BgpParseExtComSubTypeTransOpaqueColorRule::type{
     &BgpParseExtComSubTypeTransOpaqueRuleBase::type,
     {}};
 
-const Mox::Type BgpParseExtCommColorSm::type{
-    "Routing::Bgp::BgpParseExtCommColorSm", &BgpParseExtCommPluginBaseSm::type, {}};
-
-BgpParseExtCommColorSm::BgpParseExtCommColorSm(const RuleCollections& ruleCollections)
-    : Entity(ruleCollections) {
-  handleStartup();
-}
-
-void BgpParseExtCommColorSm::instantiateExtCommSubTypeTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeTransOpaqueRuleKey& ruleKey,
-    const BgpParseExtCommControl& control) const {
-  installSubRule<BgpParseExtComSubTypeTransOpaqueColorRule>(ruleKey, control, __PRETTY_FUNCTION__);
-}
+const BgpParseExtCommPluginType BgpParseExtCommColorSm::type{
+    "Routing::Bgp::BgpParseExtCommColorSm"};
 
 }  // namespace Routing::Bgp

@@ -6,23 +6,20 @@
 namespace Routing::Bgp {
 
 class BgpParseExtComSubTypeTransOpaqueColorRule final
-    : public BgpParseExtCommSubRule<
-          BgpParseExtComSubTypeTransOpaqueColorRule, BgpParseExtComSubTypeTransOpaqueRuleBase,
-          extCommPktSubtypeTransOpaqueColorExtendedCommunity, extCommColorFactory> {
+    : public BgpParseExtCommSubRule<BgpParseExtComSubTypeTransOpaqueColorRule, kind::TransOpaque,
+                                    extCommPktSubtypeTransOpaqueColorExtendedCommunity,
+                                    extCommColorFactory> {
  public:
   static const Mox::Type type;
   using BgpParseExtCommSubRule::BgpParseExtCommSubRule;
 };
 
 class BgpParseExtCommColorSm final
-    : public Mox::Entity<BgpParseExtCommColorSm, BgpParseExtCommPluginBaseSm> {
+    : public BgpParseExtCommPlugin<BgpParseExtCommColorSm,
+                                   BgpParseExtComSubTypeTransOpaqueColorRule> {
  public:
-  static const Mox::Type type;
-  explicit BgpParseExtCommColorSm(const RuleCollections& ruleCollections);
-
-  void instantiateExtCommSubTypeTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeTransOpaqueRuleKey& ruleKey,
-      const BgpParseExtCommControl& control) const override;
+  static const BgpParseExtCommPluginType type;
+  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
 };
 inline constexpr BgpParseExtCommPluginFactory<BgpParseExtCommColorSm> BgpParseExtCommColorSmIs,
     bgpParseExtCommColorSmFactory;

@@ -7,20 +7,7 @@ const Mox::Type BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule::type{
     &BgpParseExtComSubTypeTransOpaqueRuleBase::type,
     {}};
 
-const Mox::Type BgpParseExtCommDefaultGatewaySm::type{
-    "Routing::Bgp::BgpParseExtCommDefaultGatewaySm", &BgpParseExtCommPluginBaseSm::type, {}};
-
-BgpParseExtCommDefaultGatewaySm::BgpParseExtCommDefaultGatewaySm(
-    const RuleCollections& ruleCollections)
-    : Entity(ruleCollections) {
-  handleStartup();
-}
-
-void BgpParseExtCommDefaultGatewaySm::instantiateExtCommSubTypeTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeTransOpaqueRuleKey& ruleKey,
-    const BgpParseExtCommControl& control) const {
-  installSubRule<BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule>(ruleKey, control,
-                                                                     __PRETTY_FUNCTION__);
-}
+const BgpParseExtCommPluginType BgpParseExtCommDefaultGatewaySm::type{
+    "Routing::Bgp::BgpParseExtCommDefaultGatewaySm"};
 
 }  // namespace Routing::Bgp

@@ -7,8 +7,7 @@ namespace Routing::Bgp {
 
 class BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule final
     : public BgpParseExtCommSubRule<BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule,
-                                    BgpParseExtComSubTypeTransOpaqueRuleBase,
-                                    extCommPktSubtypeTransOpaqueDefaultGateway,
+                                    kind::TransOpaque, extCommPktSubtypeTransOpaqueDefaultGateway,
                                     extCommDefaultGatewayFactory> {
  public:
   static const Mox::Type type;
@@ -16,14 +15,11 @@ class BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule final
 };
 
 class BgpParseExtCommDefaultGatewaySm final
-    : public Mox::Entity<BgpParseExtCommDefaultGatewaySm, BgpParseExtCommPluginBaseSm> {
+    : public BgpParseExtCommPlugin<BgpParseExtCommDefaultGatewaySm,
+                                   BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule> {
  public:
-  static const Mox::Type type;
-  explicit BgpParseExtCommDefaultGatewaySm(const RuleCollections& ruleCollections);
-
-  void instantiateExtCommSubTypeTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeTransOpaqueRuleKey& ruleKey,
-      const BgpParseExtCommControl& control) const override;
+  static const BgpParseExtCommPluginType type;
+  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
 };
 inline constexpr BgpParseExtCommPluginFactory<BgpParseExtCommDefaultGatewaySm>
     BgpParseExtCommDefaultGatewaySmIs, bgpParseExtCommDefaultGatewaySmFactory;

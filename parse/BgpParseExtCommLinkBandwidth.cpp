@@ -7,20 +7,7 @@ const Mox::Type BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule::type{
     &BgpParseExtComSubTypeNonTransTwoOctetAsRuleBase::type,
     {}};
 
-const Mox::Type BgpParseExtCommLinkBandwidthSm::type{
-    "Routing::Bgp::BgpParseExtCommLinkBandwidthSm", &BgpParseExtCommPluginBaseSm::type, {}};
-
-BgpParseExtCommLinkBandwidthSm::BgpParseExtCommLinkBandwidthSm(
-    const RuleCollections& ruleCollections)
-    : Entity(ruleCollections) {
-  handleStartup();
-}
-
-void BgpParseExtCommLinkBandwidthSm::instantiateExtCommSubTypeNonTransTwoOctetAsSubRule(
-    const BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey& ruleKey,
-    const BgpParseExtCommControl& control) const {
-  installSubRule<BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule>(ruleKey, control,
-                                                                           __PRETTY_FUNCTION__);
-}
+const BgpParseExtCommPluginType BgpParseExtCommLinkBandwidthSm::type{
+    "Routing::Bgp::BgpParseExtCommLinkBandwidthSm"};
 
 }  // namespace Routing::Bgp

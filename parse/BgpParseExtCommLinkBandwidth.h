@@ -6,24 +6,20 @@
 namespace Routing::Bgp {
 
 class BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule final
-    : public BgpParseExtCommSubRule<BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule,
-                                    BgpParseExtComSubTypeNonTransTwoOctetAsRuleBase,
-                                    extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth,
-                                    extCommLinkBandwidthFactory> {
+    : public BgpParseExtCommSubRule<
+          BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule, kind::NonTransTwoOctetAs,
+          extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth, extCommLinkBandwidthFactory> {
  public:
   static const Mox::Type type;
   using BgpParseExtCommSubRule::BgpParseExtCommSubRule;
 };
 
 class BgpParseExtCommLinkBandwidthSm final
-    : public Mox::Entity<BgpParseExtCommLinkBandwidthSm, BgpParseExtCommPluginBaseSm> {
+    : public BgpParseExtCommPlugin<BgpParseExtCommLinkBandwidthSm,
+                                   BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule> {
  public:
-  static const Mox::Type type;
-  explicit BgpParseExtCommLinkBandwidthSm(const RuleCollections& ruleCollections);
-
-  void instantiateExtCommSubTypeNonTransTwoOctetAsSubRule(
-      const BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey& ruleKey,
-      const BgpParseExtCommControl& control) const override;
+  static const BgpParseExtCommPluginType type;
+  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
 };
 inline constexpr BgpParseExtCommPluginFactory<BgpParseExtCommLinkBandwidthSm>
     BgpParseExtCommLinkBandwidthSmIs, bgpParseExtCommLinkBandwidthSmFactory;

@@ -7,20 +7,7 @@ const Mox::Type BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule::ty
     &BgpParseExtComSubTypeNonTransOpaqueRuleBase::type,
     {}};
 
-const Mox::Type BgpParseExtCommOriginValidationStateSm::type{
-    "Routing::Bgp::BgpParseExtCommOriginValidationStateSm", &BgpParseExtCommPluginBaseSm::type, {}};
-
-BgpParseExtCommOriginValidationStateSm::BgpParseExtCommOriginValidationStateSm(
-    const RuleCollections& ruleCollections)
-    : Entity(ruleCollections) {
-  handleStartup();
-}
-
-void BgpParseExtCommOriginValidationStateSm::instantiateExtCommSubTypeNonTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeNonTransOpaqueRuleKey& ruleKey,
-    const BgpParseExtCommControl& control) const {
-  installSubRule<BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule>(ruleKey, control,
-                                                                               __PRETTY_FUNCTION__);
-}
+const BgpParseExtCommPluginType BgpParseExtCommOriginValidationStateSm::type{
+    "Routing::Bgp::BgpParseExtCommOriginValidationStateSm"};
 
 }  // namespace Routing::Bgp

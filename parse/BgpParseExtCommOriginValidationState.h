@@ -7,24 +7,20 @@
 namespace Routing::Bgp {
 
 class BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule final
-    : public BgpParseExtCommSubRule<BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule,
-                                    BgpParseExtComSubTypeNonTransOpaqueRuleBase,
-                                    extCommPktSubtypeNonTransOriginValidationState,
-                                    extCommOriginValidationStateFactory> {
+    : public BgpParseExtCommSubRule<
+          BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule, kind::NonTransOpaque,
+          extCommPktSubtypeNonTransOriginValidationState, extCommOriginValidationStateFactory> {
  public:
   static const Mox::Type type;
   using BgpParseExtCommSubRule::BgpParseExtCommSubRule;
 };
 
 class BgpParseExtCommOriginValidationStateSm final
-    : public Mox::Entity<BgpParseExtCommOriginValidationStateSm, BgpParseExtCommPluginBaseSm> {
+    : public BgpParseExtCommPlugin<BgpParseExtCommOriginValidationStateSm,
+                                   BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule> {
  public:
-  static const Mox::Type type;
-  explicit BgpParseExtCommOriginValidationStateSm(const RuleCollections& ruleCollections);
-
-  void instantiateExtCommSubTypeNonTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeNonTransOpaqueRuleKey& ruleKey,
-      const BgpParseExtCommControl& control) const override;
+  static const BgpParseExtCommPluginType type;
+  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
 };
 inline constexpr BgpParseExtCommPluginFactory<BgpParseExtCommOriginValidationStateSm>
     BgpParseExtCommOriginValidationStateSmIs, bgpParseExtCommOriginValidationStateSmFactory;

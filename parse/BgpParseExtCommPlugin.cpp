@@ -83,10 +83,10 @@ void BgpParseExtCommPluginBaseSm::zeroReferencesIs(bool zero) {
   Entity::zeroReferencesIs(zero);
 }
 
-void BgpParseExtCommPluginBaseSm::traceInstallation(const char* file, int line,
-                                                    const char* signature) {
+void BgpParseExtCommPluginType::traceInstallation(std::string_view operation) const {
   if (Mox::traceEnabled(8))
-    Mox::trace(8, Mox::String(file) + ':' + std::to_string(line) + ": " + signature);
+    Mox::trace(8, Mox::String(file_) + ':' + std::to_string(line_) + ": virtual void " + name() +
+                      "::" + Mox::String(operation));
 }
 
 }  // namespace Routing::Bgp

@@ -1,27 +1,20 @@
-// What a parser plug-in is made of: the base that watches the registry, and sub-rules that are a
-// subtype and a factory. A complete plug-in:
+// What a parser plug-in is made of: rules, most of them a subtype and a factory, and a class that
+// installs them wherever they belong. A complete plug-in:
 //
 //   class ColorRule final
-//       : public BgpParseExtCommSubRule<ColorRule, BgpParseExtComSubTypeTransOpaqueRuleBase,
+//       : public BgpParseExtCommSubRule<ColorRule, kind::TransOpaque,
 //                                       extCommPktSubtypeTransOpaqueColorExtendedCommunity,
 //                                       extCommColorFactory> {
 //    public:
-//     static const Mox::Type type;
+//     inline static const Mox::Type type{
+//         "example::ColorRule", &BgpParseExtComSubTypeTransOpaqueRuleBase::type, {}};
 //     using BgpParseExtCommSubRule::BgpParseExtCommSubRule;
 //   };
 //
-//   class ColorSm final : public Mox::Entity<ColorSm, BgpParseExtCommPluginBaseSm> {
+//   class ColorSm final : public BgpParseExtCommPlugin<ColorSm, ColorRule> {
 //    public:
-//     static const Mox::Type type;
-//     explicit ColorSm(const BgpParseExtCommRuleCollections::PtrConst& ruleCollections)
-//         : Entity(ruleCollections) {
-//       handleStartup();
-//     }
-//     void instantiateExtCommSubTypeTransOpaqueSubRule(
-//         const BgpParseExtCommSubTypeTransOpaqueRuleKey& ruleKey,
-//         const BgpParseExtCommControl& control) const override {
-//       installSubRule<ColorRule>(ruleKey, control, __PRETTY_FUNCTION__);
-//     }
+//     inline static const BgpParseExtCommPluginType type{"example::ColorSm"};
+//     using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
 //   };
 //
 //   container->extCommParserSmsEnq(Mox::makeNew<ColorSm>(container->parseExtCommRuleCollections()));
@@ -35,6 +28,7 @@
 // Threads: that of the registry.
 #pragma once
 
+#include <concepts>
 #include <memory>
 
 #include "parse/BgpParseExtCommTopRule.h"
@@ -71,7 +65,7 @@ class BgpParseExtCommPluginBaseSm
   // the process when the sub-rule is null. The one of the top kind installs a whole type rule.
   //
   // `instantiateExtCommSubTypeTransOpaqueSubRule` is what a plug-in overrides: it makes its
-  // sub-rules with `control` and adds them; `installSubRule` does both. The base does nothing.
+  // sub-rules with `control` and adds them. The base does nothing.
   //
   // `handleExtCommSubTypeTransOpaqueRuleInstance` asks the plug-in to instantiate its sub-rules for
   // the rule that the key names, or for all of the kind that are in the registry.
@@ -92,22 +86,6 @@ class BgpParseExtCommPluginBaseSm
 #include "parse/BgpParseExtCommKindList.h"
 
  protected:
-  /// Makes a `Rule` with `control` and adds it to the rule that the key names. Traced at level 8,
-  /// with the caller's `signature`.
-  template <class Rule, class Kind>
-  void installSubRule(const BgpParseExtCommRuleKey<Kind>& ruleKey,
-                      const BgpParseExtCommControl& control,
-                      const char* signature = __builtin_FUNCTION(),
-                      const char* file = __builtin_FILE(), int line = __builtin_LINE()) const {
-    traceInstallation(file, line, signature);
-    add<Kind>(ruleKey, Mox::makeNew<Rule>(control));
-  }
-
- private:
-  class Reactor;
-
-  static void traceInstallation(const char* file, int line, const char* signature);
-
   template <class Kind>
   static void add(const BgpParseExtCommRuleKey<Kind>& ruleKey,
                   const Mox::PtrConst<typename Kind::SubRule>& rule) {
@@ -118,6 +96,9 @@ class BgpParseExtCommPluginBaseSm
     else
       ruleKey.rule()->subTypeRuleIs(rule);
   }
+
+ private:
+  class Reactor;
 
   template <class Kind, class Handle>
   void forEachKey(Handle handle) const {
@@ -133,14 +114,66 @@ class BgpParseExtCommPluginBaseSm
   std::unique_ptr<Reactor> reactor_;  // there exactly while a registry is
 };
 
+/// What reflection knows of a plug-in, and where that is written, for the trace.
+class BgpParseExtCommPluginType : public Mox::Type {
+ public:
+  explicit BgpParseExtCommPluginType(std::string_view name, const char* file = __builtin_FILE(),
+                                     int line = __builtin_LINE())
+      : Type(name, &BgpParseExtCommPluginBaseSm::type, {}), file_(file), line_(line) {}
+
+  /// At level 8: file, line and the full signature of that operation.
+  void traceInstallation(std::string_view operation) const;
+
+ private:
+  const char* const file_;
+  const int line_;
+};
+
+/// A plug-in that is nothing but its rules: sub-rules are installed in every type rule of their
+/// kind, type rules in every top rule. `Self` is the class that derives from it. A plug-in that
+/// does more derives from the base and overrides what it needs.
+template <class Self, class... Rules>
+class BgpParseExtCommPlugin : public Mox::Entity<Self, BgpParseExtCommPluginBaseSm> {
+ public:
+  explicit BgpParseExtCommPlugin(const BgpParseExtCommPluginBaseSm::RuleCollections& registry)
+      : BgpParseExtCommPlugin::Entity(registry) {
+    this->handleStartup();
+  }
+
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)                \
+  void instantiate##Operation##SubRule(const Key& ruleKey, const BgpParseExtCommControl& control) \
+      const override {                                                                            \
+    (install<Rules>(ruleKey, control,                                                             \
+                    "instantiate" #Operation "SubRule(const Routing::Bgp::" #Key                  \
+                    "&, const Routing::Bgp::BgpParseExtCommControl&) const"),                     \
+     ...);                                                                                        \
+  }
+#define ZOBGP_TOP_KIND ZOBGP_KIND
+#include "parse/BgpParseExtCommKindList.h"
+
+ private:
+  template <class Rule, class Kind>
+  static void install(const BgpParseExtCommRuleKey<Kind>& ruleKey,
+                      const BgpParseExtCommControl& control, std::string_view operation) {
+    static_assert(
+        (std::derived_from<Rule, kind::Top::SubRule> || requires { typename Rule::Kind; }),
+        "no plug-in is offered a rule that this one could be installed in");
+    if constexpr (std::derived_from<Rule, typename Kind::SubRule>) {
+      Self::type.traceInstallation(operation);
+      BgpParseExtCommPlugin::template add<Kind>(ruleKey, Mox::makeNew<Rule>(control));
+    }
+  }
+};
+
 /// A sub-rule that makes the objects of one subtype with a factory: `factory(content,
-/// arguments...)`. `Self` is the class that derives from it, `Base` the kind's sub-rule base.
-template <class Self, class Base, typename Base::MapKey subtype, auto factory, auto... arguments>
-class BgpParseExtCommSubRule : public Mox::Entity<Self, Base> {
+/// arguments...)`. `Self` is the class that derives from it.
+template <class Self, class Kind, typename Kind::Subtype subtype, auto factory, auto... arguments>
+class BgpParseExtCommSubRule : public Mox::Entity<Self, typename Kind::SubRule> {
  public:
   explicit BgpParseExtCommSubRule(const BgpParseExtCommControl& control)
-      : Mox::Entity<Self, Base>(control, subtype) {}
-  Mox::Ptr<typename Base::Object> inhale(const typename Base::Content& content) const override {
+      : BgpParseExtCommSubRule::Entity(control, subtype) {}
+  Mox::Ptr<typename Kind::Family::Object> inhale(
+      const typename Kind::Family::Content& content) const override {
     return factory(content, arguments...);
   }
 };

@@ -7,19 +7,7 @@ const Mox::Type BgpParseExtComSubTypeTransOpaqueTunnelEncapRule::type{
     &BgpParseExtComSubTypeTransOpaqueRuleBase::type,
     {}};
 
-const Mox::Type BgpParseExtCommTunnelEncapSm::type{
-    "Routing::Bgp::BgpParseExtCommTunnelEncapSm", &BgpParseExtCommPluginBaseSm::type, {}};
-
-BgpParseExtCommTunnelEncapSm::BgpParseExtCommTunnelEncapSm(const RuleCollections& ruleCollections)
-    : Entity(ruleCollections) {
-  handleStartup();
-}
-
-void BgpParseExtCommTunnelEncapSm::instantiateExtCommSubTypeTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeTransOpaqueRuleKey& ruleKey,
-    const BgpParseExtCommControl& control) const {
-  installSubRule<BgpParseExtComSubTypeTransOpaqueTunnelEncapRule>(ruleKey, control,
-                                                                  __PRETTY_FUNCTION__);
-}
+const BgpParseExtCommPluginType BgpParseExtCommTunnelEncapSm::type{
+    "Routing::Bgp::BgpParseExtCommTunnelEncapSm"};
 
 }  // namespace Routing::Bgp

@@ -7,7 +7,7 @@ namespace Routing::Bgp {
 
 class BgpParseExtComSubTypeTransOpaqueTunnelEncapRule final
     : public BgpParseExtCommSubRule<
-          BgpParseExtComSubTypeTransOpaqueTunnelEncapRule, BgpParseExtComSubTypeTransOpaqueRuleBase,
+          BgpParseExtComSubTypeTransOpaqueTunnelEncapRule, kind::TransOpaque,
           extCommPktSubtypeTransOpaqueEncapsulationExtendedCommunity, extCommTunnelEncapFactory> {
  public:
   static const Mox::Type type;
@@ -15,14 +15,11 @@ class BgpParseExtComSubTypeTransOpaqueTunnelEncapRule final
 };
 
 class BgpParseExtCommTunnelEncapSm final
-    : public Mox::Entity<BgpParseExtCommTunnelEncapSm, BgpParseExtCommPluginBaseSm> {
+    : public BgpParseExtCommPlugin<BgpParseExtCommTunnelEncapSm,
+                                   BgpParseExtComSubTypeTransOpaqueTunnelEncapRule> {
  public:
-  static const Mox::Type type;
-  explicit BgpParseExtCommTunnelEncapSm(const RuleCollections& ruleCollections);
-
-  void instantiateExtCommSubTypeTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeTransOpaqueRuleKey& ruleKey,
-      const BgpParseExtCommControl& control) const override;
+  static const BgpParseExtCommPluginType type;
+  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
 };
 inline constexpr BgpParseExtCommPluginFactory<BgpParseExtCommTunnelEncapSm>
     BgpParseExtCommTunnelEncapSmIs, bgpParseExtCommTunnelEncapSmFactory;

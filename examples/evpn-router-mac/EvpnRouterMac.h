@@ -61,18 +61,10 @@ class EvpnRule final : public Mox::Entity<EvpnRule, BgpParseExtendedCommunityTyp
 };
 
 /// The plug-in: puts the rule into every parser of the container.
-class EvpnRouterMacSm final : public Mox::Entity<EvpnRouterMacSm, BgpParseExtCommPluginBaseSm> {
+class EvpnRouterMacSm final : public BgpParseExtCommPlugin<EvpnRouterMacSm, EvpnRule> {
  public:
-  inline static const Mox::Type type{
-      "example::EvpnRouterMacSm", &BgpParseExtCommPluginBaseSm::type, {}};
-
-  explicit EvpnRouterMacSm(const RuleCollections& registry) : Entity(registry) { handleStartup(); }
-
-  void instantiateExtendedCommunityTypeSubRule(
-      const BgpParseExtendedCommunityRuleKey& ruleKey,
-      const BgpParseExtCommControl& control) const override {
-    installSubRule<EvpnRule>(ruleKey, control, __PRETTY_FUNCTION__);
-  }
+  inline static const BgpParseExtCommPluginType type{"example::EvpnRouterMacSm"};
+  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
 };
 
 }  // namespace example
