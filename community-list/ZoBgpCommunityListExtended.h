@@ -38,7 +38,7 @@ struct ExtCommListFamily {
   using Table = ExtCommListDedupTable;
   using ListSnapshot = ExtCommListSnapshot;
   using GroupSnapshot = ExtCommClassificationListSnapshot;
-  static constexpr BgpPathAttrType attribute = BgpPathAttrType::extCommunity;
+  static constexpr BgpPathAttrType attribute = ExtCommFamily::attribute;
   static constexpr bool oneLinkBandwidth = true;
   static constexpr bool listRestoreIsHeard = false;
 

@@ -237,6 +237,13 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   /// The interned list of the contents of this one, which may be one from the store. StoreException
   /// when they are none that a list may have: two different link bandwidths.
   ConstList dedupContents(const Table& table, const ValueTable& values) const;
+  /// Both of them: the interned list of a record.
+  static ConstList dedupStored(const Table& table, const ValueTable& values,
+                               MoxStash::StoreReference stored,
+                               const MoxStash::StoreManager& manager);
+  static constexpr MoxStash::StoredKind storedKind = storedListKind(F::attribute);
+  /// Appends the list's record, interned or not, and those of its communities; see StoreWriter.
+  MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;
 
   /// How its table places lists: by their contents, so that they are found from the wire.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed);
@@ -256,6 +263,7 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   template <class Use>
   static auto withValues(const ValueTable& table, std::span<const Content> contents, Use use);
   static Mox::Ptr<List> made(ExtCommVector<Value>& values, U32 groups);
+  ConstList dedupContentsIfAllowed(const Table& table, const ValueTable& values) const;
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, const ValueTable* values,
                                        std::span<const U8> octets);

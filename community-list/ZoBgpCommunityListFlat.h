@@ -69,6 +69,17 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
   /// The interned list of these octets, made if there is none. Allocates only then.
   static FromWire<const List> dedupWire(const Table& table, std::span<const U8> octets);
 
+  // --- The store. `List::destash` is the way back.
+
+  static constexpr MoxStash::StoredKind storedKind = storedListKind(Kind::attribute);
+  /// Appends the list's record, interned or not; see StoreWriter.
+  MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;
+  /// The interned list of a record. StoreException when the record is damaged.
+  static ConstList dedupStored(const Table& table, MoxStash::StoreReference stored,
+                               const MoxStash::StoreManager& manager) {
+    return List::destash(stored, manager)->dedup(table);
+  }
+
   /// A private list of these values as they are; `sorted` promises that they ascend strictly.
   static Mox::Ptr<List> restored(bool sorted, std::span<const Value> values);
 
@@ -166,6 +177,11 @@ Mox::String FlatCommList<List, Kind>::serialize() const {
                              U32(values().size_bytes()));
   forEachWord(values(), [&](U32 word) { out.addU32hton(word); });
   return out.serializedString();
+}
+
+template <class List, class Kind>
+MoxStash::StoreReference FlatCommList<List, Kind>::store(MoxStash::StoreWriter& writer) const {
+  return writer.once(*this, [&] { return storeCommList(writer, comm_.sorted(), unchecked()); });
 }
 
 template <class List, class Kind>

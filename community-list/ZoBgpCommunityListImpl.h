@@ -536,16 +536,16 @@ template <class Element>
 std::span<const Element> storedElements(const StoredCommList& record,
                                         const MoxStash::StoreManager& manager) {
   if (record.end < record.begin || (record.end - record.begin) % sizeof(Element) != 0)
-    throw MoxStash::StoreException("stored list has impossible bounds");
+    manager.fail("stored list has impossible bounds");
   const U64 count = (record.end - record.begin) / sizeof(Element);
+  if (count > CommVector<Element>::longest) manager.fail("stored list is too long");
   if (count == 0) return {};
   return {manager.records<Element>(record.begin, count), std::size_t(count)};
 }
 
 /// StoreException when a stored list says that it is sorted and is not.
-inline void checkStoredOrder(bool sorted, bool ascending) {
-  if (sorted && !ascending)
-    throw MoxStash::StoreException("stored list is not in the order that it claims");
+inline void checkStoredOrder(const MoxStash::StoreManager& manager, bool sorted, bool ascending) {
+  if (sorted && !ascending) manager.fail("stored list is not in the order that it claims");
 }
 
 /// A list of class `T` with elements `V` from its stored record. The order of the elements and the
@@ -558,7 +558,7 @@ typename T::Ptr destashCommList(MoxStash::StoreReference stored,
   const auto& record = manager.record<StoredCommList>(stored);
   const auto values = storedElements<V>(record, manager);
   const bool sorted = record.commVectorSorted != 0;
-  checkStoredOrder(sorted, ascends(values));
+  checkStoredOrder(manager, sorted, ascends(values));
   auto list = T::restored(sorted, values);
   if (Mox::traceEnabled(destashTraceLevel))
     Mox::trace(destashTraceLevel, "  destashed: " + list->toStrep());
@@ -576,21 +576,47 @@ auto ExtCommListOf<F>::destash(MoxStash::StoreReference stored,
     list->comm_.add(Value::destash(reference, manager));
   list->comm_.sortedIs(record.commVectorSorted != 0);
   if (F::listRestoreIsHeard) manager.restored();
-  checkStoredOrder(list->comm_.sorted(),
+  checkStoredOrder(manager, list->comm_.sorted(),
                    ascends(std::span(list->comm_.begin(), list->comms()), ExtCommSortFn()));
   return list;
 }
 
 template <class F>
-auto ExtCommListOf<F>::dedupContents(const Table& table, const ValueTable& values) const
+auto ExtCommListOf<F>::store(MoxStash::StoreWriter& writer) const -> MoxStash::StoreReference {
+  return writer.once(*this, [&] {
+    std::vector<MoxStash::StoreReference> references;
+    references.reserve(comms());
+    for (const ConstValue& comm : comm_) references.push_back(comm->store(writer));
+    return storeCommList(writer, comm_.sorted(), std::span(std::as_const(references)));
+  });
+}
+
+/// Null when the contents are none that a list may have.
+template <class F>
+auto ExtCommListOf<F>::dedupContentsIfAllowed(const Table& table, const ValueTable& values) const
     -> ConstList {
   auto list = Mox::makeNew<List>();
   list->expectedCommunityCountIs(comms());
   for (const ConstValue& comm : comm_) list->commIs(values->dedupContent(comm->getContent()));
   list->sortComms();
-  if (hasTwoLinkBandwidths(list->comm_))
-    throw MoxStash::StoreException("stored list has two different link bandwidths");
-  return list->dedup(table);
+  return hasTwoLinkBandwidths(list->comm_) ? nullptr : list->dedup(table);
+}
+
+constexpr const char* storedLinkBandwidths = "stored list has two different link bandwidths";
+
+template <class F>
+auto ExtCommListOf<F>::dedupContents(const Table& table, const ValueTable& values) const
+    -> ConstList {
+  if (auto list = dedupContentsIfAllowed(table, values)) return list;
+  throw MoxStash::StoreException(storedLinkBandwidths);
+}
+
+template <class F>
+auto ExtCommListOf<F>::dedupStored(const Table& table, const ValueTable& values,
+                                   MoxStash::StoreReference stored,
+                                   const MoxStash::StoreManager& manager) -> ConstList {
+  if (auto list = destash(stored, manager)->dedupContentsIfAllowed(table, values)) return list;
+  manager.fail(storedLinkBandwidths);
 }
 
 // --- What they have by name, for reflection.

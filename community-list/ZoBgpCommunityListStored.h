@@ -1,7 +1,15 @@
 // A list in the agent's store.
+//
+//    begin            end   reference
+//    |                |     |
+//    elements ........      record
+//
+// Standard lists have 4 octets per community and large ones 12, in the machine's byte order;
+// extended lists have references to their communities, which lists share.
 #pragma once
 
-#include "MoxStash/StoreManager.h"
+#include "MoxStash/StoreWriter.h"
+#include "attr/BgpPathAttributeEnums.h"
 
 namespace Routing::Bgp {
 
@@ -12,5 +20,21 @@ struct StoredCommList {
   U32 commVectorSorted;
   U32 unused;
 };
+static_assert(offsetof(StoredCommList, begin) == offsetof(MoxStash::StoredExtent, begin) &&
+              offsetof(StoredCommList, end) == offsetof(MoxStash::StoredExtent, end));
+
+/// Roots of a store are of this kind when they are lists of such an attribute.
+constexpr MoxStash::StoredKind storedListKind(BgpPathAttrType attribute) {
+  return MoxStash::storedKindHasExtent | MoxStash::StoredKind(attribute);
+}
+
+/// Appends the elements of a list and its record.
+template <class Element>
+MoxStash::StoreReference storeCommList(MoxStash::StoreWriter& writer, bool sorted,
+                                       std::span<const Element> elements) {
+  const MoxStash::StoreReference begin = writer.append(elements);
+  const MoxStash::StoreReference end = begin + elements.size_bytes();
+  return writer.append(StoredCommList{begin, end, end, sorted, 0});
+}
 
 }  // namespace Routing::Bgp

@@ -47,6 +47,8 @@ bool ascends(std::span<T> values, Less less = {}) {
 template <class T>
 class CommVector {
  public:
+  static constexpr U32 longest = (1u << 29) - 1;
+
   CommVector() = default;
   CommVector(const CommVector&) = delete;
   CommVector& operator=(const CommVector&) = delete;
@@ -119,7 +121,7 @@ class CommVector {
     if (data_ && !inside_) Allocator().deallocate(data_, capacity());
   }
   void moveTo(U32 count) {
-    MOX_ASSERT(count < 1u << 29, "size < 2^29");
+    MOX_ASSERT(count <= longest, "size < 2^29");
     T* const to = count ? Allocator().allocate(count) : nullptr;
     std::uninitialized_move_n(data_, size_, to);
     std::destroy_n(data_, size_);

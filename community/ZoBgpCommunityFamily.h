@@ -5,7 +5,9 @@
 //   Content          the raw content: `type()`, `subtype()`, `transitive()`, `==`, `hash()`
 //   PktType          the enumeration of its types; its `Unknown` is `unknownType`
 //   Object           the class of an object that nobody knows more about
-//   Stored           the record of one in the store: `classification`, `content()`
+//   Stored           the record of one in the store: `classification`, `content()`, and
+//                    `of(classification, content)`, which makes it
+//   attribute        the path attribute that carries them
 //   subtypeNames     the types whose subtypes have names, a range of ExtCommSubtypeNames
 //   strepFormatName  see StrepFormatOf
 //
@@ -19,6 +21,8 @@
 #include "Mox/Entity.h"
 #include "MoxStash/DedupHandle.h"
 #include "MoxStash/StoreManager.h"
+#include "MoxStash/StoreWriter.h"
+#include "attr/BgpPathAttributeEnums.h"
 #include "attr/ZoBgpMiscTypes.h"
 #include "community/ZoBgpCommunityEnums.h"
 #include "community/ZoBgpCommunityStrepFormat.h"
@@ -48,6 +52,10 @@ class ExtCommValue : public MoxStash::DedupHandle {
   /// interned by the caller; the manager is told. StoreException when the record is damaged.
   static Mox::Ptr<typename F::Object> destash(MoxStash::StoreReference stored,
                                               const MoxStash::StoreManager& manager);
+  /// Roots of a store are of this kind when they are communities of this family.
+  static constexpr MoxStash::StoredKind storedKind = MoxStash::StoredKind(F::attribute);
+  /// Appends the record that `destash` reads; see StoreWriter.
+  MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;
 
   /// The group that the parser assigned.
   ExtCommClassification classification() const { return classification_; }
@@ -116,12 +124,18 @@ Mox::Ptr<typename F::Object> ExtCommValue<F>::destash(MoxStash::StoreReference s
                                                       const MoxStash::StoreManager& manager) {
   const auto& record = manager.record<typename F::Stored>(stored);
   if (record.classification >= extCommClassificationOneBeyondLast)
-    throw MoxStash::StoreException("stored community has no such classification: " +
-                                   std::to_string(record.classification));
+    manager.fail("stored community has no such classification: " +
+                 std::to_string(record.classification));
   auto object = Mox::makeNew<typename F::Object>(ExtCommClassification(record.classification),
                                                  record.content());
   manager.restored();
   return object;
+}
+
+template <class F>
+MoxStash::StoreReference ExtCommValue<F>::store(MoxStash::StoreWriter& writer) const {
+  return writer.once(*this,
+                     [&] { return writer.append(F::Stored::of(classification_, content_)); });
 }
 
 template <class F>

@@ -26,6 +26,9 @@ struct StoredExtComm {
   U32 unused;
   U64 value;
 
+  static StoredExtComm of(U32 classification, const ExtCommContent& content) {
+    return {classification, 0, content.value()};
+  }
   ExtCommContent content() const { return ExtCommContent(value); }
 };
 
@@ -59,6 +62,7 @@ struct ExtCommFamily {
   using PktType = BgpExtCommPktType;
   using Object = ExtComm;
   using Stored = StoredExtComm;
+  static constexpr BgpPathAttrType attribute = BgpPathAttrType::extCommunity;
   static constexpr PktType unknownType = extCommPktTypeUnknown;
   static constexpr ExtCommSubtypeNames subtypeNames[] = {
       ZOBGP_SUBTYPE_STRINGS(ZOBGP_SUBTYPE_NAMES)};

@@ -26,6 +26,10 @@ struct StoredExtCommIp6 {
   Zonet::Ip6Addr addr;
   U16 localAdmin;
 
+  static StoredExtCommIp6 of(U32 classification, const ExtCommIp6Content& content) {
+    return {classification, content.type(), content.subtype(), content.addr(),
+            content.localAdmin()};
+  }
   ExtCommIp6Content content() const { return {type, subtype, addr, localAdmin}; }
 };
 
@@ -34,6 +38,7 @@ struct ExtCommIp6Family {
   using PktType = BgpExtCommIp6PktType;
   using Object = ExtCommIp6;
   using Stored = StoredExtCommIp6;
+  static constexpr BgpPathAttrType attribute = BgpPathAttrType::extCommunityIp6;
   static constexpr PktType unknownType = extCommIp6PktTypeUnknown;
   static constexpr ExtCommSubtypeNames subtypeNames[] = {
       {extCommIp6PktTypeTransIpv6Address,

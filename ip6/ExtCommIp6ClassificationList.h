@@ -24,7 +24,7 @@ struct ExtCommIp6ListFamily {
   using Table = ExtCommIp6ListDedupTable;
   using ListSnapshot = ExtCommIp6ListSnapshot;
   using GroupSnapshot = ExtCommIp6ClassificationListSnapshot;
-  static constexpr BgpPathAttrType attribute = BgpPathAttrType::extCommunityIp6;
+  static constexpr BgpPathAttrType attribute = ExtCommIp6Family::attribute;
   static constexpr bool oneLinkBandwidth = false;
   static constexpr bool listRestoreIsHeard = true;
 

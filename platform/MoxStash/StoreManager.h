@@ -12,7 +12,7 @@ namespace MoxStash {
 /// A place in the store: an offset, whose meaning is the manager's.
 using StoreReference = U64;
 
-/// The store cannot be read: `what()` says why.
+/// The store cannot be read or written: `what()` says which and why.
 class StoreException : public Mox::Exception {
  public:
   using Exception::Exception;
@@ -27,6 +27,14 @@ class StoreManager {
   /// Called once for each extended community, and for each list of IPv6-address-specific ones, that
   /// was rebuilt, before it is handed out.
   virtual void restored() const {}
+  /// What errors call the store; may be empty.
+  virtual Mox::String name() const { return {}; }
+
+  /// Throws the StoreException of this store.
+  [[noreturn]] void fail(const Mox::String& reason) const {
+    const Mox::String store = name();
+    throw StoreException(store.empty() ? reason : store + ": " + reason);
+  }
 
   /// The record at `reference`; StoreException when there is none.
   template <class Record>
@@ -39,7 +47,7 @@ class StoreManager {
     const void* local = count <= ~U64{0} / sizeof(Record)
                             ? translate(reference, count * sizeof(Record), alignof(Record))
                             : nullptr;
-    if (!local) throw StoreException("stored reference is out of bounds");
+    if (!local) fail("stored reference is out of bounds");
     return static_cast<const Record*>(local);
   }
 };

@@ -1,0 +1,34 @@
+// A store's file as the operating system has it. Every error is a StoreException that names it.
+#pragma once
+
+#include <span>
+
+#include "MoxStash/StoreManager.h"
+
+namespace MoxStash {
+
+/// A regular file that is open for reading, from its start on.
+class StoreFile {
+ public:
+  explicit StoreFile(const Mox::String& name);
+  StoreFile(const StoreFile&) = delete;
+  StoreFile& operator=(const StoreFile&) = delete;
+  ~StoreFile();
+
+  /// How many octets it had when it was opened.
+  U64 size() const { return size_; }
+  /// The next octets; an error when there are fewer.
+  void read(char* to, std::size_t size);
+
+ private:
+  const Mox::String name_;
+  int descriptor_;
+  U64 size_;
+};
+
+/// Puts a file of these pieces into the place of the one of this name, if there is one. Readers,
+/// and whoever finds it after the machine stopped, see the old one or the new one whole. A failure
+/// leaves the old one, and nothing beside it.
+void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces);
+
+}  // namespace MoxStash
