@@ -1,0 +1,351 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <bit>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "MoxStash/StoreWriter.h"
+#include "Restored.h"
+
+namespace Routing::Bgp {
+namespace {
+
+using MoxStash::FileStore;
+using MoxStash::StoreException;
+using MoxStash::StoreWriter;
+
+class StoreTest : public testing::Test, protected StoreTables {
+ protected:
+  // Both processes of a test have the same folder.
+  StoreTest() {
+    std::string made = testing::TempDir() + "/store-XXXXXX";
+    const char* const inherited = std::getenv("STORE_TEST_FOLDER");
+    folder = inherited ? inherited : mkdtemp(made.data());
+    file = folder + "/lists";
+  }
+  ~StoreTest() override {
+    std::filesystem::remove_all(folder);
+    EXPECT_EQ(members(), 0u);
+  }
+
+  CommList::Ptr standardOf(const std::vector<U32>& numbers) {
+    auto list = CommList::CommListIs();
+    for (const U32 number : numbers) list->commIs(number);
+    return list;
+  }
+  ExtCommList::Ptr extendedOf(const std::vector<U64>& contents) {
+    auto list = ExtCommList::ExtCommListIs();
+    for (const U64 content : contents) list->commIs(values->dedupContent(ExtCommContent(content)));
+    return list;
+  }
+  ExtCommIp6::PtrConst ip6Value(U32 number) {
+    return ip6Values->dedupContent(
+        {U8(number % 2 * 0x40), 0x02, Zonet::Ip6Addr({0x20, 1, U8(number)}), U16(number * 257)});
+  }
+  // Lists of every kind, of up to `most` communities.
+  std::vector<MoxStash::DedupHandle::PtrConst> addSome(StoreWriter& writer, U32 lists, U32 most) {
+    std::mt19937 random(4);
+    std::vector<MoxStash::DedupHandle::PtrConst> added;
+    const auto add = [&](const auto& object) {
+      if (std::find(added.begin(), added.end(), object) != added.end()) return;
+      writer.add(object, added.size());
+      added.push_back(object);
+    };
+    for (U32 i = 0; i < lists; ++i) {
+      const auto list = CommList::CommListIs();
+      const auto largeList = LargeCommList::LargeCommListIs();
+      const auto extendedList = ExtCommList::ExtCommListIs();
+      const auto ip6List = extCommIp6ListFactory();
+      for (U32 count = i ? random() % most + 1 : 0; count > 0; --count) {
+        list->commIs(random() % 8 ? random() : 0xFFFFFF01);
+        largeList->commIs({U32(random()), U32(random() % 3), 7});
+        extendedList->commIs(
+            values->dedupContent(ExtCommContent(0x0002FDE800000000 + random() % 9)));
+        extendedList->commIs(values->dedupContent(ExtCommContent(U64{random()} << 32)));
+        ip6List->commIs(ip6Value(random() % 9));
+      }
+      add(list->dedup(standard));
+      add(largeList->dedup(large));
+      add(extendedList->dedup(extended));
+      add(ip6List->dedup(ip6));
+    }
+    add(values->dedupContent(ExtCommContent(0x0002FDE800000064)));
+    add(ip6Value(100));
+    return added;
+  }
+  // The interned objects of all roots.
+  std::vector<MoxStash::DedupHandle::PtrConst> restoreAll(const FileStore& store) {
+    std::vector<MoxStash::DedupHandle::PtrConst> all;
+    for (const auto& root : store.roots())
+      restore(*this, store, root, [&](const auto& object) { all.push_back(object); });
+    return all;
+  }
+  // Why the octets are refused; empty when they are restored.
+  std::string refusal(const std::string& octets) {
+    try {
+      const FileStore store("NAME", octets);
+      store.note("paths");
+      for (const auto& root : store.roots())
+        restore(*this, store, root, [&](const auto& object) { restoredTexts += allTexts(object); });
+      return {};
+    } catch (const StoreException& error) {
+      return error.what();
+    }
+  }
+  std::string failure(const std::function<void()>& act) {
+    try {
+      act();
+    } catch (const StoreException& error) {
+      return error.what();
+    }
+    return "no failure";
+  }
+  std::size_t filesInFolder() const {
+    return std::size_t(std::distance(std::filesystem::directory_iterator(folder), {}));
+  }
+
+  std::string folder, file, restoredTexts;
+};
+
+TEST_F(StoreTest, RestoresToTheVeryObjects) {
+  StoreWriter writer;
+  const auto added = addSome(writer, 50, 20);
+  writer.write(file);
+  const FileStore store(file);
+  EXPECT_EQ(restoreAll(store), added);
+  for (std::size_t i = 0; i < added.size(); ++i) EXPECT_EQ(store.roots()[i].figure, i);
+}
+
+TEST_F(StoreTest, AnotherProcessRestoresWhatOneSaved) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // the other has addresses and seeds of its own
+  setenv("STORE_TEST_FOLDER", folder.c_str(), 1);
+  const auto save = [&] {
+    StoreWriter writer;
+    addSome(writer, 9, 9);
+    writer.write(file);
+    std::_Exit(0);
+  };
+  EXPECT_EXIT(save(), testing::ExitedWithCode(0), "");
+  unsetenv("STORE_TEST_FOLDER");
+  StoreWriter writer;
+  EXPECT_EQ(restoreAll(FileStore(file)), addSome(writer, 9, 9));
+}
+
+TEST_F(StoreTest, KeepsOrderFlagAndClassificationOfPrivateObjects) {
+  const auto unsorted = extendedOf({0x030B000000000003, 0x0002FDE800000064, 0x030B000000000003});
+  StoreWriter writer;
+  const auto lists = {writer.add(standardOf({9, 1, 9})), writer.add(standardOf({9, 1, 9}))};
+  const auto list = writer.add(unsorted);
+  unsorted->sortComms();
+  const auto sorted = writer.add(unsorted);
+  const auto value =
+      writer.add(extCommFactory(extCommClassificationColor, ExtCommContent(0x0002FDE800000064)));
+  const FileStore store("NAME", writer.octets());
+  ASSERT_EQ(store.roots().size(), 5u);
+  for (const auto reference : lists) {
+    const auto restored = CommList::destash(reference, store);
+    EXPECT_EQ(restored->toStrep(), "0:9 0:1 0:9");
+    EXPECT_FALSE(restored->commVectorSorted());
+  }
+  const auto contents = [&](MoxStash::StoreReference reference) {
+    std::vector<U64> contents;
+    const auto restored = ExtCommList::destash(reference, store);
+    contents.push_back(restored->commVectorSorted());
+    for (const auto& comm : restored->commVector()) contents.push_back(comm->getContent().value());
+    return contents;
+  };
+  EXPECT_EQ(contents(list),
+            (std::vector<U64>{0, 0x030B000000000003, 0x0002FDE800000064, 0x030B000000000003}));
+  EXPECT_EQ(contents(sorted), (std::vector<U64>{1, 0x0002FDE800000064, 0x030B000000000003}));
+  EXPECT_EQ(ExtComm::destash(value, store)->classification(), extCommClassificationColor);
+
+  // What was restored can be saved again.
+  StoreWriter again;
+  again.add(ExtCommList::destash(list, store));
+  EXPECT_EQ(refusal(again.octets()), "");
+  EXPECT_NE(restoredTexts.find("0x0002fde800000064"), std::string::npos);
+}
+
+TEST_F(StoreTest, WritesInternedObjectsOnceAndSumsTheirFigures) {
+  const auto both = extendedOf({0x0002FDE800000064, 0x030B000000000003})->dedup(extended);
+  StoreWriter writer;
+  writer.add(both, 2);
+  // The header; two communities, two references, the list; the root.
+  EXPECT_EQ(writer.octets().size(), 64u + 2 * 16 + 2 * 8 + 32 + 24);
+  writer.add(extendedOf({0x030B000000000003})->dedup(extended));
+  EXPECT_EQ(writer.octets().size(), 168u + 8 + 32 + 24) << "the community is there already";
+  writer.add(both, 3);
+  EXPECT_EQ(writer.octets().size(), 232u);
+  EXPECT_EQ(FileStore("NAME", writer.octets()).roots()[0].figure, 5u);
+}
+
+TEST_F(StoreTest, FileIsAsItsLayoutSays) {
+  if constexpr (std::endian::native != std::endian::little)
+    GTEST_SKIP() << "octets of a little-endian machine";
+  StoreWriter writer;
+  EXPECT_EQ(writer.add(standardOf({0xFDE80064, 0x00010002})->dedup(standard), 3), 72u);
+  writer.noteIs("paths", "to be replaced");
+  writer.noteIs("paths", "12");
+  const U8 expected[] = {
+      0x89, 'Z',  'S',  'T',  '\r', '\n', 0x1A, '\n',  // magic
+      4,    3,    2,    1,    1,    0,    8,    0,     // byte order, version, octets of a reference
+      176,  0,    0,    0,    0,    0,    0,    0,     // length
+      0xE5, 0x5F, 0x11, 0xC6, 0x8B, 0xB7, 0xAF, 0x27,  // checksum
+      104,  0,    0,    0,    0,    0,    0,    0,
+      1,    0,    0,    0,    0,    0,    0,    0,  // roots
+      144,  0,    0,    0,    0,    0,    0,    0,
+      1,    0,    0,    0,    0,    0,    0,    0,     // notes
+      2,    0,    1,    0,    0x64, 0,    0xE8, 0xFD,  // 64: the elements
+      64,   0,    0,    0,    0,    0,    0,    0,
+      72,   0,    0,    0,    0,    0,    0,    0,  // 72: the list: begin, end
+      72,   0,    0,    0,    0,    0,    0,    0,
+      1,    0,    0,    0,    0,    0,    0,    0,  //     capacity, sorted
+      72,   0,    0,    0,    0,    0,    0,    0,
+      3,    0,    0,    0,    0,    0,    0,    0,  // 104: the root: reference, figure
+      8,    0,    0,    0x80, 0,    0,    0,    0,  //     kind: a list of attribute 8
+      'p',  'a',  't',  'h',  's',  0,    0,    0,  // 128: a note's name
+      '1',  '2',  0,    0,    0,    0,    0,    0,  // 136: its octets
+      128,  0,    0,    0,    0,    0,    0,    0,
+      5,    0,    0,    0,    0,    0,    0,    0,  // 144: where both stand
+      136,  0,    0,    0,    0,    0,    0,    0,
+      2,    0,    0,    0,    0,    0,    0,    0};
+  const std::string octets = writer.octets();
+  EXPECT_EQ(std::vector<U8>(octets.begin(), octets.end()),
+            std::vector<U8>(std::begin(expected), std::end(expected)));
+  const FileStore store("NAME", octets);
+  EXPECT_EQ(store.note("paths"), "12");
+  EXPECT_EQ(store.note("path"), std::nullopt);
+}
+
+TEST_F(StoreTest, NamesWhatIsWrong) {
+  StoreWriter standardWriter, extendedWriter, bandwidthWriter, twoWriter;
+  standardWriter.add(standardOf({0x00010002, 0xFDE80064})->dedup(standard));
+  extendedWriter.add(extendedOf({0x0002FDE800000064})->dedup(extended));
+  bandwidthWriter.add(extendedOf({0x4004FDE84D000000, 0x4004FDE84E000000}));
+  twoWriter.add(standardOf({1}));
+  twoWriter.add(standardOf({1}));
+  const std::string standardList = standardWriter.octets();  // its layout is above
+  const std::string extendedList = extendedWriter.octets();  // 64: the value, 80: its reference
+  const std::string bandwidths = bandwidthWriter.octets();   // nothing is changed
+  const std::string two = twoWriter.octets();                // 72 and 112: lists, 144: roots
+  const char* const outside = "stored reference is out of bounds";
+  const struct {
+    const std::string& octets;
+    std::size_t at;
+    std::size_t width;
+    U64 number;
+    const char* reason;
+  } cases[] = {
+      {standardList, 0, 1, 0x88, "is not a store"},
+      {standardList, 8, 4, 0x04030201, "is of the other byte order"},
+      {standardList, 8, 4, 0x03040102, "has no byte order that is known"},
+      {standardList, 12, 2, 2, "is of version 2, not 1"},
+      {standardList, 14, 2, 4, "has references of 4 octets, not 8"},
+      {standardList, 32, 8, 100, outside},
+      {standardList, 40, 8, 2, outside},
+      {standardList, 40, 8, 0x0AAAAAAAAAAAAAAB, outside},  // times 24 it is 8
+      {standardList, 56, 8, ~U64{0}, outside},
+      {standardList, 72, 8, 68, outside},
+      {standardList, 72, 8, 80, "stored list has impossible bounds"},
+      {standardList, 80, 8, 70, "stored list has impossible bounds"},
+      {standardList, 80, 8, 64 + 4 * 0x1FFFFFFFULL, outside},
+      {standardList, 80, 8, U64{1} << 63, "stored list is too long"},
+      {standardList, 64, 4, 0xFDE80065, "stored list is not in the order that it claims"},
+      {standardList, 64, 4, 0xFDE80064, "stored list is not in the order that it claims"},
+      {standardList, 104, 8, ~U64{0} - 7, outside},
+      {extendedList, 64, 4, 10, "stored community has no such classification: 10"},
+      {extendedList, 80, 8, 68, outside},
+      {bandwidths, 4, 1, 0x0D, "stored list has two different link bandwidths"},
+      {two, 168, 8, 72, "two roots share their elements"},
+  };
+  for (const auto& c : cases) {
+    std::string bad = c.octets;
+    std::memcpy(&bad[c.at], &c.number, c.width);
+    EXPECT_EQ(refusal(sealed(bad)), std::string("NAME: ") + c.reason) << c.at << ' ' << c.number;
+  }
+}
+
+TEST_F(StoreTest, NoDamageGoesUnseenOrEndsTheProcess) {
+  StoreWriter writer;
+  addSome(writer, 3, 3);
+  writer.noteIs("paths", "12");
+  const std::string good = writer.octets();
+  ASSERT_EQ(refusal(good), "");
+  for (std::size_t length = 0; length < good.size(); ++length) {
+    const std::string cut = good.substr(0, length);
+    ASSERT_EQ(refusal(cut), length < 64
+                                ? "NAME: is too short for a store"
+                                : "NAME: has " + std::to_string(length) + " octets, not the " +
+                                      std::to_string(good.size()) + " that were written");
+    ASSERT_EQ(refusal(sealed(cut)).find("NAME: "), 0u) << "the directory at the end is cut";
+  }
+  ASSERT_NE(refusal(good + '\0'), "");
+  U32 refused = 0, restored = 0;
+  const auto checkSealed = [&](const std::string& bad) {
+    const std::string reason = refusal(sealed(bad));
+    ++(reason.empty() ? restored : refused);
+    ASSERT_TRUE(reason.empty() || reason.find("NAME: ") == 0) << reason;
+  };
+  for (std::size_t bit = 0; bit < 8 * good.size(); ++bit) {
+    std::string bad = good;
+    bad[bit / 8] = char(bad[bit / 8] ^ 1 << bit % 8);
+    ASSERT_EQ(refusal(bad).find("NAME: "), 0u) << bit;
+    checkSealed(bad);
+  }
+  for (std::size_t at = 8; at < good.size(); at += 8)
+    for (const U64 word : {U64{0}, U64{1}, U64{64}, U64{good.size()}, U64{good.size() - 8},
+                           U64{1} << 31, U64{1} << 61, ~U64{0}, ~U64{0} - 7}) {
+      std::string bad = good;
+      std::memcpy(&bad[at], &word, sizeof word);
+      checkSealed(bad);
+    }
+  EXPECT_GT(refused, 1000u);
+  EXPECT_GT(restored, 1000u) << "another community is a community";
+}
+
+TEST_F(StoreTest, FilesThatCannotBeReadAreNamed) {
+  mkfifo((folder + "/pipe").c_str(), 0600);
+  std::ofstream(folder + "/text") << std::string(100, 'x');
+  const std::pair<const char*, const char*> cases[] = {
+      {"/none", "cannot be opened: No such file or directory"},
+      {"/.", "is not a regular file"},
+      {"/pipe", "is not a regular file"},
+      {"/text", "is not a store"}};
+  for (const auto& [name, reason] : cases)
+    EXPECT_EQ(failure([&] { FileStore(folder + name); }), folder + name + ": " + reason);
+}
+
+TEST_F(StoreTest, WritingReplacesTheFileOrLeavesIt) {
+  EXPECT_EQ(failure([] { StoreWriter().add(CommList::Ptr()); }), "null cannot be stored");
+  StoreWriter writer;
+  writer.noteIs("size", std::string(1 << 16, 'x'));
+  EXPECT_EQ(failure([&] { writer.write(folder + "/none/lists"); }),
+            folder + "/none/lists: cannot be written: No such file or directory");
+  EXPECT_EQ(failure([&] { writer.write(folder); }), folder + ": is not a regular file");
+  StoreWriter().write(file);
+  const auto old = std::filesystem::file_size(file);
+
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit;
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit less{1 << 12, limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &less);
+  const std::string reason = failure([&] { writer.write(file); });
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(reason, file + ": cannot be written: File too large");
+  EXPECT_EQ(std::filesystem::file_size(file), old);
+  EXPECT_EQ(filesInFolder(), 1u);
+
+  writer.write(file);
+  EXPECT_EQ(FileStore(file).note("size")->size(), std::size_t(1 << 16));
+  EXPECT_EQ(filesInFolder(), 1u);
+}
+
+}  // namespace
+}  // namespace Routing::Bgp

@@ -1,0 +1,53 @@
+// A store file from anybody, with the length and the checksum that a writer would have given it:
+// whatever can be restored is interned, written as text and for the wire, and saved again, from
+// where it must come back the same.
+
+#include <cstdlib>
+#include <map>
+
+#include "MoxStash/StoreWriter.h"
+#include "tests/community-list/Restored.h"
+
+using namespace Routing::Bgp;
+
+namespace {
+
+void require(bool condition) {
+  if (!condition) std::abort();
+}
+
+bool restoreInto(MoxStash::StoreWriter& writer, const StoreTables& tables,
+                 const MoxStash::FileStore& store, const MoxStash::StoredRoot& root,
+                 std::map<MoxStash::StoreReference, std::string>& texts) try {
+  restore(tables, store, root,
+          [&](const auto& object) { texts[writer.add(object, root.figure)] = allTexts(object); });
+  return true;
+} catch (const MoxStash::StoreException& error) {
+  require(std::string_view(error.what()).starts_with("NAME: "));
+  return false;
+}
+
+void saveAndRestore(const StoreTables& tables, const std::string& octets) try {
+  const MoxStash::FileStore store("NAME", octets);
+  store.note("a note");
+  MoxStash::StoreWriter writer;
+  std::map<MoxStash::StoreReference, std::string> texts, again;
+  for (const auto& root : store.roots()) restoreInto(writer, tables, store, root, texts);
+
+  const MoxStash::FileStore saved("NAME", writer.octets());
+  MoxStash::StoreWriter rewriter;
+  require(saved.roots().size() == texts.size());
+  for (const auto& root : saved.roots()) require(restoreInto(rewriter, tables, saved, root, again));
+  require(again == texts && rewriter.octets() == writer.octets());
+} catch (const MoxStash::StoreException& error) {
+  require(std::string_view(error.what()).starts_with("NAME: "));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
+  static const StoreTables tables;
+  saveAndRestore(tables, sealed({data, data + size}));
+  require(tables.members() == 0);
+  return 0;
+}
