@@ -5,7 +5,9 @@
 
 #include <array>
 #include <cstdlib>
+#include <functional>
 #include <mutex>
+#include <random>
 #include <set>
 #include <thread>
 
@@ -37,76 +39,72 @@ class Pair final : public Mox::Entity<Pair, MoxStash::DedupHandle> {
   Mox::Ptr<Orv::DedupHandleLifeTimeNotifier> notifier;  // its remover's, once it is being removed
 };
 
-struct World;
+using Notifier = Mox::Ptr<Orv::DedupHandleLifeTimeNotifier>;
 
 // The notifiers of all pairs that live, under a mutex of its own that is never held while anything
-// is called or dropped.
+// is called or dropped. Callbacks intern and release in their turn, one level deep.
 class Collection final : public Orv::DedupHashTableLifeTimeNotifiee {
  public:
-  explicit Collection(World& world) : world_(world) {}
-  void handleInsert(const Mox::Ptr<Orv::DedupHandle>& member) const override;
-  void handleRemove(Orv::DedupHandle* member) const override;
-  void handleNotificationStop(const Mox::Ptr<const Orv::DedupHashTable>&) const override {
-    for (const auto& notifier : copy()) handleRemove(notifier->getDedupedObjectRawPtr());
+  explicit Collection(std::function<Pair::Ptr(U64)> intern) : internPair(std::move(intern)) {}
+  void handleInsert(const Mox::Ptr<Orv::DedupHandle>& member) const override {
+    auto& pair = static_cast<Pair&>(*member);
+    require(!pair.notifier, "insertion is heard once");
+    pair.notifier = Mox::makeNew<Orv::DedupHandleLifeTimeNotifier>(member);
+    {
+      const std::lock_guard guard(mutex_);
+      require(notifiers_.insert(pair.notifier).second, "a notifier is new");
+    }
+    ++heardIn;
+    reenter(pair, false);
   }
-  std::set<Mox::Ptr<Orv::DedupHandleLifeTimeNotifier>> copy() const {
+  void handleRemove(Orv::DedupHandle* member) const override {
+    auto& pair = static_cast<Pair&>(*member);
+    require(bool(pair.notifier), "removal is heard once, after insertion");
+    {
+      const std::lock_guard guard(mutex_);
+      require(notifiers_.erase(pair.notifier) == 1, "a notifier is known");
+    }
+    ++heardOut;
+    if (member->beingDetached()) reenter(pair, true);
+    pair.notifier = nullptr;
+  }
+  void handleNotificationStop(const Mox::Ptr<const Orv::DedupHashTable>&) const override {
+    for (const Notifier& notifier : copy()) handleRemove(notifier->getDedupedObjectRawPtr());
+  }
+  std::set<Notifier> copy() const {
     const std::lock_guard guard(mutex_);
     return notifiers_;
   }
 
+  mutable std::atomic<U32> heardIn{0}, heardOut{0};
+  static inline thread_local bool inCallback = false;
+
  private:
-  World& world_;
+  void reenter(const Pair& pair, bool dying) const {
+    if (std::exchange(inCallback, true)) return;
+    Pair::Ptr same = internPair(pair.things[0]->content());
+    require((same.get() == &pair) == !dying, "a callback finds the pair exactly while it lives");
+    same = nullptr;  // its removal is a callback too
+    Collection::inCallback = false;
+  }
+
+  const std::function<Pair::Ptr(U64)> internPair;
   mutable std::mutex mutex_;
-  mutable std::set<Mox::Ptr<Orv::DedupHandleLifeTimeNotifier>> notifiers_;
+  mutable std::set<Notifier> notifiers_;
 };
 
 struct World {
   Table things = newTable();
   Table pairs = Orv::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(true);
-  Mox::Ptr<Collection> collection = Mox::Ptr<Collection>(new Collection(*this));
-  std::atomic<U32> heardIn{0}, heardOut{0};
+  Mox::Ptr<Collection> collection{new Collection([this](U64 content) { return pair(content); })};
 
   World() { pairs->lifeTimeNotifieeIs(collection); }
-  Pair::Ptr pair(U64 content) {
-    return Mox::staticCast<Pair>(pairs->dedup(
-        Mox::makeNew<Pair>(intern(things, content), intern(things, (content + 1) % contents))));
+  Thing::Ptr thing(U64 content) const { return intern(things, content); }
+  Pair::Ptr pair(U64 content) const {
+    return Mox::staticCast<Pair>(
+        pairs->dedup(Mox::makeNew<Pair>(thing(content), thing((content + 1) % contents))));
   }
 };
-
-// Callbacks intern and release in their turn, one level deep.
-thread_local bool inCallback = false;
-void reenter(World& world, const Pair& pair, bool dying) {
-  if (inCallback) return;
-  inCallback = true;
-  Pair::Ptr same = world.pair(pair.things[0]->content());
-  require((same.get() == &pair) == !dying, "a callback finds the pair exactly while it lives");
-  same = nullptr;  // its removal is a callback too
-  inCallback = false;
-}
-
-void Collection::handleInsert(const Mox::Ptr<Orv::DedupHandle>& member) const {
-  auto& pair = static_cast<Pair&>(*member);
-  require(!pair.notifier, "insertion is heard once");
-  pair.notifier = Mox::makeNew<Orv::DedupHandleLifeTimeNotifier>(member);
-  {
-    const std::lock_guard guard(mutex_);
-    require(notifiers_.insert(pair.notifier).second, "a notifier is new");
-  }
-  ++world_.heardIn;
-  reenter(world_, pair, false);
-}
-
-void Collection::handleRemove(Orv::DedupHandle* member) const {
-  auto& pair = static_cast<Pair&>(*member);
-  require(bool(pair.notifier), "removal is heard once, after insertion");
-  {
-    const std::lock_guard guard(mutex_);
-    require(notifiers_.erase(pair.notifier) == 1, "a notifier is known");
-  }
-  ++world_.heardOut;
-  if (member->beingDetached()) reenter(world_, pair, true);
-  pair.notifier = nullptr;
-}
 
 // A place where threads leave references for each other. Two references to one content that are
 // held at the same time must be to one object.
@@ -131,66 +129,50 @@ struct Mail {
   Mailbox<Pair> pairs[contents];
 };
 
-void work(World& world, Mail& mail, U32 rounds, U32 seed) {
-  U32 random = seed * 2654435761u | 1;
-  auto draw = [&](U32 below) {
-    random ^= random << 13, random ^= random >> 17, random ^= random << 5;
-    return (random >> 8) % below;
-  };
-  // Each thread holds little and lets go often: what is tested is the last release.
-  Thing::Ptr thing;
-  Pair::Ptr pair;
+// One of four steps in one of the layers. A thread holds little and lets go often: what is tested
+// is the last release.
+template <class T>
+void stepInLayer(U32 step, Mox::Ptr<T>& held, Mailbox<T>& mailbox, auto intern) {
+  if (step == 0) held = nullptr;
+  if (step == 1) held = intern();
+  if (step == 2) mailbox.swap(intern());
+  if (step != 3) return;
+  if (const Mox::Ptr<T> taken = mailbox.take())
+    require(taken == intern(), "what is held is what is found");
+}
+
+// Walks the notifiers while others come and go.
+void walk(const World& world) {
+  for (const Notifier& notifier : world.collection->copy()) {
+    auto* const raw = static_cast<Pair*>(notifier->getDedupedObjectRawPtr());
+    require(raw->things[0]->content() < contents, "a notifier keeps the memory valid");
+    if (!raw->referencesIncIfAlive()) continue;
+    const auto alive = Pair::Ptr::adopt(raw);
+    require(world.pair(alive->things[0]->content()) == alive, "a live pair is found");
+  }
+}
+
+void work(const World& world, Mail& mail, U32 rounds, U32 seed) {
+  std::mt19937 random(seed);
+  Thing::Ptr heldThing;
+  Pair::Ptr heldPair;
   for (U32 round = 0; round < rounds; ++round) {
-    const U32 content = draw(contents);
-    switch (draw(12)) {
-      case 0:
-        thing = nullptr;
-        break;
-      case 1:
-        pair = nullptr;
-        break;
-      case 2:
-        thing = intern(world.things, content);
-        break;
-      case 3:
-        pair = world.pair(content);
-        break;
-      case 4:
-        mail.things[content].swap(intern(world.things, content));
-        break;
-      case 5:
-        mail.pairs[content].swap(world.pair(content));
-        break;
-      case 6:
-      case 10:
-        if (const auto taken = mail.things[content].take())
-          require(taken == intern(world.things, content), "a held thing is the one that is found");
-        break;
-      case 11:
-        if (const auto taken = mail.pairs[content].take())
-          require(taken == world.pair(content), "a held pair is the one that is found");
-        break;
-      case 7: {
-        const auto found = world.pair(content);
-        require(found->things[0] == intern(world.things, content), "things are one object each");
-        require(found->isDeduped() && !found->beingDetached(), "what is found is not dying");
-        break;
-      }
-      case 8: {
-        const auto found = intern(world.things, content);
-        require(found->content() == content && found->isDeduped(), "what is found is alive");
-        break;
-      }
-      case 9: {  // walk the notifiers while others come and go
-        for (const auto& notifier : world.collection->copy()) {
-          auto* const raw = static_cast<Pair*>(notifier->getDedupedObjectRawPtr());
-          require(raw->things[0]->content() < contents, "a notifier keeps the memory valid");
-          if (!raw->referencesIncIfAlive()) continue;
-          const auto alive = Pair::Ptr::adopt(raw);
-          require(world.pair(alive->things[0]->content()) == alive, "a live pair is found");
-        }
-        break;
-      }
+    const U32 content = random() % contents, step = random() % 12;
+    const auto thing = [&] { return world.thing(content); };
+    const auto pair = [&] { return world.pair(content); };
+    if (step == 0) {
+      const Thing::Ptr found = thing();
+      require(found->content() == content && found->isDeduped(), "what is found is alive");
+    } else if (step == 1) {
+      const Pair::Ptr found = pair();
+      require(found->things[0] == thing(), "things are one object each");
+      require(found->isDeduped() && !found->beingDetached(), "what is found is not dying");
+    } else if (step == 2) {
+      walk(world);
+    } else if (step < 8) {
+      stepInLayer(step % 4, heldThing, mail.things[content], thing);
+    } else {
+      stepInLayer(step % 4, heldPair, mail.pairs[content], pair);
     }
   }
 }
@@ -208,16 +190,16 @@ TEST(InterningTorture, ThreadsInternAndReleaseTheSameContents) {
     }
     EXPECT_EQ(world.things->members(), 0u);
     EXPECT_EQ(world.pairs->members(), 0u);
-    EXPECT_EQ(world.heardIn, world.heardOut);
-    EXPECT_GT(world.heardIn, rounds / 10) << "pairs lived and died often";
+    EXPECT_EQ(world.collection->heardIn, world.collection->heardOut);
+    EXPECT_GT(world.collection->heardIn, rounds / 10) << "pairs lived and died often";
 
     // And once more with holders that outlive the tables, the lower one dying first.
     std::vector<Pair::Ptr> survivors;
     for (U32 content = 0; content < contents; ++content) survivors.push_back(world.pair(content));
-    inCallback = true;  // nothing may be interned into a dying table
+    Collection::inCallback = true;  // nothing may be interned into a dying table
     world.things = nullptr;
     world.pairs = nullptr;
-    inCallback = false;
+    Collection::inCallback = false;
     EXPECT_TRUE(world.collection->copy().empty());
     for (const Pair::Ptr& pair : survivors) {
       EXPECT_EQ(pair->dedupState(), Orv::dedupHandleStateDetached());

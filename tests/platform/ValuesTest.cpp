@@ -1,0 +1,168 @@
+// Small values and their texts.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iomanip>
+#include <limits>
+#include <sstream>
+
+#include "Mox/Enum.h"
+#include "Mox/Exception.h"
+#include "Orv/HashMix.h"
+#include "Orv/MaybeU63.h"
+#include "Zonet/Ip6Addr.h"
+#include "agent/LinkBandwidth.h"
+
+namespace {
+
+using namespace std::literals;
+using Mox::operator<<, Mox::sequenceToValue, Mox::U8, Mox::U16, Mox::U32, Mox::U64;
+using Orv::MaybeU63, Zonet::Ip6Addr;
+
+/// That the text is written whatever the stream's format, and read as the value.
+template <class Value>
+void expectText(const Value& value, std::string_view text) {
+  std::ostringstream stream;
+  stream << std::setw(60) << std::hex << std::showbase << std::uppercase << value;
+  EXPECT_EQ(stream.str(), text);
+  Value read{};
+  sequenceToValue(text, read);
+  EXPECT_EQ(read, value) << text;
+}
+
+template <class Error, class Value>
+void expectRefused(const Value& unchanged, std::initializer_list<std::string_view> texts) {
+  for (const std::string_view text : texts) {
+    Value value = unchanged;
+    EXPECT_THROW(sequenceToValue(text, value), Error) << text;
+    EXPECT_EQ(value, unchanged) << text;
+  }
+}
+
+// Neither values nor names in order, the largest value, and a name that is no member.
+enum Fruit : U32 { fruitPear = 9, fruitApple = 2, fruitFig = 0xFFFFFFFF, fruitUnknown = 256 };
+consteval auto enumTable(Fruit) {
+  return Mox::enumRows<Fruit>("Test::Fruit", {{fruitPear, "fruitPear"},
+                                              {fruitApple, "fruitApple"},
+                                              {fruitFig, "fruitFig"},
+                                              {fruitUnknown, "fruitUnknown", false}});
+}
+const Mox::Type fruitType = Mox::enumType<Fruit>();
+
+std::string instanceText(const auto& key) try {
+  return Mox::stringValue(Mox::EnumInstance<Fruit>{}(key));
+} catch (const Mox::RangeException&) {
+  return "refused";
+}
+
+TEST(Enum, NamesAndNumbersConvertBothWays) {
+  const struct {
+    U32 value;
+    std::string text;
+    bool member, named;
+  } cases[] = {{2, "fruitApple", true, true}, {256, "fruitUnknown", false, true},
+               {9, "fruitPear", true, true},  {0, "0", false, false},
+               {~0u, "fruitFig", true, true}, {~0u - 1, "4294967294", false, false}};
+  for (const auto& [value, text, member, named] : cases) {
+    expectText(Fruit(value), text);
+    EXPECT_EQ(Mox::isEnumMember(Fruit(value)), member) << text;
+    EXPECT_EQ(instanceText(value), member ? text : "refused");
+    EXPECT_EQ(instanceText(text), named ? text : "refused");
+  }
+  std::string registered;
+  for (const Mox::Enumerator& e : Mox::Type::find("Test::Fruit")->enumerators())
+    registered += e.name + "=" + std::to_string(e.value) + (e.member ? " " : "! ");
+  EXPECT_EQ(registered, "fruitPear=9 fruitApple=2 fruitFig=4294967295 fruitUnknown=256! ");
+}
+
+TEST(Enum, ReadsExactNamesAndPlainNumbersOnly) {
+  expectRefused<Mox::ParseException>(
+      fruitPear, {"", "fruitapple", "fruitApple ", "fruitApp", "-1", "+9", " 9", "9x"});
+  expectRefused<Mox::RangeException>(fruitPear, {"4294967296"});
+}
+
+TEST(MaybeU63, IsNoneOrANumberOf63Bits) {
+  EXPECT_EQ(MaybeU63().word(), 0x8000000000000000u);
+  expectText(MaybeU63(), "-");
+  expectText(MaybeU63(0), "0");
+  expectText(MaybeU63(0x100000000), "4294967296");
+  expectText(MaybeU63(0x7FFFFFFFFFFFFFFF), "9223372036854775807");
+  EXPECT_THROW(MaybeU63(0x8000000000000000), Mox::RangeException);
+  expectRefused<Mox::RangeException>(MaybeU63(7), {"9223372036854775808", "18446744073709551616"});
+  expectRefused<Mox::ParseException>(MaybeU63(7), {"", "--", "-1", "- ", "0x1", "1 "});
+}
+
+TEST(Ip6Addr, ReadsEveryFormWritesTheCanonicalOneAndOrdersByOctets) {
+  const std::pair<const char*, const char*> ascending[] = {
+      {"::", "::"},
+      {"0:0:0:0:0:0:0:1", "::1"},
+      {"::0.0.1.0", "::100"},
+      {"::ffff:c000:0201", "::ffff:192.0.2.1"},
+      {"2001:0:0:1:0:0:0:1", "2001:0:0:1::1"},  // the longest run is left out
+      {"2001:0DB8:0000:0000:0000:0000:0000:0001", "2001:db8::1"},
+      {"2001:db8:0:0:1:0:0:1", "2001:db8::1:0:0:1"},     // of equal ones the first
+      {"2001:db8:0:1:1:1:1:1", "2001:db8:0:1:1:1:1:1"},  // a single zero group stays
+      {"ffff:ffff:ffff:ffff:ffff:ffff:255.255.255.255", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff"}};
+  Ip6Addr previous({0x20, 1, 0x0d, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff});
+  expectText(previous, "2001:db8::ff");
+  for (const auto& [form, canonical] : ascending) {
+    Ip6Addr address;
+    sequenceToValue(form, address);
+    expectText(address, canonical);
+    EXPECT_EQ(address > previous, form != ascending[0].first) << form;
+    previous = address;
+  }
+  expectRefused<Mox::ParseException>(
+      Ip6Addr({1}), {"", "1", "1:2:3:4:5:6:7", "1:2:3:4:5:6:7:8:9", "::1::", "12345::", "::g",
+                     " ::1", "::1 ", "fe80::1%eth0", "192.0.2.1", "::1\0"sv, "::1\0x"sv,
+                     "00000000000000000000000000000000000000000000::1"});
+}
+
+TEST(LinkBandwidth, TextWithUnitAndWeighted) {
+  using Limits = std::numeric_limits<double>;
+  const struct {
+    double octetsPerSecond;
+    const char *text, *weighted;
+  } cases[] = {{1250000000, "10 Gbps", "1250000000"},
+               {0, "0 bps", "0"},
+               {-1250000, "-10 Mbps", "-1250000"},
+               {0.00005, "0 bps", "0.00005"},
+               {124.875, "999 bps", "124.875"},
+               {125, "1 kbps", "125"},
+               {156.25, "1.25 kbps", "156.25"},
+               {154320.986, "1.235 Mbps", "154320.986"},  // 1.234567888 Mbps
+               {-124999950, "-1 Gbps", "-124999950"},     // 999.9996 Mbps
+               {124999925, "999.999 Mbps", "124999925"},  // 999.9994 Mbps
+               {1.25e13, "100 Tbps", "12500000000000"},
+               {std::numeric_limits<float>::max(), "2722258773108231 Ybps",
+                "340282346638528859811704183484516925440"},
+               {-Limits::infinity(), "-inf", "-inf"},
+               {-Limits::quiet_NaN(), "nan", "nan"}};
+  using Routing::Rib::LinkBandwidth;
+  for (const auto& [octetsPerSecond, text, weighted] : cases) {
+    EXPECT_EQ(LinkBandwidth(octetsPerSecond).toStrep(false), text);
+    EXPECT_EQ(LinkBandwidth(octetsPerSecond).toStrep(true), weighted);
+  }
+  for (const double number : {-Limits::max(), -Limits::denorm_min(), 2.2250738585072011e-308}) {
+    EXPECT_EQ(std::strtod(LinkBandwidth(number).toStrep(true).c_str(), nullptr), number);
+    EXPECT_TRUE(LinkBandwidth(number).toStrep(false).ends_with("bps"));
+  }
+}
+
+// The vectors were computed by an independent program.
+TEST(HashMix, GivesTheHashThatIsFixedForAllTime) {
+  const auto hash = [](auto... numbers) {
+    Orv::HashMix mix;
+    (mix.feed(numbers), ...);
+    return mix.finish();
+  };
+  EXPECT_EQ(hash(U64{0x0002fde800000064}), 0xbfac65dcu);
+  EXPECT_EQ(hash(U32{1}, U32{3}, U32{5}), 0x2c28ec16u);
+  EXPECT_EQ(hash(U32{0}, U32{5}), 0x667043eau);
+  EXPECT_EQ(hash(U64{0}), 0u);
+  // Type, subtype, 2001:db8::1 in two halves as they lie in memory, local administrator.
+  const U64 high = 0x00000000b80d0120, low = 0x0100000000000000;
+  EXPECT_EQ(hash(U8{0}, U8{2}, high, low, U16{0x0102}), 0x041a4f0au);
+}
+
+}  // namespace
