@@ -1,44 +1,78 @@
-// The vocabulary of path attributes and their compact values.
+// The vocabulary of path attributes, the process-wide switches, and compact values.
 #include "attr/ZoBgpMiscTypes.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <functional>
 
 #include "Mox/Exception.h"
 #include "attr/BgpPathAttributeEnums.h"
+#include "attr/ZoBgpGlobals.h"
 
 namespace Routing::Bgp {
 namespace {
 
 TEST(PathAttributeEnums, HaveExactlyTheseMembersAndShowStrings) {
-  std::string members, shown;
-  for (const char* const name : {"BgpPathAttrType", "BgpPathAttrFlag", "PrefixSidTlvType"}) {
-    const Mox::Type* const type = Mox::Type::find(std::string("Routing::Bgp::") + name);
+  std::string members;
+  for (const std::string name : {"BgpPathAttrType", "BgpPathAttrFlag", "PrefixSidTlvType"}) {
+    const Mox::Type* const type = Mox::Type::find("Routing::Bgp::" + name);
     ASSERT_TRUE(type) << name;
-    for (const Mox::Enumerator& e : type->enumerators())
-      members += std::to_string(e.value) + '=' + e.name + ' ';
+    for (const Mox::Enumerator& e : type->enumerators()) {
+      members += std::to_string(e.value) + ' ' + e.name;
+      if (name == "BgpPathAttrType")
+        members += std::string(" (") + bgpPathAttrTypeShowString(BgpPathAttrType(e.value)) + ')';
+      members += ", ";
+    }
   }
-  for (U32 code = 0; code <= 300; ++code)
-    if (bgpIsValidEnumMember(BgpPathAttrType(code)))
-      shown += bgpPathAttrTypeShowString(BgpPathAttrType(code)) + std::string(", ");
   EXPECT_EQ(members,
-            "0=invalidPathAttr 1=origin 2=asPath 3=nextHop 4=multiExitDisc 5=localPref "
-            "6=atomicAggregate 7=aggregator 8=community 9=originatorId 10=clusterList "
-            "12=advertiser 13=rcidPath 14=mpReachNlri 15=mpUnreachNlri 16=extCommunity 17=as4Path "
-            "18=as4Aggregator 22=pmsiTunnel 23=tunnelEncapsulation 25=extCommunityIp6 "
-            "32=largeCommunity 40=prefixSid 255=reservedForDevelopment "
-            "128=opt 64=transitive 32=partial 16=extLen 192=optionalTransitive "
-            "224=optionalTransitivePartial "
-            "0=invalidTlv 1=labelIndexTlv 2=ipv6SidTlv 3=originatorSrgbTlv ");
-  EXPECT_EQ(shown,
-            "Invalid Path Attribute, Origin, AS Path, Nexthop, MED, Local Preference, Atomic "
-            "Aggregator, Aggregator, Community, Originator ID, Cluster List, Advertiser, RCID "
-            "Path, MP Reach NLRI, MP Unreach NLRI, Extended Community, AS4 Path, AS4 Aggregator, "
-            "PMSI Tunnel, Tunnel Encapsulation, IPv6 Address Specific Extended Community, Large "
-            "Community, BGP Prefix-SID, Reserved for Development, ");
+            "0 invalidPathAttr (Invalid Path Attribute), 1 origin (Origin), 2 asPath (AS Path), "
+            "3 nextHop (Nexthop), 4 multiExitDisc (MED), 5 localPref (Local Preference), "
+            "6 atomicAggregate (Atomic Aggregator), 7 aggregator (Aggregator), 8 community "
+            "(Community), 9 originatorId (Originator ID), 10 clusterList (Cluster List), 12 "
+            "advertiser (Advertiser), 13 rcidPath (RCID Path), 14 mpReachNlri (MP Reach NLRI), 15 "
+            "mpUnreachNlri (MP Unreach NLRI), 16 extCommunity (Extended Community), 17 as4Path "
+            "(AS4 Path), 18 as4Aggregator (AS4 Aggregator), 22 pmsiTunnel (PMSI Tunnel), 23 "
+            "tunnelEncapsulation (Tunnel Encapsulation), 25 extCommunityIp6 (IPv6 Address Specific "
+            "Extended Community), 32 largeCommunity (Large Community), 40 prefixSid (BGP "
+            "Prefix-SID), 255 reservedForDevelopment (Reserved for Development), "
+            "128 opt, 64 transitive, 32 partial, 16 extLen, 192 optionalTransitive, "
+            "224 optionalTransitivePartial, "
+            "0 invalidTlv, 1 labelIndexTlv, 2 ipv6SidTlv, 3 originatorSrgbTlv, ");
   EXPECT_DEATH(bgpPathAttrTypeShowString(BgpPathAttrType(11)),
                "BgpPathAttributeEnums.*: Unknown BgpPathAttrType\n");
+}
+
+/// Sets the variables, or none for null, and dumps the answers.
+void dumpGlobals(const char* disableMt, const char* disableRxMt) {
+  disableMt ? ::setenv("DISABLE_ZOBGP_MT", disableMt, 1) : ::unsetenv("DISABLE_ZOBGP_MT");
+  disableRxMt ? ::setenv("DISABLE_ZOBGP_RX_MT", disableRxMt, 1) : ::unsetenv("DISABLE_ZOBGP_RX_MT");
+  const auto context = Mox::makeNew<Orv::DumpContext>();
+  ZoBgpGlobals::dumpState(context, 4);
+  std::fputs(context->text().c_str(), stderr);
+}
+
+TEST(ZoBgpGlobalsDeathTest, AnswersFromTheEnvironmentOncePerProcess) {
+  const struct {
+    const char *disableMt, *disableRxMt;
+    char mt, rxMt;
+  } cases[] = {{nullptr, nullptr, '1', '1'}, {nullptr, "", '1', '0'},  {nullptr, "1", '1', '0'},
+               {"", nullptr, '0', '0'},      {"0", nullptr, '0', '0'}, {"1", "1", '0', '0'}};
+  for (const auto& c : cases) {
+    const auto dumpTwice = [&] {
+      dumpGlobals(c.disableMt, c.disableRxMt);
+      dumpGlobals(c.disableMt ? nullptr : "1", c.disableRxMt ? nullptr : "1");
+      std::exit(0);
+    };
+    const std::string dump = std::string("    ZoBgp Globals\n       multiThreaded : ") + c.mt +
+                             "\n       rxMultiThreaded : " + c.rxMt +
+                             "\n       bribMultiThreaded : 0\n";
+    EXPECT_EXIT(dumpTwice(), testing::ExitedWithCode(0), '^' + dump + dump + '$');
+  }
+  ZoBgpGlobals globals;
+  EXPECT_EQ(valueToStrep(globals), "");
+  EXPECT_THROW(sequenceToValue(" ", globals), Mox::ParseException);
 }
 
 /// The message of what `act` raises, behind its kind.

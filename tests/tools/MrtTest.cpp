@@ -7,13 +7,7 @@
 namespace bgpcomm {
 namespace {
 
-const Bytes attributes = octets("40010100");
-const Bytes peerTable =
-    mrtRecord(13, 1,
-              octets("0a000001 0000 0003"
-                     "02 0a0000fe c0000209 0000fc58"                             // AS of 4 octets
-                     "00 0a0000fe c000020a fde8"                                 // AS of 2 octets
-                     "03 0a0000fe 20010db8000000000000000000000001 0001fc59"));  // IPv6
+const Bytes origin = octets("40010100");
 
 std::string pathText(const Path& path) {
   std::string text = addressText(path.peer.address) + ' ' + std::to_string(path.peer.asNumber);
@@ -22,10 +16,13 @@ std::string pathText(const Path& path) {
     text += ' ' + nlriText(prefix.family, prefix.nlri);
     if (prefix.pathId) text += '#' + std::to_string(*prefix.pathId);
   });
-  return text + (whole ? " " : " ? ") + hex(path.attributes) + '\n';
+  const std::string attributes = hex(path.attributes);
+  return text + (whole ? "" : " ?") +
+         (attributes == hex(view(origin)) ? "|" : ' ' + attributes + '|');
 }
 
-/// One line per path, `bad` for a record that cannot be cut, and how the file ended.
+/// The paths, `bad` for a record that cannot be cut, and how the file ended. Attributes are shown
+/// where they are others than `origin`.
 std::string cutAll(const Bytes& file) {
   const TemporaryFile stored(file);
   Input input(stored.name());
@@ -33,9 +30,8 @@ std::string cutAll(const Bytes& file) {
   PathCutter cutter;
   std::string text;
   while (const std::optional<Record> record = reader.next())
-    if (!cutter.cut(*record, [&](const Path& path) { text += pathText(path); })) text += "bad\n";
-  if (reader.truncation()) text += "truncated\n";
-  return text;
+    if (!cutter.cut(*record, [&](const Path& path) { text += pathText(path); })) text += "bad|";
+  return text + (reader.truncation() ? "truncated|" : "");
 }
 
 struct Case {
@@ -44,107 +40,90 @@ struct Case {
   const char* paths;
 };
 
-void expectPaths(const std::vector<Case>& cases) {
+void expectPaths(std::initializer_list<Case> cases) {
   for (const Case& c : cases) EXPECT_EQ(cutAll(c.file), c.paths) << c.what;
 }
 
 TEST(Mrt, CutsTables) {
-  const Bytes ip4 = octets("00000001 18 0a0102");
-  const Bytes ip6 = octets("00000001 20 20010db8");
-  const auto entry = [](U16 peer, const Bytes& id = "") {
-    return number(peer, 2) + octets("6553f100") + id + counted(attributes, 2);
+  const auto v2 = [](U16 subtype, const Bytes& body) { return mrtRecord(13, subtype, body); };
+  const auto entries = [](std::initializer_list<U16> peers, const Bytes& id = "") {
+    Bytes all = number(peers.size(), 2);
+    for (const U16 peer : peers)
+      all += number(peer, 2) + octets("6553f100") + id + counted(origin, 2);
+    return all;
   };
-  const Bytes addPath = number(7, 4);
-  const Bytes two = number(2, 2) + entry(0) + entry(1);
+  const Bytes peerTable =
+      v2(1, octets("0a000001 0000 0003"
+                   "02 0a0000fe c0000209 0000fc58"                             // AS of 4 octets
+                   "00 0a0000fe c000020a fde8"                                 // AS of 2 octets
+                   "03 0a0000fe 20010db8000000000000000000000001 0001fc59"));  // IPv6
+  const Bytes ip4 = octets("00000001 18 0a0102"), ip6 = octets("00000001 20 20010db8");
+  const Bytes evpn = octets("00000001 0019 46 0203616263"), vpn = octets("00000001 0001 80 08ff");
+  const Bytes old = octets("6553f100 c0000209 fc58") + counted(origin, 2);
   expectPaths({
-      {"IPv4 unicast", peerTable + mrtRecord(13, 2, ip4 + two),
-       "192.0.2.9 64600 10.1.2.0/24 40010100\n192.0.2.10 65000 10.1.2.0/24 40010100\n"},
-      {"IPv6 multicast, a peer of IPv6",
-       peerTable + mrtRecord(13, 5, ip6 + number(1, 2) + entry(2)),
-       "2001:db8::1 130137 2001:db8::/32 40010100\n"},
-      {"no table of peers, no such peer", mrtRecord(13, 2, ip4 + number(1, 2) + entry(9)),
-       "- 0 10.1.2.0/24 40010100\n"},
-      {"ADD-PATH", mrtRecord(13, 8, ip4 + number(1, 2) + entry(0, addPath)),
-       "- 0 10.1.2.0/24#7 40010100\n"},
-      {"generic, EVPN", mrtRecord(13, 6, octets("00000001 0019 46 0203616263") + two),
-       "- 0 25/70:0203616263 40010100\n- 0 25/70:0203616263 40010100\n"},
-      {"generic with ADD-PATH, labelled VPN",
-       mrtRecord(13, 12, octets("00000001 0001 80 08ff") + number(1, 2) + entry(0, addPath)),
-       "- 0 1/128:08ff#7 40010100\n"},
-      {"TABLE_DUMP",
-       mrtRecord(
-           12, 1,
-           octets("0000 0001 0a010200 18 01 6553f100 c0000209 fc58") + counted(attributes, 2)),
-       "192.0.2.9 64600 10.1.2.0/24 40010100\n"},
-      {"an entry without attributes is a path",
-       mrtRecord(13, 2, ip4 + number(1, 2) + octets("0000 6553f100 0000")), "- 0 10.1.2.0/24 \n"},
-      {"fewer entries than said", mrtRecord(13, 2, ip4 + number(3, 2) + entry(0)),
-       "- 0 10.1.2.0/24 40010100\nbad\n"},
-      {"attributes go beyond the record",
-       mrtRecord(13, 2, ip4 + number(1, 2) + octets("0000 6553f100 0005 40010100")), "bad\n"},
-      {"prefix of 33 bits", mrtRecord(13, 2, octets("00000001 21 0a01020304") + two), "bad\n"},
-      {"prefix of 33 bits, old form",
-       mrtRecord(12, 1, octets("0000 0001 0a010200 21 01 6553f100 c0000209 fc58 0000")), "bad\n"},
-      {"table of peers cut short", mrtRecord(13, 1, octets("0a000001 0000 0001 02 0a0000fe c0")),
-       "bad\n"},
-      {"unknown types and subtypes",
-       mrtRecord(13, 99, "x") + mrtRecord(12, 9, "") + mrtRecord(11, 1, "x"), ""},
+      // clang-format off
+      {"IPv4 unicast", peerTable + v2(2, ip4 + entries({0, 1})),
+       "192.0.2.9 64600 10.1.2.0/24|192.0.2.10 65000 10.1.2.0/24|"},
+      {"IPv6 multicast", peerTable + v2(5, ip6 + entries({2})),
+       "2001:db8::1 130137 2001:db8::/32|"},
+      {"no such peer", v2(2, ip4 + entries({9})), "- 0 10.1.2.0/24|"},
+      {"ADD-PATH", v2(8, ip4 + entries({0}, number(7, 4))), "- 0 10.1.2.0/24#7|"},
+      {"generic, EVPN", v2(6, evpn + entries({0})), "- 0 25/70:0203616263|"},
+      {"generic with ADD-PATH, VPN", v2(12, vpn + entries({0}, number(7, 4))), "- 0 1/128:08ff#7|"},
+      {"TABLE_DUMP", mrtRecord(12, 1, octets("0000 0001 0a010200 18 01") + old),
+       "192.0.2.9 64600 10.1.2.0/24|"},
+      {"no attributes", v2(2, ip4 + octets("0001 0000 6553f100 0000")), "- 0 10.1.2.0/24 |"},
+      {"fewer entries than said", v2(2, ip4 + number(3, 2) + entries({0}).substr(2)),
+       "- 0 10.1.2.0/24|bad|"},
+      {"attributes cut short", v2(2, ip4 + octets("0001 0000 6553f100 0005 40010100")), "bad|"},
+      {"prefix of 33 bits", v2(2, octets("00000001 21 0a01020304") + entries({0})), "bad|"},
+      {"the same, old form", mrtRecord(12, 1, octets("0000 0001 0a010200 21 01") + old), "bad|"},
+      {"peers cut short", v2(1, octets("0a000001 0000 0001 02 0a0000fe c0")), "bad|"},
+      {"unknown types", v2(99, "x") + mrtRecord(12, 9, "") + mrtRecord(11, 1, "x"), ""},
+      // clang-format on
   });
 }
 
 TEST(Mrt, CutsMessages) {
-  const Bytes nlri = octets("180a0102 20c0000201");
-  const Bytes message = update(attributes, nlri);
+  const auto sent = [](const char* nlri, U16 subtype = 4) {
+    return messageRecord(update(origin, octets(nlri)), subtype);
+  };
+  const auto body = [](const char* rest) {
+    return messageRecord(Bytes(16, '\xff') + octets(rest));
+  };
+  const Bytes message = update(origin, octets("180a0102 20c0000201"));
   const Bytes reach = octets("800e0f 0002 01 04 20010db8 00 20 20010db8 00");
   const Bytes short4 = octets("fc58 fc59 0001 0001 c0000201 c0000202");
-  const Bytes keepalive = Bytes(16, '\xff') + octets("0013 04");
-  Bytes longer = message;
-  longer[17] = char(longer[17] + 1);
+  const Bytes noFamily = Bytes(10, '\0') + octets("ffff");
   expectPaths({
-      {"AS of 4 octets", messageRecord(message),
-       "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32 40010100\n"},
-      {"AS of 2 octets, sent by the collector", mrtRecord(16, 6, short4 + message),
-       "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32 40010100\n"},
+      // clang-format off
+      {"AS of 4 octets", messageRecord(message), "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32|"},
+      {"AS of 2", mrtRecord(16, 6, short4 + message), "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32|"},
       {"microseconds", mrtRecord(17, 1, number(999999, 4) + short4 + message),
-       "192.0.2.1 64600 us=999999 10.1.2.0/24 192.0.2.1/32 40010100\n"},
-      {"ADD-PATH", messageRecord(update(attributes, octets("00000007 180a0102")), 9),
-       "192.0.2.1 64600 10.1.2.0/24#7 40010100\n"},
-      {"ADD-PATH under a subtype without",
-       messageRecord(update(attributes, octets("00000002 18ac1100"))),
-       "192.0.2.1 64600 172.17.0.0/24#2 40010100\n"},
-      {"ADD-PATH that is none", messageRecord(update(attributes, octets("180a0102")), 9),
-       "192.0.2.1 64600 10.1.2.0/24 40010100\n"},
-      {"bits behind a prefix", messageRecord(update(attributes, octets("0d0b0d"))),
-       "192.0.2.1 64600 11.8.0.0/13 40010100\n"},
+       "192.0.2.1 64600 us=999999 10.1.2.0/24 192.0.2.1/32|"},
+      {"ADD-PATH", sent("00000007 180a0102", 9), "192.0.2.1 64600 10.1.2.0/24#7|"},
+      {"ADD-PATH unannounced", sent("00000002 18ac1100"), "192.0.2.1 64600 172.17.0.0/24#2|"},
+      {"ADD-PATH that is none", sent("180a0102", 9), "192.0.2.1 64600 10.1.2.0/24|"},
+      {"bits behind a prefix", sent("0d0b0d"), "192.0.2.1 64600 11.8.0.0/13|"},
+      {"prefix cut short", sent("180a01"), "192.0.2.1 64600 ?|"},
       {"MP_REACH_NLRI", messageRecord(update(reach, "")),
-       "192.0.2.1 64600 2001:db8::/32 ::/0 800e0f0002010420010db8002020010db800\n"},
+       "192.0.2.1 64600 2001:db8::/32 ::/0 800e0f0002010420010db8002020010db800|"},
       {"withdrawals only", messageRecord(update("", "", octets("180a0102"))), ""},
-      {"another message, a change of state",
-       messageRecord(keepalive) + messageRecord("", 5) + mrtRecord(16, 0, ""), ""},
-      {"prefix cut short", messageRecord(update(attributes, octets("180a01"))),
-       "192.0.2.1 64600 ? 40010100\n"},
-      {"message longer than its record", messageRecord(longer), "bad\n"},
-      {"message shorter than its header",
-       messageRecord(Bytes(16, '\xff') + octets("0012 02 0000 0000")), "bad\n"},
-      {"attributes longer than the message",
-       messageRecord(Bytes(16, '\xff') + octets("0017 02 0000 0001")), "bad\n"},
-      {"withdrawals longer than the message",
-       messageRecord(Bytes(16, '\xff') + octets("0017 02 0001 0000")), "bad\n"},
-      {"unknown family", mrtRecord(16, 4, Bytes(10, '\0') + octets("ffff") + message), "bad\n"},
-      {"no room for microseconds", mrtRecord(17, 4, "abc"), "bad\n"},
+      {"others", body("0013 04") + messageRecord("", 5) + mrtRecord(16, 0, ""), ""},
+      {"longer than its record", messageRecord(message.substr(0, message.size() - 1)), "bad|"},
+      {"shorter than its header", body("0012 02 0000 0000"), "bad|"},
+      {"attributes cut short", body("0017 02 0000 0001"), "bad|"},
+      {"withdrawals cut short", body("0017 02 0001 0000"), "bad|"},
+      {"unknown family", mrtRecord(16, 4, noFamily + message), "bad|"},
+      {"no room for microseconds", mrtRecord(17, 4, "abc"), "bad|"},
+      // clang-format on
   });
 }
 
 TEST(Mrt, TakesPrefixesOfEveryForm) {
-  const struct {
-    Family family;
-    const char* prefix;
-  } cases[] = {
+  const std::pair<Family, const char*> cases[] = {
       {{1, 1}, "00"},  // bits
-      {{2, 2},
-       "80"
-       "20010db8000000000000000000000001"},
-      {{1, 4}, "30 000641 0a0102"},
+      {{2, 2}, "80 20010db8000000000000000000000001"},
       {{1, 132}, "60 0000fde8 0002fde8 00000001"},
       {{1, 5}, "01 03 0a0102"},  // type, octets
       {{25, 70}, "03 00"},
@@ -152,8 +131,7 @@ TEST(Mrt, TakesPrefixesOfEveryForm) {
       {{16388, 71}, "0001 0003 0a0102"},  // type in two, octets in two
       {{1, 85}, "01 0003 03 0a0102"},     // architecture, type in two, octets
       {{1, 133}, "03 0a0102"},            // octets in one
-      {{2, 134}, "f003 0a0102"},          // or in two
-  };
+      {{2, 134}, "f003 0a0102"}};         // or in two
   for (const auto& [family, digits] : cases) {
     const Bytes prefix = octets(digits);
     for (std::size_t size = 0; size <= prefix.size() + 1; ++size) {
@@ -167,38 +145,70 @@ TEST(Mrt, TakesPrefixesOfEveryForm) {
 }
 
 TEST(Mrt, FaultsStopNothingButTheFilesEnd) {
-  const Bytes good = messageRecord(update(attributes, ""));
-  const std::string path = "192.0.2.1 64600 40010100\n";
-  EXPECT_EQ(cutAll(good + mrtRecord(17, 4, "") + good), path + "bad\n" + path);
-  EXPECT_EQ(cutAll(""), "");
+  const auto skipped = [](std::size_t size) { return mrtRecord(11, 1, Bytes(size - 12, '\0')); };
+  const Bytes good = messageRecord(update(origin, ""));
+  const Bytes tooLong = skipped(RecordReader::longestRecord + 1);
+  const std::string path = "192.0.2.1 64600|";
+  EXPECT_EQ(cutAll(good + mrtRecord(17, 4, "") + good), path + "bad|" + path);
+  EXPECT_EQ(cutAll(skipped(RecordReader::longestRecord) + good), path);
+  EXPECT_EQ(cutAll(good + tooLong + good), path + "bad|" + path);
+  EXPECT_EQ(cutAll(good + tooLong.substr(0, tooLong.size() - 1)), path + "truncated|");
+  EXPECT_EQ(cutAll(good + octets("00000001 0010 0004 ffffffff 616263")), path + "truncated|");
   for (std::size_t left = 1; left < good.size(); ++left)
-    EXPECT_EQ(cutAll(good + good.substr(0, left)), path + "truncated\n") << left;
-  EXPECT_EQ(cutAll(good + octets("00000001 0010 0004 ffffffff 616263")), path + "truncated\n");
-}
-
-TEST(Mrt, PassesByRecordsThatAreTooLong) {
-  const Bytes good = messageRecord(update(attributes, ""));
-  const std::string path = "192.0.2.1 64600 40010100\n";
-  const Bytes longest = mrtRecord(11, 1, Bytes(RecordReader::longestRecord - 12, '\0'));
-  const Bytes longer = mrtRecord(11, 1, Bytes(RecordReader::longestRecord - 11, '\0'));
-  EXPECT_EQ(cutAll(longest + good), path);
-  EXPECT_EQ(cutAll(good + longer + good), path + "bad\n" + path);
-  EXPECT_EQ(cutAll(good + longer.substr(0, longer.size() - 1)), path + "truncated\n");
+    EXPECT_EQ(cutAll(good + good.substr(0, left)), path + "truncated|") << left;
 }
 
 TEST(Mrt, OutOfMemoryEndsAFile) {
-  const Bytes good = messageRecord(update(attributes, ""));
+  const Bytes good = messageRecord(update(origin, ""));
   const TemporaryFile file(good + good + good);
   testing::internal::CaptureStderr();
-  const ReadResult result =
-      readFile(file.name(), [](const Path&, const CommunityValues&, Place place) {
-        if (place.record == 2) throw std::bad_alloc();
-      });
+  const auto visit = [](const Path&, const CommunityValues&, Place place) {
+    if (place.record == 2) throw std::bad_alloc();
+  };
+  const ReadResult result = readFile(file.name(), visit);
   // A record of 12 + 20 + 23 + 4 octets stands before.
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "bgpcomm: " + file.name() + ": out of memory (record 2, octet 59)\n");
-  EXPECT_TRUE(result.failed);
-  EXPECT_EQ(result.records, 2u);
+  EXPECT_TRUE(result.failed && result.records == 2);
+}
+
+/// The values found, by kind, and the faults: `standard:fde80064 attrLength=1 `
+std::string communities(const char* attributes) {
+  const Bytes block = octets(attributes);
+  const CommunityValues values = findCommunities(view(block));
+  std::string text;
+  for (std::size_t kind = 0; kind < kindCount; ++kind)
+    if (!values[kind].empty())
+      text += std::string(kindRows[kind].key) + ':' + hex(values[kind]) + ' ';
+  for (std::size_t i = 0; i < faultNames.size(); ++i)
+    if (const U64 count = values.faults[Fault(i)])
+      text += std::string(faultNames[i]) + '=' + std::to_string(count) + ' ';
+  return text;
+}
+
+TEST(Attributes, AreFoundCheckedAndCounted) {
+  const struct {
+    const char *what, *attributes, *found;
+  } cases[] = {
+      // clang-format off
+      {"others", "40010100 40020a 02020000fc580000fc59", ""},
+      {"length of two octets", "d0080004fde80064", "standard:fde80064 "},
+      {"all lengths wrong", "c00805fde8006400 c0100400020000 c01900 c02001ff", "attrLength=4 "},
+      {"the first of two counts", "c00804fde80064 c00804fde80065", "standard:fde80064 "},
+      {"also when it is malformed", "c00800 c00804fde80065", "attrLength=1 "},
+      {"also when the second is", "c00804fde80064 c00803fde800", "standard:fde80064 "},
+      {"value beyond the block", "c00804fde80064 c02018 00", "standard:fde80064 attrOverrun=1 "},
+      {"header beyond the block", "c00804fde80064 c020", "standard:fde80064 attrOverrun=1 "},
+      {"half a length", "d00800", "attrOverrun=1 "},
+      {"length of 65535", "d008ffff fde80064", "attrOverrun=1 "},
+      {"the other kinds", "c0100800020000fc580001 c01914000220010db80000000000000000000000010007"
+                          "c0200c0000fc580000000100000002",
+       "extended:00020000fc580001 ipv6Extended:000220010db80000000000000000000000010007 "
+       "large:0000fc580000000100000002 "},
+      // clang-format on
+  };
+  for (const auto& [what, attributes, found] : cases)
+    EXPECT_EQ(communities(attributes), found) << what;
 }
 
 }  // namespace

@@ -12,8 +12,6 @@ struct ToolRun {
   std::string out, err;
 };
 
-inline bool toolIsThere() { return std::getenv("BGPCOMM") != nullptr; }
-
 /// By the shell, which sees the tool as `bgpcomm`.
 inline ToolRun runTool(const std::string& commandLine) {
   const TemporaryFile out, err;
@@ -22,5 +20,28 @@ inline ToolRun runTool(const std::string& commandLine) {
   const int status = std::system(script.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out.content(), err.content()};
 }
+
+struct ToolCase {
+  std::string command, out;
+  int exitCode = 0;
+  std::string err = "";  ///< without the "bgpcomm: " before and the newline behind
+};
+
+inline void expectRuns(std::initializer_list<ToolCase> cases) {
+  for (const ToolCase& c : cases) {
+    const ToolRun run = runTool(c.command);
+    EXPECT_EQ(run.exitCode, c.exitCode) << c.command;
+    EXPECT_EQ(run.out, c.out) << c.command;
+    EXPECT_EQ(run.err, c.err.empty() ? "" : "bgpcomm: " + c.err + '\n') << c.command;
+  }
+}
+
+/// Skips its tests where there is no tool.
+class ToolTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!std::getenv("BGPCOMM")) GTEST_SKIP() << "$BGPCOMM does not name the tool";
+  }
+};
 
 }  // namespace bgpcomm

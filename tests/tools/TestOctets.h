@@ -4,11 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
-#include <iterator>
-#include <string>
 
 #include "tools/bgpcomm/Hex.h"
 
@@ -17,15 +13,11 @@ namespace bgpcomm {
 using Bytes = std::string;
 
 /// Of hexadecimal digits; blanks are for the reader.
-inline Bytes octets(std::string_view digits) {
+inline Bytes octets(std::string digits) {
+  std::erase(digits, ' ');
   Bytes out;
-  int high = -1;
-  for (const char c : digits) {
-    const int digit = hexDigit(c);
-    if (digit < 0) continue;
-    if (high >= 0) out += char(high << 4 | digit);
-    high = high >= 0 ? -1 : digit;
-  }
+  for (std::size_t i = 0; i < digits.size(); i += 2)
+    out += char(std::stoi(digits.substr(i, 2), nullptr, 16));
   return out;
 }
 
@@ -36,7 +28,7 @@ inline Octets view(const Bytes& bytes) {
 /// `size` octets in network order.
 inline Bytes number(U64 value, std::size_t size) {
   Bytes out;
-  for (std::size_t i = size; i-- > 0;) out += char(value >> 8 * i);
+  while (size-- > 0) out += char(value >> 8 * size);
   return out;
 }
 /// With its length of `size` octets in front.
@@ -61,13 +53,11 @@ inline Bytes messageRecord(const Bytes& message, U16 subtype = 4) {
 class TemporaryFile {
  public:
   explicit TemporaryFile(const Bytes& content = "") {
-    const int descriptor = ::mkstemp(name_.data());
-    if (descriptor >= 0) ::close(descriptor);
+    ::close(::mkstemp(name_.data()));
     std::ofstream(name_, std::ios::binary) << content;
   }
-  ~TemporaryFile() { std::remove(name_.c_str()); }
+  ~TemporaryFile() { ::unlink(name_.c_str()); }
   TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
 
   const std::string& name() const { return name_; }
   Bytes content() const {
