@@ -262,7 +262,8 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
                                       const ExtCommVector<Value>& values);
   template <class Use>
   static auto withValues(const ValueTable& table, std::span<const Content> contents, Use use);
-  static Mox::Ptr<List> made(ExtCommVector<Value>& values, U32 groups);
+  static Mox::Ptr<List> made(ExtCommVector<Value>& sorted, U32 groups);
+  static ConstList dedupValues(const Table& table, ExtCommVector<Value>& sorted, U32 place);
   ConstList dedupContentsIfAllowed(const Table& table, const ValueTable& values) const;
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, const ValueTable* values,

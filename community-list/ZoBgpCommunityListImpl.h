@@ -139,6 +139,16 @@ void ExtCommGroupVector<Group>::clear() {
   present_ = 0;
 }
 
+/// The place of a community's group among those of a list. Plug-ins bring no classification of
+/// their own.
+template <class Value>
+U32 groupIndex(const Value& comm) {
+  const U32 classification = comm.classification();
+  MOX_ASSERT(classification < extCommClassificationOneBeyondLast,
+             "classification < extCommClassificationOneBeyondLast");
+  return classification;
+}
+
 // --- Groups.
 
 template <class F>
@@ -278,10 +288,7 @@ void ExtCommListOf<F>::makeGroups(const Table& table, void* room) {
   std::array<U32, extCommClassificationOneBeyondLast> members{};
   U32 transitive = 0;
   for (const ConstValue& comm : comm_) {
-    const U32 classification = comm->classification();
-    MOX_ASSERT(classification < extCommClassificationOneBeyondLast,
-               "classification < extCommClassificationOneBeyondLast");
-    ++members[classification];
+    ++members[groupIndex(*comm)];
     transitive += comm->transitive();
   }
   ExtCommNewGroups<F> groups;
@@ -427,16 +434,33 @@ auto ExtCommListOf<F>::withValues(const ValueTable& table, std::span<const Conte
   });
 }
 
-/// A list of sorted values, with room for its groups.
+/// A list of sorted values, with room for its groups: behind the object, unless that is not enough
+/// for them.
 template <class F>
-auto ExtCommListOf<F>::made(ExtCommVector<Value>& values, U32 groups) -> Mox::Ptr<List> {
-  const U32 pointers = values.size() + groups;
+auto ExtCommListOf<F>::made(ExtCommVector<Value>& sorted, U32 groups) -> Mox::Ptr<List> {
+  constexpr U32 most = 0xFFFF;
+  const U32 pointers = sorted.size() + groups <= most ? sorted.size() + groups : 0;
   auto list = List::withTail(Tail{pointers * sizeof(void*)});
   list->tailPointers_ = U16(pointers);
-  list->comm_.roomIs(list->tail(), values.size());
-  list->comm_.take(values);
+  if (pointers) list->comm_.roomIs(list->tail(), sorted.size());
+  list->comm_.take(sorted);
   list->comm_.sortedIs(true);
   return list;
+}
+
+/// The interned list of values that are sorted and may be in one list.
+template <class F>
+auto ExtCommListOf<F>::dedupValues(const Table& table, ExtCommVector<Value>& sorted, U32 place)
+    -> ConstList {
+  U32 present = 0;
+  for (const ConstValue& value : sorted) present |= 1u << groupIndex(*value);
+  auto list = made(sorted, U32(std::popcount(present)));
+  // Behind the values, if they stand behind the object.
+  list->makeGroups(table,
+                   list->tailPointers_ ? const_cast<ConstValue*>(list->comm_.end()) : nullptr);
+  list->comm_.trim();
+  list->comm_.placeIs(place);
+  return Mox::staticCast<const List>(table->dedupHashTable()->dedup(std::move(list), place));
 }
 
 template <class Value>
@@ -504,13 +528,7 @@ auto ExtCommListOf<F>::findWire(const Table& table, const ValueTable* valueTable
     return withValues(*valueTable, sorted, [&](auto& values) -> FromWire<const List> {
       if (hasTwoLinkBandwidths(values)) [[unlikely]]
         return {nullptr, linkBandwidthFault(octets, values), 0};
-      U32 present = 0;
-      for (const ConstValue& value : values) present |= 1u << value->classification();
-      auto list = made(values, U32(std::popcount(present)));
-      list->makeGroups(table, const_cast<ConstValue*>(list->comm_.end()));
-      list->comm_.placeIs(place);
-      return {Mox::staticCast<const List>(set.dedup(std::move(list), place)), std::nullopt,
-              repeats};
+      return {dedupValues(table, values, place), std::nullopt, repeats};
     });
   });
 }
@@ -595,11 +613,12 @@ auto ExtCommListOf<F>::store(MoxStash::StoreWriter& writer) const -> MoxStash::S
 template <class F>
 auto ExtCommListOf<F>::dedupContentsIfAllowed(const Table& table, const ValueTable& values) const
     -> ConstList {
-  auto list = Mox::makeNew<List>();
-  list->expectedCommunityCountIs(comms());
-  for (const ConstValue& comm : comm_) list->commIs(values->dedupContent(comm->getContent()));
-  list->sortComms();
-  return hasTwoLinkBandwidths(list->comm_) ? nullptr : list->dedup(table);
+  ExtCommVector<Value> sorted;
+  sorted.reserve(comms());
+  for (const ConstValue& comm : comm_) sorted.add(values->dedupContent(comm->getContent()));
+  ExtCommVectorSort(sorted);
+  if (hasTwoLinkBandwidths(sorted)) return nullptr;
+  return dedupValues(table, sorted, placeOf(sorted, table->dedupHashTable()->seed()));
 }
 
 constexpr const char* storedLinkBandwidths = "stored list has two different link bandwidths";

@@ -87,7 +87,11 @@ class CommVector {
     const U32 left = ascends(all, less) ? size_ : U32(sortAndDropRepeats(all, less));
     std::destroy(data_ + left, data_ + size_);
     size_ = left;
-    if (left != capacity()) moveTo(left);
+    trim();
+  }
+  /// Trims the storage to the size.
+  void trim() {
+    if (size_ != capacity()) moveTo(size_);
     exact_ = true;
   }
 
