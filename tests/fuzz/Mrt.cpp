@@ -10,7 +10,9 @@ namespace {
 
 void askEverything(const Path& path, const KindTables& tables) {
   std::string text = addressText(path.peer.address);
-  visitPrefixes(path, [&](const Prefix& prefix) { text += nlriText(prefix.family, prefix.nlri); });
+  const auto addText = [&](const Prefix& prefix) { text += nlriText(prefix.family, prefix.nlri); };
+  visitPrefixes(path, addText);
+  visitWithdrawn(path, addText);
   const CommunityValues values = findCommunities(path.attributes);
   for (std::size_t kind = 0; kind < kindCount; ++kind) {
     if (!tables[kind] || values[kind].empty()) continue;
@@ -23,7 +25,7 @@ void askEverything(const Path& path, const KindTables& tables) {
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
   static const KindTables tables = makeKindTables();
-  PathCutter cutter;
+  PathCutter cutter(PathCutter::Updates::all);
   Cursor in(Octets(data, size));
   while (!in.atEnd()) {
     Record record;

@@ -9,10 +9,10 @@ namespace {
 
 const Bytes origin = octets("40010100");
 
-std::string pathText(const Path& path) {
+std::string pathText(const Path& path, bool withdrawn = false) {
   std::string text = addressText(path.peer.address) + ' ' + std::to_string(path.peer.asNumber);
   if (path.microseconds) text += " us=" + std::to_string(*path.microseconds);
-  const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
+  const bool whole = (withdrawn ? visitWithdrawn : visitPrefixes)(path, [&](const Prefix& prefix) {
     text += ' ' + nlriText(prefix.family, prefix.nlri);
     if (prefix.pathId) text += '#' + std::to_string(*prefix.pathId);
   });
@@ -118,6 +118,31 @@ TEST(Mrt, CutsMessages) {
       {"no room for microseconds", mrtRecord(17, 4, "abc"), "bad|"},
       // clang-format on
   });
+}
+
+TEST(Mrt, VisitsWithdrawals) {
+  const Bytes unreach = octets("800f08 0002 01 20 20010db8");
+  const struct {
+    Bytes record;
+    const char* withdrawn;
+  } cases[] = {
+      {messageRecord(update("", "", octets("180a0102 00"))), " 10.1.2.0/24 0.0.0.0/0 "},
+      {messageRecord(update("", "", octets("00000007 180a0102")), 9), " 10.1.2.0/24#7 "},
+      {messageRecord(update(unreach, octets("180a0103"), octets("180a0102"))),
+       " 10.1.2.0/24 2001:db8::/32 800f080002012020010db8"},
+      {messageRecord(update("", "", octets("180a01"))), " ? "},
+      {messageRecord(update(octets("800f02 0002"), "")), " ? 800f020002"},
+      {messageRecord(update("", "")), " "},
+      {mrtRecord(13, 2, octets("00000001 18 0a0102 0001 0000 6553f100 0000")), nullptr},
+  };
+  for (const auto& [record, withdrawn] : cases) {
+    std::string text;
+    const Octets body = view(record).subspan(12);
+    PathCutter(PathCutter::Updates::all)
+        .cut({.type = U16(record[5]), .subtype = U16(record[7]), .body = body},
+             [&](const Path& path) { text += pathText(path, true); });
+    EXPECT_EQ(text, withdrawn ? "192.0.2.1 64600" + std::string(withdrawn) + '\n' : "- 0 \n");
+  }
 }
 
 TEST(Mrt, TakesPrefixesOfEveryForm) {

@@ -77,7 +77,8 @@ std::optional<MessageForm> messageForm(U16 subtype) {
 
 //   message:  0 marker  16 length, header included  18 type
 //   UPDATE:   2 + n withdrawn prefixes, 2 + n path attributes, prefixes
-bool cutMessage(Cursor in, Path& path, const PathCutter::Visit& visit) {
+bool cutMessage(Cursor in, Path& path, PathCutter::Updates updates,
+                const PathCutter::Visit& visit) {
   constexpr std::size_t headerSize = 19;
   constexpr U8 update = 2;
 
@@ -88,16 +89,16 @@ bool cutMessage(Cursor in, Path& path, const PathCutter::Visit& visit) {
   if (type != update) return true;
 
   Cursor body(in.take(length - headerSize));
-  body.take(body.u16());
+  path.withdrawn = body.take(body.u16());
   path.attributes = body.take(body.u16());
   path.nlri = body.left();
   if (!body) return false;
-  if (!path.attributes.empty()) visit(path);
+  if (updates == PathCutter::Updates::all || !path.attributes.empty()) visit(path);
   return true;
 }
 
 //   0 AS of the peer (2 or 4 octets), AS of the collector, interface, family, both addresses
-bool cutBgp4mp(const Record& record, const PathCutter::Visit& visit) {
+bool cutBgp4mp(const Record& record, PathCutter::Updates updates, const PathCutter::Visit& visit) {
   Cursor in(record.body);
   Path path;
   path.seconds = record.seconds;
@@ -114,7 +115,7 @@ bool cutBgp4mp(const Record& record, const PathCutter::Visit& visit) {
   in.take(*size);
   path.addPath = form->addPath;
   path.family = {afiIpv4, safiUnicast};
-  return in && cutMessage(in, path, visit);
+  return in && cutMessage(in, path, updates, visit);
 }
 
 }  // namespace
@@ -162,7 +163,7 @@ bool PathCutter::cut(const Record& record, const Visit& visit) {
       return cutTableDumpV2(record, visit);
     case bgp4mp:
     case bgp4mpEt:
-      return cutBgp4mp(record, visit);
+      return cutBgp4mp(record, updates_, visit);
     default:
       return true;
   }

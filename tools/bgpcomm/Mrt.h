@@ -95,11 +95,17 @@ struct Path {
   std::optional<U32> pathId;
   /// The encoded prefix of a RIB entry, or the IPv4 prefixes at the end of an UPDATE.
   Octets nlri;
+  /// The IPv4 prefixes that an UPDATE withdraws.
+  Octets withdrawn;
 };
 
 class PathCutter {
  public:
   using Visit = std::function<void(const Path&)>;
+  /// Who follows a table wants `all`: an UPDATE that only withdraws may have no attributes.
+  enum class Updates { withAttributes, all };
+
+  explicit PathCutter(Updates updates = Updates::withAttributes) : updates_(updates) {}
 
   /// Calls `visit` for each path. False when a field goes beyond its record; the paths before it
   /// have been visited. A PEER_INDEX_TABLE is remembered for the records after it.
@@ -118,6 +124,7 @@ class PathCutter {
   bool cutEntries(Cursor in, Path& path, bool addPath, const Visit& visit) const;
   Peer peer(U16 index) const;
 
+  const Updates updates_;
   std::vector<IndexedPeer> peers_;
 };
 

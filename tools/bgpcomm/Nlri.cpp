@@ -97,13 +97,18 @@ bool visitAll(Cursor in, Family family, bool addPath, const Visit& visit) {
   return true;
 }
 
-//   family 3, next hop 1 + n, reserved 1, prefixes
-bool visitReach(Octets value, bool addPath, const Visit& visit) {
-  Cursor in(value);
+constexpr U8 mpReach = 14;
+constexpr U8 mpUnreach = 15;
+
+//   mpReach:    family 3, next hop 1 + n, reserved 1, prefixes
+//   mpUnreach:  family 3, prefixes
+bool visitAttribute(const Path& path, U8 type, const Visit& visit) {
+  const std::optional<Octets> value = findAttribute(path.attributes, type);
+  if (!value) return true;
+  Cursor in(*value);
   const Family family{in.u16(), in.u8()};
-  in.take(in.u8());
-  in.take(1);
-  return in && visitAll(in, family, addPath, visit);
+  if (type == mpReach) in.take(in.u8() + 1u);
+  return in && visitAll(in, family, path.addPath, visit);
 }
 
 }  // namespace
@@ -136,14 +141,18 @@ std::string nlriText(Family family, Octets nlri) {
 }
 
 bool visitPrefixes(const Path& path, const Visit& visit) {
-  constexpr U8 mpReach = 14;
   if (path.fromTable) {
     visit({path.family, path.nlri, path.pathId});
     return true;
   }
   const bool whole = visitAll(Cursor(path.nlri), path.family, path.addPath, visit);
-  const std::optional<Octets> reach = findAttribute(path.attributes, mpReach);
-  return (!reach || visitReach(*reach, path.addPath, visit)) && whole;
+  return visitAttribute(path, mpReach, visit) && whole;
+}
+
+bool visitWithdrawn(const Path& path, const Visit& visit) {
+  if (path.fromTable) return true;
+  const bool whole = visitAll(Cursor(path.withdrawn), path.family, path.addPath, visit);
+  return visitAttribute(path, mpUnreach, visit) && whole;
 }
 
 }  // namespace bgpcomm

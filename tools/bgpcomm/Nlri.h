@@ -26,5 +26,7 @@ struct Prefix {
 /// Visits everything that a path announces. False when a prefix cannot be read; those before it
 /// have been visited.
 bool visitPrefixes(const Path& path, const std::function<void(const Prefix&)>& visit);
+/// The same for everything that a path withdraws.
+bool visitWithdrawn(const Path& path, const std::function<void(const Prefix&)>& visit);
 
 }  // namespace bgpcomm
