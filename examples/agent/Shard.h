@@ -1,0 +1,134 @@
+// A part of the table of paths, and the queue on which its thread is told of changes.
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Communities.h"
+
+namespace example {
+
+/// What a peer says of one prefix.
+struct Change {
+  std::string path;  ///< octets that name peer and prefix
+  /// Path attributes of the route that is announced; nothing when it is withdrawn.
+  std::optional<std::vector<U8>> attributes;
+};
+
+/// On the way from one thread to another. Whoever puts waits while there are too many, so a reader
+/// that is faster than the table does not fill the memory.
+template <class Item>
+class BoundedQueue {
+ public:
+  void put(Item item) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return items_.size() < capacity; });
+    items_.push_back(std::move(item));
+    changed_.notify_all();
+  }
+  /// Nothing once the queue is closed and empty.
+  std::optional<Item> take() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return closed_ || !items_.empty(); });
+    if (items_.empty()) return std::nullopt;
+    std::optional<Item> item = std::move(items_.front());
+    items_.pop_front();
+    changed_.notify_all();
+    return item;
+  }
+  void close() {
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+    changed_.notify_all();
+  }
+
+ private:
+  static constexpr std::size_t capacity = 16;
+
+  std::mutex mutex_;  // guards all below
+  std::condition_variable changed_;
+  std::deque<Item> items_;
+  bool closed_ = false;
+};
+
+/// The paths of some prefixes. All changes of a path come to the same shard, in their order, so its
+/// table needs no lock; what the shards share are the intern tables.
+class Shard {
+ public:
+  using Paths = std::unordered_map<std::string, Communities>;
+  struct Figures {
+    U64 paths = 0;
+    U64 announced = 0;
+    U64 withdrawn = 0;
+    U64 malformed = 0;
+    std::string firstFault;
+  };
+
+  explicit Shard(const Tables& tables) : tables_(tables) {}
+
+  // For the thread that reads.
+
+  void add(Change change) {
+    gathered_.push_back(std::move(change));
+    if (gathered_.size() == batchSize) send();
+  }
+  void end() {
+    send();
+    queue_.close();
+  }
+
+  // For the thread of the shard.
+
+  /// Until the end was told.
+  void run() {
+    while (const std::optional<Batch> batch = queue_.take())
+      for (const Change& change : *batch) apply(change);
+  }
+  void withdrawAll() { paths_.clear(); }
+
+  // While no thread is at work.
+
+  const Paths& paths() const { return paths_; }
+  Figures figures() const {
+    Figures figures = figures_;
+    figures.paths = paths_.size();
+    return figures;
+  }
+
+ private:
+  using Batch = std::vector<Change>;
+  static constexpr std::size_t batchSize = 256;
+
+  void send() { queue_.put(std::exchange(gathered_, {})); }
+
+  void apply(const Change& change) {
+    if (!change.attributes) {
+      figures_.withdrawn += paths_.erase(change.path);
+      return;
+    }
+    ++figures_.announced;
+    Communities communities;
+    if (const auto fault = readCommunities(tables_, *change.attributes, communities))
+      return refuse(change, *fault);
+    communities.standard = withoutNoExport(tables_, communities.standard);
+    paths_.insert_or_assign(change.path, std::move(communities));
+  }
+
+  /// As if withdrawn (RFC 7606, section 7): the session stays.
+  void refuse(const Change& change, const WireFault& fault) {
+    if (figures_.malformed++ == 0) figures_.firstFault = fault.toStrep();
+    paths_.erase(change.path);
+  }
+
+  const Tables& tables_;
+  Batch gathered_;  // the reading thread's own
+  BoundedQueue<Batch> queue_;
+  Paths paths_;
+  Figures figures_;
+};
+
+}  // namespace example
