@@ -26,7 +26,6 @@ class RouteTargetsInUse final : public NotifyingRtExtCommListCollection::Notifie
   }
   ~RouteTargetsInUse() override { notifierIs(nullptr); }  // before the members that it uses
 
-  using NotifieeConst::onRtExtCommList;
   void onRtExtCommList(const RtExtCommListLifeTimeNotifier::PtrConst& set) override {
     const bool come = sets_->rtExtCommListHas(set);
     const std::lock_guard guard(mutex_);

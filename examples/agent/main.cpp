@@ -247,16 +247,16 @@ int run(const std::string& file, unsigned threads) {
 }  // namespace example
 
 int main(int count, char** arguments) {
-  CLI::App app("Keeps the paths of an MRT file as a routing agent would.", "agent");
-  app.footer("Example: agent samples/rib.bird.mrt.gz 4");
   std::string file;
-  unsigned threads = 2;
-  app.add_option("FILE", file, "MRT file, plain or compressed")->required();
-  app.add_option("THREADS", threads, "that keep the table")
-      ->check(CLI::Range(1, 64))
-      ->capture_default_str();
-  CLI11_PARSE(app, count, arguments);
   try {
+    CLI::App app("Keeps the paths of an MRT file as a routing agent would.", "agent");
+    app.footer("Example: agent samples/rib.bird.mrt.gz 4");
+    unsigned threads = 2;
+    app.add_option("FILE", file, "MRT file, plain or compressed")->required();
+    app.add_option("THREADS", threads, "that keep the table")
+        ->check(CLI::Range(1, 64))
+        ->capture_default_str();
+    CLI11_PARSE(app, count, arguments);
     return example::run(file, threads);
   } catch (const std::exception& error) {
     std::cerr << "agent: " << file << ": " << error.what() << '\n';
