@@ -1,121 +1,254 @@
+// Extended communities of 8 octets: contents, the vocabulary, and every text.
 #include <gtest/gtest.h>
 
-#include <random>
+#include <iomanip>
+#include <locale>
+#include <map>
+#include <sstream>
 
-#include "tests/community/ExtCommClasses.h"
+#include "community/ZoBgpCommunityWellKnown.h"
+#include "parse/BgpParseExtComm.h"
 
 namespace Routing::Bgp {
 namespace {
 
-Mox::String printed(const char* format, auto... arguments) {
-  char text[100];
-  std::snprintf(text, sizeof text, format, arguments...);
-  return text;
+// An object of a content: plain ones, what a parser without plug-ins makes, and one with all.
+using Content = const ExtCommContent&;
+ExtComm::Ptr plain(Content content) { return extCommFactory({}, content); }
+ExtComm::Ptr subtyped(Content content) { return ExtCommSubtyped::ExtCommSubtypedIs({}, content); }
+ExtComm::Ptr rtAs4(Content content) { return extCommRouteTargetAsFactory(content, true); }
+ExtComm::Ptr general(Content content) {
+  return bgpParseExtendedCommunityRuleFactory({})->parseExtendedCommunity(content);
+}
+ExtComm::Ptr typed(Content content) {
+  return bgpParseExtCommContainerSmFactory()->extCommParser()->parseExtendedCommunity(content);
 }
 
-TEST(ExtCommContent, Hashes) {
-  const std::pair<U64, U32> cases[] = {
-      {0, 0}, {1, 0x98adb391}, {0x0002FDE800000064, 0xbfac65dc}, {0x0202000100640001, 0x065a557b}};
-  for (const auto& [content, hash] : cases) EXPECT_EQ(ExtCommContent(content).hash(), hash);
-}
-
-TEST(ExtCommContent, IsStoredInDecimalAndOrderedUnsigned) {
-  for (const U64 number : {0ULL, 0x0002FDE800000064ULL, 0x8000000000000000ULL, ~0ULL}) {
-    ExtCommContent read(7);
-    sequenceToValue(std::to_string(number), read);
-    EXPECT_EQ(read, ExtCommContent(number));
-    EXPECT_EQ(valueToStrep(read), std::to_string(number));
+TEST(ExtCommContent, HashesAndIsStoredInDecimalAndOrderedUnsigned) {
+  const std::tuple<U64, U32, const char*> ascending[] = {
+      {0, 0, "0"},
+      {1, 0x98adb391, "1"},
+      {0x0002FDE800000064, 0xbfac65dc, "842122827661412"},
+      {0x0202000100640001, 0x065a557b, "144678142330798081"},
+      {~0ULL, 0x39229c66, "18446744073709551615"}};
+  ExtCommContent read;
+  for (const auto& [number, hash, decimal] : ascending) {
+    const ExtCommContent content(number);
+    EXPECT_EQ(content.hash(), hash);
+    EXPECT_EQ(valueToStrep(content), decimal);
+    EXPECT_LE(read, content);
+    sequenceToValue(decimal, read);
+    EXPECT_EQ(read, content);
   }
-  EXPECT_EQ(valueToStrep(ExtCommContent(0x0002FDE800000064)), "842122827661412");
-  ExtCommContent content(7);
   for (const char* text : {"", "0x1", "-1", "18446744073709551616"})
-    EXPECT_THROW(sequenceToValue(text, content), Mox::Exception) << text;
-  EXPECT_EQ(content, ExtCommContent(7));
-  EXPECT_LT(ExtCommContent(0x7FFFFFFFFFFFFFFF), ExtCommContent(0x8000000000000000));
-  EXPECT_LT(ExtCommContent(0x00000000FFFFFFFF), ExtCommContent(0x0000000100000000));
+    EXPECT_THROW(sequenceToValue(text, read), Mox::Exception) << text;
 }
 
-// What holds of every object, whatever its class, its type and its subtype.
-void check(Kind kind, U64 number, U64 otherNumber, U32 flags) {
-  const ExtCommClass& c = classes[kind];
-  const ExtCommContent content(number);
-  const U32 type = U32(number >> 56), subtype = U32(number >> 48 & 0xFF);
-  const ExtComm::Ptr comm = c.make(content);
-  ASSERT_EQ(comm->getContent(), content);
-  ASSERT_EQ(comm->hash(), content.hash());
-  ASSERT_EQ(comm->classification(), ExtCommClassification(c.classification));
-  ASSERT_EQ(comm->fwkType().name(), Mox::String("Routing::Bgp::") + c.name);
-  ASSERT_EQ(comm->transitive(), (type & 0x40) == 0);
-  const bool member = type < 7 || type == 8 || (type - 0x40 < 5) || (type - 0x80 < 3);
-  ASSERT_EQ(comm->pktType(), member ? type : 256);
-  comm->pktSubtypeIs(BgpExtCommPktSubtype(3));  // does nothing
-  ASSERT_EQ(comm->pktSubtype().toStrep(), kind == plain ? "-" : std::to_string(subtype));
+// An enumeration, the type octet whose subtypes it names, or -, and what its names begin with,
+// where that is not its own name; then the numbers in hexadecimal and what is left of the names. A
+// ! marks what is named, yet no member.
+const char vocabulary[] = R"(
+BgpExtCommPktType - = 0 TransTwoOctetAs 1 TransIpv4Address 2 TransFourOctetAs 3 TransOpaque
+  4 TransQosMarking 5 TransCosCapability 6 TransEvpn 8 TransFlowspecRedirectNexthop
+  80 TransGeneric 81 TransGenericPart2 82 TransGenericPart3 40 NonTransTwoOctetAs
+  41 NonTransIpv4Address 42 NonTransFourOctetAs 43 NonTransOpaque 44 NonTransQosMarking !100 Unknown ;
+BgpExtCommPktSubtypeTransTwoOctetAs 0 extCommPktSubtype 2 TransTwoOctetAsRouteTarget
+  3 TransTwoOctetAsRouteOrigin 5 TransTwoOctetAsOspfDomainIdentifier
+  8 TransTwoOctetAsBgpDataCollection 9 TransTwoOctetAsSourceAs a TransTwoOctetAsL2VpnIdentifier
+  10 TransTwoOctetAsCiscoVpnDistinguisher !14 NonTransTwoOctetAsLinkBandwidthAny
+  !100 TransTwoOctetAsUnknown ;
+BgpExtCommPktSubtypeTransIpv4Address 1 = 2 RouteTarget 3 RouteOrigin 5 OspfDomainIdentifier
+  7 OspfRouteId a L2VpnIdentifier b VrfRouteImport c FlowspecRedirectIp 10 CiscoVpnDistinguisher
+  !100 Unknown ;
+BgpExtCommPktSubtypeTransFourOctetAs 2 = 2 RouteTarget 3 RouteOrigin 4 Generic
+  5 OspfDomainIdentifier 8 BgpDataCollection 9 SourceAs 10 CiscoVpnDistinguisher !100 Unknown ;
+BgpExtCommPktSubtypeTransOpaque 3 extCommPktSubtypeTransOpaq 1 ueCostCommunity
+  3 ueOutboundRouteFilter 6 ueOspfRouteType b ueColorExtendedCommunity
+  c ueEncapsulationExtendedCommunity d ueDefaultGateway !100 eUnknown ;
+BgpExtCommPktSubtypeEvpn 6 = 0 MacMobility 1 EsiMplsLabel 2 EsImport 3 RouterMac
+  4 Layer2Attributes !100 Unknown ;
+BgpExtCommPktSubtypeTransFlowspecRedirectNexthop 8 extCommPktSubtypeFlowspecRedirect 0 Nexthop
+  !100 Unknown ;
+BgpExtCommPktSubtypeTransGeneric 80 = 6 FlowspecTrafficRate 7 FlowspecTrafficAction
+  8 FlowspecRedirectAs2Byte 9 FlowspecTrafficRemarking a Layer2InfoExtendedCommunity b EtreeInfo
+  !100 Unknown ;
+BgpExtCommPktSubtypeTransGenericPart2 81 = 8 FlowspecRedirectIpv4 !100 Unknown ;
+BgpExtCommPktSubtypeTransGenericPart3 82 = 8 FlowspecRedirectAs4Byte !100 Unknown ;
+BgpExtCommPktSubtypeNonTransTwoOctetAs 40 = 4 LinkBandwidth 80 VirtualNetworkIdentifier !100 Unknown ;
+BgpExtCommPktSubtypeNonTransIpv4Address 41 = !100 Unknown ;
+BgpExtCommPktSubtypeNonTransFourOctetAs 42 extCommPktSub 4 typeNonTransFourOctetAsGeneric
+  !100 NonTransFourOctetAsUnknown ;
+BgpExtCommPktSubtypeNonTransOpaque 43 extCommPktSubtypeNonTrans 0 OriginValidationState
+  1 CostCommunity !100 OpaqueUnknown ;
+BgpExtCommIp6PktType - = 0 TransIpv6Address 40 NonTransIpv6Address !100 Unknown ;
+BgpExtCommIp6PktSubtypeTransIpv6Address - extCommIp6PktSubtype 2 RouteTarget 3 RouteOrigin
+  4 Ospf3RouteAttributes b VrfRouteImport c FlowspecRedirectIpv6 10 CiscoVpnDistinguisher
+  11 UuidRouteTarget 12 InterAreaP2MPNextHop !100 TransIpv6AddressUnknown ;
+BgpExtCommIp6PktSubtypeNonTransIpv6Address - = !100 Unknown ;
+ExtCommClassification - = 0 UnSpecified 1 RouteTarget 2 RouteOrigin 3 Evpn 4 TunnelEncap
+  5 DefaultGateway 6 Flowspec 7 LinkBandwidth 8 Color 9 OriginValidationState a OneBeyondLast ;
+BgpCommunityValue - community 0 Internet ffffff01 NoExport ffffff02 NoAdvertise
+  ffffff03 NoExportSubconfed ffff0000 Gshut ;
+TunnelType - = 1 L2tpv3OverIp 2 Gre 7 IpInIp 8 Vxlan 9 Nvgre a Mpls b MplsInGre c VxlanGpe ;
+OriginValidationState - - 0 valid 1 notFound 2 invalid ;
+)";
 
-  // Equality is that of the contents, across classes and classifications.
-  ASSERT_TRUE(comm->compare(classes[color].make(content).get()));
-  ASSERT_FALSE(comm->compare(c.make(ExtCommContent(otherNumber)).get()));
-  ASSERT_TRUE(comm->compareByContent({&number, sizeof number}));
-  ASSERT_FALSE(comm->compareByContent({&number, sizeof number - 1}));
-  ASSERT_FALSE(comm->compareByContent({&otherNumber, sizeof otherNumber}));
+// Each names subtypes of its own type, and of no other; in the order above.
+using X = ExtComm;
+constexpr std::array subtypeStrings = {&X::pktSubtypeTransTwoOctetAsString,
+                                       &X::pktSubtypeTransIpv4AddressString,
+                                       &X::pktSubtypeTransFourOctetAsString,
+                                       &X::pktSubtypeTransOpaqueString,
+                                       &X::pktSubtypeEvpnString,
+                                       &X::pktSubtypeFlowspecRedirectNexthopString,
+                                       &X::pktSubtypeTransGenericString,
+                                       &X::pktSubtypeTransGenericPart2String,
+                                       &X::pktSubtypeTransGenericPart3String,
+                                       &X::pktSubtypeNonTransTwoOctetAsString,
+                                       &X::pktSubtypeNonTransIpv4AddressString,
+                                       &X::pktSubtypeNonTransFourOctetAsString,
+                                       &X::pktSubtypeNonTransOpaqueString};
 
-  const Mox::String policy = comm->toStrepForPolicy(ExtComm::StrepFormat(flags));
-  const Mox::String octets =
-      printed("%02x%02x%s:0x%02x 0x%02x 0x%02x 0x%02x 0x%02x 0x%02x", type & 0xBF, subtype,
-              type & 0x40 ? "(NT)" : "", U8(number >> 40), U8(number >> 32), U8(number >> 24),
-              U8(number >> 16), U8(number >> 8), U8(number));
-  if (kind <= subtyped) {
-    ASSERT_EQ(policy, (flags & 0x0c) == 0x0c ? octets : "");
+void checkSubtypes(U64 type, auto subtypeString, std::map<U64, Mox::String> names) {
+  for (U64 octet = 0; octet < 256; ++octet) {
+    if (!names.contains(octet)) names[octet] = "subtype=" + std::to_string(octet);
+    EXPECT_EQ((*subtyped(ExtCommContent(type << 56 | octet << 48)).*subtypeString)(), names[octet]);
   }
-  const bool routeAs = kind == rtAs2 || kind == rtAs4 || kind == soAs2 || kind == soAs4;
-  if (routeAs && type != 0x00 && type != 0x02) return;  // their show text asserts
-  const Mox::String show = comm->toStrep();
-  ASSERT_TRUE(show.starts_with("<"));
-  ASSERT_TRUE(show.ends_with(number ? printed(" 0x%016llx>", number) : " 000000000000000000>"));
+  EXPECT_DEATH((*subtyped(ExtCommContent(0x44ULL << 56)).*subtypeString)(),
+               stringValue(BgpExtCommPktType(type)) + "_ == pktType\\(\\)");
+  EXPECT_DEATH((*plain(ExtCommContent(type << 56)).*subtypeString)(),
+               "!pktSubtype\\(\\).isUnspecified\\(\\)");
 }
 
-TEST(ExtComm, AnyTypeAndSubtypeOfAnyClass) {
-  std::mt19937_64 random(4360);
-  for (U64 typeAndSubtype = 0; typeAndSubtype < 65536; ++typeAndSubtype)
-    for (U32 kind = plain; kind <= gateway; ++kind) {
-      const U64 number = typeAndSubtype << 48 | random() >> 16, bit = 1ULL << random() % 64;
-      ASSERT_NO_FATAL_FAILURE(check(Kind(kind), number, number ^ bit, U32(random() % 64)))
-          << classes[kind].name << printed(" 0x%016llx", number);
+TEST(Vocabulary, NamesAndNumbersOfEveryEnumeration) {
+  std::istringstream in(vocabulary);
+  auto subtypeString = subtypeStrings.begin();
+  for (Mox::String enumeration, type, prefix; in >> enumeration >> type >> prefix;) {
+    if (prefix == "-") prefix.clear();
+    if (prefix == "=") {
+      prefix = enumeration.substr(enumeration.starts_with("Bgp") ? 3 : 0);
+      prefix[0] = char(std::tolower(prefix[0]));
     }
+    std::map<U64, Mox::String> members;
+    std::ostringstream expected, found;
+    for (Mox::String number, name; in >> number && number != ";" && in >> name;) {
+      expected << number << ' ' << prefix + name << '\n';
+      if (number[0] != '!') members[std::stoull(number, nullptr, 16)] = prefix + name;
+    }
+    const auto* const reflected = Mox::Type::find("Routing::Bgp::" + enumeration);
+    for (const auto& [name, value, member] : reflected->enumerators())
+      found << (member ? "" : "!") << std::hex << value << ' ' << name << '\n';
+    EXPECT_EQ(found.str(), expected.str()) << enumeration;
+    if (type != "-") checkSubtypes(std::stoull(type, nullptr, 16), *subtypeString++, members);
+  }
+  EXPECT_EQ(extCommSubtypeString<BgpExtCommPktSubtypeTransTwoOctetAs>(20), "subtype=20");
 }
 
-// Each operation names subtypes of its own type, and of no other.
-TEST(ExtComm, NamesSubtypesByType) {
-  using X = ExtComm;
-  const std::tuple<U64, Mox::String (X::*)() const, const char*> cases[] = {
-      {0x0003, &X::pktSubtypeTransTwoOctetAsString, "TransTwoOctetAsRouteOrigin"},
-      {0x010c, &X::pktSubtypeTransIpv4AddressString, "TransIpv4AddressFlowspecRedirectIp"},
-      {0x0204, &X::pktSubtypeTransFourOctetAsString, "TransFourOctetAsGeneric"},
-      {0x030d, &X::pktSubtypeTransOpaqueString, "TransOpaqueDefaultGateway"},
-      {0x0603, &X::pktSubtypeEvpnString, "EvpnRouterMac"},
-      {0x0800, &X::pktSubtypeFlowspecRedirectNexthopString, "FlowspecRedirectNexthop"},
-      {0x800b, &X::pktSubtypeTransGenericString, "TransGenericEtreeInfo"},
-      {0x8108, &X::pktSubtypeTransGenericPart2String, "TransGenericPart2FlowspecRedirectIpv4"},
-      {0x8208, &X::pktSubtypeTransGenericPart3String, "TransGenericPart3FlowspecRedirectAs4Byte"},
-      {0x4004, &X::pktSubtypeNonTransTwoOctetAsString, "NonTransTwoOctetAsLinkBandwidth"},
-      {0x4102, &X::pktSubtypeNonTransIpv4AddressString, nullptr},
-      {0x4204, &X::pktSubtypeNonTransFourOctetAsString, "NonTransFourOctetAsGeneric"},
-      {0x4300, &X::pktSubtypeNonTransOpaqueString, "NonTransOriginValidationState"},
-  };
-  for (const auto& [typeAndSubtype, operation, name] : cases) {
-    const ExtCommContent content(typeAndSubtype << 48);
-    EXPECT_EQ((*classes[subtyped].make(content).*operation)(),
-              name ? Mox::String("extCommPktSubtype") + name : "subtype=2");
-    EXPECT_DEATH((*classes[subtyped].make(ExtCommContent(0x44ULL << 56)).*operation)(),
-                 "_ == pktType\\(\\)");
-    EXPECT_DEATH((*classes[plain].make(content).*operation)(),
-                 "!pktSubtype\\(\\).isUnspecified\\(\\)");
+// What stands in angle brackets before the content, and policy texts: `QD=1.100:1` by the letters
+// of the flags, which are qualifier, classification, full words (UI), asdot and weighted.
+struct Texts {
+  U64 content;
+  const char *show, *policy;
+  ExtComm::Ptr (*make)(Content) = typed;
+};
+const Texts texts[] = {
+    {0x0002FDE800000064, "extCommPktTypeTransTwoOctetAs",
+     "U=; CU=0002:0xfd 0xe8 0x00 0x00 0x00 0x64", plain},
+    {0x4304000000000005, "extCommPktTypeNonTransOpaque",
+     "C=; CU=0304(NT):0x00 0x00 0x00 0x00 0x00 0x05", plain},
+    {0x0400000000000001, "extCommPktTypeTransQosMarking", "-QUDW=", plain},
+    {0x070200000000000F, "extCommPktTypeUnknown none", "=", subtyped},
+    {0x0002FDE800000064,
+     "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget",
+     "-QCDW=", subtyped},
+    {0x0002FDE800000064,
+     "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget ASN=65000",
+     "=65000:100; C=65000:100; U=65000:100; CU=0002-AS:65000:100", general},
+    {0x0202000100640001,
+     "extCommPktTypeTransFourOctetAs extCommPktSubtypeTransFourOctetAsRouteTarget ASN=65636",
+     "Q=65636L:1; D=1.100:1; QD=1.100:1", general},
+    {0x4202000100640001, "extCommPktTypeNonTransFourOctetAs subtype=2 ASN=65636",
+     "CU=0202-AS4(NT):65636:1", general},
+    {0x0102C0A800010064,
+     "extCommPktTypeTransIpv4Address extCommPktSubtypeTransIpv4AddressRouteTarget 192.168.0.1",
+     "=192.168.0.1:100; CU=0102-IP:192.168.0.1:100; -QUDW=192.168.0.1:100", general},
+    {0x0002FDE800000064, "RouteTarget2ByteASN 65000:100",
+     "=65000:100; U=65000:100; C=RT:65000:100; CU=Route-Target-AS:65000:100"},
+    {0x0202000100640001, "RouteTarget4ByteASN 65636:1",
+     "CU=Route-Target-AS4:65636:1; CUQ=Route-Target-AS4:65636L:1"},
+    {0x02020000FDE80001, "RouteTarget4ByteASN 65000:1", "Q=65000L:1; QD=65000:1"},
+    {0x0202FFFFFFFF0001, "RouteTarget4ByteASN 4294967295:1", "D=65535.65535:1"},
+    {0x0002000100640001, "RouteTarget2ByteASN 65636:1", "CU=Route-Target-AS4:65636:1", rtAs4},
+    {0x0102C0A800010064, "RouteTarget 192.168.0.1:100",
+     "=192.168.0.1:100; C=RT:192.168.0.1:100; CU=Route-Target-IP:192.168.0.1:100"},
+    {0x0003FDE8FFFFFFFF, "RouteOrigin2ByteASN 65000:4294967295",
+     "Q=65000:4294967295; C=SoO:65000:4294967295; CU=Route-Origin-AS:65000:4294967295"},
+    {0x020300010064FFFF, "RouteOrigin4ByteASN 65636:65535", "-QCUDW=Route-Origin-AS4:1.100:65535"},
+    {0x0103FFFFFFFFFFFE, "RouteOrigin 255.255.255.255:65534",
+     "C=SoO:255.255.255.255:65534; CU=Route-Origin-IP:255.255.255.255:65534"},
+    // 0x4E9502F9 is 1.25e9 octets per second, ten gigabits.
+    {0x4004FDE84E9502F9, "LinkBandwidth 65000:1.25e+09",
+     "W=65000:1.25e+09; CW=lbw 65000:1.25e+09; CU=Link-Bandwidth-AS:65000:10 Gbps"},
+    {0x4004FDE8BF800000, "LinkBandwidth 65000:-1",
+     "=65000:-1; CU=Link-Bandwidth-AS:65000:-8 bps; CUW=Link-Bandwidth-AS:65000:-1"},
+    {0x4004FDE8FFC00000, "LinkBandwidth 65000:-nan", "CUW=Link-Bandwidth-AS:65000:nan"},
+    {0x4004FDE87F7FFFFF, "LinkBandwidth 65000:3.40282e+38",
+     "CUW=Link-Bandwidth-AS:65000:340282346638528859811704183484516925440"},
+    {0x030CFFFFFFFF0008, "TunnelEncap 8:tunnelTypeVxlan",
+     "C=TunnelEncap:tunnelTypeVxlan; -QUDW=tunnelTypeVxlan"},
+    {0x030C000000000005, "TunnelEncap 5:tunnelTypeUnknown", "=tunnelTypeUnknown-5"},
+    {0x030C00000001FFFF, "TunnelEncap 65535:tunnelTypeUnknown",
+     "CU=TunnelEncap:tunnelTypeUnknown-65535"},
+    {0x030B80000000000A, "Color: 10(10)", "=Color:CO(10):10; CU=Color:CO(10):10"},
+    {0x030B7FFFFFFFFFFF, "Color: 4294967295(01)", "-QCUDW=Color:CO(01):4294967295"},
+    {0x4300000000000000, "OriginValidationState Valid", "=; C=; CU=Origin-Validation-State:Valid"},
+    {0x4300000000000001, "OriginValidationState NotFound", "CU=Origin-Validation-State:NotFound"},
+    {0x4300000000000002, "OriginValidationState Invalid", "CU=Origin-Validation-State:Invalid"},
+    {0x4300FFFFFFFFFF07, "OriginValidationState Unknown(7)", "CU=Origin-Validation-State:Unknown"},
+    {0x030D000000000000, "DefaultGateway", "=DefaultGateway; -QCUDW=DefaultGateway"},
+};
+
+TEST(ExtCommText, ShowAndPolicy) {
+  for (const auto& [content, show, policy, make] : texts) {
+    const ExtComm::PtrConst comm = make(ExtCommContent(content));
+    std::ostringstream expected, stream;
+    expected << '<' << show << ' ' << ExtCommContent(content) << '>';
+    stream << comm << *comm << static_cast<const ExtComm*>(nullptr);
+    EXPECT_EQ(comm->toStrep(), expected.str());
+    EXPECT_EQ(stream.str(), expected.str() + expected.str() + "NULL");
+    std::istringstream rows(policy);
+    for (Mox::String row; std::getline(rows >> std::ws, row, ';');) {
+      const std::size_t equals = row.find('=');
+      U32 flags = 0;
+      for (const char letter : row.substr(0, equals))
+        flags |= 1u << Mox::String("-QCUDW").find(letter);
+      EXPECT_EQ(comm->toStrepForPolicy(ExtComm::StrepFormat(flags)), row.substr(equals + 1)) << row;
+    }
   }
-  const auto evpn = classes[plain].make(ExtCommContent(0x0600000000000000));
-  EXPECT_DEATH(evpn->pktSubtypeTransGenericString(),
-               "extCommPktTypeTransGeneric_ == pktType\\(\\)");
-  for (const Kind kind : {rtAs2, soAs4})
-    EXPECT_DEATH(classes[kind].make(ExtCommContent(0x4202000100640001))->toStrep(),
-                 "0 && \"unexpected type\"");
+  EXPECT_DEATH(rtAs4(ExtCommContent(0x42ULL << 56))->toStrep(), "0 && \"unexpected type\"");
+}
+
+struct Grouping : std::numpunct<char> {
+  char do_thousands_sep() const override { return '.'; }
+  Mox::String do_grouping() const override { return "\1"; }
+};
+
+TEST(ExtCommText, TakesUpperCaseFromTheStreamAndNothingElse) {
+  std::ostringstream stream;
+  stream.imbue(std::locale(std::locale::classic(), new Grouping));
+  stream << std::uppercase << std::hex << std::showbase << std::showpos << std::setfill('*')
+         << std::left << std::setw(40);
+  const auto flags = stream.flags();
+  stream << ExtCommContent(0x0002FDE8000000AB) << ExtCommContent(0)
+         << typed(ExtCommContent(0x4004FDE84E9502F9));
+  subtyped(ExtCommContent(0x00FF000000000000))->formatSubtype(stream);
+  plain(ExtCommContent(1))->formatSubtype(stream);
+  plain(ExtCommContent(1))->formatCommunityValue(stream);
+  EXPECT_EQ(stream.flags(), flags);
+  EXPECT_EQ(stream.width(), 40);
+  EXPECT_EQ(stream.str(),
+            "0X0002FDE8000000AB000000000000000000<LinkBandwidth 65000:1.25e+09 0X4004FDE84E9502F9>"
+            "subtype=255unspecified0X0000000000000001");
 }
 
 }  // namespace

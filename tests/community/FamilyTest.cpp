@@ -1,104 +1,193 @@
-// What both families of extended communities do alike.
+// What both families of extended communities do alike: over every type and subtype, their formats,
+// the way from the store, and their intern tables.
 #include <gtest/gtest.h>
 
-#include "community/ZoBgpCommunity.h"
-#include "ip6/ExtCommIp6.h"
+#include <map>
+#include <random>
+#include <thread>
+
+#include "community/BgpHashMixImpl.h"
+#include "community/ZoBgpCommunityDedupTable.h"
+#include "ip6/ExtCommIp6DedupTable.h"
+#include "parse/BgpParseExtCommRouteTarget.h"
+#include "tests/MemoryStore.h"
+#include "tests/Raised.h"
 
 namespace Routing::Bgp {
 namespace {
 
-template <class Comm>
-class Family : public testing::Test {};
-using Families = testing::Types<ExtComm, ExtCommIp6>;
-TYPED_TEST_SUITE(Family, Families);
+// The classification of what the plug-ins serve, by type and subtype, and what else becomes of a
+// type that has a rule: the class, and the octets of its AS number.
+const std::map<U32, U32> classifications = {{0x0002, 1}, {0x0102, 1}, {0x0202, 1}, {0x0003, 2},
+                                            {0x0103, 2}, {0x0203, 2}, {0x030b, 8}, {0x030c, 4},
+                                            {0x030d, 5}, {0x4004, 7}, {0x4300, 9}};
+const std::map<U32, Mox::String> general = {
+    {0x00, "AsNumber 2"}, {0x01, "Ipv4Address"}, {0x02, "AsNumber 4"}, {0x03, "Subtyped"},
+    {0x40, "AsNumber 2"}, {0x41, "Ipv4Address"}, {0x42, "AsNumber 4"}, {0x43, "Subtyped"},
+    {0x80, "Subtyped"},   {0x81, "Subtyped"},    {0x82, "Subtyped"}};
 
-// True, false and so on in the order of the flags' bits.
-Mox::String formatText(const Mox::String& comm, const std::array<const char*, 6>& flags) {
-  return "Value('Routing::Bgp::" + comm + "::StrepFormat', ** {'strepFormatDefault': " + flags[0] +
-         ", 'strepFormatQualifier': " + flags[1] + ", 'strepFormatClassification': " + flags[2] +
-         ", 'strepFormatUI': " + flags[3] + ", 'strepFormatAsdot': " + flags[4] +
-         ", 'strepFormatLinkBwWeighted': " + flags[5] + "})";
-}
-
-TYPED_TEST(Family, FormatsAreTextBothWays) {
-  using Format = typename TypeParam::StrepFormat;
-  const Mox::String comm = std::is_same_v<TypeParam, ExtComm> ? "ExtComm" : "ExtCommIp6";
-  for (U32 value = 0; value <= 0x3f; ++value) {
-    std::array<const char*, 6> flags;
-    for (U32 bit = 0; bit < 6; ++bit) flags[bit] = value >> bit & 1 ? "True" : "False";
-    const Mox::String text = formatText(comm, flags);
-    EXPECT_EQ(valueToStrep(Format(value)), text);
-    Format read(~value & 0x3f);
-    sequenceToValue(text, read);
-    EXPECT_EQ(read.value(), value);
+struct Eight {
+  using Value = ExtComm;
+  static constexpr auto makeTable = &extCommDedupTableFactory;
+  static constexpr StoredExtComm stored{9, 0, 0x0002FDE800000064};
+  static ExtCommContent content(U64 number) { return ExtCommContent(number); }
+  static void check(const ExtComm& comm, U32 type, U32 octets) {
+    const bool member = type < 7 || type == 8 || (type - 0x40 < 5) || (type - 0x80 < 3);
+    ASSERT_EQ(comm.pktType(), member ? type : 256);
+    ASSERT_EQ(comm.pktSubtype().toStrep(),
+              general.contains(type) ? std::to_string(octets & 0xFF) : "-");
+    ASSERT_EQ(comm.transitive(), (type & 0x40) == 0);
+    const bool served = classifications.contains(octets);
+    ASSERT_EQ(U32(comm.classification()), served ? classifications.at(octets) : 0);
+    if (served) return;  // what class it is shows in its texts
+    Mox::String seen = comm.fwkType().name().substr(21);
+    if (const auto* as = dynamic_cast<const ExtCommAsNumber*>(&comm))
+      seen += as->fourByteAs() ? " 4" : " 2";
+    ASSERT_EQ(seen, general.contains(type) ? general.at(type) : "");
   }
-  Format format(5);
-  for (const U32 value : {0x40u, 0xFFFFFFFFu}) {
-    try {
-      format.valueIs(value);
-      ADD_FAILURE() << value;
-    } catch (const Mox::RangeException& error) {
-      EXPECT_STREQ(error.what(), "StrepFormat::value > 0x3f not allowed");
-    }
+};
+struct Twenty {
+  using Value = ExtCommIp6;
+  static constexpr auto makeTable = &extCommIp6DedupTableFactory;
+  static constexpr StoredExtCommIp6 stored{9, 0x40, 0xff, Zonet::Ip6Addr({0x20, 1}), 0x0102};
+  static ExtCommIp6Content content(U64 number) {
+    Zonet::Ip6Addr addr;
+    sequenceToValue("2001:db8::" + std::to_string(number % 10000), addr);
+    return {U8(number >> 56), U8(number >> 48), addr, U16(number)};
   }
-  EXPECT_EQ(format, Format(5));
-}
-
-// A text is refused from any place where it departs, and the place is said.
-TYPED_TEST(Family, FormatsRefuseOtherText) {
-  using Format = typename TypeParam::StrepFormat;
-  const Mox::String good = valueToStrep(Format(0x2a));
-  for (std::size_t place = 0; place <= good.size(); ++place) {
-    Mox::String changed = good, cut = good.substr(0, place), longer = good;
-    if (place < good.size()) changed[place] ^= 1;
-    longer.insert(place, 1, '\0');
-    for (const Mox::String& text : {changed, cut, longer}) {
-      Format format(7);
-      if (text == good) continue;
-      try {
-        sequenceToValue(text, format);
-        ADD_FAILURE() << text;
-      } catch (const Mox::ParseException& error) {
-        EXPECT_EQ(error.offset(), place) << text;
-      }
-      EXPECT_EQ(format, Format(7));
-    }
+  static void check(const ExtCommIp6& comm, U32 type, U32) {
+    const bool rule = type == 0 || type == 0x40;
+    ASSERT_EQ(&comm.fwkType(), rule ? &ExtCommIp6Subtyped::type : &ExtCommIp6::type);
+    ASSERT_EQ(comm.classification(), extCommClassificationUnSpecified);
   }
-}
-
-// A store of one record, at reference 8.
-template <class Record>
-struct Store : MoxStash::StoreManager {
-  explicit Store(const Record& stored) : stored(stored) {}
-  const void* translate(MoxStash::StoreReference reference, U64 size, U32) const override {
-    return reference == 8 && size == sizeof stored ? &stored : nullptr;
-  }
-  void restored() const override { ++restoredObjects; }
-
-  Record stored;
-  mutable int restoredObjects = 0;
 };
 
-template <class Comm, class Record>
-void checkDestash(const Record& record) {
-  Store store(record);
-  const typename Comm::PtrConst comm = Comm::destash(8, store);
-  EXPECT_EQ(&comm->fwkType(), &Comm::type);
-  EXPECT_EQ(comm->classification(), record.classification);
-  EXPECT_EQ(comm->getContent(), record.content());
-  EXPECT_EQ(comm->dedupState(), Orv::dedupHandleStateNeverDeduped());
-  EXPECT_TRUE(comm->hasNotificationActive());
-  EXPECT_EQ(store.restoredObjects, 1);
+template <class F>
+class Family : public testing::Test {
+ protected:
+  auto intern(U64 number) const { return F::Value::dedupContent(table.get(), F::content(number)); }
 
-  EXPECT_THROW(Comm::destash(16, store), MoxStash::StoreException);
-  store.stored.classification = 10;
-  EXPECT_THROW(Comm::destash(8, store), MoxStash::StoreException);
-  EXPECT_EQ(store.restoredObjects, 1);
+  BgpParseExtCommContainerSm::Ptr container = bgpParseExtCommContainerSmFactory();
+  decltype(F::makeTable(nullptr)) table = F::makeTable(container->extCommParser());
+};
+using Families = testing::Types<Eight, Twenty>;
+TYPED_TEST_SUITE(Family, Families);
+
+TYPED_TEST(Family, EveryTypeAndSubtypeIsOneObjectOfItsClassForAsLongAsItIsHeld) {
+  using Value = typename TypeParam::Value;
+  std::mt19937_64 random(4360);
+  std::vector<typename Value::PtrConst> held;
+  const auto& set = this->table->dedupHashTable();
+  for (U32 octets = 0; octets < 0x10000; ++octets) {
+    const U64 number = U64{octets} << 48 | random() >> 16;
+    const auto content = TypeParam::content(number),
+               other = TypeParam::content(number ^ 1ULL << random() % 64);
+    const auto object = held.emplace_back(this->intern(number)).get();
+    ASSERT_NO_FATAL_FAILURE(TypeParam::check(*object, octets >> 8, octets)) << std::hex << octets;
+    ASSERT_TRUE(object->isDeduped() && object->hasNotificationActive());
+    ASSERT_TRUE(object->toStrep().ends_with(">"));
+    ASSERT_EQ(object->getContent(), content);
+    ASSERT_EQ(object->hash(), content.hash());
+    ASSERT_EQ(this->intern(number).get(), object);
+    ASSERT_EQ(set->lookupByContent({&content, sizeof content}, content.hash()).get(), object);
+    ASSERT_EQ(object->references(), 2u);
+    // Equality is that of the contents, across classes and classifications.
+    ASSERT_TRUE(object->compare(Mox::makeNew<Value>(extCommClassificationColor, content).get()));
+    ASSERT_FALSE(object->compare(Mox::makeNew<Value>(object->classification(), other).get()));
+    for (const std::size_t size : {sizeof content - 1, sizeof content})
+      ASSERT_EQ(object->compareByContent({&content, size}), size == sizeof content);
+    ASSERT_FALSE(object->compareByContent({&other, sizeof other}));
+  }
+  EXPECT_EQ(this->table->parseExtCommRule(), this->container->extCommParser());
+  const auto context = Mox::makeNew<Orv::DumpContext>();
+  this->table->dumpState(context, 3);
+  EXPECT_EQ(context->text(), "   members: 65536\n");
+  held.clear();
+  EXPECT_EQ(set->members(), 0u);
+  EXPECT_EQ(this->intern(0)->references(), 2u) << "built afresh";
 }
 
-TEST(Destash, GivesThePlainClassAndTellsTheManagerOnce) {
-  checkDestash<ExtComm>(StoredExtComm{1, 0, 0x0002FDE800000064});
-  checkDestash<ExtCommIp6>(StoredExtCommIp6{9, 0x40, 0xff, Zonet::Ip6Addr({0x20, 1}), 0x0102});
+TYPED_TEST(Family, ThreadsInternOverlappingContents) {
+  std::vector<std::thread> threads;
+  std::atomic<U32> differences{0};
+  for (U32 thread = 0; thread < 3; ++thread)
+    threads.emplace_back([&, thread] {
+      std::mt19937_64 random(thread);
+      decltype(this->intern(0)) held[4];
+      for (U32 round = 0; round < 20000; ++round) {
+        const U64 number = U64{0x0002} << 48 | random() % 12;
+        auto& place = held[random() % 4];
+        place = this->intern(number);
+        differences += place != this->intern(number) || !place->isDeduped();
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(differences, 0u);
+  EXPECT_EQ(this->table->dedupHashTable()->members(), 0u);
+}
+
+TYPED_TEST(Family, FormatsAreTextBothWaysAndNoOtherText) {
+  using Format = typename TypeParam::Value::StrepFormat;
+  const char* flags[] = {"Default", "Qualifier", "Classification", "UI", "Asdot", "LinkBwWeighted"};
+  Format read;
+  for (U32 value = 0; value <= 0x3f; ++value) {
+    Mox::String text = "Value('" + TypeParam::Value::type.name() + "::StrepFormat', ** {";
+    for (U32 bit = 0; bit < 6; ++bit)
+      text += Mox::String(bit ? ", " : "") + "'strepFormat" + flags[bit] +
+              (value >> bit & 1 ? "': True" : "': False");
+    text += "})";
+    EXPECT_EQ(valueToStrep(Format(value)), text);
+    sequenceToValue(text, read);
+    for (std::size_t place = 0; place < text.size(); ++place) {
+      Mox::String changed = text, longer = text;
+      changed[place] ^= 1;
+      longer.insert(place, 1, '\0');
+      for (const Mox::String& bad : {text.substr(0, place), changed, longer})
+        EXPECT_THROW(sequenceToValue(bad, read), Mox::ParseException) << bad;
+    }
+    EXPECT_EQ(read.value(), value);
+  }
+  EXPECT_EQ(raised<Mox::RangeException>([&] { read.valueIs(0x40); }),
+            "StrepFormat::value > 0x3f not allowed");
+  EXPECT_EQ(read.value(), 0x3fu);
+}
+
+TYPED_TEST(Family, DestashGivesThePlainClassAndTellsTheManagerOnce) {
+  using Value = typename TypeParam::Value;
+  MemoryStore store(TypeParam::stored);
+  const auto value = Value::destash(0, store);
+  EXPECT_EQ(&value->fwkType(), &Value::type);
+  EXPECT_EQ(value->classification(), extCommClassificationOriginValidationState);
+  EXPECT_EQ(value->getContent(), TypeParam::stored.content());
+  EXPECT_TRUE(value->hasNotificationActive());
+  EXPECT_THROW(Value::destash(248, store), MoxStash::StoreException);
+  store.record().classification = 10;
+  EXPECT_THROW(Value::destash(0, store), MoxStash::StoreException);
+  EXPECT_EQ(store.restoredObjects, 1);
+
+  // Hashes of others feed the address of an interned object, and nothing for null.
+  const auto interned = this->intern(0);
+  Orv::HashMix mix, address;
+  _BgpHashMix(&mix, interned.get());
+  _BgpHashMix(&mix, nullptr);
+  address.feed(reinterpret_cast<std::uintptr_t>(interned.get()));
+  EXPECT_EQ(mix.finish(), address.finish());
+  EXPECT_DEATH(_BgpHashMix(&mix, value.get()),
+               ": __null == \\( p \\) \\|\\| \\( p \\)->dedupState\\(\\) != "
+               "Orv::dedupHandleStateNeverDeduped\\(\\)\n");
+}
+
+TEST(ExtCommDedupTable, KindIsDecidedWhenAContentIsFirstSeen) {
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
+  const auto table = extCommDedupTableFactory(
+      bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry)));
+  const ExtCommContent target(0x0002FDE800000064);
+  auto generic = table->dedupContent(target);
+  EXPECT_EQ(generic->classification(), extCommClassificationUnSpecified) << "there is no plug-in";
+  const auto plugin = BgpParseExtCommRouteTargetSmIs(registry);
+  EXPECT_EQ(table->dedupContent(target), generic) << "a live value stays as it is";
+  generic = nullptr;
+  EXPECT_EQ(table->dedupContent(target)->classification(), extCommClassificationRouteTarget);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <sstream>
 
 #include "Mox/Exception.h"
@@ -19,35 +20,23 @@ void require(bool condition) {
   if (!condition) std::abort();
 }
 
-/// The canonical attribute, computed in the simplest way there is.
-std::string canonical(std::span<const U8> octets) {
-  std::vector<std::string> values;
-  for (; octets.size() >= 4; octets = octets.subspan(4))
-    values.emplace_back(octets.begin(), octets.begin() + 4);
-  std::sort(values.begin(), values.end());
-  values.erase(std::unique(values.begin(), values.end()), values.end());
-  std::string all;
-  for (const std::string& value : values) all += value;
-  return all;
-}
-
 void standard(std::span<const U8> octets) {
   static const CommListDedupTable::Ptr table = commListDedupTableFactory();
   const auto read = CommList::dedupWire(table, octets);
   require(bool(read) != read.fault.has_value());
-  if (!read) {
-    require(!read.fault->toStrep().empty());
-    return;
-  }
+  if (!read) return require(!read.fault->toStrep().empty());
   require(octets.size() == 4 * (read.list->comms() + read.repeats));
   require(CommList::fromWire(octets).list->dedup(table) == read.list);
-  const std::string wire = read.list->serialize();
-  require(wire.substr(wire.size() - 4 * read.list->comms()) == canonical(octets));
-  const auto words = [](const std::string& text) {
-    return U32(std::count(text.begin(), text.end(), ' ')) + 1;
-  };
-  require(words(read.list->commsStringForm()) == read.list->comms());
-  require(words(read.list->commsWellKnownStringForm()) == read.list->comms());
+  // The canonical attribute, computed in the simplest way there is.
+  std::set<std::string> values;
+  for (; !octets.empty(); octets = octets.subspan(4))
+    values.emplace(octets.begin(), octets.begin() + 4);
+  std::string wire;
+  for (const std::string& value : values) wire += value;
+  require(read.list->serialize().ends_with(wire) && values.size() == read.list->comms());
+  for (const std::string& text :
+       {read.list->commsStringForm(), read.list->commsWellKnownStringForm()})
+    require(std::size_t(std::count(text.begin(), text.end(), ' ')) + 1 == values.size());
   read.list->hash();
 }
 

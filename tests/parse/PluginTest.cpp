@@ -1,147 +1,271 @@
-// Plug-ins: when they are asked, and when no more.
-#include "EveryKindSm.h"
+// Who watches the registry: when plug-ins are asked, and when no more.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <regex>
+
 #include "Mox/Trace.h"
+#include "parse/BgpParseExtComm.h"
 #include "parse/BgpParseExtCommColor.h"
 
-namespace parsing {
+namespace Routing::Bgp {
 namespace {
 
-const std::string types = "00 01 02 03 80 81 82 40 41 42 43 ip6-00 ";
+using Registry = BgpParseExtCommRuleCollections;
+using Control = BgpParseExtCommControl;
+using OpaqueRule = BgpParseExtCommTransOpaqueRule;
+using OpaqueKey = BgpParseExtCommSubTypeTransOpaqueRuleKey;
+
+/// What plug-ins and observers were told, in order, since the last call of `take`.
+std::string heard;
+std::string take() { return std::exchange(heard, {}); }
+
+/// A plug-in that overrides every operation and says of which kind it was.
+class EveryKindSm final : public Mox::Entity<EveryKindSm, BgpParseExtCommPluginBaseSm> {
+ public:
+  inline static const Mox::Type type{"Test::EveryKindSm", &BgpParseExtCommPluginBaseSm::type, {}};
+
+  explicit EveryKindSm(const RuleCollections& registry, std::string name = "")
+      : Entity(registry), name_(std::move(name)) {
+    handleStartup();
+  }
+  ~EveryKindSm() override {
+    if (atEnd) atEnd();
+    if (!name_.empty()) heard += '~' + name_ + ' ';
+  }
+#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)              \
+  void instantiate##Operation##SubRule(const Key& key, const Control& control) const override { \
+    EXPECT_EQ(control, key.rule()->parseControl());                                             \
+    heard += name_ + #Kind " ";                                                                 \
+    if (act) act();                                                                             \
+  }
+#define ZOBGP_TOP_KIND ZOBGP_KIND
+#include "parse/BgpParseExtCommKindList.h"
+
+  std::function<void()> act, atEnd;
+
+ private:
+  const std::string name_;
+};
+
+const std::string kinds =
+    "TransTwoOctetAs TransIpv4Address TransFourOctetAs TransOpaque TransGeneric TransGenericPart2 "
+    "TransGenericPart3 NonTransTwoOctetAs NonTransIpv4Address NonTransFourOctetAs NonTransOpaque "
+    "Ip6Trans ";
 
 TEST(Plugins, AreAskedForEveryRuleWheneverTheyCome) {
-  const Registry::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
-  take();
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
   const auto early = Mox::makeNew<EveryKindSm>(registry);
   EXPECT_EQ(take(), "");
-  const auto parser = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
-  EXPECT_EQ(take(), types + "top ") << "as they are made: the type rules, then the top rule";
+  const auto parser = bgpParseExtendedCommunityRuleFactory(Control(registry));
+  EXPECT_EQ(take(), kinds + "Top ") << "as they are made: the type rules, then the top rule";
   const auto late = Mox::makeNew<EveryKindSm>(registry);
-  EXPECT_EQ(take(), "top " + types) << "catching up: in the order of the kinds";
+  EXPECT_EQ(take(), "Top " + kinds) << "catching up: in the order of the kinds";
 
   late->handleExtCommIp6SubTypeTransRuleInstance();
   late->handleExtCommSubTypeTransOpaqueRuleInstance(
       *registry->extendedCommSubTypeTransOpaqueRuleInstance().begin());
   late->handleExtendedCommunityTypeRuleInstance({});
-  EXPECT_EQ(take(), "ip6-00 03 ") << "a key that names no rule is for nobody";
-  EXPECT_TRUE(registry->extendedCommIp6SubTypeNonTransRuleInstance().empty());
+  EXPECT_EQ(take(), "Ip6Trans TransOpaque ") << "a key that names no rule is for nobody";
 
-  // Both hear of the withdrawal, type rules first; the parser goes on.
   parser->handleDel();
-  EXPECT_EQ(take().substr(0, 12), "00 00 01 01 ");
-  EXPECT_EQ(parser->typeRules().size(), 11u);
-  EXPECT_EQ(Mox::Type::read(*registry, "extendedCommunityTypeRuleInstance"), "");
+  EXPECT_TRUE(take().starts_with("TransTwoOctetAs TransTwoOctetAs TransIpv4Address "));
+  EXPECT_EQ(parser->typeRules().size(), 11u) << "the parser goes on";
+  EXPECT_TRUE(registry->extendedCommunityTypeRuleInstance().empty());
 }
 
 TEST(Plugins, ReactionsEndWithTheMarkTheRegistryOrThePlugin) {
-  const Registry::Ptr registry = bgpParseExtCommRuleCollectionsFactory(),
-                      other = bgpParseExtCommRuleCollectionsFactory();
-  const auto parser = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
   auto sm = Mox::makeNew<EveryKindSm>(registry, "a");
   const auto second = Mox::makeNew<EveryKindSm>(registry, "b");
-  const auto rule = [&] {
-    take();
-    const auto ip6 = Mox::makeNew<BgpParseExtCommIp6TransRule>(BgpParseExtCommControl(registry));
+  const auto atARule = [&] {
+    const auto rule = Mox::makeNew<BgpParseExtCommIp6TransRule>(Control(registry));
     return take();
   };
-  EXPECT_EQ(rule(), "aip6-00 bip6-00 ") << "and the rule's end is not heard";
+  const std::string both = "aIp6Trans bIp6Trans ", other = "bIp6Trans ";
+  const std::pair<std::function<void()>, std::string> steps[] = {
+      {[] {}, both},                                     // the rule's end is not heard
+      {[&] { sm->ruleCollectionsIs(registry); }, both},  // the same one: its place is kept
+      {[&] { sm->moxDoZombieReactors(true); }, other},
+      {[&] { sm->ruleCollectionsDel(); }, other},
+      {[&] { sm->ruleCollectionsIs(registry); }, other},  // a new reactor knows the mark
+      {[&] { sm->moxDoZombieReactors(false); }, "bIp6Trans aIp6Trans "},
+      {[&] { sm->ruleCollectionsIs(bgpParseExtCommRuleCollectionsFactory()); }, other}};
+  for (const auto& [step, expected] : steps) {
+    step();
+    EXPECT_EQ(atARule(), expected) << "step " << &step - &steps[0].first;
+  }
+  const auto rule = Mox::makeNew<OpaqueRule>(Control(registry));
+  take();
   sm->ruleCollectionsIs(registry);
-  EXPECT_EQ(rule(), "aip6-00 bip6-00 ") << "the same registry: its place is kept";
-  sm->moxDoZombieReactors(true);
-  EXPECT_TRUE(sm->deletionMark());
-  EXPECT_EQ(rule(), "bip6-00 ");
-  sm->ruleCollectionsDel();
-  sm->ruleCollectionsIs(registry);
-  EXPECT_EQ(rule(), "bip6-00 ") << "a new reactor knows the mark";
-  sm->moxDoZombieReactors(false);
-  EXPECT_EQ(rule(), "bip6-00 aip6-00 ");
-  sm->ruleCollectionsIs(other);
-  EXPECT_EQ(rule(), "bip6-00 ");
-  sm->ruleCollectionsIs(registry);
-  EXPECT_EQ(take().substr(0, 9), "atop a00 ") << "a new registry is caught up with";
+  EXPECT_EQ(take(), "aTransOpaque ") << "a new registry is caught up with";
   EXPECT_EQ(sm->ruleCollectionsDel(), registry);
-  EXPECT_FALSE(sm->ruleCollections());
-  EXPECT_EQ(rule(), "bip6-00 ");
+  EXPECT_EQ(atARule(), other);
   sm->ruleCollectionsIs(registry);
-  sm->atEnd = [&] { heard = "end: " + rule(); };
+  take();
+  sm->atEnd = [&] { heard = "end: " + atARule(); };
   sm = nullptr;
-  EXPECT_EQ(take(), "end: bip6-00 ~a ") << "not even what it brings about itself";
-  EXPECT_EQ(rule(), "bip6-00 ");
+  EXPECT_EQ(take() + atARule(), "end: bIp6Trans ~a " + other) << "not even what it brings about";
 }
 
 // What a plug-in does while it is asked must not pull the ground from under those who ask.
-TEST(Plugins, MayLeaveWhileTheyAreAsked) {
+TEST(Plugins, MayLeaveOrTakeRulesAwayWhileTheyAreAsked) {
   const auto container = bgpParseExtCommContainerSmFactory();
-  const Registry::Ptr registry = container->parseExtCommRuleCollections();
-  const BgpParseExtCommControl control(registry);
+  const auto registry = container->parseExtCommRuleCollections();
   auto leaver = Mox::makeNew<EveryKindSm>(registry, "leaver");
   leaver->act = [&, index = container->extCommParserSmsEnq(leaver)] {
     container->extCommParserSmsDel(index);
   };
   leaver = nullptr;
   take();
-  const auto rule = Mox::makeNew<BgpParseExtCommTransOpaqueRule>(control);
-  EXPECT_EQ(take(), "leaver03 ~leaver ");
-  EXPECT_EQ(rule->subTypeRules().size(), 3u) << "the others were asked";
+  std::vector rules{Mox::makeNew<OpaqueRule>(Control(registry))};
+  EXPECT_EQ(take(), "leaverTransOpaque ~leaver ");
+  EXPECT_EQ(rules[0]->subTypeRules().size(), 3u) << "the others were asked";
 
-  leaver = Mox::makeNew<EveryKindSm>(registry, "leaver");
+  rules.clear();
+  leaver = Mox::makeNew<EveryKindSm>(registry);
   leaver->act = [&] { leaver = nullptr; };
   take();
   leaver->handleStartup();
-  EXPECT_EQ(take(),
-            "leavertop leaver00 leaver01 leaver02 leaver03 leaver03 leaver80 leaver81 "
-            "leaver82 leaver40 leaver41 leaver42 leaver43 leaverip6-00 ~leaver ");
-}
+  EXPECT_EQ(take(), "Top " + kinds) << "to the end";
 
-TEST(Plugins, MayTakeRulesAwayWhileTheyAreAsked) {
-  const Registry::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
-  std::vector<BgpParseExtCommTransOpaqueRule::Ptr> rules;
-  for (int i = 0; i < 3; ++i)
-    rules.push_back(Mox::makeNew<BgpParseExtCommTransOpaqueRule>(BgpParseExtCommControl(registry)));
-  const auto sm = Mox::makeNew<EveryKindSm>(registry);
-  EXPECT_EQ(take(), "03 03 03 ");
-  sm->act = [&] { rules.clear(); };
-  sm->handleStartup();
-  EXPECT_EQ(take(), "03 ") << "a rule that is no more is not asked for";
+  container->extCommParserDel();
+  for (int i = 0; i < 3; ++i) rules.push_back(Mox::makeNew<OpaqueRule>(Control(registry)));
+  const auto taker = Mox::makeNew<EveryKindSm>(registry);
+  EXPECT_EQ(take(), "TransOpaque TransOpaque TransOpaque ");
+  taker->act = [&] { rules.clear(); };
+  taker->handleStartup();
+  EXPECT_EQ(take(), "TransOpaque ") << "a rule that is no more is not asked for";
 }
 
 // A plug-in that throws while a parser is made ends that parser, and leaves nothing of it behind.
-struct ThrowingSm final : BgpParseExtCommPluginBaseSm {
-  explicit ThrowingSm(const RuleCollections& registry) : BgpParseExtCommPluginBaseSm(registry) {}
-  void instantiateExtCommSubTypeTransOpaqueSubRule(const BgpParseExtCommSubTypeTransOpaqueRuleKey&,
-                                                   const BgpParseExtCommControl&) const override {
-    throw std::bad_alloc();
+TEST(Plugins, ThatThrowLeaveNoRuleOfADeadParser) {
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
+  const auto thrower = Mox::makeNew<EveryKindSm>(registry);
+  thrower->act = [] {
+    if (heard.ends_with("Opaque ")) throw std::bad_alloc();
+  };
+  EXPECT_THROW(bgpParseExtendedCommunityRuleFactory(Control(registry)), std::bad_alloc);
+  thrower->ruleCollectionsDel();
+  const auto color = BgpParseExtCommColorSmIs(registry);  // would be offered the dead ones
+  EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstance().empty());
+}
+
+TEST(Plugins, TraceWhatTheyInstallAtLevel8) {
+  Mox::traceSinkIs([](U32 level, auto line) { (heard += char('0' + level)).append(line) += '\n'; });
+  for (const U32 level : {8, 7, 0}) {
+    Mox::traceLevel = level;
+    bgpParseExtCommContainerSmFactory();
+  }
+  Mox::traceSinkIs(nullptr);
+  EXPECT_EQ(std::count(heard.begin(), heard.end(), '\n'), 11);
+  EXPECT_TRUE(std::regex_search(
+      take(), std::regex("\n8[^\n]*/BgpParseExtCommColor.cpp:[0-9]+: [^\n]*"
+                         "Sm::instantiateExtCommSubTypeTransOpaqueSubRule\\(const ")));
+}
+
+// A type rule that says when it goes, and whether the cache was still there.
+struct Witness final : BgpParseExtendedCommunityTypeRuleBase {
+  explicit Witness(const Control& control)
+      : BgpParseExtCommTypeRuleBase(control, extCommPktTypeTransEvpn) {}
+  ~Witness() override {
+    heard += Mox::allocationCount("BgpShowCli::ExtCommCache").objects ? "rules cache " : "rules ";
   }
 };
 
-TEST(Plugins, ThatThrowLeaveNoRuleOfADeadParser) {
-  const auto registry = bgpParseExtCommRuleCollectionsFactory();
-  {
-    const auto plugin = Mox::makeNew<ThrowingSm>(registry);
-    EXPECT_THROW(bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry)),
-                 std::bad_alloc);
+TEST(Container, GoesInOrderAndUnheard) {
+  for (const bool held : {true, false}) {
+    auto container = bgpParseExtCommContainerSmFactory();
+    const auto registry = container->parseExtCommRuleCollections();
+    for (const char* name : {"a", "b"})
+      container->extCommParserSmsEnq(Mox::makeNew<EveryKindSm>(registry, name));
+    auto parser = container->extCommParser();
+    parser->typeRuleIs(Mox::makeNew<Witness>(Control(registry)));
+    if (!held) parser = nullptr;
+    take();
+    container = nullptr;
+    EXPECT_EQ(take(), held ? "~a ~b " : "rules cache ~a ~b ");
+    if (held) {  // it stays whole: in the registry, and with all its rules
+      EXPECT_EQ(registry->extendedCommunityTypeRuleInstance().size(), 1u);
+      EXPECT_EQ(parser->typeRules().size(), 12u);
+    }
+    parser = nullptr;
+    EXPECT_EQ(take(), held ? "rules " : "");
+    EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstance().empty());
+    for (const std::string name : {"ContainerSm", "TransOpaqueRule", "ColorSm"})
+      EXPECT_EQ(Mox::allocationCount("Routing::Bgp::BgpParseExtComm" + name).objects, 0u);
   }
-  const auto color = BgpParseExtCommColorSmIs(registry);  // would be offered the dead ones
-  const auto parser = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
-  EXPECT_EQ(parser->parseExtendedCommunity(ExtCommContent(0x030B000000000001))->classification(),
-            extCommClassificationColor);
 }
 
-TEST(Plugins, TraceWhatTheyInstall) {
-  static std::string lines;
-  Mox::traceSinkIs([](U32 level, std::string_view line) {
-    lines += std::to_string(level) + ' ' + std::string(line) + '\n';
-  });
-  Mox::traceLevel = 8;
-  const auto container = bgpParseExtCommContainerSmFactory();
-  Mox::traceLevel = 7;
-  const auto silent = bgpParseExtCommContainerSmFactory();
-  Mox::traceLevel = 0;
-  Mox::traceSinkIs(nullptr);
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 11);
-  EXPECT_EQ(lines.find("8 parse/BgpParseExtCommRouteOrigin.cpp:"), 0u) << lines;
-  EXPECT_NE(lines.find("ColorSm::instantiateExtCommSubTypeTransOpaqueSubRule(const "),
-            std::string::npos);
+struct Watcher : Registry::NotifieeConst {
+  explicit Watcher(std::string name) : name_(std::move(name)) {}
+  void onExtendedCommSubTypeTransOpaqueRuleInstance(const OpaqueKey& key) override {
+    heard += name_ + (key.rule() ? "1 " : "0 ");
+    if (act) act();
+  }
+  void onExtendedCommSubTypeTransOpaqueRuleInstance() override { heard += name_ + "all "; }
+  std::function<void()> act;
+
+ private:
+  const std::string name_;
+};
+
+TEST(Registry, TellsWhoIsThereOfChangesAndOfNothingElse) {
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
+  const auto rule = Mox::makeNew<OpaqueRule>(Control());
+  const OpaqueKey key(rule.get()), none;
+  Watcher first("a"), second("b"), third("c"), late("d");
+  for (Watcher* const watcher : {&first, &second, &third}) watcher->notifierIs(registry);
+  for (const bool change : {true, false}) {
+    registry->extendedCommSubTypeTransOpaqueRuleInstanceIs(key);
+    EXPECT_EQ(take(), change ? "a1 b1 c1 " : "");
+  }
+  EXPECT_FALSE(registry->extendedCommSubTypeTransOpaqueRuleInstanceDel(none));
+  EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstanceHas(key));
+  for (const bool change : {true, false}) {
+    EXPECT_EQ(registry->extendedCommSubTypeTransOpaqueRuleInstanceDel(key), change);
+    EXPECT_EQ(take(), change ? "a1 b1 c1 " : "");
+  }
+  const auto toggled = [&] {
+    if (!registry->extendedCommSubTypeTransOpaqueRuleInstanceDel(none))
+      registry->extendedCommSubTypeTransOpaqueRuleInstanceIs(none);
+    return take();
+  };
+  // Observers may come and go while they are told.
+  first.act = [&] {
+    second.notifierIs(nullptr);
+    late.notifierIs(registry);
+  };
+  EXPECT_EQ(toggled(), "a0 c0 ");
+  first.act = [&] { first.notifierIs(nullptr); };
+  EXPECT_EQ(toggled(), "a0 c0 d0 ");
+  // An event in the middle of an event: who came meanwhile hears the inner one
+  // and not what is left of the outer one.
+  third.act = [&, once = true]() mutable {
+    if (!std::exchange(once, false)) return;
+    second.notifierIs(registry);
+    registry->extendedCommSubTypeTransOpaqueRuleInstanceDel(none);
+  };
+  EXPECT_EQ(toggled(), "c0 c0 d0 b0 d0 ");
+  EXPECT_EQ(toggled(), "c0 d0 b0 ");
+  for (int twice = 0; twice < 2; ++twice)
+    registry->extendedCommSubTypeTransOpaqueRuleInstanceDelAll();
+  EXPECT_EQ(take(), "call dall ball ");
+  EXPECT_FALSE(registry->extendedCommSubTypeTransOpaqueRuleInstanceHas(none));
+}
+
+TEST(Keys, NameARuleByItsAddress) {
+  const auto a = Mox::makeNew<OpaqueRule>(Control()), b = Mox::makeNew<OpaqueRule>(Control());
+  OpaqueKey key(a.get()), other(b.get()), none;
+  EXPECT_TRUE(key == OpaqueKey(a.get()) && key != other && none.hash() == 0 &&
+              key.hash() != other.hash());
+  EXPECT_EQ(key < other, std::less<>()(a.get(), b.get()));
+  EXPECT_EQ(valueToStrep(none),
+            "Value('Routing::Bgp::BgpParseExtCommSubTypeTransOpaqueRuleKey', ** {'rule': NULL})");
+  EXPECT_THROW(sequenceToValue(valueToStrep(other), key), Mox::ParseException);
+  sequenceToValue(valueToStrep(none), key);
+  EXPECT_EQ(key, none);
 }
 
 }  // namespace
-}  // namespace parsing
+}  // namespace Routing::Bgp
