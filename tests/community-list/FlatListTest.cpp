@@ -114,11 +114,14 @@ TYPED_TEST(FlatList, AgreesWithASetOfItsValues) {
     EXPECT_EQ(read.list, list);
     EXPECT_EQ(read.repeats, values.size() - model.size());
     EXPECT_EQ(List::lookupWire(this->table, wire).list, list);
-    const auto fresh = List::fromWire(wire).list;
+    std::sort(values.begin(), values.end());
+    const auto fresh = List::fromWire(this->wireOf(values)).list;
     EXPECT_TRUE(fresh->compare(list.get()) && !fresh->isDeduped());
     EXPECT_EQ(fresh->dedup(this->table), list);
     EXPECT_EQ(this->building(values)->dedup(TypeParam::makeTable())->hash(), list->hash());
   }
+  EXPECT_FALSE(this->interned(this->numbered({1, 2}))
+                   ->compare(this->interned(this->numbered({1, 3})).get()));
   EXPECT_EQ(storage(), 0u);
   EXPECT_EQ(this->table->dedupHashTable()->members(), 0u);
   EXPECT_EQ(Mox::allocationCount(List::type.name()).objects, 0u);

@@ -1,6 +1,6 @@
 // What both families of extended communities do alike: over every type and subtype, their formats,
 // the way from the store, and their intern tables.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <map>
 #include <random>
@@ -10,8 +10,8 @@
 #include "community/ZoBgpCommunityDedupTable.h"
 #include "ip6/ExtCommIp6DedupTable.h"
 #include "parse/BgpParseExtCommRouteTarget.h"
+#include "tests/AllocationCounter.h"
 #include "tests/MemoryStore.h"
-#include "tests/Raised.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -88,7 +88,9 @@ TYPED_TEST(Family, EveryTypeAndSubtypeIsOneObjectOfItsClassForAsLongAsItIsHeld) 
     ASSERT_TRUE(object->toStrep().ends_with(">"));
     ASSERT_EQ(object->getContent(), content);
     ASSERT_EQ(object->hash(), content.hash());
+    const std::size_t before = allocations;
     ASSERT_EQ(this->intern(number).get(), object);
+    ASSERT_EQ(allocations, before) << "nothing is parsed again";
     ASSERT_EQ(set->lookupByContent({&content, sizeof content}, content.hash()).get(), object);
     ASSERT_EQ(object->references(), 2u);
     // Equality is that of the contents, across classes and classifications.
@@ -147,8 +149,8 @@ TYPED_TEST(Family, FormatsAreTextBothWaysAndNoOtherText) {
     }
     EXPECT_EQ(read.value(), value);
   }
-  EXPECT_EQ(raised<Mox::RangeException>([&] { read.valueIs(0x40); }),
-            "StrepFormat::value > 0x3f not allowed");
+  EXPECT_THAT([&] { read.valueIs(0x40); },
+              testing::ThrowsMessage<Mox::RangeException>("StrepFormat::value > 0x3f not allowed"));
   EXPECT_EQ(read.value(), 0x3fu);
 }
 
