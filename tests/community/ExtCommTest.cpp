@@ -94,20 +94,16 @@ OriginValidationState - - 0 valid 1 notFound 2 invalid ;
 )";
 
 // Each names subtypes of its own type, and of no other; in the order above.
-using X = ExtComm;
-constexpr std::array subtypeStrings = {&X::pktSubtypeTransTwoOctetAsString,
-                                       &X::pktSubtypeTransIpv4AddressString,
-                                       &X::pktSubtypeTransFourOctetAsString,
-                                       &X::pktSubtypeTransOpaqueString,
-                                       &X::pktSubtypeEvpnString,
-                                       &X::pktSubtypeFlowspecRedirectNexthopString,
-                                       &X::pktSubtypeTransGenericString,
-                                       &X::pktSubtypeTransGenericPart2String,
-                                       &X::pktSubtypeTransGenericPart3String,
-                                       &X::pktSubtypeNonTransTwoOctetAsString,
-                                       &X::pktSubtypeNonTransIpv4AddressString,
-                                       &X::pktSubtypeNonTransFourOctetAsString,
-                                       &X::pktSubtypeNonTransOpaqueString};
+template <auto... operations>
+constexpr std::array inOrder{operations...};
+constexpr auto subtypeStrings = inOrder<
+    &ExtComm::pktSubtypeTransTwoOctetAsString, &ExtComm::pktSubtypeTransIpv4AddressString,
+    &ExtComm::pktSubtypeTransFourOctetAsString, &ExtComm::pktSubtypeTransOpaqueString,
+    &ExtComm::pktSubtypeEvpnString, &ExtComm::pktSubtypeFlowspecRedirectNexthopString,
+    &ExtComm::pktSubtypeTransGenericString, &ExtComm::pktSubtypeTransGenericPart2String,
+    &ExtComm::pktSubtypeTransGenericPart3String, &ExtComm::pktSubtypeNonTransTwoOctetAsString,
+    &ExtComm::pktSubtypeNonTransIpv4AddressString, &ExtComm::pktSubtypeNonTransFourOctetAsString,
+    &ExtComm::pktSubtypeNonTransOpaqueString>;
 
 void checkSubtypes(U64 type, auto subtypeString, std::map<U64, Mox::String> names) {
   for (U64 octet = 0; octet < 256; ++octet) {
