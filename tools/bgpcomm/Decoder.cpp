@@ -19,7 +19,7 @@ class Plain final : public Decoder {
   Source& source_;
 };
 
-/// bzip2, xz and zstd. A fault costs what the library had decoded and not yet handed out, less
+/// xz and zstd. A fault costs what the library had decoded and not yet handed out, less
 /// than 128 KiB.
 class Archive final : public Decoder {
  public:
@@ -126,7 +126,7 @@ std::size_t Decoder::decode(std::span<U8> into) {
 std::unique_ptr<Decoder> makeDecoder(Source& source) {
   const Octets start = source.ahead(10);
   if (startsWith(start, "\x1f\x8b\x08"sv)) return makeGzipDecoder(source);
-  if (isBzip2(start)) return std::make_unique<Archive>(source, archive_read_support_filter_bzip2);
+  if (isBzip2(start)) return makeBzip2Decoder(source);
   if (startsWith(start, "\xfd\x37zXZ\0"sv))
     return std::make_unique<Archive>(source, archive_read_support_filter_xz);
   if (startsWith(start, "\x28\xb5\x2f\xfd"sv))

@@ -72,7 +72,8 @@ class Decoder {
 };
 
 std::unique_ptr<Decoder> makeDecoder(Source& source);
-/// For data that begin with the signature of gzip.
+// For data that begin with the signature of their format.
 std::unique_ptr<Decoder> makeGzipDecoder(Source& source);
+std::unique_ptr<Decoder> makeBzip2Decoder(Source& source);
 
 }  // namespace bgpcomm

@@ -1,7 +1,5 @@
 #include <zlib.h>
 
-#include <algorithm>
-
 #include "Decoder.h"
 
 namespace bgpcomm {
@@ -56,8 +54,7 @@ class Gzip final : public Decoder {
       return true;
     }
     for (; !input.empty(); input = source_.ahead()) {
-      if (std::any_of(input.begin(), input.end(), [](U8 octet) { return octet != 0; }))
-        throw CompressionError("gzip data are followed by something else");
+      if (!onlyZeros(input)) throw CompressionError("gzip data are followed by something else");
       source_.take(input.size());
     }
     return false;

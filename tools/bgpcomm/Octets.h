@@ -6,7 +6,9 @@
 //   if (!in) return false;
 #pragma once
 
+#include <algorithm>
 #include <span>
+#include <string_view>
 
 #include "Mox/Types.h"
 
@@ -14,6 +16,17 @@ namespace bgpcomm {
 using namespace Mox::Words;
 
 using Octets = std::span<const U8>;
+
+inline Octets asOctets(std::string_view text) {
+  return {reinterpret_cast<const U8*>(text.data()), text.size()};
+}
+inline std::string_view asText(Octets octets) {
+  return {reinterpret_cast<const char*>(octets.data()), octets.size()};
+}
+
+inline bool onlyZeros(Octets octets) {
+  return std::all_of(octets.begin(), octets.end(), [](U8 octet) { return octet == 0; });
+}
 
 class Cursor {
  public:
