@@ -13,6 +13,18 @@ namespace {
 constexpr U16 afiL2vpn = 25;
 constexpr U16 afiLinkState = 16388;
 
+/// Those whose prefixes are no plain ones.
+enum Safi : U8 {
+  safiMulticastVpn = 5,
+  safiVpls = 65,
+  safiEvpn = 70,
+  safiLinkState = 71,
+  safiLinkStateVpn = 72,
+  safiMobileUserPlane = 85,
+  safiFlow = 133,
+  safiFlowVpn = 134,
+};
+
 bool isIp(Family family) {
   return (family.afi == afiIpv4 || family.afi == afiIpv6) &&
          (family.safi == safiUnicast || family.safi == safiMulticast);
@@ -30,19 +42,18 @@ enum class LengthForm {
 
 LengthForm lengthForm(Family family) {
   switch (family.safi) {
-    case 5:
+    case safiMulticastVpn:
+    case safiEvpn:
       return LengthForm::typeOctets;
-    case 65:
+    case safiVpls:
       return family.afi == afiL2vpn ? LengthForm::octets16 : LengthForm::bits;
-    case 70:
-      return LengthForm::typeOctets;
-    case 71:
-    case 72:
+    case safiLinkState:
+    case safiLinkStateVpn:
       return family.afi == afiLinkState ? LengthForm::type16 : LengthForm::bits;
-    case 85:
+    case safiMobileUserPlane:
       return LengthForm::archType16;
-    case 133:
-    case 134:
+    case safiFlow:
+    case safiFlowVpn:
       return LengthForm::flow;
     default:
       return LengthForm::bits;
