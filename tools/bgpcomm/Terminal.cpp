@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -21,6 +22,27 @@ std::string& output() {
   return held;
 }
 
+volatile std::sig_atomic_t progressDrawn = 0;
+
+/// Callable from a signal's handler.
+void clearProgress() {
+  if (!progressDrawn) return;
+  progressDrawn = 0;
+  constexpr std::string_view clear = "\r\033[K";
+  if (::write(STDERR_FILENO, clear.data(), clear.size()) < 0) return;
+}
+
+void clearAndDie(int signal) {
+  clearProgress();
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+void clearProgressWhenKilled() {
+  for (const int signal : {SIGINT, SIGTERM})
+    if (std::signal(signal, clearAndDie) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
 void writeAll(std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
@@ -28,9 +50,12 @@ void writeAll(std::string_view text) {
       text.remove_prefix(std::size_t(written));
     } else if (errno == EPIPE) {
       // No destructors: the filling thread may wait for input that never comes.
+      clearProgress();
       std::_Exit(0);
     } else if (errno != EINTR) {
-      std::fprintf(stderr, "bgpcomm: standard output: %s\n", std::strerror(errno));
+      const char* const why = std::strerror(errno);
+      clearProgress();
+      std::fprintf(stderr, "bgpcomm: standard output: %s\n", why);
       std::_Exit(1);
     }
   }
@@ -59,7 +84,7 @@ std::string visible(std::string_view text) {
   for (const char c : text) {
     const bool control = U8(c) < 0x20 || c == 0x7f;
     if (control) out += "\\x";
-    out += control ? hex({reinterpret_cast<const U8*>(&c), 1}) : std::string(1, c);
+    out += control ? hex(asOctets({&c, 1})) : std::string(1, c);
   }
   return out;
 }
@@ -67,6 +92,7 @@ std::string visible(std::string_view text) {
 void printError(std::string_view what) {
   flushOutput();
   const std::string line = "bgpcomm: " + visible(what) + '\n';
+  clearProgress();
   std::fputs(line.c_str(), stderr);
 }
 
@@ -88,17 +114,16 @@ std::string grouped(U64 number) {
 Progress::Progress(const std::string& file, const Input& input, bool shown)
     : file_(visible(file.substr(file.rfind('/') + 1))),
       input_(input),
-      enabled_(shown && ::isatty(STDERR_FILENO)) {}
-
-Progress::~Progress() {
-  if (drawn_) std::fputs("\r\033[K", stderr);
+      enabled_(shown && ::isatty(STDERR_FILENO)) {
+  if (enabled_) clearProgressWhenKilled();
 }
+
+Progress::~Progress() { clearProgress(); }
 
 void Progress::draw(U64 paths) {
   const Clock::time_point now = Clock::now();
   if (now - last_ < std::chrono::milliseconds(100)) return;
   last_ = now;
-  drawn_ = true;
 
   const std::chrono::duration<double> elapsed = now - start_;
   std::string line = ' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s";
@@ -113,6 +138,7 @@ void Progress::draw(U64 paths) {
   const std::size_t width = terminalWidth() - 1;
   const std::size_t forName = width > line.size() ? width - line.size() : 0;
   line = file_.substr(file_.size() - std::min(file_.size(), forName)) + line;
+  progressDrawn = 1;
   std::fprintf(stderr, "\r%.*s\033[K", int(width), line.c_str());
   std::fflush(stderr);
 }

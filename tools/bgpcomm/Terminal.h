@@ -18,7 +18,8 @@ void flushOutput();
 /// With control characters as `\xNN`: a file's name may hold any.
 std::string visible(std::string_view text);
 
-/// One line, `bgpcomm: what`, on standard error, behind all output so far.
+/// One line, `bgpcomm: what`, on standard error, behind all output so far and in the place of a
+/// progress line.
 void printError(std::string_view what);
 
 /// Colours, empty unless standard output is a terminal and NO_COLOR is unset or empty.
@@ -31,7 +32,7 @@ const Colours& colours();
 std::string grouped(U64 number);
 
 /// A line on standard error that shows how far a file is read, when that is a terminal. It goes
-/// away with the object.
+/// away with the object, and when a signal from the keyboard or `kill` ends the process.
 class Progress {
  public:
   /// `shown` false: never draws.
@@ -52,7 +53,6 @@ class Progress {
   std::string file_;
   const Input& input_;
   bool enabled_;
-  bool drawn_ = false;
   U64 calls_ = 0;
   Clock::time_point start_ = Clock::now();
   Clock::time_point last_ = start_;
