@@ -189,7 +189,7 @@ TEST_F(Decode, RefusesInOneLine) {
       {"bgpcomm decode 0x", "", 2,
        "argument 1 (0x): " + neither + "too short for flags, type and length"},
       {"printf '40010100\\n\\nz\\033z\\n' | bgpcomm decode -", "Origin (1), flags 0x40: 00\n", 2,
-       "standard input, line 3 (z?z): no hexadecimal digit at character 1"},
+       "standard input, line 3 (z\\x1bz): no hexadecimal digit at character 1"},
       {"head -c 1000000 /dev/zero | bgpcomm decode -", "", 2,
        "standard input, line 1: longer than 200000 characters"},
       {"bgpcomm decode - < /", "", 1, "standard input: Is a directory"},

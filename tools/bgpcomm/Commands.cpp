@@ -2,11 +2,11 @@
 
 namespace bgpcomm {
 
-CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
-                     const std::string& footer) {
-  CLI::App* const command = app.add_subcommand(name, description);
-  command->footer(footer);
-  return command;
+void addTextOptions(CLI::App& command, TextOptions& options) {
+  CLI::Option* const names =
+      command.add_flag("--names", options.names, "Well-known communities by name (default)");
+  command.add_flag("--numeric", options.numeric, "All communities as numbers")->excludes(names);
+  command.add_flag("--json", options.json, "One JSON object per line");
 }
 
 void addFiles(CLI::App& command, std::vector<std::string>& files) {

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bgpcomm {
@@ -23,10 +25,30 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A subcommand; the description is one line, and what is to be said more stands, with an example,
-/// under its help.
-CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
-                     const std::string& footer);
+/// What a subcommand's help says: the description in one line, and under its options what is to be
+/// said more, with an example.
+struct CommandText {
+  std::string name, description, footer;
+};
+/// A subcommand, and where its arguments are to go; once they are there, `run` gets them and gives
+/// the exit code.
+template <class Arguments>
+std::pair<CLI::App&, Arguments&> addCommand(CLI::App& app, const CommandText& text, int& exitCode,
+                                            int (*run)(const Arguments&)) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App* const command = app.add_subcommand(text.name, text.description);
+  command->footer(text.footer);
+  command->callback([arguments, run, &exitCode] { exitCode = run(*arguments); });
+  return {*command, *arguments};
+}
+/// How lists are printed.
+struct TextOptions {
+  bool names = false;
+  bool numeric = false;
+  bool json = false;
+};
+void addTextOptions(CLI::App& command, TextOptions& options);
+
 /// The files that it reads, at least one.
 void addFiles(CLI::App& command, std::vector<std::string>& files);
 

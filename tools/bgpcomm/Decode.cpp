@@ -13,18 +13,12 @@ namespace {
 struct Options {
   std::vector<std::string> arguments;
   std::string format = "classification,ui";
-  bool names = false;
-  bool numeric = false;
-  bool json = false;
+  TextOptions text;
 };
 
-/// The start of a text, in one line whatever it is.
 std::string excerpt(std::string_view text) {
   constexpr std::size_t shown = 24;
-  std::string start(text.substr(0, shown));
-  for (char& c : start)
-    if (c < ' ' || c > '~') c = '?';
-  return text.size() > shown ? start + "..." : start;
+  return std::string(text.substr(0, shown)) + (text.size() > shown ? "..." : "");
 }
 
 /// Digits in pairs, from a character on; blanks and colons may stand between the pairs.
@@ -49,8 +43,8 @@ std::vector<U8> readHex(std::string_view text, std::size_t from) {
 class Printer {
  public:
   explicit Printer(const Options& options)
-      : contents_(readFormat(options.format), options.json),
-        attributes_(!options.numeric, options.json) {}
+      : contents_(readFormat(options.format), options.text.json),
+        attributes_(!options.text.numeric, options.text.json) {}
 
   /// A community or an attribute. The form tells which, never the value: an attribute may happen
   /// to have as many octets as a community.
@@ -103,7 +97,7 @@ std::vector<std::string> joinedOctets(const std::vector<std::string>& arguments)
   return {joined};
 }
 
-void runDecode(const Options& options) {
+int runDecode(const Options& options) {
   const Printer printer(options);
   U64 number = 0;
   for (const std::string& argument : joinedOctets(options.arguments)) {
@@ -113,36 +107,31 @@ void runDecode(const Options& options) {
     else
       print(printer, argument, "argument ", number);
   }
+  return 0;
 }
 
 }  // namespace
 
 void addDecode(CLI::App& app, int& exitCode) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command =
-      addCommand(app, "decode", "Print communities and attributes given in hex",
-                 "16 digits in a piece are an extended community, 40 an IPv6-address-specific\n"
-                 "one. Anything else is a path attribute: flags, type, length, value; blanks and\n"
-                 "colons may stand between its octets, and must where it has as many digits as a\n"
-                 "community. 0x may stand before either. Blank lines of stdin are passed over.\n\n"
-                 "Example: bgpcomm decode 0002fde800000064 c00808fde80064ffffff01");
-  command->add_option("HEX", options->arguments, "What to print; - reads it from stdin, by lines")
+  const auto [command, options] =
+      addCommand(app,
+                 {"decode", "Print communities and attributes given in hex",
+                  "16 digits in a piece are an extended community, 40 an IPv6-address-specific\n"
+                  "one. Anything else is a path attribute: flags, type, length, value; blanks and\n"
+                  "colons may stand between its octets, and must where it has as many digits as a\n"
+                  "community. 0x may stand before either. Blank lines of stdin are passed over.\n\n"
+                  "Example: bgpcomm decode 0002fde800000064 c00808fde80064ffffff01"},
+                 exitCode, runDecode);
+  command.add_option("HEX", options.arguments, "What to print; - reads it from stdin, by lines")
       ->required()
       ->type_name("");
   command
-      ->add_option("--format", options->format,
-                   "What policy texts show: default, qualifier,\n"
-                   "classification, ui, asdot, weighted, with commas\n"
-                   "between, or none (default: classification,ui)")
+      .add_option("--format", options.format,
+                  "What policy texts show: default, qualifier,\n"
+                  "classification, ui, asdot, weighted, with commas\n"
+                  "between, or none (default: classification,ui)")
       ->type_name("FLAGS");
-  CLI::Option* const names =
-      command->add_flag("--names", options->names, "Well-known communities by name (default)");
-  command->add_flag("--numeric", options->numeric, "All communities as numbers")->excludes(names);
-  command->add_flag("--json", options->json, "One JSON object per line");
-  command->callback([options, &exitCode] {
-    exitCode = 0;
-    runDecode(*options);
-  });
+  addTextOptions(command, options.text);
 }
 
 }  // namespace bgpcomm

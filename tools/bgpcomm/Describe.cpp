@@ -43,21 +43,23 @@ void describe(const Mox::Type& type) {
           (enumerator.member ? "" : "  (no valid value)") + '\n');
 }
 
+int runDescribe(const std::string& name) {
+  if (name.empty())
+    for (const Mox::Type* const type : Mox::Type::all()) print(type->name() + '\n');
+  else
+    describe(findType(name));
+  return 0;
+}
+
 }  // namespace
 
 void addDescribe(CLI::App& app, int& exitCode) {
-  const auto name = std::make_shared<std::string>();
-  CLI::App* const command =
-      addCommand(app, "describe", "List the library's types, or what one of them has",
-                 "Example: bgpcomm describe Routing::Bgp::CommList");
-  command->add_option("TYPE", *name, "Its name, qualified or not")->type_name("");
-  command->callback([name, &exitCode] {
-    if (name->empty())
-      for (const Mox::Type* const type : Mox::Type::all()) print(type->name() + '\n');
-    else
-      describe(findType(*name));
-    exitCode = 0;
-  });
+  const auto [command, name] =
+      addCommand(app,
+                 {"describe", "List the library's types, or what one of them has",
+                  "Example: bgpcomm describe Routing::Bgp::CommList"},
+                 exitCode, runDescribe);
+  command.add_option("TYPE", name, "Its name, qualified or not")->type_name("");
 }
 
 }  // namespace bgpcomm

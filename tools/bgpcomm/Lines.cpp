@@ -24,7 +24,7 @@ std::optional<std::string_view> Lines::next() {
     throw UsageError("standard input, line " + std::to_string(number_) + ": longer than " +
                      std::to_string(longestLine) + " characters");
   if (ahead_.empty()) return std::nullopt;
-  const std::string_view line(reinterpret_cast<const char*>(ahead_.data()), size);
+  const std::string_view line = asText(ahead_.first(size));
   const std::size_t taken = std::min(size + 1, ahead_.size());
   source_.take(taken);
   ahead_ = ahead_.subspan(taken);

@@ -22,9 +22,7 @@ struct Wanted {
 struct Options {
   std::vector<std::string> files;
   std::vector<std::string> communities;
-  bool names = false;
-  bool numeric = false;
-  bool json = false;
+  TextOptions text;
 };
 
 Wanted readWanted(const std::string& text) {
@@ -136,7 +134,7 @@ void reportMalformed(const std::string& file, const ReadResult& result) {
 int runPaths(const Options& options) {
   std::vector<Wanted> wanted;
   for (const std::string& text : options.communities) wanted.push_back(readWanted(text));
-  PathPrinter printer(!options.numeric, options.json);
+  PathPrinter printer(!options.text.numeric, options.text.json);
   const auto printWanted = [&](const Path& path, const CommunityValues& values, Place) {
     const bool all = std::all_of(wanted.begin(), wanted.end(),
                                  [&](const Wanted& one) { return carries(values, one); });
@@ -156,25 +154,22 @@ int runPaths(const Options& options) {
 }  // namespace
 
 void addPaths(CLI::App& app, int& exitCode) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command =
-      addCommand(app, "paths", "Print one line per path",
-                 "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
-                 "communities; - where there are none. Exit code 1 when a file cannot be read\n"
-                 "to its end; what is malformed is shown as such, and counted on stderr.\n\n"
-                 "Example: bgpcomm paths --community 65000:100 --community no-export rib.bz2");
-  addFiles(*command, options->files);
+  const auto [command, options] =
+      addCommand(app,
+                 {"paths", "Print one line per path",
+                  "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
+                  "communities; - where there are none. Exit code 1 when a file cannot be read\n"
+                  "to its end; what is malformed is shown as such, and counted on stderr.\n\n"
+                  "Example: bgpcomm paths --community 65000:100 --community no-export rib.bz2"},
+                 exitCode, runPaths);
+  addFiles(command, options.files);
   command
-      ->add_option("--community", options->communities,
-                   "Only paths with this one (65000:100, no-export);\n"
-                   "given again, only those with all of them")
+      .add_option("--community", options.communities,
+                  "Only paths with this one (65000:100, no-export);\n"
+                  "given again, only those with all of them")
       ->allow_extra_args(false)
       ->option_text("VALUE");
-  CLI::Option* const names =
-      command->add_flag("--names", options->names, "Well-known communities by name (default)");
-  command->add_flag("--numeric", options->numeric, "All communities as numbers")->excludes(names);
-  command->add_flag("--json", options->json, "One JSON object per line");
-  command->callback([options, &exitCode] { exitCode = runPaths(*options); });
+  addTextOptions(command, options.text);
 }
 
 }  // namespace bgpcomm

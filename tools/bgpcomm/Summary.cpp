@@ -78,17 +78,22 @@ class Summary {
   std::vector<FileFigures> files_;
 };
 
-int runSummary(const std::vector<std::string>& files, bool json) {
-  Summary summary(files.size() > 1);
+struct Options {
+  std::vector<std::string> files;
+  bool json = false;
+};
+
+int runSummary(const Options& options) {
+  Summary summary(options.files.size() > 1);
   bool good = true;
-  for (const std::string& file : files) {
+  for (const std::string& file : options.files) {
     const std::size_t before = summary.files().size();
     good = summary.add(file) && good;
-    if (json || summary.files().size() == before) continue;
+    if (options.json || summary.files().size() == before) continue;
     print((before > 0 ? "\n" : "") + summaryTable(summary.files().back()));
     flushOutput();
   }
-  if (json)
+  if (options.json)
     print(summaryJson(summary.files(), summary.total()));
   else if (summary.files().size() > 1)
     print('\n' + summaryTable(summary.total()));
@@ -98,20 +103,16 @@ int runSummary(const std::vector<std::string>& files, bool json) {
 }  // namespace
 
 void addSummary(CLI::App& app, int& exitCode) {
-  struct Options {
-    std::vector<std::string> files;
-    bool json = false;
-  };
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command =
-      addCommand(app, "summary", "Count paths and communities, and what they share",
-                 "Exit code 1 when a file cannot be read to its end; what is malformed is counted\n"
-                 "and passed over.\n\n"
-                 "Example: bgpcomm summary rib.bz2\n"
-                 "         curl -s URL | bgpcomm summary --json -");
-  addFiles(*command, options->files);
-  command->add_flag("--json", options->json, "One JSON object for programs");
-  command->callback([options, &exitCode] { exitCode = runSummary(options->files, options->json); });
+  const auto [command, options] = addCommand(
+      app,
+      {"summary", "Count paths and communities, and what they share",
+       "Exit code 1 when a file cannot be read to its end; what is malformed is counted\n"
+       "and passed over.\n\n"
+       "Example: bgpcomm summary rib.bz2\n"
+       "         curl -s URL | bgpcomm summary --json -"},
+      exitCode, runSummary);
+  addFiles(command, options.files);
+  command.add_flag("--json", options.json, "One JSON object for programs");
 }
 
 }  // namespace bgpcomm

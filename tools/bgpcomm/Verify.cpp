@@ -26,10 +26,6 @@ std::string canonical(const KindRow& kind, Octets value) {
   return attribute;
 }
 
-std::string hexText(const std::string& octets) {
-  return hex(Octets(reinterpret_cast<const U8*>(octets.data()), octets.size()));
-}
-
 class Verifier {
  public:
   void compare(const std::string& file, const CommunityValues& values, Place place) {
@@ -57,7 +53,8 @@ class Verifier {
     const auto at =
         std::mismatch(expected.begin(), expected.end(), written.text.begin(), written.text.end());
     print(what + ": differs from octet " + std::to_string(at.first - expected.begin()) + " on\n");
-    print("  wire    " + hexText(expected) + "\n  written " + hexText(written.text) + '\n');
+    print("  wire    " + hex(asOctets(expected)) + "\n  written " + hex(asOctets(written.text)) +
+          '\n');
   }
 
   KindTables tables_ = makeKindTables();
@@ -85,15 +82,15 @@ int runVerify(const std::vector<std::string>& files) {
 }  // namespace
 
 void addVerify(CLI::App& app, int& exitCode) {
-  const auto files = std::make_shared<std::vector<std::string>>();
-  CLI::App* const command =
-      addCommand(app, "verify", "Write every list back and compare it with the wire",
-                 "What is written must equal, octet by octet, what was read, sorted and without\n"
-                 "repeats. Exit code 1 when a list does not, or a file cannot be read to its end;\n"
-                 "what is malformed is counted and not compared.\n\n"
-                 "Example: bgpcomm verify rib.bz2");
-  addFiles(*command, *files);
-  command->callback([files, &exitCode] { exitCode = runVerify(*files); });
+  const auto [command, files] = addCommand(
+      app,
+      {"verify", "Write every list back and compare it with the wire",
+       "What is written must equal, octet by octet, what was read, sorted and without\n"
+       "repeats. Exit code 1 when a list does not, or a file cannot be read to its end;\n"
+       "what is malformed is counted and not compared.\n\n"
+       "Example: bgpcomm verify rib.bz2"},
+      exitCode, runVerify);
+  addFiles(command, files);
 }
 
 }  // namespace bgpcomm
