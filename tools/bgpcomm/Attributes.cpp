@@ -11,6 +11,12 @@ AttributeHeader takeAttributeHeader(Cursor& in) {
   return header;
 }
 
+Octets valueOf(Octets attribute) {
+  Cursor in(attribute);
+  takeAttributeHeader(in);
+  return in.left();
+}
+
 CommunityValues findCommunities(Octets attributes) {
   CommunityValues values{};
   std::array<bool, kindCount> seen{};

@@ -28,6 +28,9 @@ struct AttributeHeader {
 /// Takes the next header; the cursor fails when it does not fit.
 AttributeHeader takeAttributeHeader(Cursor& in);
 
+/// What stands behind the header of a well-formed attribute.
+Octets valueOf(Octets attribute);
+
 /// The value of the first attribute of a type, well-formed as far as it is known; nothing when
 /// there is none.
 std::optional<Octets> findAttribute(Octets attributes, U8 type);

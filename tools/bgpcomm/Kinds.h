@@ -1,5 +1,5 @@
 // The kinds of communities, one row each. The commands know kinds only through these rows and
-// through KindTable: a further kind is a row, and a traits struct in Kinds.cpp.
+// through KindTable: a further kind is a row in Kinds.cpp, and a struct as StandardKind.
 #pragma once
 
 #include <array>
@@ -19,9 +19,9 @@ struct ValueUse {
 
 struct KindFigures {
   U64 attributes = 0;
-  U64 communities = 0;  ///< as on the wire, repeats included
-  U64 distinctValues = 0;
-  U64 distinctLists = 0;  ///< members of the intern table
+  U64 communities = 0;                ///< as on the wire, repeats included
+  std::optional<U64> distinctValues;  ///< unknown when memory did not suffice
+  U64 distinctLists = 0;              ///< members of the intern table
   U64 internedOctets = 0;
   U64 unsharedOctets = 0;  ///< had each path a list of its own
   std::vector<ValueUse> mostUsed;
@@ -32,14 +32,15 @@ class KindTable {
  public:
   virtual ~KindTable() = default;
 
-  /// Interns the list in an attribute's value and keeps it for one path: one pointer. Gives the
-  /// reason when the list is refused.
+  /// Interns the list in an attribute's value and counts it for one path. Gives the reason when the
+  /// list is refused.
   virtual std::optional<std::string> hold(Octets value) = 0;
   /// Takes over what the paths of another table of this kind hold, with their numbers.
   virtual void add(const KindTable& other) = 0;
   /// The figures of all that is held. Octets are those allocated since this table was made, so
-  /// no other may fill meanwhile.
-  virtual KindFigures figures() const = 0;
+  /// no other may fill meanwhile. When memory does not suffice, std::bad_alloc; everything but the
+  /// values is there then.
+  virtual void figures(KindFigures& figures) const = 0;
 
   // Of a single attribute's value; nothing is kept.
 

@@ -1,6 +1,7 @@
 #include "Summary.h"
 
 #include <chrono>
+#include <functional>
 
 #include "Commands.h"
 #include "Reading.h"
@@ -9,9 +10,26 @@
 namespace bgpcomm {
 namespace {
 
-void takeFigures(const KindTables& tables, FileFigures& figures) {
-  for (std::size_t kind = 0; kind < kindCount; ++kind)
-    if (tables[kind]) figures.kinds.push_back({&kindRows[kind], tables[kind]->figures()});
+/// Does something with the table of each kind. Where memory does not suffice for a kind, that is
+/// an error line, and the result false.
+bool forEachTable(const KindTables& tables, const std::string& file,
+                  const std::function<void(std::size_t kind)>& use) {
+  bool good = true;
+  for (std::size_t kind = 0; kind < kindCount; ++kind) try {
+      if (tables[kind]) use(kind);
+    } catch (const std::bad_alloc&) {
+      printError(file + ": out of memory for the figures of " + std::string(kindRows[kind].title) +
+                 " communities");
+      good = false;
+    }
+  return good;
+}
+
+bool takeFigures(const KindTables& tables, FileFigures& figures) {
+  return forEachTable(tables, figures.file, [&](std::size_t kind) {
+    figures.kinds.push_back({&kindRows[kind], {}});
+    tables[kind]->figures(figures.kinds.back().figures);
+  });
 }
 
 ReadResult readInto(const std::string& file, const KindTables& tables, FileFigures& figures) {
@@ -41,35 +59,33 @@ class Summary {
     total_.file = "total";
   }
 
-  /// False when the file could not be read to its end.
+  /// False when the file could not be read to its end, or memory did not suffice.
   bool add(const std::string& file) {
     FileFigures figures;
     const KindTables tables = makeKindTables();
     const ReadResult result = readInto(file, tables, figures);
     if (result.unopened) return false;
-    takeFigures(tables, figures);
+    bool good = takeFigures(tables, figures) && !result.failed;
     total_.records += figures.records;
     total_.paths += figures.paths;
     total_.seconds += figures.seconds;
     total_.faults.add(figures.faults);
     if (together_)
-      for (std::size_t kind = 0; kind < kindCount; ++kind)
-        if (tables[kind]) tables_[kind]->add(*tables[kind]);
+      good &= forEachTable(tables, total_.file,
+                           [&](std::size_t kind) { tables_[kind]->add(*tables[kind]); });
     files_.push_back(std::move(figures));
-    return !result.failed;
+    return good;
   }
 
   const std::vector<FileFigures>& files() const { return files_; }
-  FileFigures total() const {
-    FileFigures total = total_;
-    if (together_)
-      takeFigures(tables_, total);
-    else if (files_.empty())
-      takeFigures(makeKindTables(), total);
-    else
-      total.kinds = files_.front().kinds;
-    return total;
+  /// Takes the figures of all files together; false when memory did not suffice.
+  bool finish() {
+    if (together_) return takeFigures(tables_, total_);
+    if (files_.empty()) return takeFigures(makeKindTables(), total_);
+    total_.kinds = files_.front().kinds;
+    return true;
   }
+  const FileFigures& total() const { return total_; }
 
  private:
   bool together_;
@@ -93,6 +109,7 @@ int runSummary(const Options& options) {
     print((before > 0 ? "\n" : "") + summaryTable(summary.files().back()));
     flushOutput();
   }
+  if (options.json || summary.files().size() > 1) good = summary.finish() && good;
   if (options.json)
     print(summaryJson(summary.files(), summary.total()));
   else if (summary.files().size() > 1)

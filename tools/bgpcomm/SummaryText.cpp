@@ -56,7 +56,10 @@ std::string kindLines(const FileFigures& figures) {
   static const Row rows[] = {
       {"attributes", [](const KindFigures& kind) { return grouped(kind.attributes); }},
       {"communities", [](const KindFigures& kind) { return grouped(kind.communities); }},
-      {"distinct values", [](const KindFigures& kind) { return grouped(kind.distinctValues); }},
+      {"distinct values",
+       [](const KindFigures& kind) {
+         return kind.distinctValues ? grouped(*kind.distinctValues) : "?";
+       }},
       {"distinct lists", [](const KindFigures& kind) { return grouped(kind.distinctLists); }},
       {"paths per list",
        [](const KindFigures& kind) {
@@ -88,6 +91,10 @@ std::string mostUsedLines(const FileFigures::OfKind& kind) {
   return text;
 }
 
+nlohmann::ordered_json number(const std::optional<U64>& value) {
+  return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json();
+}
+
 nlohmann::ordered_json json(const FileFigures& figures) {
   nlohmann::ordered_json object;
   object["file"] = figures.file;
@@ -101,7 +108,7 @@ nlohmann::ordered_json json(const FileFigures& figures) {
   for (const auto& [row, kind] : figures.kinds)
     object[std::string(row->key)] = {{"attributes", kind.attributes},
                                      {"communities", kind.communities},
-                                     {"distinctValues", kind.distinctValues},
+                                     {"distinctValues", number(kind.distinctValues)},
                                      {"distinctLists", kind.distinctLists}};
   object["seconds"] = figures.seconds;
   return object;
