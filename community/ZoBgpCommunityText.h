@@ -25,7 +25,7 @@ namespace Routing::Bgp {
 class CommText {
  public:
   CommText& operator<<(std::string_view text) {
-    std::memcpy(buffer_.allocateSpace(text.size()), text.data(), text.size());
+    text.copy(buffer_.allocateSpace(text.size()), text.size());
     buffer_.written(text.size());
     return *this;
   }

@@ -28,7 +28,7 @@ class StoreFile {
 
 /// Puts a file of these pieces into the place of the one of this name, if there is one. Readers,
 /// and whoever finds it after the machine stopped, see the old one or the new one whole. A failure
-/// leaves the old one, and nothing beside it.
+/// leaves the old one, and nothing beside it. A symbolic link of that name is replaced itself.
 void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces);
 
 }  // namespace MoxStash
