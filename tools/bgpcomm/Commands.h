@@ -17,6 +17,9 @@ void addSummary(CLI::App& app, int& exitCode);
 void addPaths(CLI::App& app, int& exitCode);
 void addVerify(CLI::App& app, int& exitCode);
 void addDecode(CLI::App& app, int& exitCode);
+void addSave(CLI::App& app, int& exitCode);
+void addRestore(CLI::App& app, int& exitCode);
+void addWatchRt(CLI::App& app, int& exitCode);
 void addDescribe(CLI::App& app, int& exitCode);
 
 /// A value of the command line that is not understood: one error line, exit code 2.

@@ -39,10 +39,10 @@ void AttributePrinter::printValue(const AttributeHeader& header, Octets value) c
   const std::size_t kind = kindOfAttribute(header.type);
   std::string text = hex(value);
   std::vector<std::string> values;
-  const bool isList = kind < kindCount && tables_[kind];
+  const bool isList = kind < kindCount;
   if (isList) {
     const KindTable::Text list = tables_[kind]->text(value, names_);
-    if (!list.good) throw UsageError(list.text);
+    if (list.fault) throw UsageError(list.text);
     text = list.text;
     values = tables_[kind]->texts(value, names_);
   }

@@ -13,13 +13,14 @@ using namespace Mox::Words;
 enum class Fault : U8 {
   attrLength,       ///< a community attribute that is empty or no multiple of its value's size
   attrOverrun,      ///< an attribute that goes beyond its block
+  linkBandwidth,    ///< an extended list with two different link bandwidths
   badRecord,        ///< a record whose fields do not fit into it, or that is too long
   truncatedRecord,  ///< the file ends inside a record
   compression,      ///< compressed data that are damaged or cut short
 };
 
-inline constexpr std::array<std::string_view, 5> faultNames = {
-    "attrLength", "attrOverrun", "badRecord", "truncatedRecord", "compression"};
+inline constexpr std::array<std::string_view, 6> faultNames = {
+    "attrLength", "attrOverrun", "linkBandwidth", "badRecord", "truncatedRecord", "compression"};
 
 class FaultCounts {
  public:
@@ -30,6 +31,7 @@ class FaultCounts {
   void add(const FaultCounts& other) {
     for (std::size_t i = 0; i < counts_.size(); ++i) counts_[i] += other.counts_[i];
   }
+  void add(Fault fault, U64 count) { counts_[std::size_t(fault)] += count; }
   U64 operator[](Fault fault) const { return counts_[std::size_t(fault)]; }
   /// With any counted.
   Fault first() const {

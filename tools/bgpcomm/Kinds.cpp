@@ -1,5 +1,7 @@
 #include "Kinds.h"
 
+#include "ExtendedKind.h"
+#include "LargeKind.h"
 #include "ListTable.h"
 #include "StandardKind.h"
 
@@ -12,21 +14,15 @@ std::unique_ptr<KindTable> makeKindTable() {
 }
 
 template <class Kind>
-constexpr KindRow row(std::string_view key, std::string_view title, U8 attribute) {
-  return {key, title, attribute, Kind::valueSize, &makeKindTable<Kind>, &Kind::readValue};
-}
-
-/// A kind whose lists do not exist yet.
-constexpr KindRow row(std::string_view key, std::string_view title, U8 attribute,
-                      std::size_t valueSize) {
-  return {key, title, attribute, valueSize, nullptr, nullptr};
+constexpr KindRow row(std::string_view key, std::string_view title) {
+  return {key, title, U8(Kind::attributeType), Kind::valueSize, &makeKindTable<Kind>};
 }
 
 constexpr std::array<KindRow, kindCount> rows = {
-    row<StandardKind>("standard", "standard", 8),
-    row("extended", "extended", 16, 8),
-    row("ipv6Extended", "IPv6 extended", 25, 20),
-    row("large", "large", 32, 12),
+    row<StandardKind>("standard", "standard"),
+    row<ExtendedKind<EightOctets>>("extended", "extended"),
+    row<ExtendedKind<TwentyOctets>>("ipv6Extended", "IPv6 extended"),
+    row<LargeKind>("large", "large"),
 };
 
 constexpr std::array<U8, 256> kindByAttribute = [] {
@@ -42,8 +38,7 @@ const std::array<KindRow, kindCount> kindRows = rows;
 
 KindTables makeKindTables() {
   KindTables tables;
-  for (std::size_t kind = 0; kind < kindCount; ++kind)
-    if (kindRows[kind].makeTable) tables[kind] = kindRows[kind].makeTable();
+  for (std::size_t kind = 0; kind < kindCount; ++kind) tables[kind] = kindRows[kind].makeTable();
   return tables;
 }
 

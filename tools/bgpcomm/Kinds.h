@@ -3,11 +3,14 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "Faults.h"
+#include "MoxStash/StoreWriter.h"
 #include "Octets.h"
 
 namespace bgpcomm {
@@ -25,6 +28,10 @@ struct KindFigures {
   U64 internedOctets = 0;
   U64 unsharedOctets = 0;  ///< had each path a list of its own
   std::vector<ValueUse> mostUsed;
+
+  // Of extended communities only.
+  std::optional<std::map<std::string, U64>> types;  ///< distinct values by `type/subtype` in hex
+  std::optional<U64> distinctRouteTargetSets;
 };
 
 /// The intern table of one kind, and the lists that the paths of a file hold in it.
@@ -32,9 +39,9 @@ class KindTable {
  public:
   virtual ~KindTable() = default;
 
-  /// Interns the list in an attribute's value and counts it for one path. Gives the reason when the
-  /// list is refused.
-  virtual std::optional<std::string> hold(Octets value) = 0;
+  /// Interns the list in an attribute's value and counts it for one path. Says what is wrong when
+  /// the list is refused.
+  virtual std::optional<Fault> hold(Octets value) = 0;
   /// Takes over what the paths of another table of this kind hold, with their numbers.
   virtual void add(const KindTable& other) = 0;
   /// The figures of all that is held. Octets are those allocated since this table was made, so
@@ -45,15 +52,32 @@ class KindTable {
   // Of a single attribute's value; nothing is kept.
 
   struct Text {
-    bool good = true;
+    std::optional<Fault> fault;
     std::string text;  ///< or why the list was refused
   };
   /// `65000:100 no-export`.
   virtual Text text(Octets value, bool names) const = 0;
   /// The same, value by value; empty when the list was refused.
   virtual std::vector<std::string> texts(Octets value, bool names) const = 0;
-  /// The attribute that the interned list writes, header included.
+  /// The attribute that the interned list writes, header included, non-transitive communities too.
   virtual Text serialized(Octets value) const = 0;
+
+  // The store.
+
+  struct StoredUse {
+    MoxStash::StoreReference list;
+    U64 paths;
+  };
+  /// Adds all lists to the store; says where each is, and how many paths hold it.
+  virtual std::vector<StoredUse> save(MoxStash::StoreWriter& writer) const = 0;
+  /// Interns a stored list for so many paths. StoreException when the store is damaged.
+  virtual void restore(const MoxStash::StoreManager& store, const StoredUse& use) = 0;
+  /// What the lists do not say themselves: communities as they were on the wire.
+  U64 communities() const { return communities_; }
+  void communitiesIs(U64 communities) { communities_ = communities; }
+
+ protected:
+  U64 communities_ = 0;
 };
 
 struct KindRow {
@@ -61,17 +85,13 @@ struct KindRow {
   std::string_view title;  ///< in tables
   U8 attribute;
   std::size_t valueSize;
-  /// Null for a kind whose lists the library does not have; its attributes are checked for their
-  /// length alone.
   std::unique_ptr<KindTable> (*makeTable)();
-  /// The octets of a value written as text; nothing when the text is of another form.
-  std::optional<std::vector<U8>> (*readValue)(std::string_view text);
 };
 
 inline constexpr std::size_t kindCount = 4;
 extern const std::array<KindRow, kindCount> kindRows;
 
-/// By the number of the kind; null for a kind without lists.
+/// By the number of the kind.
 using KindTables = std::array<std::unique_ptr<KindTable>, kindCount>;
 KindTables makeKindTables();
 

@@ -3,16 +3,18 @@
 //
 //   struct StandardKind {
 //     using List = ...;                              an interned list
+//     static constexpr auto attributeType = ...;     its path attribute
 //     static constexpr std::size_t valueSize = 4;    octets of a value
-//     static constexpr std::string_view memory[];    names under which the library counts the
-//                                                    memory of what a list is made of
+//     static counts(type);                           whether objects of this type are what lists of
+//                                                    the kind are made of
 //     intern(octets);                                the list of an attribute's value, or the fault
+//     restore(reference, store);                     a stored list
 //     table();                                       the intern table of the lists
 //     octets();                                      what all intern tables take
 //     static attribute(list);                        the attribute that it writes
 //     static ownOctets(list);                        what a path's own list would take
-//     static text(list, names);  static valueText(octets, names);
-//     static readValue(text);                        as KindRow has it
+//     text(list, names);  valueText(octets, names);
+//     addFigures(figures, uses);                     if it has figures of its own
 //   };
 #pragma once
 
@@ -22,15 +24,16 @@
 #include "Kinds.h"
 #include "Mox/Allocation.h"
 #include "ValueUses.h"
+#include "community-list/ZoBgpCommunityListWire.h"
 
 namespace bgpcomm {
 
 template <class Kind>
 class ListTable final : public KindTable {
  public:
-  std::optional<std::string> hold(Octets value) override {
+  std::optional<Fault> hold(Octets value) override {
     auto interned = kind_.intern(value);
-    if (!interned) return interned.fault->toStrep();
+    if (!interned) return faultOf(*interned.fault);
     addPaths(std::move(interned.list), 1);
     communities_ += value.size() / Kind::valueSize;
     return std::nullopt;
@@ -57,12 +60,13 @@ class ListTable final : public KindTable {
     uses.addUp();
     constexpr std::size_t shown = 10;
     for (const auto& [value, paths] : uses.mostUsed(shown))
-      figures.mostUsed.push_back({Kind::valueText(value, true), paths});
+      figures.mostUsed.push_back({kind_.valueText(value, true), paths});
+    if constexpr (requires { kind_.addFigures(figures, uses); }) kind_.addFigures(figures, uses);
     figures.distinctValues = uses.distinct();
   }
 
   Text text(Octets value, bool names) const override {
-    return textOf(value, [names](const List& list) { return Kind::text(list, names); });
+    return textOf(value, [&](const List& list) { return kind_.text(list, names); });
   }
 
   std::vector<std::string> texts(Octets value, bool names) const override {
@@ -72,11 +76,21 @@ class ListTable final : public KindTable {
     const std::string attribute = Kind::attribute(*interned.list);
     for (Octets left = valueOf(asOctets(attribute)); !left.empty();
          left = left.subspan(Kind::valueSize))
-      texts.push_back(Kind::valueText(left.first(Kind::valueSize), names));
+      texts.push_back(kind_.valueText(left.first(Kind::valueSize), names));
     return texts;
   }
 
   Text serialized(Octets value) const override { return textOf(value, &Kind::attribute); }
+
+  std::vector<StoredUse> save(MoxStash::StoreWriter& writer) const override {
+    std::vector<StoredUse> uses;
+    for (const auto& [list, held] : held_)
+      uses.push_back({writer.add(held.list, held.paths), held.paths});
+    return uses;
+  }
+  void restore(const MoxStash::StoreManager& store, const StoredUse& use) override {
+    addPaths(kind_.restore(use.list, store), use.paths);
+  }
 
  private:
   using List = typename Kind::List;
@@ -94,20 +108,27 @@ class ListTable final : public KindTable {
   template <class Make>
   Text textOf(Octets value, Make make) const {
     const auto interned = kind_.intern(value);
-    if (!interned) return {false, interned.fault->toStrep()};
-    return {true, make(*interned.list)};
+    if (!interned) return {faultOf(*interned.fault), interned.fault->toStrep()};
+    return {std::nullopt, make(*interned.list)};
+  }
+
+  static Fault faultOf(const Routing::Bgp::WireFault& fault) {
+    using Reason = Routing::Bgp::WireFault::Reason;
+    return fault.reason == Reason::linkBandwidth ? Fault::linkBandwidth : Fault::attrLength;
   }
 
   static U64 memory() {
     U64 octets = 0;
-    for (const std::string_view type : Kind::memory) octets += Mox::allocationCount(type).octets;
+    for (const Mox::AllocationCount& count : Mox::allocationCounts()) {
+      const Mox::Type* const type = Mox::Type::find(count.type);
+      if (type && Kind::counts(*type)) octets += count.octets;
+    }
     return octets;
   }
 
   U64 memoryBefore_ = memory();
   Kind kind_;
   std::unordered_map<const List*, Held> held_;
-  U64 communities_ = 0;
 };
 
 }  // namespace bgpcomm

@@ -151,6 +151,18 @@ std::string nlriText(Family family, Octets nlri) {
          std::to_string(nlri[0]);
 }
 
+std::string timeText(const Path& path) {
+  const std::time_t seconds = path.seconds;
+  std::tm utc{};
+  gmtime_r(&seconds, &utc);
+  char text[64];
+  std::size_t size = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc);
+  if (path.microseconds)
+    size += std::size_t(
+        std::snprintf(text + size, sizeof text - size, ".%06u", unsigned(*path.microseconds)));
+  return std::string(text, size) + 'Z';
+}
+
 bool visitPrefixes(const Path& path, const Visit& visit) {
   if (path.fromTable) {
     visit({path.family, path.nlri, path.pathId});

@@ -1,4 +1,5 @@
-// Prefixes as BGP encodes them: how long one is, and its text.
+// Prefixes as BGP encodes them: how long one is, and its text; and the texts of what else a path
+// has.
 #pragma once
 
 #include <optional>
@@ -17,6 +18,9 @@ std::string nlriText(Family family, Octets nlri);
 
 /// `192.0.2.1`, `2001:db8::1`; `-` for an address of another length.
 std::string addressText(Octets address);
+
+/// `2026-07-30T14:00:00Z`, with microseconds where the dump has them.
+std::string timeText(const Path& path);
 
 struct Prefix {
   Family family;

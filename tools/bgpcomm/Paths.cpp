@@ -1,67 +1,67 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <ctime>
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
 #include "Nlri.h"
 #include "Reading.h"
 #include "Terminal.h"
+#include "Wanted.h"
 
 namespace bgpcomm {
 namespace {
 
-/// A value that a path must carry.
-struct Wanted {
-  std::size_t kind;
-  std::vector<U8> value;
-};
-
 struct Options {
   std::vector<std::string> files;
-  std::vector<std::string> communities;
+  std::vector<std::string> communities, routeTargets, large, extended;
   TextOptions text;
 };
 
-Wanted readWanted(const std::string& text) {
-  for (std::size_t kind = 0; kind < kindCount; ++kind)
-    if (kindRows[kind].readValue)
-      if (const auto value = kindRows[kind].readValue(text)) return {kind, *value};
-  throw UsageError("--community " + text +
-                   ": neither two numbers up to 65535 with a colon between nor a known name");
-}
-
 bool carries(const CommunityValues& values, const Wanted& wanted) {
-  for (Octets left = values[wanted.kind]; !left.empty(); left = left.subspan(wanted.value.size()))
-    if (std::equal(wanted.value.begin(), wanted.value.end(), left.begin())) return true;
+  const auto isWanted = [&](Octets value) {
+    return std::any_of(wanted.values.begin(), wanted.values.end(), [&](const auto& one) {
+      return std::equal(value.begin(), value.end(), one.begin(), one.end());
+    });
+  };
+  const std::size_t size = kindRows[wanted.kind].valueSize;
+  for (Octets left = values[wanted.kind]; !left.empty(); left = left.subspan(size))
+    if (isWanted(left.first(size))) return true;
   return false;
 }
 
-/// `2026-07-30T14:00:00Z`, with microseconds where the dump has them.
-std::string timeText(const Path& path) {
-  const std::time_t seconds = path.seconds;
-  std::tm utc{};
-  gmtime_r(&seconds, &utc);
-  char text[64];
-  std::size_t size = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc);
-  if (path.microseconds)
-    size += std::size_t(
-        std::snprintf(text + size, sizeof text - size, ".%06u", unsigned(*path.microseconds)));
-  return std::string(text, size) + 'Z';
+/// What all filters of the command line want.
+std::vector<Wanted> readWanted(const Options& options) {
+  std::vector<Wanted> wanted;
+  const auto add = [&](const char* option, const std::vector<std::string>& texts, auto read,
+                       const char* expected) {
+    for (const std::string& text : texts) {
+      const std::optional<Wanted> one = read(text);
+      if (!one) throw UsageError(std::string(option) + ' ' + text + ": " + expected);
+      wanted.push_back(*one);
+    }
+  };
+  add("--community", options.communities, wantedCommunity,
+      "neither two numbers up to 65535 with a colon between nor a known name");
+  add("--rt", options.routeTargets, wantedRouteTarget,
+      "neither AS:NUMBER nor ADDRESS:NUMBER within their bounds");
+  add("--large", options.large, wantedLarge,
+      "not three numbers up to 4294967295 with colons between");
+  add("--ext", options.extended, wantedExtended, "not 16 or 40 hexadecimal digits");
+  return wanted;
 }
 
 class PathPrinter {
  public:
   PathPrinter(bool names, bool json) : names_(names), json_(json) {}
 
-  void print(const Path& path, const CommunityValues& values) {
+  /// A list that is refused is one of the path's faults.
+  void print(const Path& path, CommunityValues& values) {
     bgpcomm::print(json_ ? jsonLine(path, values) : textLine(path, values));
   }
 
  private:
-  std::string textLine(const Path& path, const CommunityValues& values) {
+  std::string textLine(const Path& path, CommunityValues& values) {
     std::string line = timeText(path) + '\t' + addressText(path.peer.address) + " AS" +
                        std::to_string(path.peer.asNumber) + '\t';
     const std::size_t start = line.size();
@@ -78,18 +78,20 @@ class PathPrinter {
     return line + '\t' + communities(values) + '\n';
   }
 
-  std::string communities(const CommunityValues& values) {
+  std::string communities(CommunityValues& values) {
     std::string text;
     for (std::size_t kind = 0; kind < kindCount; ++kind) {
-      if (!tables_[kind] || (values[kind].empty() && !values.malformed[kind])) continue;
-      KindTable::Text list{false, ""};
-      if (!values.malformed[kind]) list = tables_[kind]->text(values[kind], names_);
-      text += (text.empty() ? "" : " ") + (list.good ? list.text : "malformed");
+      const bool isThere = !values[kind].empty();
+      if (!isThere && !values.malformed[kind]) continue;
+      KindTable::Text list;
+      if (isThere) list = tables_[kind]->text(values[kind], names_);
+      if (list.fault) values.faults.add(*list.fault);
+      text += (text.empty() ? "" : " ") + (isThere && !list.fault ? list.text : "malformed");
     }
     return text.empty() ? "-" : text;
   }
 
-  std::string jsonLine(const Path& path, const CommunityValues& values) {
+  std::string jsonLine(const Path& path, CommunityValues& values) {
     nlohmann::ordered_json object;
     object["time"] = timeText(path);
     object["peer"] = addressText(path.peer.address);
@@ -103,16 +105,20 @@ class PathPrinter {
     object["prefixes"] = std::move(prefixes);
     if (!whole) object["prefixesCutShort"] = true;
     for (std::size_t kind = 0; kind < kindCount; ++kind)
-      if (tables_[kind]) object[std::string(kindRows[kind].key)] = list(kind, values[kind]);
+      object[std::string(kindRows[kind].key)] = list(kind, values);
     for (std::size_t i = 0; i < faultNames.size(); ++i)
       if (values.faults[Fault(i)]) object["malformed"].push_back(faultNames[i]);
     return object.dump() + '\n';
   }
 
-  nlohmann::ordered_json list(std::size_t kind, Octets value) {
+  nlohmann::ordered_json list(std::size_t kind, CommunityValues& values) {
     nlohmann::ordered_json texts = nlohmann::ordered_json::array();
-    if (!value.empty())
-      for (const std::string& text : tables_[kind]->texts(value, names_)) texts.push_back(text);
+    if (values[kind].empty()) return texts;
+    if (const auto fault = tables_[kind]->text(values[kind], names_).fault)
+      values.faults.add(*fault);
+    else
+      for (const std::string& text : tables_[kind]->texts(values[kind], names_))
+        texts.push_back(text);
     return texts;
   }
 
@@ -121,21 +127,10 @@ class PathPrinter {
   KindTables tables_ = makeKindTables();
 };
 
-/// In one line what was passed over. What ended the file has had a line of its own.
-void reportMalformed(const std::string& file, const ReadResult& result) {
-  const U64 passed = result.faults[Fault::attrLength] + result.faults[Fault::attrOverrun] +
-                     result.faults[Fault::badRecord];
-  if (passed == 0) return;
-  printError(file + ": " + grouped(passed) + " malformed, the first " +
-             std::string(faultNames[std::size_t(result.firstFault->fault)]) +
-             placeText(result.firstFault->place));
-}
-
 int runPaths(const Options& options) {
-  std::vector<Wanted> wanted;
-  for (const std::string& text : options.communities) wanted.push_back(readWanted(text));
+  const std::vector<Wanted> wanted = readWanted(options);
   PathPrinter printer(!options.text.numeric, options.text.json);
-  const auto printWanted = [&](const Path& path, const CommunityValues& values, Place) {
+  const auto printWanted = [&](const Path& path, CommunityValues& values, Place) {
     const bool all = std::all_of(wanted.begin(), wanted.end(),
                                  [&](const Wanted& one) { return carries(values, one); });
     if (all) printer.print(path, values);
@@ -144,7 +139,7 @@ int runPaths(const Options& options) {
   const bool showProgress = !::isatty(STDOUT_FILENO);
   bool good = true;
   for (const std::string& file : options.files) {
-    const ReadResult result = readFile(file, printWanted, showProgress);
+    const ReadResult result = readFile(file, printWanted, {.showProgress = showProgress});
     reportMalformed(file, result);
     good = good && !result.failed;
   }
@@ -163,12 +158,19 @@ void addPaths(CLI::App& app, int& exitCode) {
                   "Example: bgpcomm paths --community 65000:100 --community no-export rib.bz2"},
                  exitCode, runPaths);
   addFiles(command, options.files);
-  command
-      .add_option("--community", options.communities,
-                  "Only paths with this one (65000:100, no-export);\n"
-                  "given again, only those with all of them")
-      ->allow_extra_args(false)
-      ->option_text("VALUE");
+  const auto addFilter = [&command = command](const char* name, std::vector<std::string>& values,
+                                              const char* help) {
+    command.add_option(name, values, help)->allow_extra_args(false)->option_text("VALUE");
+  };
+  addFilter("--community", options.communities,
+            "Only paths with this one (65000:100, no-export);\n"
+            "filters given again, or together, must all hold");
+  addFilter("--rt", options.routeTargets,
+            "Only with this route target (65000:100,\n192.0.2.1:100)");
+  addFilter("--large", options.large, "Only with this large community (65000:1:2)");
+  addFilter("--ext", options.extended,
+            "Only with this extended community, in hex (16\n"
+            "digits, or 40 of an IPv6-address-specific one)");
   addTextOptions(command, options.text);
 }
 

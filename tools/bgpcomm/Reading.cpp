@@ -39,9 +39,9 @@ void readRecord(const Record& record, PathCutter& cutter, const VisitPath& visit
   const Place place{record.number, record.offset};
   const bool whole = cutter.cut(record, [&](const Path& path) {
     ++result.paths;
-    const CommunityValues values = findCommunities(path.attributes);
-    count(values.faults, place, result);
+    CommunityValues values = findCommunities(path.attributes);
     visit(path, values, place);
+    count(values.faults, place, result);
   });
   if (!whole) count(FaultCounts(Fault::badRecord), place, result);
 }
@@ -53,7 +53,7 @@ std::string placeText(Place place) {
          ')';
 }
 
-ReadResult readFile(const std::string& file, const VisitPath& visit, bool showProgress) {
+ReadResult readFile(const std::string& file, const VisitPath& visit, ReadOptions options) {
   ReadResult result;
   std::optional<Input> input;
   try {
@@ -66,8 +66,8 @@ ReadResult readFile(const std::string& file, const VisitPath& visit, bool showPr
   RecordReader reader(*input);
   U64 record = 1;
   try {
-    PathCutter cutter;
-    Progress progress(file, *input, showProgress);
+    PathCutter cutter(options.updates);
+    Progress progress(file, *input, options.showProgress);
     for (; const auto found = reader.next(); record = reader.records() + 1) {
       readRecord(*found, cutter, visit, result);
       progress.update(result.paths);
@@ -79,6 +79,15 @@ ReadResult readFile(const std::string& file, const VisitPath& visit, bool showPr
   }
   result.records = reader.records();
   return result;
+}
+
+void reportMalformed(const std::string& file, const ReadResult& result) {
+  const FaultCounts& faults = result.faults;
+  const U64 passed = faults.total() - faults[Fault::truncatedRecord] - faults[Fault::compression];
+  if (passed == 0) return;
+  printError(file + ": " + grouped(passed) + " malformed, the first " +
+             std::string(faultNames[std::size_t(result.firstFault->fault)]) +
+             placeText(result.firstFault->place));
 }
 
 }  // namespace bgpcomm

@@ -34,11 +34,21 @@ struct ReadResult {
   bool unopened = false;
 };
 
-using VisitPath = std::function<void(const Path&, const CommunityValues&, Place)>;
+/// May add to the faults of the path.
+using VisitPath = std::function<void(const Path&, CommunityValues&, Place)>;
+
+struct ReadOptions {
+  bool showProgress = true;
+  PathCutter::Updates updates = PathCutter::Updates::withAttributes;
+};
 
 /// Calls `visit` for each path. What ends the reading early is printed as an error line; whatever
 /// was read before it has been visited; running out of memory, also in `visit`, is such an end.
 /// Malformed attributes and records are counted and passed.
-ReadResult readFile(const std::string& file, const VisitPath& visit, bool showProgress = true);
+ReadResult readFile(const std::string& file, const VisitPath& visit, ReadOptions options = {});
+
+/// One error line of what was passed over, if anything was. What ended the file has had a line of
+/// its own.
+void reportMalformed(const std::string& file, const ReadResult& result);
 
 }  // namespace bgpcomm

@@ -1,24 +1,9 @@
 #include "StandardKind.h"
 
-#include <charconv>
+#include "Numbers.h"
 
 namespace bgpcomm {
 namespace {
-
-std::vector<U8> octetsOf(U32 community) {
-  return {U8(community >> 24), U8(community >> 16), U8(community >> 8), U8(community)};
-}
-
-/// Two numbers with a colon between them.
-std::optional<U32> readNumbers(std::string_view text) {
-  U16 high = 0, low = 0;
-  const char* const end = text.data() + text.size();
-  const auto colon = std::from_chars(text.data(), end, high);
-  if (colon.ec != std::errc() || colon.ptr == end || *colon.ptr != ':') return std::nullopt;
-  const auto last = std::from_chars(colon.ptr + 1, end, low);
-  if (last.ec != std::errc() || last.ptr != end) return std::nullopt;
-  return U32(high) << 16 | low;
-}
 
 /// All that have names lie in the two ends of the numbers.
 std::optional<U32> readName(std::string_view text) {
@@ -38,10 +23,15 @@ std::string StandardKind::valueText(Octets value, bool names) {
 }
 
 std::optional<std::vector<U8>> StandardKind::readValue(std::string_view text) {
-  std::optional<U32> community = readNumbers(text);
-  if (!community) community = readName(text);
+  std::optional<U32> community;
+  if (const auto numbers = readNumbers<2>(text, 0xFFFF))
+    community = U32((*numbers)[0] << 16 | (*numbers)[1]);
+  else
+    community = readName(text);
   if (!community) return std::nullopt;
-  return octetsOf(*community);
+  std::vector<U8> octets;
+  appendNumber(octets, *community, 4);
+  return octets;
 }
 
 }  // namespace bgpcomm

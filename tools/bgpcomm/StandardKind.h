@@ -14,9 +14,13 @@ class StandardKind {
  public:
   using List = Routing::Bgp::CommList;
   static constexpr std::size_t valueSize = 4;
-  static constexpr std::string_view memory[] = {"Routing::Bgp::CommList", "U32 (vector storage)"};
+  static constexpr auto attributeType = Routing::Bgp::BgpPathAttrType::community;
 
+  static bool counts(const Mox::Type& type) { return type.isA(List::type); }
   auto intern(Octets value) const { return List::dedupWire(table_, value); }
+  auto restore(MoxStash::StoreReference list, const MoxStash::StoreManager& store) const {
+    return List::dedupStored(table_, list, store);
+  }
   const Orv::DedupHashTableUnorderedSet& table() const { return *table_->dedupHashTable(); }
   U64 octets() const { return table().octets(); }
 

@@ -10,13 +10,12 @@
 namespace bgpcomm {
 namespace {
 
-/// Does something with the table of each kind. Where memory does not suffice for a kind, that is
+/// Does something for each kind. Where memory does not suffice for a kind, that is
 /// an error line, and the result false.
-bool forEachTable(const KindTables& tables, const std::string& file,
-                  const std::function<void(std::size_t kind)>& use) {
+bool forEachKind(const std::string& file, const std::function<void(std::size_t kind)>& use) {
   bool good = true;
   for (std::size_t kind = 0; kind < kindCount; ++kind) try {
-      if (tables[kind]) use(kind);
+      use(kind);
     } catch (const std::bad_alloc&) {
       printError(file + ": out of memory for the figures of " + std::string(kindRows[kind].title) +
                  " communities");
@@ -26,73 +25,69 @@ bool forEachTable(const KindTables& tables, const std::string& file,
 }
 
 bool takeFigures(const KindTables& tables, FileFigures& figures) {
-  return forEachTable(tables, figures.file, [&](std::size_t kind) {
+  return forEachKind(figures.file, [&](std::size_t kind) {
     figures.kinds.push_back({&kindRows[kind], {}});
     tables[kind]->figures(figures.kinds.back().figures);
   });
 }
 
+}  // namespace
+
 ReadResult readInto(const std::string& file, const KindTables& tables, FileFigures& figures) {
   const auto start = std::chrono::steady_clock::now();
-  FaultCounts refused;
-  const ReadResult result = readFile(file, [&](const Path&, const CommunityValues& values, Place) {
-    for (std::size_t kind = 0; kind < kindCount; ++kind)
-      if (tables[kind] && !values[kind].empty() && tables[kind]->hold(values[kind]))
-        refused.add(Fault::attrLength);
+  const ReadResult result = readFile(file, [&](const Path&, CommunityValues& values, Place) {
+    for (std::size_t kind = 0; kind < kindCount; ++kind) {
+      if (values[kind].empty()) continue;
+      if (const auto fault = tables[kind]->hold(values[kind])) values.faults.add(*fault);
+    }
   });
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   figures.file = file;
   figures.records = result.records;
   figures.paths = result.paths;
   figures.faults = result.faults;
-  figures.faults.add(refused);
   if (result.firstFault) figures.firstFault = placeText(result.firstFault->place);
   figures.seconds = elapsed.count();
   return result;
 }
 
-class Summary {
- public:
-  /// With `together`, the files' lists are also counted as one.
-  explicit Summary(bool together) : together_(together) {
-    if (together_) tables_ = makeKindTables();
-    total_.file = "total";
-  }
+Summary::Summary(bool together, bool json) : together_(together), json_(json) {
+  if (together_) tables_ = makeKindTables();
+  total_.file = "total";
+}
 
-  /// False when the file could not be read to its end, or memory did not suffice.
-  bool add(const std::string& file) {
-    FileFigures figures;
-    const KindTables tables = makeKindTables();
-    const ReadResult result = readInto(file, tables, figures);
-    if (result.unopened) return false;
-    bool good = takeFigures(tables, figures) && !result.failed;
-    total_.records += figures.records;
-    total_.paths += figures.paths;
-    total_.seconds += figures.seconds;
-    total_.faults.add(figures.faults);
-    if (together_)
-      good &= forEachTable(tables, total_.file,
-                           [&](std::size_t kind) { tables_[kind]->add(*tables[kind]); });
-    files_.push_back(std::move(figures));
-    return good;
+bool Summary::add(FileFigures figures, const KindTables& tables) {
+  bool good = takeFigures(tables, figures);
+  total_.records += figures.records;
+  total_.paths += figures.paths;
+  total_.seconds += figures.seconds;
+  total_.faults.add(figures.faults);
+  if (together_)
+    good &= forEachKind(total_.file, [&](std::size_t kind) { tables_[kind]->add(*tables[kind]); });
+  if (!json_) {
+    print((files_.empty() ? "" : "\n") + summaryTable(figures));
+    flushOutput();
   }
+  files_.push_back(std::move(figures));
+  return good;
+}
 
-  const std::vector<FileFigures>& files() const { return files_; }
-  /// Takes the figures of all files together; false when memory did not suffice.
-  bool finish() {
-    if (together_) return takeFigures(tables_, total_);
-    if (files_.empty()) return takeFigures(makeKindTables(), total_);
+bool Summary::finish() {
+  bool good = true;
+  if (together_ && (json_ || files_.size() > 1))
+    good = takeFigures(tables_, total_);
+  else if (files_.empty())
+    good = takeFigures(makeKindTables(), total_);
+  else
     total_.kinds = files_.front().kinds;
-    return true;
-  }
-  const FileFigures& total() const { return total_; }
+  if (json_)
+    print(summaryJson(files_, total_));
+  else if (files_.size() > 1)
+    print('\n' + summaryTable(total_));
+  return good;
+}
 
- private:
-  bool together_;
-  KindTables tables_;
-  FileFigures total_;
-  std::vector<FileFigures> files_;
-};
+namespace {
 
 struct Options {
   std::vector<std::string> files;
@@ -100,21 +95,16 @@ struct Options {
 };
 
 int runSummary(const Options& options) {
-  Summary summary(options.files.size() > 1);
+  Summary summary(options.files.size() > 1, options.json);
   bool good = true;
   for (const std::string& file : options.files) {
-    const std::size_t before = summary.files().size();
-    good = summary.add(file) && good;
-    if (options.json || summary.files().size() == before) continue;
-    print((before > 0 ? "\n" : "") + summaryTable(summary.files().back()));
-    flushOutput();
+    FileFigures figures;
+    const KindTables tables = makeKindTables();
+    const ReadResult result = readInto(file, tables, figures);
+    if (!result.unopened) good = summary.add(std::move(figures), tables) && good;
+    good = good && !result.failed;
   }
-  if (options.json || summary.files().size() > 1) good = summary.finish() && good;
-  if (options.json)
-    print(summaryJson(summary.files(), summary.total()));
-  else if (summary.files().size() > 1)
-    print('\n' + summaryTable(summary.total()));
-  return good ? 0 : exitBadData;
+  return summary.finish() && good ? 0 : exitBadData;
 }
 
 }  // namespace

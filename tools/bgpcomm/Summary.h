@@ -6,6 +6,7 @@
 
 #include "Faults.h"
 #include "Kinds.h"
+#include "Reading.h"
 
 namespace bgpcomm {
 
@@ -21,6 +22,28 @@ struct FileFigures {
     KindFigures figures;
   };
   std::vector<OfKind> kinds;
+};
+
+/// Reads a file's lists into the tables and counts what is no list. Until its figures of kinds are
+/// taken, `kinds` is empty.
+ReadResult readInto(const std::string& file, const KindTables& tables, FileFigures& figures);
+
+/// Prints the figures of files one after the other, and of all together in the end.
+class Summary {
+ public:
+  /// With `together`, the files' lists are also counted as one.
+  Summary(bool together, bool json);
+
+  /// A file whose lists are in the tables. False when memory does not suffice for its figures.
+  bool add(FileFigures figures, const KindTables& tables);
+  /// To be called once, after all files. As `add`.
+  bool finish();
+
+ private:
+  const bool together_, json_;
+  KindTables tables_;
+  FileFigures total_;
+  std::vector<FileFigures> files_;
 };
 
 /// For people, at most 80 columns wide as long as the file's name is not longer.

@@ -83,6 +83,17 @@ std::string kindLines(const FileFigures& figures) {
   return text;
 }
 
+std::string extendedLines(const FileFigures::OfKind& kind) {
+  std::string text;
+  if (kind.figures.distinctRouteTargetSets)
+    text += "\n" + line("route-target sets", grouped(*kind.figures.distinctRouteTargetSets)) + '\n';
+  if (!kind.figures.types || kind.figures.types->empty()) return text;
+  text += "\n  distinct " + std::string(kind.row->title) + " communities by type/subtype\n";
+  for (const auto& [type, values] : *kind.figures.types)
+    text += "  " + padded(grouped(values), labelWidth) + "  " + type + '\n';
+  return text;
+}
+
 std::string mostUsedLines(const FileFigures::OfKind& kind) {
   if (kind.figures.mostUsed.empty()) return "";
   std::string text = "\n  most used " + std::string(kind.row->title) + " communities, by paths\n";
@@ -105,11 +116,16 @@ nlohmann::ordered_json json(const FileFigures& figures) {
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = figures.faults[Fault(i)])
       object["malformedBy"][std::string(faultNames[i])] = count;
-  for (const auto& [row, kind] : figures.kinds)
-    object[std::string(row->key)] = {{"attributes", kind.attributes},
-                                     {"communities", kind.communities},
-                                     {"distinctValues", number(kind.distinctValues)},
-                                     {"distinctLists", kind.distinctLists}};
+  for (const auto& [row, kind] : figures.kinds) {
+    nlohmann::ordered_json& entry = object[std::string(row->key)];
+    entry = {{"attributes", kind.attributes},
+             {"communities", kind.communities},
+             {"distinctValues", number(kind.distinctValues)},
+             {"distinctLists", kind.distinctLists}};
+    if (kind.distinctRouteTargetSets)
+      entry["distinctRouteTargetSets"] = *kind.distinctRouteTargetSets;
+    if (kind.types) entry["types"] = *kind.types;
+  }
   object["seconds"] = figures.seconds;
   return object;
 }
@@ -122,7 +138,7 @@ std::string summaryTable(const FileFigures& figures) {
   text += '\n' + line("records", grouped(figures.records)) + '\n';
   text += line("paths", grouped(figures.paths)) + '\n';
   text += malformedLines(figures) + timeLine(figures) + '\n' + kindLines(figures);
-  for (const auto& kind : figures.kinds) text += mostUsedLines(kind);
+  for (const auto& kind : figures.kinds) text += extendedLines(kind) + mostUsedLines(kind);
   return text;
 }
 

@@ -46,6 +46,11 @@ class ValueUses {
 
   U64 distinct() const { return uses_.size(); }
 
+  /// Calls `use` with the octets of each value, once it is added up.
+  void forEach(auto use) const {
+    for (const Use& one : uses_) use(Octets(octetsOf(one.first)));
+  }
+
   /// Values, by their octets, and the paths that carry them: at most `count`, the most used first;
   /// of equally used ones those that are smaller.
   std::vector<std::pair<std::vector<U8>, U64>> mostUsed(std::size_t count) const {

@@ -40,6 +40,9 @@ int run(int argc, char** argv) {
   bgpcomm::addPaths(app, exitCode);
   bgpcomm::addVerify(app, exitCode);
   bgpcomm::addDecode(app, exitCode);
+  bgpcomm::addSave(app, exitCode);
+  bgpcomm::addRestore(app, exitCode);
+  bgpcomm::addWatchRt(app, exitCode);
   bgpcomm::addDescribe(app, exitCode);
   try {
     app.parse(readArguments(argc, argv));

@@ -1,0 +1,44 @@
+#include "ExtendedKind.h"
+
+#include "Hex.h"
+#include "Kinds.h"
+
+namespace bgpcomm {
+
+using namespace Routing::Bgp;
+
+const BgpParseExtendedCommunityRule::Ptr& sharedParser() {
+  static const auto container = bgpParseExtCommContainerSmFactory();
+  return container->extCommParser();
+}
+
+/// The short policy text; of what has none the long one; of what nobody knows more about its octets
+/// in hex. No two communities of a type look alike.
+template <class Family>
+std::string ExtendedKind<Family>::valueText(const Value& value) {
+  using Format = typename Value::StrepFormat;
+  std::string text = value.toStrepForPolicy(Format(strepFormatClassification));
+  if (!text.empty()) return text;
+  if (value.classification() != extCommClassificationUnSpecified)
+    text = value.toStrepForPolicy(Format(strepFormatClassification | strepFormatUI));
+  if (!text.empty()) return text;
+  std::array<U8, valueSize> octets;
+  List::Family::store(value.getContent(), octets.data());
+  return "0x" + hex(octets);
+}
+
+template <class Family>
+void ExtendedKind<Family>::addFigures(KindFigures& figures,
+                                      const ValueUses<valueSize>& uses) const {
+  if constexpr (requires { lists_->notifyingRtExtCommListCollection(); }) {
+    figures.distinctRouteTargetSets = lists_->notifyingRtExtCommListCollection()->rtExtCommLists();
+    std::map<std::string, U64>& types = figures.types.emplace();
+    uses.forEach(
+        [&](Octets value) { ++types[hex(value.first(1)) + '/' + hex(value.subspan(1, 1))]; });
+  }
+}
+
+template class ExtendedKind<EightOctets>;
+template class ExtendedKind<TwentyOctets>;
+
+}  // namespace bgpcomm

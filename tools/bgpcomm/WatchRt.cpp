@@ -1,0 +1,121 @@
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "ExtendedKind.h"
+#include "Nlri.h"
+#include "Reading.h"
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+using namespace Routing::Bgp;
+using Collection = NotifyingRtExtCommListCollection;
+
+struct Options {
+  std::string file;
+  bool json = false;
+};
+
+/// Prints what it hears of, at the time of the message that is being replayed.
+class Watcher final : public Collection::NotifieeConst {
+ public:
+  Watcher(Collection::Ptr collection, bool json) : collection_(std::move(collection)), json_(json) {
+    notifierIs(collection_);
+  }
+  ~Watcher() override { notifierIs(nullptr); }
+
+  void timeIs(const Path& path) { time_ = timeText(path); }
+
+  void onRtExtCommList(const Collection::Notifier& set) override {
+    const bool come = collection_->rtExtCommListHas(set);
+    std::vector<std::string> targets;
+    for (const auto& target : set->rtExtCommListRawPtr()->commVector())
+      targets.push_back(target->toStrepForPolicy(ExtComm::StrepFormat(strepFormatClassification)));
+    print(json_ ? jsonLine(come, targets) : textLine(come, targets));
+  }
+
+ private:
+  std::string textLine(bool come, const std::vector<std::string>& targets) const {
+    std::string line = time_ + (come ? "\t+\t" : "\t-\t");
+    for (std::size_t i = 0; i < targets.size(); ++i) line += (i ? " " : "") + targets[i];
+    return line + '\n';
+  }
+  std::string jsonLine(bool come, const std::vector<std::string>& targets) const {
+    const nlohmann::ordered_json object = {
+        {"time", time_}, {"event", come ? "come" : "gone"}, {"routeTargets", targets}};
+    return object.dump() + '\n';
+  }
+
+  const Collection::Ptr collection_;
+  const bool json_;
+  std::string time_;
+};
+
+/// The paths as their peers have last announced them, and of each its extended communities.
+class Replay {
+ public:
+  explicit Replay(const ExtCommListDedupTable::Ptr& lists) : lists_(lists) {}
+
+  void take(const Path& path, Octets extended) {
+    visitWithdrawn(path, [&](const Prefix& prefix) { paths_.erase(key(path, prefix)); });
+    ExtCommList::PtrConst list;
+    if (!extended.empty()) list = ExtCommList::dedupWire(lists_, values_, extended).list;
+    visitPrefixes(path, [&](const Prefix& prefix) {
+      if (list)
+        paths_[key(path, prefix)] = list;
+      else
+        paths_.erase(key(path, prefix));
+    });
+  }
+
+ private:
+  /// Peer and prefix; with ADD-PATH also the path's identifier.
+  static std::string key(const Path& path, const Prefix& prefix) {
+    std::string key = std::to_string(path.peer.asNumber) + ' ' + addressText(path.peer.address) +
+                      ' ' + std::to_string(prefix.family.afi) + ' ' +
+                      std::to_string(prefix.family.safi) + ' ';
+    if (prefix.pathId) key += std::to_string(*prefix.pathId) + ' ';
+    return key.append(prefix.nlri.begin(), prefix.nlri.end());
+  }
+
+  ExtCommDedupTable::Ptr values_ = extCommDedupTableFactory(sharedParser());
+  ExtCommListDedupTable::Ptr lists_;
+  std::map<std::string, ExtCommList::PtrConst> paths_;
+};
+
+int runWatchRt(const Options& options) {
+  const auto lists = extCommListDedupTableFactory();
+  Replay replay(lists);
+  Watcher watcher(lists->notifyingRtExtCommListCollection(), options.json);
+  const std::size_t extended = kindOfAttribute(U8(BgpPathAttrType::extCommunity));
+  const ReadResult result = readFile(options.file,
+                                     [&](const Path& path, const CommunityValues& values, Place) {
+                                       watcher.timeIs(path);
+                                       replay.take(path, values[extended]);
+                                     },
+                                     {.showProgress = false, .updates = PathCutter::Updates::all});
+  watcher.notifierIs(nullptr);  // what is left is not going, only no longer watched
+  reportMalformed(options.file, result);
+  return result.failed ? exitBadData : 0;
+}
+
+}  // namespace
+
+void addWatchRt(CLI::App& app, int& exitCode) {
+  const auto [command, options] = addCommand(
+      app,
+      {"watch-rt", "Replay updates and print route-target sets as they come and go",
+       "Keeps the paths of every peer as the file announces, replaces and withdraws them.\n"
+       "A line says time, + or -, and the route targets: a set comes with its first path\n"
+       "and goes with its last. Fields are separated by tabs.\n\n"
+       "Example: bgpcomm watch-rt updates.20241001.0055.gz"},
+      exitCode, runWatchRt);
+  command.add_option("FILE", options.file, "MRT dump: plain, gz, bz2, xz or zst; - is stdin")
+      ->required()
+      ->type_name("");
+  command.add_flag("--json", options.json, "One JSON object per line");
+}
+
+}  // namespace bgpcomm
