@@ -1,4 +1,4 @@
-// What only lists of standard communities have: names, flags, snapshots.
+// What only one kind of flat list has: names, flags, notations, snapshots; and known lists of each.
 #include <gtest/gtest.h>
 
 #include <iomanip>
@@ -73,6 +73,32 @@ TEST(CommList, TextsHashAndFlagsOfKnownLists) {
   }
   EXPECT_EQ(listOf({5, 1})->dedup(commListDedupTableFactory())->serialize(),
             Mox::String("\xC0\x08\x08\0\0\0\1\0\0\0\5", 11));
+}
+
+TEST(LargeCommList, TextsHashAndWireOfKnownLists) {
+  const std::tuple<Acl::CommunityValue, const char*, const char*, U32> ascending[] = {
+      {{65000, 1, 2}, "65000:1:2", "65000:1:2", 0x32cc934c},
+      {{65536, 0, 0}, "65536:0:0", "1.0:0:0", 0x7646f749},
+      {{4200000000, 5, 6}, "4200000000:5:6", "64086.59904:5:6", 0x84ae4950}};
+  const auto all = LargeCommList::LargeCommListIs();
+  for (const auto& [value, plain, asdot, hash] : ascending) {
+    all->commIs(value);
+    const auto one = LargeCommList::LargeCommListIs();
+    one->commIs(value);
+    EXPECT_EQ(one->dedup(largeCommListDedupTableFactory())->hash(), hash);
+    EXPECT_EQ(one->toStrep(), plain);
+    EXPECT_EQ(LargeCommList::getStringValue(value), plain);
+    EXPECT_EQ(LargeCommList::displayString(value, true), asdot);
+  }
+  const auto list = all->dedup(largeCommListDedupTableFactory());
+  EXPECT_EQ(list->toStrep(), "65000:1:2 65536:0:0 4200000000:5:6");
+  EXPECT_EQ(list->serialize(), Mox::String("\xC0\x20\x24"
+                                           "\0\0\xFD\xE8\0\0\0\1\0\0\0\2"
+                                           "\0\1\0\0\0\0\0\0\0\0\0\0"
+                                           "\xFA\x56\xEA\0\0\0\0\5\0\0\0\6",
+                                           39));
+  EXPECT_EQ(list->commSnapshot()->toStrep(),
+            "{65000:1:2: True, 65536:0:0: True, 4200000000:5:6: True}");
 }
 
 TEST(StackBackedBuffer, GrowsByItsRule) {

@@ -2,8 +2,8 @@
 #include <map>
 #include <sstream>
 
-#include "AllocationCounter.h"
 #include "ExtCommFamilies.h"
+#include "tests/AllocationCounter.h"
 
 namespace Routing::Bgp {
 namespace {

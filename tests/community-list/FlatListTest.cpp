@@ -27,7 +27,18 @@ struct Standard {
     return std::to_string(value[0] >> 16) + ':' + std::to_string(value[0] & 0xFFFF);
   }
 };
-using Kinds = testing::Types<Standard>;
+struct Large {
+  using List = LargeCommList;
+  static constexpr auto makeTable = &largeCommListDedupTableFactory;
+  static constexpr char attribute = 32;
+  static constexpr const char *faults = "Large Community attribute, offset ",
+                              *storage = "Acl::CommunityValue (vector storage)";
+  static Mox::String text(const Words<List>& value) {
+    return std::to_string(value[0]) + ':' + std::to_string(value[1]) + ':' +
+           std::to_string(value[2]);
+  }
+};
+using Kinds = testing::Types<Standard, Large>;
 
 template <class Kind>
 class FlatList : public testing::Test {
@@ -53,8 +64,10 @@ class FlatList : public testing::Test {
   /// Random values, more of them than differ.
   Values drawn(std::size_t count) {
     Values values(count);
-    for (Value& value : values)
+    for (Value& value : values) {
       for (U32& word : value) word = random() % 3 ? random() : random() % 9 - 4;
+      if (random() % 3 == 0) value = values[random() % count];
+    }
     return values;
   }
   std::vector<U8> wireOf(const Values& values) const {
