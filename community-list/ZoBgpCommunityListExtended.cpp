@@ -1,7 +1,7 @@
 #include "community-list/ZoBgpCommunityListExtended.h"
 
 #include "agent/CommunityValue.h"
-#include "community-list/ZoBgpCommunityListImpl.h"
+#include "community-list/ZoBgpCommunityListFamilyImpl.h"
 #include "community-list/ZoBgpCommunityListRouteTargets.h"
 #include "community-list/ZoBgpCommunityListSnapshot.h"
 #include "community-list/ZoBgpCommunityListTables.h"

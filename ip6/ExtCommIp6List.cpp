@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "community-list/ZoBgpCommunityListImpl.h"
+#include "community-list/ZoBgpCommunityListFamilyImpl.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
 
 namespace Routing::Bgp {
