@@ -12,16 +12,18 @@ const BgpParseExtendedCommunityRule::Ptr& sharedParser() {
   return container->extCommParser();
 }
 
-/// The short policy text; of what has none the long one; of what nobody knows more about its octets
-/// in hex. No two communities of a type look alike.
+/// The short policy text of what has a meaning, if there is one; else the long one, which names type
+/// and subtype. One that consists of octets is shorter in hex. Different communities never look
+/// alike.
 template <class Family>
 std::string ExtendedKind<Family>::valueText(const Value& value) {
   using Format = typename Value::StrepFormat;
-  std::string text = value.toStrepForPolicy(Format(strepFormatClassification));
-  if (!text.empty()) return text;
+  std::string text;
   if (value.classification() != extCommClassificationUnSpecified)
+    text = value.toStrepForPolicy(Format(strepFormatClassification));
+  if (text.empty())
     text = value.toStrepForPolicy(Format(strepFormatClassification | strepFormatUI));
-  if (!text.empty()) return text;
+  if (text.find(" 0x") == text.npos) return text;
   std::array<U8, valueSize> octets;
   List::Family::store(value.getContent(), octets.data());
   return "0x" + hex(octets);
