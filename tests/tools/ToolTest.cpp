@@ -44,7 +44,7 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm paths --numeric $FILE | head -1 | cut -f4", "65000:100 65535:65281\n"},
       {"bgpcomm paths --json $FILE | tail -1",
        R"({"time":"2023-11-14T22:13:20Z","peer":"192.0.2.1","peerAs":64600,"prefixes":[],)"
-       R"("standard":["65000:200"]})"
+       R"("standard":["65000:200"],"extended":[],"ipv6Extended":[],"large":[]})"
        "\n"},
       {"bgpcomm decode --numeric c0 08 04 ff ff ff 01", "Community (8), flags 0xc0: 65535:65281\n"},
       {"bgpcomm decode c0630101", "Unknown attribute (99), flags 0xc0: 01\n"},
@@ -58,10 +58,11 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
 
       {"bgpcomm paths - <$BROKEN", first + first + third, 1,
        "-: ends inside a record, 6 of 12 octets (record 4, octet 218)"},
-      {"bgpcomm paths - <$MALFORMED", third + start + "-\tmalformed\n" + start + "-\t-\n", 0,
-       "-: 3 malformed, the first attrLength (record 2, octet 62)"},
+      {"bgpcomm paths - <$MALFORMED", third + start + "-\tmalformed\n" + start + "-\tmalformed\n",
+       0, "-: 3 malformed, the first attrLength (record 2, octet 62)"},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5- | tail -1",
-       "\"standard\":[],\"malformed\":[\"attrLength\"]}\n"},
+       "\"standard\":[],\"extended\":[],\"ipv6Extended\":[],\"large\":[],\"malformed\":["
+       "\"attrLength\"]}\n"},
       {"bgpcomm summary - <&- | grep -A1 malformed | cut -c-9", "  malform\n  seconds\n", 0,
        "-: Bad file descriptor (record 1, octet 0)"},
       {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", "", 1,
@@ -80,6 +81,62 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
   });
 }
 
+// One prefix of one peer: announced with a route target, with another, withdrawn; and a list with
+// two link bandwidths.
+TEST_F(Tool, KnowsAllFourKinds) {
+  const auto message = [](const char* attributes, const char* nlri, const char* withdrawn = "") {
+    return messageRecord(update(octets(attributes), octets(nlri), octets(withdrawn)));
+  };
+  const TemporaryFile file(message("c00804fde80064 c01010 030b000000000007 0002fde800000064 c02018"
+                                   "0000fde80000000100000002 0000fde80000000100000001"
+                                   "c01914 0002 20010db8000000000000000000000001 0064",
+                                   "180a0102") +
+                           message("c01008 02020000fde80064", "180a0102") +
+                           message("", "", "180a0102") +
+                           message("c01010 4004fde84e000000 4004fde84d000000", "180a0103"));
+  const TemporaryFile store;
+  ::setenv("KINDS", file.name().c_str(), 1);
+  ::setenv("STORE", store.name().c_str(), 1);
+  const std::string time = "2023-11-14T22:13:20Z\t", start = time + "192.0.2.1 AS64600\t";
+  const std::string all = start +
+                          "10.1.2.0/24\t65000:100 RT:65000:100 Color:CO(00):7 "
+                          "0002-IP6:2001:db8::1:100 65000:1:1 65000:1:2\n";
+  const std::string second = start + "10.1.2.0/24\tRT:65000:100\n";
+  const std::string refused = file.name() + ": 1 malformed, the first linkBandwidth (record 4, ";
+  expectRuns({
+      {"bgpcomm paths --rt 65000:100 $KINDS 2>&-", all + second},
+      {"bgpcomm paths --ext 0x0002FDE800000064 $KINDS 2>&-", all},
+      {"bgpcomm paths --ext 000220010db80000000000000000000000010064 $KINDS 2>&-", all},
+      {"bgpcomm paths --large 65000:1:2 --community 65000:100 $KINDS 2>&-", all},
+      {"bgpcomm paths --rt 192.0.2.1:100 --rt 4200000000:65535 $KINDS 2>&-", ""},
+      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f5-",
+       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["linkBandwidth"]})"
+       "\n"},
+      {"bgpcomm verify $KINDS 2>&-", file.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
+      {"bgpcomm watch-rt $KINDS 2>&-", time + "+\tRT:65000:100\n" + time + "+\tRT:65000:100\n" +
+                                           time + "-\tRT:65000:100\n" + time + "-\tRT:65000:100\n"},
+      {"bgpcomm summary $KINDS $FILE >$STORE.a; bgpcomm save $KINDS $FILE --to $STORE\n"
+       "bgpcomm restore $STORE | diff - $STORE.a | grep '^[<>]' | grep -v 'octets, "
+       "sh\\|saved\\|seconds'\n"
+       "rm $STORE.a",
+       ""},
+      {"bgpcomm summary --json $KINDS | tr -d ' \\n' | grep -o 'distinctR[^}]*' | head -1",
+       R"(distinctRouteTargetSets":2,"types":{"00/02":1,"02/02":1,"03/0b":1)"
+       "\n"},
+      {"bgpcomm decode c01010 4004fde84e000000 4004fde84d000000 | wc -l", "0\n", 0,
+       "argument 1 (c01010): neither a community, 16 or 40 digits in a piece, nor an attribute: "
+       "its "
+       "length is 16, but 0 octets follow"},
+      {"printf x >$STORE; bgpcomm restore $STORE", "", 1,
+       store.name() + ": is too short for a store"},
+      {"bgpcomm save /nowhere --to $STORE; cat $STORE", "x", 0,
+       "/nowhere: No such file or directory"},
+      {"bgpcomm paths --rt 65536:65536 $KINDS", "", 2,
+       "--rt 65536:65536: neither AS:NUMBER nor ADDRESS:NUMBER within their bounds"},
+  });
+  EXPECT_EQ(runTool("bgpcomm paths $KINDS").err.substr(9, refused.size()), refused);
+}
+
 TEST_F(Tool, CountsFilesAndTheirTotal) {
   using namespace nlohmann::literals;
   const ToolRun run = runTool("bgpcomm summary --json $FILE $BROKEN");
@@ -88,8 +145,10 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
   EXPECT_EQ(figures["files"][1]["file"], broken_.name());
   for (auto* one : {&figures["files"][0], &figures["files"][1], &figures["total"]}) {
     EXPECT_TRUE((*one)["seconds"].is_number());
-    one->erase("file");
-    one->erase("seconds");
+    for (const char* const none : {"extended", "ipv6Extended", "large"})
+      EXPECT_EQ((*one)[none]["attributes"], 0) << none;
+    for (const char* const key : {"file", "seconds", "extended", "ipv6Extended", "large"})
+      one->erase(key);
   }
   EXPECT_EQ(figures, R"({
     "files": [{"records": 3, "paths": 3, "malformed": 0, "malformedBy": {}, "standard":
@@ -105,18 +164,18 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
 
 TEST_F(Tool, ShowsFiguresAndHelpToPeopleIn80Columns) {
   expectRuns({{"bgpcomm summary $BROKEN 2>&- | grep '.\\{81\\}\\|paths  \\|trunc\\|first\\|per "
-               "list\\|  [0-9]  '",
+               "list\\|^  *[0-9]  [^ ]'",
                "  paths                          3\n"
                "    truncatedRecord              1\n"
                "    first (record 4, octet 218)\n"
-               "  paths per list               1.5\n"
+               "  paths per list               1.5           0.0           0.0           0.0\n"
                "                   2  65000:100\n"
                "                   2  no-export\n"
                "                   1  65000:200\n"},
-              {"for command in '' summary paths verify decode describe; do\n"
+              {"for command in '' summary paths verify decode describe save restore watch-rt; do\n"
                "  bgpcomm $command --help | grep '.\\{81\\}\\|Example: bgpcomm ' | cut -d: -f1\n"
                "done | uniq -c | tr -d ' '",
-               "6Example\n"}});
+               "9Example\n"}});
 }
 
 using Decode = ToolTest;
@@ -227,28 +286,35 @@ TEST_F(RealData, FiguresAreAsExpectedAndListsGoBackToTheWireAsTheyCame) {
     GTEST_SKIP() << "no expected.json in $BGPCOMM_DATA, nor in ../shared/data";
   const auto all = nlohmann::json::parse(std::ifstream(folder / "expected.json"));
   ASSERT_FALSE(all.empty());
+  const TemporaryFile store;
   for (const auto& [name, expected] : all.items()) {
     SCOPED_TRACE(name);
     const std::string file = (folder / name).string();
     const ToolRun run = runTool("bgpcomm summary --json " + file);
-    const auto summary = nlohmann::json::parse(run.out, nullptr, false);
+    auto summary = nlohmann::json::parse(run.out, nullptr, false);
     ASSERT_TRUE(summary.contains("files")) << run.err;
     const nlohmann::json& figures = summary["files"][0];
     for (const char* const key : {"records", "paths", "malformed", "malformedBy"})
       EXPECT_EQ(figures[key], expected[key]) << key;
-    ASSERT_TRUE(figures.contains("standard"));
-    for (const auto& [kind, ofKind] : expected.items()) {
-      if (!ofKind.contains("distinctLists") || !figures.contains(kind)) continue;
-      for (const auto& [key, value] : figures[kind].items())
-        EXPECT_EQ(value, ofKind[key]) << kind << ' ' << key;
+    U64 lists = 0;
+    for (const char* const kind : {"standard", "extended", "ipv6Extended", "large"}) {
+      EXPECT_EQ(figures[kind], expected[kind]) << kind;
+      lists += expected[kind]["attributes"].get<U64>();
     }
     const nlohmann::json& faults = expected["malformedBy"];
     EXPECT_EQ(run.exitCode, faults.contains("truncatedRecord") || faults.contains("compression"));
 
-    const std::string lists = expected["standard"]["attributes"].dump();
-    EXPECT_EQ(
-        runTool("bgpcomm verify " + file + " | sed 's/.*: //; s/,\\([0-9]\\)/\\1/g'").out,
-        lists + " lists compared, 0 differ, " + expected["malformed"].dump() + " malformed\n");
+    EXPECT_EQ(runTool("bgpcomm verify " + file + " | sed 's/.*: //; s/,\\([0-9]\\)/\\1/g'").out,
+              std::to_string(lists) + " lists compared, 0 differ, " + expected["malformed"].dump() +
+                  " malformed\n");
+    // Another process interns from the store what this one has interned from the file.
+    runTool("bgpcomm save " + file + " --to " + store.name());
+    auto restored = nlohmann::json::parse(runTool("bgpcomm restore --json " + store.name()).out,
+                                          nullptr, false);
+    ASSERT_TRUE(restored.contains("files"));
+    for (auto* both : {&restored, &summary})
+      (*both)["files"][0]["seconds"] = (*both)["total"]["seconds"] = 0;
+    EXPECT_EQ(restored, summary);
   }
 }
 

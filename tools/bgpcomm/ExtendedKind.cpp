@@ -12,9 +12,9 @@ const BgpParseExtendedCommunityRule::Ptr& sharedParser() {
   return container->extCommParser();
 }
 
-/// The short policy text of what has a meaning, if there is one; else the long one, which names type
-/// and subtype. One that consists of octets is shorter in hex. Different communities never look
-/// alike.
+/// The short policy text of what has a meaning, if there is one; else the long one, which names
+/// type and subtype. One that consists of octets is shorter in hex. Different communities never
+/// look alike.
 template <class Family>
 std::string ExtendedKind<Family>::valueText(const Value& value) {
   using Format = typename Value::StrepFormat;

@@ -104,14 +104,14 @@ int runWatchRt(const Options& options) {
 }  // namespace
 
 void addWatchRt(CLI::App& app, int& exitCode) {
-  const auto [command, options] = addCommand(
-      app,
-      {"watch-rt", "Replay updates and print route-target sets as they come and go",
-       "Keeps the paths of every peer as the file announces, replaces and withdraws them.\n"
-       "A line says time, + or -, and the route targets: a set comes with its first path\n"
-       "and goes with its last. Fields are separated by tabs.\n\n"
-       "Example: bgpcomm watch-rt updates.20241001.0055.gz"},
-      exitCode, runWatchRt);
+  const auto [command, options] =
+      addCommand(app,
+                 {"watch-rt", "Print route-target sets as updates are replayed",
+                  "Keeps the paths of every peer as the file announces, replaces and withdraws\n"
+                  "them. A line says time, + or -, and the route targets: a set comes with its\n"
+                  "first path and goes with its last. Fields are separated by tabs.\n\n"
+                  "Example: bgpcomm watch-rt updates.20241001.0055.gz"},
+                 exitCode, runWatchRt);
   command.add_option("FILE", options.file, "MRT dump: plain, gz, bz2, xz or zst; - is stdin")
       ->required()
       ->type_name("");
