@@ -316,8 +316,10 @@ TEST_F(StoreTest, FilesThatCannotBeReadAreNamed) {
       {"/.", "is not a regular file"},
       {"/pipe", "is not a regular file"},
       {"/text", "is not a store"}};
-  for (const auto& [name, reason] : cases)
-    EXPECT_EQ(failure([&] { FileStore(folder + name); }), folder + name + ": " + reason);
+  for (const auto& [name, reason] : cases) {
+    const std::string path = folder + name;
+    EXPECT_EQ(failure([&] { FileStore{path}; }), path + ": " + reason);
+  }
 }
 
 TEST_F(StoreTest, WritingReplacesTheFileOrLeavesIt) {
