@@ -9,6 +9,7 @@
 #include "tests/community-list/Restored.h"
 
 using namespace Routing::Bgp;
+using namespace Mox::Words;
 
 namespace {
 
