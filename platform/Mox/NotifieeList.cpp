@@ -16,6 +16,7 @@ void Notifiee::notifierIs(PtrConst<PtrInterface> notifier) {
 void NotifieeList::add(Notifiee* notifiee) {
   const std::lock_guard guard(mutex_);
   notifiees_.push_back(notifiee);
+  observed_.store(true, std::memory_order_release);
 }
 
 void NotifieeList::remove(const Notifiee* notifiee) {

@@ -27,6 +27,7 @@
 // each other from inside their calls.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -64,6 +65,7 @@ class NotifieeList {
   /// stay alive meanwhile.
   template <class N, class Tell>
   void deliver(Tell tell) {
+    if (!observed_.load(std::memory_order_acquire)) return;
     Delivery delivery(*this);
     while (Notifiee* const notifiee = delivery.next()) tell(static_cast<N&>(*notifiee));
   }
@@ -103,6 +105,8 @@ class NotifieeList {
   // went meanwhile is null.
   std::vector<Notifiee*> notifiees_;
   std::vector<const Delivery*> deliveries_;
+  // Whether anybody ever came: most lists are never observed, and an event then costs nothing.
+  std::atomic<bool> observed_{false};
 };
 
 }  // namespace Mox
