@@ -140,7 +140,7 @@ Workload fileWorkload(const std::string& file) {
         if (!values[kind].empty() && workload.drawn.size() < drawnAttributes)
           workload.drawn.add(values[kind]);
       },
-      false);
+      {.showProgress = false});
   if (workload.drawn.size() == 0) throw std::runtime_error(file + ": no standard communities");
 
   std::set<std::vector<U32>> known;

@@ -186,7 +186,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
       --running;
     });
   threads.emplace_back([&] {
-    while (running) {
+    do {
       const Observer other(collection());
       for (const Notifier& notifier : collection()->rtExtCommList()) {
         if (const auto group = notifier->rtExtCommList()) walked += int(group->comms());
@@ -194,7 +194,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
       }
       const auto context = Mox::makeNew<Orv::DumpContext>();
       collection()->dumpState(context, 0);
-    }
+    } while (running);
   });
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(missing, 0);

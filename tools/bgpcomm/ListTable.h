@@ -89,7 +89,10 @@ class ListTable final : public KindTable {
     return uses;
   }
   void restore(const MoxStash::StoreManager& store, const StoredUse& use) override {
-    addPaths(kind_.restore(use.list, store), use.paths);
+    auto list = kind_.restore(use.list, store);
+    if (list->comms() > Routing::Bgp::maxAttributeOctets / Kind::valueSize)
+      store.fail("a list is longer than an attribute can be");
+    addPaths(std::move(list), use.paths);
   }
 
  private:
