@@ -134,13 +134,12 @@ Workload MadeUpLists::workload() const {
 Workload fileWorkload(const std::string& file) {
   Workload workload{std::filesystem::path(file).filename(), {}, {}, {}};
   const auto kind = bgpcomm::kindOfAttribute(8);
-  bgpcomm::readFile(
-      file,
-      [&](const bgpcomm::Path&, const bgpcomm::CommunityValues& values, auto) {
-        if (!values[kind].empty() && workload.drawn.size() < drawnAttributes)
-          workload.drawn.add(values[kind]);
-      },
-      {.showProgress = false});
+  bgpcomm::readFile(file,
+                    [&](const bgpcomm::Path&, const bgpcomm::CommunityValues& values, auto) {
+                      if (!values[kind].empty() && workload.drawn.size() < drawnAttributes)
+                        workload.drawn.add(values[kind]);
+                    },
+                    {.showProgress = false});
   if (workload.drawn.size() == 0) throw std::runtime_error(file + ": no standard communities");
 
   std::set<std::vector<U32>> known;

@@ -91,8 +91,9 @@ class ExtCommGroupOf : public Orv::DedupHandle {
   explicit ExtCommGroupOf(ExtCommClassification classification) : classification_(classification) {}
 
   ExtCommClassification classification() const { return classification_; }
-  /// Appends an interned community, in any order and repeats welcome. Ends the process with
-  /// "__null != comm" on null and on what is not interned.
+  /// Appends an interned community, in any order and repeats welcome. Ends the process on null,
+  /// with
+  /// "__null != comm", and on a community that is not interned.
   void commIs(const ConstValue& comm);
   /// The community of this content, or null; O(log n). Asserts "commVectorSorted".
   ConstValue comm(const Content& content) const;
@@ -153,8 +154,9 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   // --- Building: a list that was never deduped belongs to its maker. Each of these ends the
   // --- process on a list that is interned.
 
-  /// Appends an interned community, in any order and repeats welcome. Ends the process with
-  /// "__null != comm" on null and on what is not interned.
+  /// Appends an interned community, in any order and repeats welcome. Ends the process on null,
+  /// with
+  /// "__null != comm", and on a community that is not interned.
   void commIs(const ConstValue& comm);
   /// Appends all of another list's, also of this one; null does nothing.
   void append(const ConstList& other);
@@ -166,7 +168,8 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   /// is found only after sorting again.
   void sortComms();
   /// Freezes and interns groups and list, and returns the one list of this content, which may be
-  /// another object than this. Once only. Asserts "comms() <= 1" on two different link bandwidths
+  /// another object than this: this one is of no more use then. Once only, and nothing may be
+  /// appended after it. Asserts "comms() <= 1" on two different link bandwidths
   /// of a family that has at most one.
   ConstList dedup(const Table& table);
 

@@ -14,6 +14,7 @@ void ExtCommGroupVector<Group>::groupsAre(Slots groups, void* room) {
   U32 count = 0;
   for (const Slot& group : groups) count += bool(group);
   inside_ = room != nullptr;
+  if (count == 0) return;
   slots_ = inside_ ? static_cast<Slot*>(room) : Allocator().allocate(count);
   Slot* at = slots_;
   for (U32 classification = 0; classification < groups.size(); ++classification) {
@@ -75,6 +76,7 @@ auto ExtCommGroupOf<F>::dedup(const Table& table) -> Mox::Ptr<const typename F::
     comm_.sortedIs(true);
     comm_.placeIs(U32(Orv::placeOf(comm_.begin(), comm_.sizeInOctets(), Orv::placementSeed())));
   }
+  groupIndex(*this);
   if (F::oneLinkBandwidth && classification() == extCommClassificationLinkBandwidth)
     MOX_ASSERT(comms() <= 1, "comms() <= 1");
   return Mox::staticCast<const typename F::Group>(
@@ -446,11 +448,11 @@ auto ExtCommListOf<F>::destash(MoxStash::StoreReference stored,
   const auto& record = manager.record<StoredCommList>(stored);
   const auto references = storedElements<MoxStash::StoreReference>(record, manager);
   auto list = Mox::makeNew<List>();
+  if (F::listRestoreIsHeard) manager.restored();
   list->comm_.reserve(U32(references.size()));
   for (const MoxStash::StoreReference reference : references)
     list->comm_.add(Value::destash(reference, manager));
   list->comm_.sortedIs(record.commVectorSorted != 0);
-  if (F::listRestoreIsHeard) manager.restored();
   checkStoredOrder(manager, list->comm_.sorted(),
                    ascends(std::span(list->comm_.begin(), list->comms()), ExtCommSortFn()));
   return list;

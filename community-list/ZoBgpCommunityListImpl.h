@@ -50,7 +50,7 @@ Mox::Ptr<const T> ExtCommVectorLookup(bool commVectorSorted, const ExtCommVector
 /// Sorts by content, keeps one of equal ones, trims the storage.
 template <class T>
 void ExtCommVectorSort(ExtCommVector<T>& vector) {
-  vector.sortAndTrim(ExtCommSortFn());
+  vector.sortAndTrim(ExtCommSortFn(), ExtCommCompareFn());
 }
 
 // --- Their texts.

@@ -160,8 +160,9 @@ void RtExtCommListLifeTimeNotifiee::handleRemove(Orv::DedupHandle* group) const 
 void RtExtCommListLifeTimeNotifiee::handleNotificationStop(
     const Mox::Ptr<const Orv::DedupHashTable>& table) const {
   if (Mox::traceEnabled(traceLevel)) traceLine(__LINE__, __func__, this, " dedupTable: ", table);
-  for (const auto& notifier : collection_->rtExtCommList())
-    handleRemove(notifier->rtExtCommListRawPtr());
+  // The table's own groups, also such as somebody took out of the collection; not those of another
+  // table that feeds it too.
+  table->visitMembers([this](Orv::DedupHandle& group) { handleRemove(&group); });
 }
 
 NotifyingRtExtCommListCollection::Ptr NotifyingRtExtCommListCollectionIs() {

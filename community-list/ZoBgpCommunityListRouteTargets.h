@@ -1,12 +1,13 @@
 // Which sets of route targets are in use: what imports and exports routes of VPNs listens here.
 //
+//   const auto collection = table->notifyingRtExtCommListCollection();
 //   struct Watcher : NotifyingRtExtCommListCollection::NotifieeConst {
 //     void onRtExtCommList(const RtExtCommListLifeTimeNotifier::PtrConst& notifier) override {
 //       const bool isNew = collection->rtExtCommListHas(notifier);
 //       ...
 //     }
 //   };
-//   watcher.notifierIs(table->notifyingRtExtCommListCollection());
+//   watcher.notifierIs(collection);
 //
 // 1. Every group of route targets that is interned has exactly one notifier in the collection.
 // 2. Of one group its coming is heard before its going, each once. Between two groups nothing is
@@ -37,6 +38,8 @@ class RtExtCommListLifeTimeNotifier final
   static const Mox::Type type;
   using Entity::Entity;
 
+  /// The group, which may be dying: no pointer that owns may be made of this one. See
+  /// `rtExtCommList`.
   RtExtCommClassificationList* rtExtCommListRawPtr() const {
     return static_cast<RtExtCommClassificationList*>(getDedupedObjectRawPtr());
   }
@@ -53,7 +56,9 @@ class RtExtCommListLifeTimeNotifier final
 /// The group's text; `NULL` for null.
 std::ostream& operator<<(std::ostream& stream, const RtExtCommListLifeTimeNotifier* notifier);
 
-/// The notifiers of all groups of route targets that are interned, told to whom it concerns.
+/// The notifiers of all groups of route targets that are interned, told to whom it concerns. The
+/// collection of a table is filled and emptied by its notifiee; what others put in or take out is
+/// heard, and no more comes of it.
 class NotifyingRtExtCommListCollection final
     : public Mox::Entity<NotifyingRtExtCommListCollection, Mox::PtrInterface> {
  public:

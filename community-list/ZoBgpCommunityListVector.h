@@ -18,8 +18,8 @@ namespace Routing::Bgp {
 
 /// Sorts ascending and drops repeats, of which the first stays; returns how many are left. Most
 /// lists are short: for these the plainest sort is the quickest.
-template <class T, class Less = std::less<T>>
-std::size_t sortAndDropRepeats(std::span<T> values, Less less = {}) {
+template <class T, class Less = std::less<T>, class Same = std::equal_to<T>>
+std::size_t sortAndDropRepeats(std::span<T> values, Less less = {}, Same same = {}) {
   constexpr std::size_t few = 32;
   if (values.size() > few) {
     std::sort(values.begin(), values.end(), less);
@@ -31,7 +31,6 @@ std::size_t sortAndDropRepeats(std::span<T> values, Less less = {}) {
       values[at] = std::move(value);
     }
   }
-  const auto same = [&](const T& a, const T& b) { return !less(a, b); };
   return std::size_t(std::unique(values.begin(), values.end(), same) - values.begin());
 }
 
@@ -81,10 +80,10 @@ class CommVector {
     if (count > capacity()) moveTo(count);
   }
   /// Sorts by `less`, keeps the first of the equal ones, and trims the storage to the size.
-  template <class Less = std::less<T>>
-  void sortAndTrim(Less less = {}) {
+  template <class Less = std::less<T>, class Same = std::equal_to<T>>
+  void sortAndTrim(Less less = {}, Same same = {}) {
     const std::span<T> all(data_, size_);
-    const U32 left = ascends(all, less) ? size_ : U32(sortAndDropRepeats(all, less));
+    const U32 left = ascends(all, less) ? size_ : U32(sortAndDropRepeats(all, less, same));
     std::destroy(data_ + left, data_ + size_);
     size_ = left;
     trim();

@@ -1,9 +1,8 @@
 // What a store file holds, octet by octet.
 //
 //    offset
-//     0   magic        89 5A 53 54 0D 0A 1A 0A: not text, and found out if taken for text on the
-//     way 8   byteOrder    01020304 hexadecimal, in the byte order of the writer and of all that
-//     follows
+//     0   magic        89 5A 53 54 0D 0A 1A 0A: not text, and damaged by who takes it for text
+//     8   byteOrder    01020304 in hexadecimal, in the byte order of all that follows
 //    12   version      1
 //    14   wordSize     8: octets of a reference; not those of an address, which no file holds
 //    16   length       of the whole file

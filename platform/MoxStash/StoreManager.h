@@ -24,8 +24,8 @@ class StoreManager {
   /// A local view of `size` octets at `reference`, aligned to `alignment`; null when any of them
   /// lies outside the store or the reference is not aligned. Valid as long as the manager.
   virtual const void* translate(StoreReference reference, U64 size, U32 alignment) const = 0;
-  /// Called once for each extended community, and for each list of IPv6-address-specific ones, that
-  /// was rebuilt, before it is handed out.
+  /// Called once for each extended community that was rebuilt, before it is handed out, and for
+  /// each list of IPv6-address-specific ones before its communities are rebuilt.
   virtual void restored() const {}
   /// What errors call the store; may be empty.
   virtual Mox::String name() const { return {}; }

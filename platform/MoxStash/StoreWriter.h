@@ -8,12 +8,10 @@
 //   writer.write("lists.store");         // StoreException: "lists.store: cannot be written: ..."
 //
 // The writer knows records, not kinds. A kind that can be stored has
-//   storedKind                                what its records are of, in the directory
-//   store(StoreWriter&) const                 appends its record, and first what the record refers
-//   to
+//   storedKind                   what its records are of, in the directory
+//   store(StoreWriter&) const    appends its record, and first what the record refers to
 //
-// 1. An interned object is written once, however often it is met; the writer holds it until it
-// goes.
+// 1. An interned object is written once, however often it is met; the writer holds it until then.
 //    A private one, which may change meanwhile, is written whenever it is met.
 // 2. The file is complete or not there: it is written beside the target and takes its place.
 //

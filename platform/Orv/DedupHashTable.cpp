@@ -6,7 +6,8 @@ const Mox::Type DedupHashTable::type{
     "Orv::DedupHashTable",
     &Mox::PtrInterface::type,
     {Mox::operation("lookupByContent"), Mox::operation("dedup"),
-     Mox::operation("lifeTimeNotifieeIs"), Mox::attribute<&DedupHashTable::members>("members"),
+     Mox::operation("lifeTimeNotifieeIs"), Mox::operation("visitMembers"),
+     Mox::attribute<&DedupHashTable::members>("members"),
      Mox::attribute<&DedupHashTable::octets>("octets"), Mox::operation("dumpState")}};
 const Mox::Type DedupHashTableLifeTimeNotifiee::type{
     "Orv::DedupHashTableLifeTimeNotifiee",

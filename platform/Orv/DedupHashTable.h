@@ -17,6 +17,8 @@
 // not have.
 #pragma once
 
+#include <functional>
+
 #include "Mox/Entity.h"
 #include "Orv/DedupHandle.h"
 #include "Orv/DumpContext.h"
@@ -43,6 +45,8 @@ class DedupHashTable : public Mox::PtrInterface {
   /// empty; it stays until the table dies.
   virtual void lifeTimeNotifieeIs(Mox::Ptr<const DedupHashTableLifeTimeNotifiee> notifiee) = 0;
 
+  /// Calls `visit` with each member, of a table that nobody else uses meanwhile.
+  virtual void visitMembers(const std::function<void(DedupHandle&)>& visit) const = 0;
   /// How many members there are, dying ones included.
   virtual U64 members() const = 0;
   /// Octets of the table itself, without its members.
@@ -83,7 +87,7 @@ class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
   virtual void handleInsert(const Mox::Ptr<DedupHandle>& member) const = 0;
   /// No reference to the dying member may be taken, not even for the time of the call.
   virtual void handleRemove(DedupHandle* member) const = 0;
-  /// The table dies; its members have already been left to their holders.
+  /// The table dies; its members, which can still be visited, have been left to their holders.
   virtual void handleNotificationStop(const Mox::Ptr<const DedupHashTable>& table) const = 0;
 };
 

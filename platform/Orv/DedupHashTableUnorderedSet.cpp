@@ -97,17 +97,19 @@ void DedupHashTableUnorderedSet::lifeTimeNotifieeIs(
 // Members are left to their holders first, so that the notifiers' releases count plainly; then the
 // notifiee hears of the end, and last the table's own references go.
 DedupHashTableUnorderedSet::~DedupHashTableUnorderedSet() {
-  const auto forEachMember = [this](auto action) {
-    for (U32 s = 0; s < shardCount(); ++s)
-      for (U32 i = 0; shards_[s].size && i <= shards_[s].mask; ++i)
-        if (shards_[s].tags[i]) action(*shards_[s].members[i]);
-  };
-  forEachMember([](DedupHandle& member) { detach(member); });
+  visitMembers([](DedupHandle& member) { detach(member); });
   if (notifiee_) {
     const ConstructionGuard guard(*this);  // or the pointer made next would end the table once more
     notifiee_->handleNotificationStop(Mox::Ptr<const DedupHashTable>(this));
   }
-  forEachMember([](DedupHandle& member) { member.referencesDec(); });
+  visitMembers([](DedupHandle& member) { member.referencesDec(); });
+}
+
+void DedupHashTableUnorderedSet::visitMembers(
+    const std::function<void(DedupHandle&)>& visit) const {
+  for (U32 s = 0; s < shardCount(); ++s)
+    for (U32 i = 0; shards_[s].size && i <= shards_[s].mask; ++i)
+      if (shards_[s].tags[i]) visit(*shards_[s].members[i]);
 }
 
 U64 DedupHashTableUnorderedSet::members() const {

@@ -34,6 +34,7 @@ class DedupHashTableUnorderedSet final
   Mox::Ptr<DedupHandle> lookupByContent(const DedupContentHandle& content, U32 hash) const override;
   Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object) override;
   void lifeTimeNotifieeIs(Mox::Ptr<const DedupHashTableLifeTimeNotifiee> notifiee) override;
+  void visitMembers(const std::function<void(DedupHandle&)>& visit) const override;
   U64 members() const override;
   U64 octets() const override;
 

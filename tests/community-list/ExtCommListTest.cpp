@@ -46,14 +46,23 @@ void expectContents(const typename Family::List& list, const Contents& sorted, G
   EXPECT_EQ(list.totalTransitiveCommunities(), transitive.size());
   EXPECT_FALSE(list.comm(Family::content(number(0x3f, 1) + number(0, Family::size - 1))));
   EXPECT_EQ(list.classificationLists().size(), groups.empty() ? 0 : groups.rbegin()->first + 1);
+  Orv::HashMix identities;
   for (U32 c = 0; c <= 12; ++c) {
     const auto group = list.classificationList(ExtCommClassification(c));
     ASSERT_EQ(bool(group), groups.contains(c)) << c;
     if (!group) continue;
     EXPECT_EQ(group->classification(), c);
     ASSERT_EQ(group->comms(), groups[c].size());
-    for (const Octets& octets : groups[c]) EXPECT_TRUE(group->comm(Family::content(octets)));
+    Orv::HashMix members;
+    for (const Octets& octets : groups[c]) {
+      const auto comm = group->comm(Family::content(octets));
+      ASSERT_TRUE(comm);
+      members.feed(reinterpret_cast<std::uintptr_t>(comm.get()));
+    }
+    EXPECT_EQ(group->hash(), members.finish());
+    identities.feed(reinterpret_cast<std::uintptr_t>(group.get()));
   }
+  EXPECT_EQ(list.hash(), groups.empty() ? 0 : identities.finish());
 }
 
 // The model is a set of octet strings: it shares neither order nor equality with what it checks.

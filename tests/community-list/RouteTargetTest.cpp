@@ -120,6 +120,30 @@ TEST_F(RouteTargets, TableTakesItsNotifiersAlong) {
   family() = EightOctets();
 }
 
+// Whatever others do to the collection: the table ends what its own notifiee began, and no more.
+TEST_F(RouteTargets, TableEndsItsOwnGroupsOnly) {
+  const auto other = extCommListDedupTableFactory();
+  auto list = interned({target(1)});
+  const auto foreign = built({target(2)})->dedup(other);
+  collection()->rtExtCommListDelAll();
+  collection()->rtExtCommListIs(other->notifyingRtExtCommListCollection()->rtExtCommList()[0]);
+  family().table = nullptr;
+  list = nullptr;
+  family() = EightOctets();
+}
+
+TEST_F(RouteTargets, NotifieeEndsTheProcessOnGroupsThatItDoesNotKnow) {
+  const auto& notifiee = family().table->rtExtCommListLifeTimeNotifiee();
+  const auto list = interned({target(1)});
+  const Mox::Ptr<Orv::DedupHandle> known(const_cast<ExtCommClassificationList*>(
+      list->classificationList(extCommClassificationRouteTarget).get()));
+  const auto unknown =
+      RtExtCommClassificationList::RtExtCommClassificationListIs(extCommClassificationRouteTarget);
+  EXPECT_DEATH(notifiee->handleInsert(known),
+               ": __null == rtExtCommList->lifeTimeNotifier\\(\\)\n");
+  EXPECT_DEATH(notifiee->handleRemove(unknown.get()), ": __null != lifeTimeNotifier\n");
+}
+
 TEST_F(RouteTargets, DroppedPartsLiveOnWithTheirOtherHolders) {
   auto& table = *family().table;
   const auto collection = this->collection();
