@@ -25,6 +25,8 @@ void addLists();
 const Workload& largeLists();
 const Workload& extendedLists();
 const Workload& ipv6ExtendedLists();
+/// The tool's summary of a file, decompressed first.
+void addTool(const std::string& file);
 /// List to text and to octets.
 void addFormatting(const Workload& workload);
 /// One and two threads, on the same lists and on different ones.

@@ -196,4 +196,11 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
               nameOf("per value, 1024 values", order, Ours::name)});
 }
 
+void Report::printTool(const std::vector<std::string>& files) const {
+  std::printf("\nthe whole tool, summary of decompressed files: paths per second\n");
+  for (const std::string& file : files)
+    if (const Figure* perPath = find(nameOf("summary", file, "per path")))
+      std::printf("  %-48s %12.0f\n", file.c_str(), 1e9 / perPath->median());
+}
+
 }  // namespace bench

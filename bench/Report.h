@@ -20,6 +20,7 @@ class Report final : public benchmark::BenchmarkReporter {
   /// Medians and the span from the first to the third quartile.
   void printFigures() const;
   void printRatios(const std::vector<const Workload*>& workloads) const;
+  void printTool(const std::vector<std::string>& files) const;
 
  private:
   struct Row;

@@ -104,11 +104,13 @@ int run(int argc, char** argv) {
   bench::addLists();
   bench::addMembers(options.quick ? 100'000 : options.members);
   bench::addLongAttributes();
+  for (const std::string& file : options.files) bench::addTool(file);
 
   bench::Report report;
   benchmark::RunSpecifiedBenchmarks(&report);
   report.printFigures();
   report.printRatios(all);
+  report.printTool(options.files);
   return 0;
 }
 

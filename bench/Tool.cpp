@@ -1,0 +1,62 @@
+// The whole tool on a decompressed file: read, cut into paths, interned, counted.
+#include <unistd.h>
+
+#include <fstream>
+
+#include "Benchmarks.h"
+#include "Measure.h"
+#include "tools/bgpcomm/Summary.h"
+
+namespace bench {
+namespace {
+
+/// What a dump decompresses to, in a file of its own.
+class Decompressed {
+ public:
+  explicit Decompressed(const std::string& file) {
+    ::close(::mkstemp(name_.data()));
+    std::ofstream plain(name_, std::ios::binary);
+    bgpcomm::Input input(file);
+    for (Octets octets = input.ahead(1); !octets.empty(); octets = input.ahead(1)) {
+      plain.write(reinterpret_cast<const char*>(octets.data()), std::streamsize(octets.size()));
+      input.take(octets.size());
+    }
+  }
+  ~Decompressed() { ::unlink(name_.c_str()); }
+  Decompressed(const Decompressed&) = delete;
+  Decompressed& operator=(const Decompressed&) = delete;
+  const std::string& name() const { return name_; }
+
+ private:
+  std::string name_ = "/tmp/zobgp-bench-XXXXXX";
+};
+
+U64 summarise(const std::string& file) {
+  bgpcomm::FileFigures figures;
+  const auto tables = bgpcomm::makeKindTables();
+  bgpcomm::readInto(file, tables, figures);
+  for (const auto& table : tables) {
+    bgpcomm::KindFigures ofKind;
+    table->figures(ofKind);
+  }
+  return figures.paths;
+}
+
+}  // namespace
+
+// On the wall's clock: reading has a thread of its own.
+void addTool(const std::string& file) {
+  const auto plain = std::make_shared<Decompressed>(file);
+  const U64 paths = summarise(plain->name());
+  if (paths == 0) return;
+  add(nameOf("summary", file, "per path"), 3, [plain, paths](benchmark::State& state) {
+    Passes passes(state, paths);
+    for (auto _ : state) {
+      const double begin = wallSeconds();
+      summarise(plain->name());
+      passes.add(wallSeconds() - begin);
+    }
+  });
+}
+
+}  // namespace bench
