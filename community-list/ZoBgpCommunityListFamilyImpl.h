@@ -2,6 +2,7 @@
 // define a family include this.
 #pragma once
 
+#include "Orv/DedupHashTableUnorderedSet.h"
 #include "attr/ZoBgpSerialize.h"
 #include "community-list/ZoBgpCommunityListImpl.h"
 #include "community/BgpHashMixImpl.h"
