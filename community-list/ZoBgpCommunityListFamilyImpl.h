@@ -175,7 +175,12 @@ auto ExtCommListOf<F>::dedup(const Table& table) -> ConstList {
   sortComms();
   makeGroups(table, nullptr);
   comm_.placeIs(placeOf(comm_, Orv::placementSeed()));
-  return Mox::staticCast<const List>(table->dedup(std::move(reference)));
+  try {
+    return Mox::staticCast<const List>(table->dedup(std::move(reference)));
+  } catch (...) {
+    groups_.groupsAre({}, nullptr);  // as if nothing had been tried
+    throw;
+  }
 }
 
 /// Groups the sorted communities and interns the groups.
@@ -465,7 +470,9 @@ auto ExtCommListOf<F>::store(MoxStash::StoreWriter& writer) const -> MoxStash::S
     std::vector<MoxStash::StoreReference> references;
     references.reserve(comms());
     for (const ConstValue& comm : comm_) references.push_back(comm->store(writer));
-    return storeCommList(writer, comm_.sorted(), std::span(std::as_const(references)));
+    const bool sorted =
+        comm_.sorted() && ascends(std::span(comm_.begin(), comms()), ExtCommSortFn());
+    return storeCommList(writer, sorted, std::span(std::as_const(references)));
   });
 }
 

@@ -54,10 +54,11 @@ void RtExtCommClassificationList::lifeTimeNotifierIs(
 // --- The collection.
 
 void NotifyingRtExtCommListCollection::tell(const Notifier& notifier) {
-  notifiees_.deliver<NotifieeConst>([&](NotifieeConst& notifiee) {
-    notifiee.onRtExtCommListImmediate(notifier);
-    notifiee.onRtExtCommList(notifier);
-  });
+  // Two events: an observer may go in the first.
+  notifiees_.deliver<NotifieeConst>(
+      [&](NotifieeConst& notifiee) { notifiee.onRtExtCommListImmediate(notifier); });
+  notifiees_.deliver<NotifieeConst>(
+      [&](NotifieeConst& notifiee) { notifiee.onRtExtCommList(notifier); });
 }
 
 void NotifyingRtExtCommListCollection::rtExtCommListIs(const Notifier& notifier) {
@@ -109,9 +110,7 @@ void NotifyingRtExtCommListCollection::dumpState(const Mox::Ptr<const Orv::DumpC
 void NotifyingRtExtCommListCollection::NotifieeConst::notifierIs(
     const NotifyingRtExtCommListCollection::PtrConst& collection) {
   Notifiee::notifierIs(collection);
-  if (!collection) return;
-  onRtExtCommListImmediate();
-  onRtExtCommList();
+  if (collection) onRtExtCommList();
 }
 
 // --- The notifiee.

@@ -93,7 +93,8 @@ class NotifyingRtExtCommListCollection final
   mutable Mox::NotifieeList notifiees_;
 };
 
-/// An observer of the collection. All that it hears does nothing unless it is overridden.
+/// An observer of the collection. All that it hears does nothing unless it is overridden. What it
+/// overrides must not throw: it is called while a group comes or goes, which cannot be undone.
 class NotifyingRtExtCommListCollection::NotifieeConst : public Mox::Notifiee {
  public:
   /// Observes a collection, which is then heard of once as a whole, or nothing when null.
@@ -103,7 +104,8 @@ class NotifyingRtExtCommListCollection::NotifieeConst : public Mox::Notifiee {
   virtual void onRtExtCommList(const Notifier&) {}
   /// The collection as a whole is to be looked through.
   virtual void onRtExtCommList() {}
-  // Called right before those above; everything here is told at once.
+  // The same, told to all observers before those above; here both are told at once, and the second
+  // of a pair has nothing left to tell.
   virtual void onRtExtCommListImmediate(const Notifier&) {}
   virtual void onRtExtCommListImmediate() {}
 };

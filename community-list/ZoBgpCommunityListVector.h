@@ -73,6 +73,8 @@ class CommVector {
   void take(CommVector& other) {
     for (T& value : std::span(other.data_, other.size_)) add(std::move(value));
     std::destroy_n(other.data_, other.size_);
+    other.room_ = other.capacity();
+    other.exact_ = false;
     other.size_ = 0;
   }
   /// Room for `count` elements in total, if there is less.

@@ -43,7 +43,12 @@ class ExtCommValueDedupTable : public Mox::Entity<Table, Mox::PtrInterface> {
     auto object = dedupHashTable_->lookup(place, [&](const Orv::DedupHandle& member) {
       return static_cast<const Value&>(member).getContent() == content;
     });
-    if (!object) object = dedupHashTable_->dedup(Table::parse(*parseExtCommRule_, content), place);
+    if (!object) {
+      auto parsed = Table::parse(*parseExtCommRule_, content);
+      // A rule that makes an object of another content would lose it in the table.
+      MOX_ASSERT(!parsed || parsed->getContent() == content, "getContent() == content");
+      object = dedupHashTable_->dedup(std::move(parsed), place);
+    }
     MOX_ASSERT(object, "dedupHandle");
     return Mox::staticCast<const Value>(std::move(object));
   }

@@ -44,6 +44,9 @@ class Replacement {
       if (descriptor_ < 0 && errno != EEXIST) break;
     }
     if (descriptor_ < 0) failWith(errno, target_, "cannot be written: ");
+    // What was kept from others stays so.
+    struct stat replaced;
+    if (stat(target.c_str(), &replaced) == 0) fchmod(descriptor_, replaced.st_mode & 0777);
   }
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;

@@ -11,8 +11,11 @@ namespace {
 /// Appends to octets that stand at `start` in the file, and fills up for what comes next.
 StoredArray appendAt(U64 start, Mox::String& to, std::string_view octets) {
   const StoredArray place{start + to.size(), octets.size()};
-  to += octets;
-  to.resize((to.size() + storeAlignment - 1) / storeAlignment * storeAlignment);
+  const std::size_t end =
+      (to.size() + octets.size() + storeAlignment - 1) / storeAlignment * storeAlignment;
+  if (end > to.capacity()) to.reserve(std::max(end, 2 * to.capacity()));
+  to += octets;  // from here on nothing throws
+  to.resize(end);
   return place;
 }
 
@@ -28,6 +31,7 @@ StoreReference StoreWriter::appendOctets(std::string_view octets) {
 }
 
 StoreReference StoreWriter::rootIs(StoreReference reference, StoredKind kind, U64 figure) {
+  if (roots_.size() == roots_.capacity()) roots_.reserve(2 * roots_.size() + 1);
   const auto [at, isNew] = rootAt_.emplace(reference, roots_.size());
   if (isNew) roots_.push_back({reference, 0, kind, 0});
   roots_[at->second].figure += figure;

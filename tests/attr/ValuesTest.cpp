@@ -144,7 +144,7 @@ TEST(BgpDenseU32Attr, RefusesByTheNameOfTheOperation) {
       {[](Word& word) { word.valueU16Del(1); }, "not deletable: BgpDenseU32Attr::valueU16Del"},
   };
   BgpDenseU32Attr word(0x80002B01);
-  for (const auto& [act, text] : refused) EXPECT_EQ(raised([&] { act(word); }), text);
+  for (const auto& one : refused) EXPECT_EQ(raised([&] { one.first(word); }), one.second);
   EXPECT_EQ(word.value(), 0x80002B01u);
 }
 

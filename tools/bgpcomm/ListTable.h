@@ -88,10 +88,11 @@ class ListTable final : public KindTable {
       uses.push_back({writer.add(held.list, held.paths), held.paths});
     return uses;
   }
+  MoxStash::StoredKind storedKind() const override { return List::storedKind; }
   void restore(const MoxStash::StoreManager& store, const StoredUse& use) override {
     auto list = kind_.restore(use.list, store);
-    if (list->comms() > Routing::Bgp::maxAttributeOctets / Kind::valueSize)
-      store.fail("a list is longer than an attribute can be");
+    if (list->empty() || list->comms() > Routing::Bgp::maxAttributeOctets / Kind::valueSize)
+      store.fail("a list is one that no attribute can have");
     addPaths(std::move(list), use.paths);
   }
 

@@ -1,8 +1,11 @@
 // The commands that keep the lists of files in a store, and take them out again.
 //
 // The lists are the store's roots. What is to be known of the files they came from is a note, in
-// CBOR: of each file its counts, and of each kind of community which lists its paths hold.
+// JSON, whose reader does not recurse: of each file its counts, and of each kind of community which
+// lists its paths hold.
+#include <filesystem>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "Commands.h"
 #include "MoxStash/FileStore.h"
@@ -19,7 +22,7 @@ using MoxStash::StoreException;
 constexpr std::string_view noteName = "bgpcomm";
 
 Json toJson(const FileFigures& figures, const KindTables& tables, MoxStash::StoreWriter& writer) {
-  Json file = {{"file", Json::binary({figures.file.begin(), figures.file.end()})},
+  Json file = {{"file", std::vector<U8>(figures.file.begin(), figures.file.end())},
                {"records", figures.records},
                {"paths", figures.paths},
                {"firstFault", figures.firstFault},
@@ -35,19 +38,22 @@ Json toJson(const FileFigures& figures, const KindTables& tables, MoxStash::Stor
   return file;
 }
 
-/// Each list of a file at most once, so that a damaged note makes nobody restore without end.
+/// Roots of the kind, which share nothing, and each of them at most once for a file: so a damaged
+/// note makes nobody restore more than the store holds.
 void restoreLists(const Json& lists, const FileStore& store, KindTable& table) {
-  std::set<MoxStash::StoreReference> known;
+  std::set<MoxStash::StoreReference> left;
+  for (const MoxStash::StoredRoot& root : store.roots())
+    if (root.kind == table.storedKind()) left.insert(root.reference);
   for (const Json& entry : lists) {
     const KindTable::StoredUse use{entry.at(0).get<U64>(), entry.at(1).get<U64>()};
-    if (!known.insert(use.list).second) store.fail("a list is named twice for one file");
+    if (!left.erase(use.list)) store.fail("a file has a list twice, or one that is no list");
     table.restore(store, use);
   }
 }
 
 FileFigures fromJson(const Json& file, const FileStore& store, const KindTables& tables) {
   FileFigures figures;
-  const auto& name = file.at("file").get_binary();
+  const auto name = file.at("file").get<std::vector<U8>>();  // no text: it may be of any octets
   figures.file.assign(name.begin(), name.end());
   figures.records = file.at("records").get<U64>();
   figures.paths = file.at("paths").get<U64>();
@@ -69,6 +75,11 @@ struct SaveOptions {
 };
 
 int runSave(const SaveOptions& options) {
+  for (const std::string& file : options.files) {
+    std::error_code none;
+    if (std::filesystem::equivalent(file, options.store, none))
+      throw UsageError("--to " + options.store + ": is one of the files to be read");
+  }
   MoxStash::StoreWriter writer;
   Json files = Json::array();
   bool good = true;
@@ -80,8 +91,7 @@ int runSave(const SaveOptions& options) {
     if (!result.unopened) files.push_back(toJson(figures, tables, writer));
   }
   if (files.empty()) return exitBadData;  // nothing that would be worth a store
-  const std::vector<U8> note = Json::to_cbor(files);
-  writer.noteIs(noteName, asText(note));
+  writer.noteIs(noteName, files.dump(-1, ' ', false, Json::error_handler_t::replace));
   writer.write(options.store);
   return good ? 0 : exitBadData;
 }
@@ -96,7 +106,7 @@ int runRestore(const RestoreOptions& options) {
   const auto note = store.note(noteName);
   if (!note) store.fail("no files are noted in it: it was not saved by bgpcomm");
   try {
-    const Json files = Json::from_cbor(note->begin(), note->end());
+    const Json files = Json::parse(note->begin(), note->end());
     Summary summary(files.size() > 1, options.json);
     bool good = true;
     for (const Json& file : files) {

@@ -36,14 +36,14 @@ std::string malformedLines(const FileFigures& figures) {
     if (const U64 count = figures.faults[Fault(i)])
       text += std::string(colours().bad) + line("  " + std::string(faultNames[i]), grouped(count)) +
               std::string(colours().plain) + '\n';
-  if (!figures.firstFault.empty()) text += "    first" + figures.firstFault + '\n';
+  if (!figures.firstFault.empty()) text += "    first" + visible(figures.firstFault) + '\n';
   return text;
 }
 
 std::string timeLine(const FileFigures& figures) {
   std::string text = line("seconds", decimal(figures.seconds, 3));
-  if (figures.seconds > 0)
-    text += "  " + grouped(U64(double(figures.paths) / figures.seconds)) + " paths/s";
+  const double rate = double(figures.paths) / figures.seconds;
+  if (rate > 0 && rate < 1e15) text += "  " + grouped(U64(rate)) + " paths/s";
   return text + '\n';
 }
 

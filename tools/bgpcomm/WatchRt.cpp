@@ -1,5 +1,6 @@
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "Commands.h"
 #include "ExtendedKind.h"
@@ -58,16 +59,24 @@ class Replay {
  public:
   explicit Replay(const ExtCommListDedupTable::Ptr& lists) : lists_(lists) {}
 
-  void take(const Path& path, Octets extended) {
-    visitWithdrawn(path, [&](const Prefix& prefix) { paths_.erase(key(path, prefix)); });
-    ExtCommList::PtrConst list;
-    if (!extended.empty()) list = ExtCommList::dedupWire(lists_, values_, extended).list;
+  /// Says whether the list was refused. What a message both withdraws and announces is announced
+  /// (RFC 4271, section 4.3).
+  bool take(const Path& path, Octets extended) {
+    FromWire<const ExtCommList> read;
+    if (!extended.empty()) read = ExtCommList::dedupWire(lists_, values_, extended);
+    std::set<std::string> announced;
     visitPrefixes(path, [&](const Prefix& prefix) {
-      if (list)
-        paths_[key(path, prefix)] = list;
+      const auto at = announced.insert(key(path, prefix)).first;
+      if (read)
+        paths_[*at] = read.list;
       else
-        paths_.erase(key(path, prefix));
+        paths_.erase(*at);
     });
+    visitWithdrawn(path, [&](const Prefix& prefix) {
+      const std::string withdrawn = key(path, prefix);
+      if (!announced.contains(withdrawn)) paths_.erase(withdrawn);
+    });
+    return bool(read.fault);
   }
 
  private:
@@ -91,9 +100,10 @@ int runWatchRt(const Options& options) {
   Watcher watcher(lists->notifyingRtExtCommListCollection(), options.json);
   const std::size_t extended = kindOfAttribute(U8(BgpPathAttrType::extCommunity));
   const ReadResult result = readFile(options.file,
-                                     [&](const Path& path, const CommunityValues& values, Place) {
+                                     [&](const Path& path, CommunityValues& values, Place) {
                                        watcher.timeIs(path);
-                                       replay.take(path, values[extended]);
+                                       if (replay.take(path, values[extended]))
+                                         values.faults.add(Fault::linkBandwidth);
                                      },
                                      {.showProgress = false, .updates = PathCutter::Updates::all});
   watcher.notifierIs(nullptr);  // what is left is not going, only no longer watched
