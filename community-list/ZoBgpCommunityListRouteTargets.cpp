@@ -71,12 +71,12 @@ void NotifyingRtExtCommListCollection::rtExtCommListIs(const Notifier& notifier)
 }
 
 void NotifyingRtExtCommListCollection::rtExtCommListDel(const Notifier& notifier) {
-  const Notifier held = notifier;  // it may be given as it stands in the set
+  std::unordered_set<Notifier, ByIdentity>::node_type taken;  // it may be given as it stands there
   {
     const std::lock_guard guard(mutex_);
-    if (!rtExtCommList_.erase(held)) return;
+    taken = rtExtCommList_.extract(notifier);
   }
-  tell(held);
+  if (taken) tell(taken.value());
 }
 
 void NotifyingRtExtCommListCollection::rtExtCommListDelAll() {

@@ -17,7 +17,6 @@ namespace {
 
 using Json = nlohmann::json;
 using MoxStash::FileStore;
-using MoxStash::StoreException;
 
 constexpr std::string_view noteName = "bgpcomm";
 

@@ -60,6 +60,7 @@ class ValueUses {
                              return a.second != b.second ? a.second > b.second : a.first < b.first;
                            });
     std::vector<std::pair<std::vector<U8>, U64>> found;
+    found.reserve(most.size());
     for (const auto& [value, paths] : most) found.emplace_back(octetsOf(value), paths);
     return found;
   }
