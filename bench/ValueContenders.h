@@ -4,6 +4,7 @@
 #include "Contenders.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 #include "ip6/ExtCommIp6DedupTable.h"
+#include "parse/BgpParseExtComm.h"
 
 namespace bench {
 

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "community-list/ZoBgpCommunityListExtended.h"
+#include "community-list/ZoBgpCommunityListExtendedTable.h"
 #include "community-list/ZoBgpCommunityListLarge.h"
 #include "community-list/ZoBgpCommunityListRouteTargets.h"
-#include "community-list/ZoBgpCommunityListSnapshot.h"
+#include "community-list/ZoBgpCommunityListSnapshotTypes.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
 #include "community-list/ZoBgpCommunityListTables.h"

@@ -1,10 +1,10 @@
 #include "community-list/ZoBgpCommunityListExtended.h"
 
 #include "agent/CommunityValue.h"
+#include "community-list/ZoBgpCommunityListExtendedTable.h"
 #include "community-list/ZoBgpCommunityListFamilyImpl.h"
 #include "community-list/ZoBgpCommunityListRouteTargets.h"
-#include "community-list/ZoBgpCommunityListSnapshot.h"
-#include "community-list/ZoBgpCommunityListTables.h"
+#include "community-list/ZoBgpCommunityListSnapshotTypes.h"
 
 namespace Routing::Bgp {
 

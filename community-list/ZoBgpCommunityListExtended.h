@@ -8,13 +8,13 @@
 //   shared->classificationList(extCommClassificationRouteTarget)->comms();   // 1
 //   shared->serialize(false);   // C0 10 08 00 02 FD E8 00 00 00 64
 //
-// Most of what lists and groups do is said in ZoBgpCommunityListFamily.h.
+// Most of what lists and groups do is said in ZoBgpCommunityListFamilyList.h.
 #pragma once
 
 #include <atomic>
 
 #include "Zonet/NetworkOrder.h"
-#include "community-list/ZoBgpCommunityListFamily.h"
+#include "community-list/ZoBgpCommunityListFamilyList.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 
 namespace Acl {

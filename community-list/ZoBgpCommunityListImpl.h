@@ -7,7 +7,7 @@
 
 #include "Mox/Trace.h"
 #include "MoxStash/StoreManager.h"
-#include "community-list/ZoBgpCommunityListFamily.h"
+#include "community-list/ZoBgpCommunityListFamilyList.h"
 #include "community/ZoBgpCommunityStrepFormat.h"
 #include "community/ZoBgpCommunityText.h"
 

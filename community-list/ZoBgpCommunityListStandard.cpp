@@ -3,7 +3,7 @@
 #include <charconv>
 
 #include "community-list/ZoBgpCommunityListImpl.h"
-#include "community-list/ZoBgpCommunityListSnapshot.h"
+#include "community-list/ZoBgpCommunityListSnapshotTypes.h"
 #include "community-list/ZoBgpCommunityListText.h"
 
 namespace Routing::Bgp {

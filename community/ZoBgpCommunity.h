@@ -4,13 +4,15 @@
 //   ZoBgpCommunitySubtypes.h     subtypes, one enumeration per type
 //   ZoBgpCommunityContent.h      the raw octets
 //   ZoBgpCommunityStrepFormat.h  what policy text shows
-//   ZoBgpCommunityFamily.h       what the 8-octet and the 20-octet family share
+//   ZoBgpCommunityFamilyValue.h  what the 8-octet and the 20-octet family share
 //   ZoBgpCommunityValue.h        the interned object
 //   ZoBgpCommunityAsNumber.h     ... of an AS number
 //   ZoBgpCommunityIpv4Address.h  ... of an IPv4 address
-//   ZoBgpCommunityKinds.h        ... with a meaning: route target, color and so on
+//   ZoBgpCommunityTyped.h        ... with a meaning: route target, color and so on
+//   ZoBgpCommunityDedupTable.h   the table that keeps one object per content
 //   ZoBgpCommunityWellKnown.h    the well-known standard communities
 #pragma once
 
-#include "community/ZoBgpCommunityKinds.h"
+#include "community/ZoBgpCommunityDedupTable.h"
+#include "community/ZoBgpCommunityTyped.h"
 #include "community/ZoBgpCommunityWellKnown.h"

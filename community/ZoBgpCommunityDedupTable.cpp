@@ -1,5 +1,7 @@
 #include "community/ZoBgpCommunityDedupTable.h"
 
+#include "parse/BgpParseExtCommTopRule.h"
+
 namespace Routing::Bgp {
 
 const Mox::Type ExtCommDedupTable::type{"Routing::Bgp::ExtCommDedupTable", &Mox::PtrInterface::type,
@@ -13,6 +15,10 @@ ExtCommDedupTable::Ptr extCommDedupTableFactory(
 ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
                                         const ExtCommContent& content) {
   return table->dedupContent(content);
+}
+
+Mox::Ptr<ExtComm> ExtCommDedupTable::parse(const Rule& rule, const ExtCommContent& content) {
+  return rule.parseExtendedCommunity(content);
 }
 
 }  // namespace Routing::Bgp

@@ -6,6 +6,7 @@
 //   a == ExtComm::dedupContent(table.get(), ExtCommContent(0x0002FDE800000064))   // true
 #pragma once
 
+#include "community/ZoBgpCommunityValue.h"
 #include "community/ZoBgpCommunityValueDedupTable.h"
 
 namespace Routing::Bgp {
@@ -19,9 +20,7 @@ class ExtCommDedupTable final : public ExtCommValueDedupTable<ExtCommDedupTable,
   static U64 place(const ExtCommContent& content, U64 seed) {
     return Orv::placeOf(content.value(), seed);
   }
-  static Mox::Ptr<ExtComm> parse(const Rule& rule, const ExtCommContent& content) {
-    return rule.parseExtendedCommunity(content);
-  }
+  static Mox::Ptr<ExtComm> parse(const Rule& rule, const ExtCommContent& content);
 };
 
 /// A new table whose objects `rule` makes.

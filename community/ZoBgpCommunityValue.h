@@ -13,7 +13,7 @@
 #pragma once
 
 #include "community/ZoBgpCommunityContent.h"
-#include "community/ZoBgpCommunityFamily.h"
+#include "community/ZoBgpCommunityFamilyValue.h"
 
 namespace Routing::Bgp {
 

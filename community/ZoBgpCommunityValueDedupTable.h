@@ -12,9 +12,10 @@
 #include "Mox/ValueText.h"
 #include "Orv/DedupHashTableUnorderedSet.h"
 #include "attr/ZoBgpGlobals.h"
-#include "parse/BgpParseExtComm.h"
 
 namespace Routing::Bgp {
+
+class BgpParseExtendedCommunityRule;
 
 /// `Value` is the base class of the family. `Table` names its own description and what only it
 /// knows: `place(content, seed)` and `parse(rule, content)`, which never returns null.

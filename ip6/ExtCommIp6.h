@@ -6,11 +6,11 @@
 //       //  localAdmin=100>, on one line
 //   comm->toStrepForPolicy({})   // "2001:db8::1:100"
 //
-// What both families share, and so most of what it does, is said in ZoBgpCommunityFamily.h. Every
-// community that the agent holds comes from the intern table: `ExtCommIp6::dedupContent`.
+// What both families share, and so most of what it does, is said in ZoBgpCommunityFamilyValue.h.
+// Every community that the agent holds comes from the intern table: `ExtCommIp6::dedupContent`.
 #pragma once
 
-#include "community/ZoBgpCommunityFamily.h"
+#include "community/ZoBgpCommunityFamilyValue.h"
 #include "ip6/ExtCommIp6Content.h"
 
 namespace Routing::Bgp {

@@ -1,11 +1,11 @@
 // The IPv6-address-specific extended communities of a path that have one classification (RFC 5701).
 //
-// What groups do is said in ZoBgpCommunityListFamily.h; here stands what differs from the 8-octet
-// family.
+// What groups do is said in ZoBgpCommunityListFamilyList.h; here stands what differs from the
+// 8-octet family.
 #pragma once
 
-#include "community-list/ZoBgpCommunityListFamily.h"
-#include "community-list/ZoBgpCommunityListFamilySnapshot.h"
+#include "community-list/ZoBgpCommunityListFamilyList.h"
+#include "community-list/ZoBgpCommunityListSnapshotTemplates.h"
 #include "ip6/ExtCommIp6DedupTable.h"
 
 namespace Routing::Bgp {

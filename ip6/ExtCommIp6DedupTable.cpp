@@ -1,5 +1,7 @@
 #include "ip6/ExtCommIp6DedupTable.h"
 
+#include "parse/BgpParseExtCommTopRule.h"
+
 namespace Routing::Bgp {
 
 const Mox::Type ExtCommIp6DedupTable::type{"Routing::Bgp::ExtCommIp6DedupTable",
@@ -14,6 +16,11 @@ ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
 ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
                                               const ExtCommIp6Content& content) {
   return table->dedupContent(content);
+}
+
+Mox::Ptr<ExtCommIp6> ExtCommIp6DedupTable::parse(const Rule& rule,
+                                                 const ExtCommIp6Content& content) {
+  return rule.parseExtendedCommunityIp6(content);
 }
 
 }  // namespace Routing::Bgp

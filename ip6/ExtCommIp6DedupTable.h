@@ -18,9 +18,7 @@ class ExtCommIp6DedupTable final : public ExtCommValueDedupTable<ExtCommIp6Dedup
   static U64 place(const ExtCommIp6Content& content, U64 seed) {
     return Orv::placeOf(&content, sizeof content, seed);
   }
-  static Mox::Ptr<ExtCommIp6> parse(const Rule& rule, const ExtCommIp6Content& content) {
-    return rule.parseExtendedCommunityIp6(content);
-  }
+  static Mox::Ptr<ExtCommIp6> parse(const Rule& rule, const ExtCommIp6Content& content);
 };
 
 /// A new table whose objects `rule` makes.

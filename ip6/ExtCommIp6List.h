@@ -7,7 +7,7 @@
 //   ExtCommIp6List::PtrConst shared = list->dedup(table);
 //   shared->commsStringForm();   // "2001:db8::1:100 ", the space behind it too
 //
-// What lists do is said in ZoBgpCommunityListFamily.h.
+// What lists do is said in ZoBgpCommunityListFamilyList.h.
 #pragma once
 
 #include "ip6/ExtCommIp6ClassificationList.h"

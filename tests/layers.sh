@@ -8,19 +8,21 @@ set -euo pipefail
 layers='
 1 platform/*
 2 attr/*
-6 community/*.cpp
-6 ip6/*.cpp
-6 parse/*.cpp
-5 community/*DedupTable*.h
+5 community/*.cpp
+5 ip6/*.cpp
+5 parse/*.cpp
 3 community/*
-6 ip6/*ListDedupTable*.h
-5 ip6/*DedupTable*.h
-6 ip6/*List*.h
+5 ip6/*List*.h
 3 ip6/*
 4 parse/*
-6 community-list/*
-7 tools/*
-7 examples/*
+5 community-list/*
+6 path/*
+7 kinds/*
+7 mrt/*
+8 query/*
+9 c/*
+10 tools/*
+10 examples/*
 '
 
 layer_of() {

@@ -9,6 +9,7 @@
 #include "community-list/ZoBgpCommunityList.h"
 #include "ip6/ExtCommIp6DedupTable.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
+#include "parse/BgpParseExtComm.h"
 #include "tools/bgpcomm/Attributes.h"
 
 namespace example {

@@ -7,6 +7,7 @@
 #include "MoxStash/FileStore.h"
 #include "community-list/ZoBgpCommunityList.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
+#include "parse/BgpParseExtComm.h"
 
 namespace Routing::Bgp {
 

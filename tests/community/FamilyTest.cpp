@@ -9,6 +9,7 @@
 #include "community/BgpHashMixImpl.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 #include "ip6/ExtCommIp6DedupTable.h"
+#include "parse/BgpParseExtComm.h"
 #include "parse/BgpParseExtCommRouteTarget.h"
 #include "tests/AllocationCounter.h"
 #include "tests/MemoryStore.h"

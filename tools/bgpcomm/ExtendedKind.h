@@ -9,7 +9,9 @@
 #include "Octets.h"
 #include "ValueUses.h"
 #include "community-list/ZoBgpCommunityListExtended.h"
+#include "community-list/ZoBgpCommunityListExtendedTable.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
+#include "parse/BgpParseExtComm.h"
 
 namespace bgpcomm {
 

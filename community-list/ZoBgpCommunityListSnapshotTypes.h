@@ -11,7 +11,7 @@
 #pragma once
 
 #include "agent/CommunitySnapshot.h"
-#include "community-list/ZoBgpCommunityListFamilySnapshot.h"
+#include "community-list/ZoBgpCommunityListSnapshotTemplates.h"
 #include "community/ZoBgpCommunityValue.h"
 
 namespace Routing::Bgp {

@@ -1,4 +1,4 @@
-#include "community-list/ZoBgpCommunityListSnapshot.h"
+#include "community-list/ZoBgpCommunityListSnapshotTypes.h"
 
 #include "community-list/ZoBgpCommunityListExtended.h"
 

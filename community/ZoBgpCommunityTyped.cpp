@@ -1,4 +1,4 @@
-#include "community/ZoBgpCommunityKinds.h"
+#include "community/ZoBgpCommunityTyped.h"
 
 #include <bit>
 

@@ -1,0 +1,55 @@
+// The intern tables of extended lists.
+#pragma once
+
+#include "community-list/ZoBgpCommunityListRouteTargets.h"
+#include "community-list/ZoBgpCommunityListTables.h"
+
+namespace Routing::Bgp {
+
+/// The tables of extended lists: of the lists, of their groups, of their groups of route targets;
+/// and what tells of the last. Whatever holds an interned list or group may outlive it.
+class ExtCommListDedupTable final
+    : public Mox::Entity<ExtCommListDedupTable, CommListDedupTableBase> {
+ public:
+  static const Mox::Type type;
+  using Table = Mox::Ptr<Orv::DedupHashTableUnorderedSet>;
+
+  ExtCommListDedupTable();
+  ~ExtCommListDedupTable() override;
+
+  /// Makes the tables of groups, the collection and its notifiee; factories call it.
+  void handleInitialized();
+
+  const Table& extCommClassificationListDedupTable() const { return groups_; }
+  const Table& rtExtCommClassificationListDedupTable() const { return routeTargets_; }
+
+  /// The sets of route targets that are in use.
+  const NotifyingRtExtCommListCollection::Ptr& notifyingRtExtCommListCollection() const {
+    return collection_;
+  }
+  /// Makes one unless there is one.
+  const NotifyingRtExtCommListCollection::Ptr& notifyingRtExtCommListCollectionIs();
+  /// Lets go of it. The notifiee goes on feeding it for its other holders.
+  void notifyingRtExtCommListCollectionDel() { collection_ = nullptr; }
+
+  const RtExtCommListLifeTimeNotifiee::Ptr& rtExtCommListLifeTimeNotifiee() const {
+    return notifiee_;
+  }
+  /// Makes one for the collection unless there is one.
+  const RtExtCommListLifeTimeNotifiee::Ptr& rtExtCommListLifeTimeNotifieeIs(
+      const NotifyingRtExtCommListCollection::Ptr& collection);
+  /// Lets go of it. The table of route targets keeps its own until it dies.
+  void rtExtCommListLifeTimeNotifieeDel() { notifiee_ = nullptr; }
+
+  void dumpState(const Mox::Ptr<const Orv::DumpContext>& context, U32 indent) const override;
+
+ private:
+  Table groups_;  // all but route targets
+  NotifyingRtExtCommListCollection::Ptr collection_;
+  RtExtCommListLifeTimeNotifiee::Ptr notifiee_;
+  Table routeTargets_;
+};
+
+ExtCommListDedupTable::Ptr extCommListDedupTableFactory();
+
+}  // namespace Routing::Bgp
