@@ -11,7 +11,6 @@ class DedupHandle : public Orv::DedupHandle {
   using PtrConst = Mox::PtrConst<DedupHandle>;
   static const Mox::Type type;
 
-  void zeroReferencesIs(bool zero) override;
   const Mox::Type& fwkType() const override { return type; }
 
   /// Free for the store manager; this library leaves it 0.

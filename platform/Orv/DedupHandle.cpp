@@ -38,6 +38,11 @@ const Mox::Type DedupHandle::type{
      operation("compareByContent"),
      operation("getContent")}};
 
+void DedupHandle::zeroReferencesIs(bool zero) {
+  if (zero) prepareToDestruct();
+  Mox::PtrInterface::zeroReferencesIs(zero);
+}
+
 void DedupHandle::assertIsDeduped() const {
   MOX_ASSERT(dedupHandleDisableIsDedupedAssert || isDeduped(), "isDeduped()");
 }

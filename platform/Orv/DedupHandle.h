@@ -56,6 +56,7 @@ class DedupHandle : public Mox::PtrInterface {
   static constexpr U32 dedupHandleStateBitPos = 30;
 
   // Slots after those of PtrInterface, in this order.
+  void zeroReferencesIs(bool zero) override;
   const Mox::Type& fwkType() const override { return type; }
   virtual bool isDeduped() const { return dedupState() == dedupHandleStateDeduped(); }
   /// Ends the process with "isDeduped()" when the value is private.
@@ -82,8 +83,9 @@ class DedupHandle : public Mox::PtrInterface {
       return true;
     const U32 state = state_.load();
     interleave();
+    if (state >> beingDetachedBitPos & 1) return false;
     const bool heldByTable = state >> dedupHandleStateBitPos == dedupHandleStateDeduped();
-    return incrementAbove(keepOf(state) - !heldByTable);
+    return incrementAbove(heldByTable ? keepOf(state) : 0);
   }
   /// So many references to a member are its table's and its notifier's.
   U32 keep() const { return keepOf(state_.load()); }
@@ -111,6 +113,9 @@ class DedupHandle : public Mox::PtrInterface {
   /// What `compareByContent` compares with; empty for kinds that are not looked up by it.
   DedupContentHandle getContent() const { return {}; }
   /// Takes a member out of its table and drops the table's reference: the end of the last release.
+  /// Called by hand, it leaves the member to its holders, who may let go of it, but not copy their
+  /// pointers. Asserts "dedupTable()" for an object in no table, "__null != lifeTimeNotifiee" for
+  /// one whose notifier bit was set by hand. REQUIRES: no other thread lets go of it meanwhile.
   void doRemoveFromDedupTable();
   /// The last step before the destructor: nobody may still find the object.
   void prepareToDestruct() const;

@@ -29,16 +29,20 @@ void DedupHashTable::enter(DedupHandle& object, bool withNotifier) {
 }
 
 void DedupHashTable::leave(DedupHandle& member) {
-  // Only a notifier can still know the member, and change its user data meanwhile.
-  if (member.haveLifeTimeNotifier())
-    member.beingDetachedIs(true);
-  else
+  // A notifier, or a holder when the removal was asked for by hand, may change user data meanwhile.
+  if (isLast(member))
     member.setBitsAlone(1u << DedupHandle::beingDetachedBitPos);
+  else
+    member.beingDetachedIs(true);
   member.dedupTable_.store(nullptr, std::memory_order_relaxed);
 }
 
+// The last reference need not be counted down: nobody can take another.
 void DedupHashTable::end(DedupHandle& member) {
-  if (!dedupHandleDisableSmartPointerOperations) member.zeroReached();
+  if (!isLast(member))
+    member.referencesDec();
+  else if (!dedupHandleDisableSmartPointerOperations)
+    member.zeroReached();
 }
 
 void DedupHashTable::detach(DedupHandle& member) {

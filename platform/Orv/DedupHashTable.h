@@ -47,7 +47,8 @@ class DedupHashTable : public Mox::PtrInterface {
 
   /// Calls `visit` with each member, of a table that nobody else uses meanwhile.
   virtual void visitMembers(const std::function<void(DedupHandle&)>& visit) const = 0;
-  /// How many members there are, dying ones included.
+  /// How many members there are. A removal is counted no more before it has ended: 0 does not say
+  /// that nobody is at work in the table or in its notifiee.
   virtual U64 members() const = 0;
   /// Octets of the table itself, without its members.
   virtual U64 octets() const = 0;
@@ -63,11 +64,14 @@ class DedupHashTable : public Mox::PtrInterface {
   void enter(DedupHandle& object, bool withNotifier);
   /// Its removal has begun.
   static void leave(DedupHandle& member);
-  /// Drops the table's reference to a member that has left and had no notifier: it is the only one,
-  /// and nobody can take another, so it need not be counted down.
+  /// Drops the table's reference to a member that has left.
   static void end(DedupHandle& member);
   /// The table is going away and leaves the member to its holders.
   static void detach(DedupHandle& member);
+
+ private:
+  /// Whether the table's reference to a member that is being removed is the only one.
+  static bool isLast(const DedupHandle& member) { return member.references() == 1; }
 };
 
 /// Hears what enters and leaves a table. Called on the thread that interns or lets go, with no

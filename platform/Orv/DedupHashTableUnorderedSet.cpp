@@ -53,6 +53,7 @@ Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> ob
 }
 
 Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> object, U64 place) {
+  MOX_ASSERT(object, "dedupHandle");
   MOX_ASSERT(object->dedupState() == dedupHandleStateNeverDeduped() || object->dedupTable() == this,
              "dedupState() == Orv::dedupHandleStateNeverDeduped() || dedupTable() == this");
   const DedupHandle* const raw = object.get();
@@ -74,6 +75,8 @@ Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> ob
 }
 
 void DedupHashTableUnorderedSet::remove(DedupHandle* member) {
+  const bool notified = member->haveLifeTimeNotifier();
+  MOX_ASSERT(!notified || notifiee_, "__null != lifeTimeNotifiee");
   const U64 place = placement_.ofMember(*member, seed_);
   {
     Shard& shard = shardOf(place);
@@ -82,10 +85,9 @@ void DedupHashTableUnorderedSet::remove(DedupHandle* member) {
     leave(*member);
   }
   interleave();
-  if (!member->haveLifeTimeNotifier()) return end(*member);
-  notifiee_->handleRemove(member);
+  if (notified) notifiee_->handleRemove(member);
   interleave();
-  member->referencesDec();
+  end(*member);
 }
 
 void DedupHashTableUnorderedSet::lifeTimeNotifieeIs(

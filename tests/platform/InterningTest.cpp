@@ -12,6 +12,12 @@
 namespace interning {
 namespace {
 
+// The least that a handle can be.
+struct Plain final : Orv::DedupHandle {
+  U32 hash() const override { return 0; }
+  bool compare(const Orv::DedupHandle* other) const override { return other == this; }
+};
+
 TEST(Interning, EqualContentIsOneObjectForAsLongAsItIsHeld) {
   for (const bool threadSafe : {true, false}) {
     const Table table = newTable(threadSafe);
@@ -50,6 +56,23 @@ TEST(Interning, LookupPassesByADyingMember) {
   EXPECT_EQ(table->members(), 1u);
   EXPECT_EQ(lookup(table, 5), successor) << "removal is by identity, not by content";
   EXPECT_EQ(Thing::alive, 1);
+}
+
+// Taken out by hand while others hold it, a member behaves as one that a notifier still knows.
+TEST(Interning, AMemberTakenOutByHandEndsWithItsLastHolder) {
+  const Table table = newTable();
+  Thing::Ptr a = intern(table, 5), b = a;
+  a->userDataIs(6);
+  a->doRemoveFromDedupTable();
+  EXPECT_TRUE(a->beingDetached() && !a->dedupTable() && a->userData() == 6);
+  EXPECT_EQ(a->references(), 2u);
+  EXPECT_FALSE(a->referencesIncIfAlive());
+  EXPECT_EQ(table->members(), 0u);
+  EXPECT_NE(intern(table, 5), a);
+  a = nullptr;
+  EXPECT_EQ(Thing::alive, 1);
+  b = nullptr;
+  EXPECT_EQ(Thing::alive, 0);
 }
 
 TEST(Interning, StateWordKeepsItsFieldsApart) {
@@ -160,6 +183,11 @@ TEST(InterningDeathTest, MisuseEndsTheProcess) {
       {[&] { member->beingDetachedIs(true), member->referencesInc(); }, "!beingDetached\\(\\)"},
       {[&] { lone->assertIsDeduped(); }, "isDeduped\\(\\)"},
       {[&] { table->dedup(nullptr); }, "dedupHandle"},
+      {[&] { table->dedup(nullptr, 0); }, "dedupHandle"},
+      {[&] { member->haveLifeTimeNotifierIs(true), member->doRemoveFromDedupTable(); },
+       "__null != lifeTimeNotifiee"},
+      {[&] { lone->doRemoveFromDedupTable(); }, "dedupTable\\(\\)"},
+      {[] { Mox::makeNew<Plain>()->dedupStateIs(1); }, "!isDeduped\\(\\) || beingDetached\\(\\)"},
       {[&] { other->dedup(member); }, "dedupState\\(\\) == .* dedupTable\\(\\) == this"},
       {[&] { table->lifeTimeNotifieeIs(nullptr); }, "members\\(\\) == 0 && .*lifeTimeNotifiee"}};
   for (const auto& [misuse, text] : cases) EXPECT_DEATH(misuse(), Mox::String(": ") + text + "\n");

@@ -181,7 +181,8 @@ TEST(LifeTimeNotification, IsHeardOnceInAndOnceOut) {
   world.pairs = nullptr;
   EXPECT_TRUE(heard.heardIn == heard.heardOut && heard.copy().empty());
   EXPECT_EQ(two->dedupState(), Orv::dedupHandleStateDetached());
-  EXPECT_EQ(two->references(), 1u);
+  EXPECT_TRUE(two->haveLifeTimeNotifier() && two->referencesIncIfAlive());
+  EXPECT_EQ(two->referencesDec(), 1u);
   EXPECT_EQ(Pair::Ptr(two)->things[1]->content(), 3u);
 }
 
