@@ -150,6 +150,7 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   using Table = Mox::Ptr<typename F::Table>;
   using ValueTable = Mox::Ptr<typename F::ValueTable>;
   using Stored = StoredCommList;
+  static constexpr BgpPathAttrType pathAttribute = F::attribute;
 
   // --- Building: a list that was never deduped belongs to its maker. Each of these ends the
   // --- process on a list that is interned.

@@ -28,6 +28,7 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
   using Table = Mox::Ptr<typename Kind::Table>;
   using ConstList = Mox::Ptr<const List>;
   using Stored = StoredCommList;
+  static constexpr BgpPathAttrType pathAttribute = Kind::attribute;
 
   // --- Building: a list that was never deduped belongs to its maker. ---
 

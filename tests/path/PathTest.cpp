@@ -1,0 +1,303 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "MoxStash/FileStore.h"
+#include "MoxStash/StoreWriter.h"
+#include "community-list/ZoBgpCommunityListImpl.h"
+#include "path/ZoBgpCommunityTablesImpl.h"
+#include "tests/AllocationCounter.h"
+#include "tests/HexOctets.h"
+
+namespace Routing::Bgp {
+namespace {
+
+using Octets = std::vector<U8>;
+
+std::string lists(const PathCommunities& path) {
+  std::string text;
+  path.forEachList([&](const auto& list) { text += list->toStrep() + ' '; });
+  return text;
+}
+
+/// `lists; reason@offset ... approach`
+std::string outcome(const PathCommunities& path, const PathFaults& faults) {
+  std::string text = lists(path) + "; ";
+  for (const PathFault& fault : faults)
+    text += stringValue(fault.reason) + '@' + std::to_string(fault.offset) + ' ';
+  return text + stringValue(faults.approach());
+}
+
+TEST(ReadAll, GivesListsFaultsAndTheApproach) {
+  const CommunityTables tables;
+  const struct {
+    const char *what, *attributes, *outcome;
+  } cases[] = {
+      // clang-format off
+      {"nothing", "", "; none"},
+      {"others, one of them twice, one empty", "40010100 400200 40010100", "; none"},
+      {"all types", "c02018 0000fc580000000100000002 0000fc580000000100000001"
+       "c01008 0002fde800000064 40010100 c00804ffffff01"
+       "c01914 0002 20010db8000000000000000000000001 0007",
+       "no-export [ <RouteTarget2ByteASN 65000:100 0x0002fde800000064> ] "
+       "[ <extCommIp6PktTypeTransIpv6Address extCommIp6PktSubtypeRouteTarget addr=2001:db8::1 "
+       "localAdmin=7> ] 64600:1:1 64600:1:2 ; none"},
+      {"length of two octets", "d0080004fde80064", "65000:100 ; none"},
+      {"a value twice is no fault", "c00808fde80064fde80064", "65000:100 ; none"},
+      {"partial, and bits without use", "ef0804fde80064", "65000:100 ; none"},
+      {"not transitive", "800804fde80064", "65000:100 ; wrongFlags@0 treatAsWithdraw"},
+      {"not optional", "40010100 50080004fde80064",
+       "65000:100 ; wrongFlags@4 treatAsWithdraw"},
+      {"two faults of one attribute", "000803fde800",
+       "; wrongFlags@0 malformedValue@0 treatAsWithdraw"},
+      {"no octets", "c00800 c01000 c01900 c02000",
+       "; malformedValue@0 malformedValue@3 malformedValue@6 malformedValue@9 treatAsWithdraw"},
+      {"one octet too many", "c00805fde8006400 c0100900020000fc58000100",
+       "; malformedValue@0 malformedValue@8 treatAsWithdraw"},
+      {"two link bandwidths", "c01010 4004fde800000001 4004fde800000002",
+       "; malformedValue@0 treatAsWithdraw"},
+      {"the first of two counts", "c00804fde80064 c00804fde80065 c00804fde80066",
+       "65000:100 ; repeated@7 attributeDiscard"},
+      {"also when it is malformed", "c00801fd c00804fde80065",
+       "; malformedValue@0 repeated@4 treatAsWithdraw"},
+      {"nothing else is asked of the second", "c00804fde80064 400803fde800",
+       "65000:100 ; repeated@7 attributeDiscard"},
+      {"but its end", "c00804fde80064 c00804fde800", "65000:100 ; overrun@7 treatAsWithdraw"},
+      {"overrun of another", "c00804fde80064 400204fde8",
+       "65000:100 ; overrun@7 treatAsWithdraw"},
+      {"overrun of a header", "c00804fde80064 d00800", "65000:100 ; overrun@7 treatAsWithdraw"},
+      // clang-format on
+  };
+  for (const auto& [what, attributes, expected] : cases) {
+    PathCommunities path;
+    const PathFaults faults = tables.readAll(hexOctets(attributes), path);
+    EXPECT_EQ(outcome(path, faults), expected) << what;
+    EXPECT_EQ(bool(faults), faults.size() > 0);
+  }
+}
+
+TEST(ReadAll, SaysInWordsWhatIsWrong) {
+  const CommunityTables tables;
+  PathCommunities path;
+  std::string text;
+  for (const PathFault& fault :
+       tables.readAll(hexOctets("0c0805fde8006400 c01000 c00800 c0200c 0000"), path))
+    text += fault.toStrep() + '\n';
+  EXPECT_EQ(text,
+            "Community attribute: flags 0x0c, expected optional and transitive\n"
+            "Community attribute, offset 4: 1 octet, expected a value of 4\n"
+            "Extended Community attribute, offset 0: no octets, expected at least one value of 8\n"
+            "Community attribute: given again, the first counts\n"
+            "Large Community attribute: 2 octets left of 12\n");
+}
+
+TEST(Read, TakesOneAttributeAtATime) {
+  const CommunityTables tables;
+  PathCommunities path;
+  const Octets first = hexOctets("fde80064"), second = hexOctets("fde80065");
+  EXPECT_FALSE(tables.read(BgpPathAttrType::asPath, first, path)) << "no list's business";
+  EXPECT_TRUE(path.empty());
+  const auto malformed = tables.read(BgpPathAttrType::community, std::span(first).first(3), path);
+  ASSERT_TRUE(malformed);
+  EXPECT_EQ(malformed->approach(), PathFaultApproach::treatAsWithdraw);
+  EXPECT_TRUE(path.empty());
+  EXPECT_FALSE(tables.read(BgpPathAttrType::community, first, path));
+  EXPECT_EQ(lists(path), "65000:100 ");
+  const auto repeated = tables.read(BgpPathAttrType::community, second, path);
+  ASSERT_TRUE(repeated);
+  EXPECT_EQ(repeated->approach(), PathFaultApproach::attributeDiscard);
+  // What the path has already is the first for `readAll` too.
+  EXPECT_EQ(outcome(path, tables.readAll(hexOctets("c00804fde80065"), path)),
+            "65000:100 ; repeated@0 attributeDiscard");
+}
+
+// --- Many paths, of few communities, so that lists repeat.
+
+constexpr struct {
+  BgpPathAttrType type;
+  U32 valueSize;
+} attributes[] = {{BgpPathAttrType::community, 4},
+                  {BgpPathAttrType::extCommunity, 8},
+                  {BgpPathAttrType::extCommunityIp6, 20},
+                  {BgpPathAttrType::largeCommunity, 12}};
+
+struct RandomPath {
+  Octets octets;  ///< well-formed attributes, in any order, values in any order and repeated
+  std::map<BgpPathAttrType, std::set<Octets>> values;
+};
+
+RandomPath randomPath(std::mt19937& random) {
+  RandomPath path;
+  auto shuffled = std::to_array(attributes);
+  std::shuffle(shuffled.begin(), shuffled.end(), random);
+  for (const auto& [type, valueSize] : shuffled) {
+    if (random() % 3 == 0) continue;
+    const U32 count = 1 + random() % 4, length = count * valueSize;
+    for (const U32 octet : {U32(random() % 2 ? 0xD0 : 0xF0), U32(type), length >> 8, length})
+      path.octets.push_back(U8(octet));
+    for (U32 i = 0; i < count; ++i) {
+      Octets value(valueSize, 0);
+      value[1] = 2;  // of extended ones, route targets
+      value.back() = U8(random() % 3);
+      path.octets.insert(path.octets.end(), value.begin(), value.end());
+      path.values[type].insert(std::move(value));
+    }
+  }
+  return path;
+}
+
+/// The attributes that a speaker sends for the path.
+Octets serialized(const PathCommunities& path) {
+  std::string octets;
+  path.forEachList([&](const auto& list) {
+    if constexpr (requires { list->serialize(true); })
+      octets += list->serialize(true);
+    else
+      octets += list->serialize();
+  });
+  return {octets.begin(), octets.end()};
+}
+
+TEST(PathCommunities, AreTheSamePointersExactlyWhenTheyAreTheSameCommunities) {
+  std::mt19937 random(8);
+  const CommunityTables tables;
+  std::map<std::map<BgpPathAttrType, std::set<Octets>>, PathCommunities> known;
+  for (int i = 0; i < 3000; ++i) {
+    const RandomPath wanted = randomPath(random);
+    PathCommunities path, again;
+    ASSERT_FALSE(tables.readAll(wanted.octets, path));
+    ASSERT_FALSE(tables.readAll(serialized(path), again));
+    EXPECT_EQ(path, again);
+    EXPECT_EQ(path.empty(), wanted.values.empty());
+    EXPECT_EQ(known.try_emplace(wanted.values, path).first->second, path);
+  }
+  for (const auto& [values, path] : known)
+    for (const auto& [others, other] : known) ASSERT_EQ(path == other, &path == &other);
+  known.clear();
+  tables.forEachKind([](const auto& kind) {
+    EXPECT_EQ(kind.lists()->dedupHashTable()->members(), 0u);
+    if constexpr (requires { kind.values(); }) {
+      EXPECT_EQ(kind.values()->dedupHashTable()->members(), 0u);
+    }
+  });
+}
+
+TEST(PathCommunities, AreSharedByThreads) {
+  const CommunityTables tables;
+  constexpr int paths = 2000;
+  std::vector<PathCommunities> read[2];
+  {
+    std::vector<std::jthread> threads;
+    for (auto& mine : read)
+      threads.emplace_back([&] {
+        std::mt19937 random(9);
+        for (int i = 0; i < paths; ++i) {
+          tables.readAll(randomPath(random).octets, mine.emplace_back());
+          if (i % 7 == 0) mine[i / 2] = mine[i];  // lets go of lists that the other may be making
+        }
+      });
+  }
+  EXPECT_EQ(read[0], read[1]);
+}
+
+TEST(ReadAll, AllocatesNothingForWhatIsKnown) {
+  const CommunityTables tables;
+  std::mt19937 random(10);
+  const Octets octets = randomPath(random).octets;
+  PathCommunities held, path;
+  tables.readAll(octets, held);
+  const std::size_t before = allocations;
+  tables.readAll(octets, path);
+  EXPECT_EQ(allocations, before);
+}
+
+TEST(CommunityTables, RestoreWhatAStoreHolds) {
+  const CommunityTables tables, others(tables.parser());
+  std::mt19937 random(11);
+  MoxStash::StoreWriter writer;
+  std::vector<PathCommunities> paths(100);
+  for (PathCommunities& path : paths) {
+    tables.readAll(randomPath(random).octets, path);
+    path.forEachList([&](const auto& list) { writer.add(list, 1); });
+  }
+  const auto value = tables.of<ExtCommList>().values()->dedupContent(ExtCommContent(7));
+  writer.add(value);
+  const MoxStash::FileStore store("test", writer.octets());
+
+  std::set<const void*> wanted, restored;
+  std::vector<PathCommunities> held;
+  for (const PathCommunities& path : paths) {
+    others.readAll(serialized(path), held.emplace_back());
+    held.back().forEachList([&](const auto& list) { wanted.insert(list.get()); });
+  }
+  const auto heldValue = others.of<ExtCommList>().values()->dedupContent(ExtCommContent(7));
+  wanted.insert(heldValue.get());
+  for (MoxStash::StoredRoot root : store.roots()) {
+    EXPECT_TRUE(
+        others.restore(root, store, [&](const auto& object) { restored.insert(object.get()); }));
+    root.kind = 99;
+    EXPECT_FALSE(others.restore(root, store, [](const auto&) { FAIL() << "of no known type"; }));
+  }
+  EXPECT_EQ(restored, wanted);
+}
+
+// --- A list type that the library does not know.
+
+class OwnList;
+class OwnListTable final : public Mox::Entity<OwnListTable, CommListDedupTableBase> {
+ public:
+  static const Mox::Type type;
+  OwnListTable();
+};
+struct OwnListTraits {
+  using Value = U32;
+  using Table = OwnListTable;
+  static constexpr auto attribute = BgpPathAttrType::reservedForDevelopment;
+  struct Cached {
+    Cached() = default;
+    explicit Cached(const OwnList&) {}
+  };
+};
+class OwnList final : public FlatCommList<OwnList, OwnListTraits> {
+ public:
+  static const Mox::Type type;
+  static Ptr destash(MoxStash::StoreReference stored, const MoxStash::StoreManager& manager) {
+    return destashCommList<OwnList, Value>(stored, manager);
+  }
+  std::string toStrep() const { return std::to_string(comms()); }
+};
+const Mox::Type OwnListTable::type{"OwnListTable", &CommListDedupTableBase::type, {}};
+const Mox::Type OwnList::type{"OwnList", &MoxStash::DedupHandle::type, {}};
+OwnListTable::OwnListTable() : Entity(Orv::DedupPlacement{OwnList::placeOfMember, nullptr}) {}
+
+TEST(CommunityTables, TakeAFurtherListTypeInOnePlace) {
+  using Path = PathCommunitiesOf<CommList, OwnList, ExtCommIp6List>;
+  const CommunityTablesOf<Path> tables;
+  Path path, again;
+  const Octets octets = hexOctets("c0ff08 00000001 00000001 c00804fde80064");
+  EXPECT_FALSE(tables.readAll(octets, path));
+  EXPECT_FALSE(tables.read(OwnList::pathAttribute, std::span(octets).subspan(3, 4), again));
+  EXPECT_EQ(path.list<OwnList>()->comms(), 1u);
+  EXPECT_EQ(path.list<OwnList>(), again.list<OwnList>());
+  EXPECT_NE(path, again);
+  MoxStash::StoreWriter writer;
+  writer.add(path.list<OwnList>());
+  const MoxStash::FileStore store("test", writer.octets());
+  EXPECT_TRUE(tables.restore(store.roots()[0], store, [&](const auto& list) {
+    EXPECT_EQ((const void*)list.get(), path.list<OwnList>().get());
+  }));
+}
+
+TEST(PathCommunities, TakeTheListsThatAPolicyMakes) {
+  const CommunityTables tables;
+  PathCommunities path;
+  tables.readAll(hexOctets("c00804fde80064"), path);
+  path.listIs(CommList::CommListIs()->dedup(tables.of<CommList>().lists()));
+  EXPECT_TRUE(path.empty()) << "an attribute without communities is none";
+}
+
+}  // namespace
+}  // namespace Routing::Bgp
