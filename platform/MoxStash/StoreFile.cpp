@@ -11,6 +11,8 @@
 #include <system_error>
 #include <utility>
 
+#include "MoxStash/StoreFormat.h"
+
 namespace MoxStash {
 
 namespace {
@@ -32,14 +34,22 @@ auto uninterrupted(auto call) {
   return result;
 }
 
+/// Names start with the target's, cut so that no file system finds them too long.
+Mox::String besideName(const Mox::String& target) {
+  static std::atomic<U32> count{0};
+  constexpr std::size_t most = 100;
+  const std::size_t start = target.rfind('/') + 1;  // 0 when there is no slash
+  return target.substr(0, start) + target.substr(start, most) + ".new-" + std::to_string(getpid()) +
+         '-' + std::to_string(++count);
+}
+
 /// A new file beside the one that it is to replace; gone again unless it does.
 class Replacement {
  public:
-  explicit Replacement(const Mox::String& target) : target_(target) {
-    static std::atomic<U32> count{0};
-    // What a process of the same number left behind when it was killed is passed by.
+  Replacement(const Mox::String& target, StopWriting stop) : target_(target), stop_(stop) {
+    // A process of the same number may have left a file behind when it was killed.
     for (U32 attempts = 0; descriptor_ < 0 && attempts < 100; ++attempts) {
-      name_ = target + ".new-" + std::to_string(getpid()) + '-' + std::to_string(++count);
+      name_ = besideName(target);
       descriptor_ = open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
       if (descriptor_ < 0 && errno != EEXIST) break;
     }
@@ -57,8 +67,8 @@ class Replacement {
 
   void write(std::string_view octets) {
     while (!octets.empty()) {
-      // Systems differ in how much they take at once; no file may be written in larger pieces.
-      const std::size_t most = std::min<std::size_t>(octets.size(), 1u << 30);
+      failIfStopped();
+      const std::size_t most = std::min<std::size_t>(octets.size(), 1u << 20);
       const auto written = uninterrupted([&] { return ::write(descriptor_, octets.data(), most); });
       if (written < 0) failWith(errno, target_, "cannot be written: ");
       octets.remove_prefix(std::size_t(written));
@@ -67,13 +77,20 @@ class Replacement {
   void replace() {
     if (fsync(descriptor_) < 0) failWith(errno, target_, "cannot be written: ");
     if (close(std::exchange(descriptor_, -1)) < 0) failWith(errno, target_, "cannot be written: ");
+    failIfStopped();
+    checkReplaceable(target_);
     if (std::rename(name_.c_str(), target_.c_str()) < 0)
       failWith(errno, target_, "cannot be replaced: ");
     replaced_ = true;
   }
 
  private:
+  void failIfStopped() const {
+    if (stop_ && stop_()) fail(target_, "is not written: stopped");
+  }
+
   const Mox::String target_;
+  const StopWriting stop_;
   Mox::String name_;
   int descriptor_ = -1;
   bool replaced_ = false;
@@ -108,11 +125,21 @@ void StoreFile::read(char* to, std::size_t size) {
   }
 }
 
-void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces) {
-  // A device or a pipe is not to be replaced by a file.
+void checkReplaceable(const Mox::String& name) {
   struct stat status {};
-  if (stat(name.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) fail(name, notRegular);
-  Replacement replacement(name);
+  if (stat(name.c_str(), &status) < 0) return;
+  StoreFile file(name);
+  if (file.size() == 0) return;
+  U8 magic[sizeof StoreHeader::magicOctets] = {};
+  if (file.size() >= sizeof magic) file.read(reinterpret_cast<char*>(magic), sizeof magic);
+  if (!std::equal(std::begin(magic), std::end(magic), StoreHeader::magicOctets))
+    fail(name, "is not a store, and is not replaced");
+}
+
+void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces,
+                      StopWriting stop) {
+  checkReplaceable(name);
+  Replacement replacement(name, stop);
   for (const std::string_view piece : pieces) replacement.write(piece);
   replacement.replace();
 }

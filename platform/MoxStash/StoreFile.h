@@ -26,9 +26,19 @@ class StoreFile {
   U64 size_;
 };
 
-/// Puts a file of these pieces into the place of the one of this name, if there is one. Readers,
-/// and whoever finds it after the machine stopped, see the old one or the new one whole. A failure
-/// leaves the old one, and nothing beside it. A symbolic link of that name is replaced itself.
-void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces);
+/// StoreException when a store may not take the place of the file of this name: it is neither a
+/// store nor empty, or is not a regular file. A name without a file is good.
+void checkReplaceable(const Mox::String& name);
+
+/// Asked while a file is written; true gives the writing up.
+using StopWriting = bool (*)();
+
+/// Puts a file of these pieces into the place of the one of this name, if there is one and
+/// `checkReplaceable` lets it. Readers see the old file or the new one whole, also after the
+/// machine stopped. A failure leaves the old one, and nothing beside it. A symbolic link of that
+/// name is replaced itself. `stop` is asked at least once a mebibyte, and once more before the file
+/// is put into its place.
+void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces,
+                      StopWriting stop = nullptr);
 
 }  // namespace MoxStash

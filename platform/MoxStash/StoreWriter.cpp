@@ -70,11 +70,13 @@ StoreWriter::Ends StoreWriter::ends() const {
   return ends;
 }
 
-void StoreWriter::write(const Mox::String& file) const {
+void StoreWriter::checkReplaceable(const Mox::String& file) { MoxStash::checkReplaceable(file); }
+
+void StoreWriter::write(const Mox::String& file, bool (*stop)()) const {
   const Ends ends = this->ends();
   const std::string_view pieces[] = {
       {reinterpret_cast<const char*>(&ends.header), sizeof ends.header}, records_, ends.tail};
-  replaceStoreFile(file, pieces);
+  replaceStoreFile(file, pieces, stop);
 }
 
 Mox::String StoreWriter::octets() const {

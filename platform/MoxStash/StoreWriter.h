@@ -40,9 +40,12 @@ class StoreWriter {
   /// Octets under a name, in place of others under that name.
   void noteIs(std::string_view name, std::string_view octets);
 
-  /// Replaces the file by one of all that was added. StoreException when that fails; there is then
-  /// no trace of it.
-  void write(const Mox::String& file) const;
+  /// Replaces the file by one of all that was added. StoreException when that fails, and when
+  /// there is a file that is neither a store nor empty; there is then no trace of it. `stop` is
+  /// asked from time to time; true gives the writing up, with a StoreException too.
+  void write(const Mox::String& file, bool (*stop)() = nullptr) const;
+  /// Asks beforehand whether `write` would refuse the file of this name: StoreException if so.
+  static void checkReplaceable(const Mox::String& file);
   /// The octets of that file.
   Mox::String octets() const;
 

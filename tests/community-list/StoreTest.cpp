@@ -348,8 +348,39 @@ TEST_F(StoreTest, WritingReplacesTheFileOrLeavesIt) {
   EXPECT_EQ(std::filesystem::file_size(file), old);
   EXPECT_EQ(filesInFolder(), 1u);
 
-  writer.write(file);
+  EXPECT_EQ(failure([&] { writer.write(file, [] { return true; }); }),
+            file + ": is not written: stopped");
+  static int asked;  // before each mebibyte, and before the file is put into its place
+  writer.noteIs("large", std::string(3 << 20, 'x'));
+  EXPECT_EQ(failure([&] { writer.write(file, [] { return ++asked == 6; }); }),
+            file + ": is not written: stopped");
+  EXPECT_EQ(std::filesystem::file_size(file), old);
+  EXPECT_EQ(filesInFolder(), 1u);
+
+  writer.write(file, [] { return false; });
   EXPECT_EQ(FileStore(file).note("size")->size(), std::size_t(1 << 16));
+  EXPECT_EQ(filesInFolder(), 1u);
+  const std::string longName = folder + '/' + std::string(250, 'x');
+  writer.write(longName);
+  EXPECT_EQ(FileStore(longName).note("size")->size(), std::size_t(1 << 16));
+}
+
+TEST_F(StoreTest, OnlyStoresAndEmptyFilesAreReplaced) {
+  std::string store = StoreWriter().octets();
+  for (const std::string& kept :
+       {std::string("x"), store.substr(0, 7), store.substr(1), '\x88' + store.substr(1)}) {
+    std::ofstream(file, std::ios::binary) << kept;
+    const std::string reason = file + ": is not a store, and is not replaced";
+    EXPECT_EQ(failure([&] { StoreWriter::checkReplaceable(file); }), reason);
+    EXPECT_EQ(failure([&] { StoreWriter().write(file); }), reason);
+    EXPECT_EQ(std::filesystem::file_size(file), kept.size());
+  }
+  store.pop_back();  // damaged, but no user's own file
+  for (const std::string& replaced : {std::string(), store, store.substr(0, 8)}) {
+    std::ofstream(file, std::ios::binary) << replaced;
+    StoreWriter().write(file);
+    EXPECT_EQ(FileStore(file).roots().size(), 0u);
+  }
   EXPECT_EQ(filesInFolder(), 1u);
 }
 

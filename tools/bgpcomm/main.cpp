@@ -64,8 +64,9 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader that goes away is noticed by the failing write.
+  // The write fails when a reader goes away, or when a file becomes too large.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {

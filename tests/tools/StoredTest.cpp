@@ -1,0 +1,152 @@
+// What `save` writes and `restore` reads.
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "MoxStash/StoreWriter.h"
+#include "RunTool.h"
+#include "community-list/ZoBgpCommunityListStandard.h"
+#include "tools/bgpcomm/StoreSaving.h"
+
+namespace bgpcomm {
+namespace {
+
+class Folder {
+ public:
+  ~Folder() { std::filesystem::remove_all(name_); }
+  std::string file(const std::string& name) const { return name_ + '/' + name; }
+  /// Each with its size.
+  std::string files() const {
+    std::string text;
+    for (const auto& one : std::filesystem::directory_iterator(name_))
+      text += one.path().filename().string() + ' ' + std::to_string(one.file_size()) + ' ';
+    return text;
+  }
+
+ private:
+  std::string made_ = testing::TempDir() + "stored-XXXXXX";
+  const std::string name_ = ::mkdtemp(made_.data());
+};
+
+/// Writes a store of more octets than a file may have, so that `signal` comes in the middle of it.
+bool writeInterrupted(const std::string& file, int signal) {
+  static int sent;
+  sent = signal;
+  const rlimit less{1 << 12, RLIM_INFINITY};
+  ::setrlimit(RLIMIT_FSIZE, &less);
+  std::signal(SIGXFSZ, [](int) { std::raise(sent); });
+  MoxStash::StoreWriter writer;
+  writer.noteIs("large", std::string(1 << 16, 'x'));
+  return writeStore(writer, file);
+}
+
+TEST(StoreSaving, SignalEndsTheProcessAndLeavesTheOldStoreAlone) {
+  const Folder folder;
+  const std::string store = folder.file("store");
+  ASSERT_TRUE(writeStore(MoxStash::StoreWriter(), store));
+  for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
+    EXPECT_EXIT(writeInterrupted(store, signal), testing::KilledBySignal(signal),
+                store + ": is not written: " + strsignal(signal));
+  EXPECT_EXIT(
+      {
+        std::signal(SIGHUP, SIG_IGN);
+        std::exit(writeInterrupted(store, SIGHUP));
+      },
+      testing::ExitedWithCode(0), store + ": cannot be written: File too large");
+  EXPECT_EQ(folder.files(), "store 64 ");
+}
+
+using Stored = ToolTest;
+
+TEST_F(Stored, NothingButAStoreIsReplacedAndNothingIsLeftBeside) {
+  const Folder folder;
+  const std::string store = folder.file("store"), text = folder.file("text");
+  ::setenv("STORE", store.c_str(), 1);
+  ::setenv("TEXT", text.c_str(), 1);
+  const std::string sample = "samples/rib.bird.mrt.gz";
+  const std::string save = "bgpcomm save " + sample + " --to ";
+  const std::string name(250, 'x');
+  expectRuns({
+      {"echo mine >$TEXT; " + save + "$TEXT", "", 1,
+       text + ": is not a store, and is not replaced"},
+      {"bgpcomm save /nowhere --to $TEXT; cat $TEXT; rm $TEXT", "mine\n", 0,
+       text + ": is not a store, and is not replaced"},
+      {"(ulimit -f 8; " + save + "$STORE)", "", 1, store + ": cannot be written: File too large"},
+      {"cd $(dirname $STORE) && ls && bgpcomm save $OLDPWD/" + sample + " --to " + name +
+           " && ls && bgpcomm restore --json " + name + " | grep -c rib.bird",
+       name + "\n1\n"},
+      {"cp " + sample + " $STORE; bgpcomm save $STORE --to $STORE", "", 2,
+       "--to " + store + ": is one of the files to be read"},
+  });
+}
+
+// A store of one list, which two of three paths hold; each row makes one thing of its note wrong.
+TEST_F(Stored, NoNumberOfANoteIsTrusted) {
+  using namespace nlohmann::literals;
+  using Routing::Bgp::CommList;
+  const TemporaryFile file;
+  const auto restore = [&](const nlohmann::json& note) {
+    MoxStash::StoreWriter writer;
+    const auto list = CommList::CommListIs();
+    list->commIs(0xFDE80064);
+    writer.add(CommList::PtrConst(list), 2);
+    writer.noteIs("bgpcomm", note.dump());
+    writer.write(file.name());
+    return runTool("bgpcomm restore " + file.name());
+  };
+  const nlohmann::json none = {{"communities", 0}, {"lists", nlohmann::json::array()}};
+  nlohmann::json good = R"([{"file": [97, 195, 255], "records": 3, "paths": 3, "firstFault": "",
+    "seconds": 0.5, "faults": {"attrLength": 0, "attrOverrun": 0, "linkBandwidth": 0,
+    "badRecord": 0, "truncatedRecord": 0, "compression": 0},
+    "kinds": {"standard": {"communities": 2, "lists": [[72, 2]]}}}])"_json;
+  for (const char* const key : {"extended", "ipv6Extended", "large"}) good[0]["kinds"][key] = none;
+  const ToolRun run = restore(good);
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "a\xc3\xff");
+
+  const struct {
+    const char* at;
+    nlohmann::json value;
+    const char* reason;
+  } cases[] = {
+      {"/0/paths", -1, "\"paths\" is no count, or too large"},
+      {"/0/records", 1e300, "\"records\" is no count, or too large"},
+      {"/0/records", 2.5, "\"records\" is no count, or too large"},
+      {"/0/paths", "3", "\"paths\" is no count, or too large"},
+      {"/0/paths", U64{1} << 43, "\"paths\" is no count, or too large"},
+      {"/0/records", (U64{1} << 43) - 3, "\"paths\" is no count, or too large"},
+      {"/0/faults/badRecord", -1, "\"badRecord\" is no count, or too large"},
+      {"/0/kinds/standard/communities", -1, "\"communities\" is no count, or too large"},
+      {"/0/kinds/standard/lists/0/1", -1, "\"lists\" is no count, or too large"},
+      {"/0/kinds/standard/lists/0/1", 4, "more paths hold a list than there are"},
+      {"/0/kinds/standard/lists/0/0", 64, "a file has a list twice, or one that is no list"},
+      {"/0/kinds/standard/lists/0/0", -72, "a file has a list twice, or one that is no list"},
+      {"/0/kinds/standard/lists/1", {72, 1}, "a file has a list twice, or one that is no list"},
+      {"/0/kinds/large/lists/0", {72, 1}, "a file has a list twice, or one that is no list"},
+      {"/0/seconds", -0.5, "\"seconds\" is out of range"},
+      {"/0/seconds", 1e300, "\"seconds\" is out of range"},
+      {"/0/file/1", 256, "\"file\" holds no octets"},
+      {"/0/file/1", -1, "\"file\" holds no octets"},
+      {"/0/firstFault", 1, "[json.exception.type_error.302] type must be string, but is number"},
+      {"", 7, "it is no list of files"},
+  };
+  for (const auto& c : cases) {
+    nlohmann::json bad = good;
+    bad[nlohmann::json::json_pointer(c.at)] = c.value;
+    const ToolRun refused = restore(bad);
+    EXPECT_EQ(refused.err,
+              "bgpcomm: " + file.name() + ": its note of files is damaged: " + c.reason + '\n')
+        << c.at << ' ' << c.value;
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.out, "");
+  }
+  // Each of two files is good, but their sum is none.
+  good[0]["records"] = U64{1} << 42;
+  good.push_back(good[0]);
+  EXPECT_EQ(restore(good).exitCode, 1);
+}
+
+}  // namespace
+}  // namespace bgpcomm

@@ -1,0 +1,90 @@
+#include "StoredFigures.h"
+
+#include <set>
+
+namespace bgpcomm {
+
+Json noteOf(const FileFigures& figures, const KindTables& tables, MoxStash::StoreWriter& writer) {
+  Json file = {{"file", std::vector<U8>(figures.file.begin(), figures.file.end())},
+               {"records", figures.records},
+               {"paths", figures.paths},
+               {"firstFault", figures.firstFault},
+               {"seconds", figures.seconds}};
+  for (std::size_t i = 0; i < faultNames.size(); ++i)
+    file["faults"][std::string(faultNames[i])] = figures.faults[Fault(i)];
+  for (std::size_t kind = 0; kind < kindCount; ++kind) {
+    Json& entry = file["kinds"][std::string(kindRows[kind].key)];
+    entry = {{"communities", tables[kind]->communities()}, {"lists", Json::array()}};
+    for (const KindTable::StoredUse& use : tables[kind]->save(writer))
+      entry["lists"].push_back({use.list, use.paths});
+  }
+  return file;
+}
+
+void NoteReader::fail(const std::string& reason) const {
+  store_.fail("its note of files is damaged: " + reason);
+}
+
+U64 NoteReader::count(const Json& number, std::string_view name) {
+  const U64 value = number.is_number_unsigned() ? number.get<U64>() : left_;
+  if (value >= left_) fail('"' + std::string(name) + "\" is no count, or too large");
+  left_ -= value;
+  return value;
+}
+
+std::string NoteReader::fileName(const Json& octets) const {
+  std::string name;
+  for (const Json& octet : octets) {
+    if (!octet.is_number_unsigned() || octet.get<U64>() > 0xff) fail("\"file\" holds no octets");
+    name += char(octet.get<U8>());
+  }
+  return name;
+}
+
+double NoteReader::seconds(const Json& number) const {
+  constexpr double most = 1e10;  // centuries
+  const double value = number.get<double>();
+  if (!(value >= 0 && value <= most)) fail("\"seconds\" is out of range");
+  return value;
+}
+
+/// Each list is a root of the table's type, and there at most once for a file: so a damaged note
+/// makes nobody restore more than the store holds. Returns how many paths hold a list.
+U64 NoteReader::restoreLists(const Json& lists, KindTable& table) {
+  std::set<MoxStash::StoreReference> left;
+  for (const MoxStash::StoredRoot& root : store_.roots())
+    if (root.kind == table.storedKind()) left.insert(root.reference);
+  U64 paths = 0;
+  for (const Json& entry : lists) {
+    const Json& list = entry.at(0);
+    if (!list.is_number_unsigned() || !left.erase(list.get<U64>()))
+      fail("a file has a list twice, or one that is no list");
+    const KindTable::StoredUse use{list.get<U64>(), count(entry.at(1), "lists")};
+    table.restore(store_, use);
+    paths += use.paths;
+  }
+  return paths;
+}
+
+FileFigures NoteReader::read(const Json& file, const KindTables& tables) {
+  FileFigures figures;
+  const auto countOf = [&](const Json& object, std::string_view name) {
+    return count(object.at(std::string(name)), name);
+  };
+  figures.file = fileName(file.at("file"));
+  figures.records = countOf(file, "records");
+  figures.paths = countOf(file, "paths");
+  figures.firstFault = file.at("firstFault").get<std::string>();
+  figures.seconds = seconds(file.at("seconds"));
+  for (std::size_t i = 0; i < faultNames.size(); ++i)
+    figures.faults.add(Fault(i), countOf(file.at("faults"), faultNames[i]));
+  for (std::size_t kind = 0; kind < kindCount; ++kind) {
+    const Json& entry = file.at("kinds").at(std::string(kindRows[kind].key));
+    tables[kind]->communitiesIs(countOf(entry, "communities"));
+    if (restoreLists(entry.at("lists"), *tables[kind]) > figures.paths)
+      fail("more paths hold a list than there are");
+  }
+  return figures;
+}
+
+}  // namespace bgpcomm
