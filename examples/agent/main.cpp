@@ -13,7 +13,7 @@
 #include "Mox/Allocation.h"
 #include "RouteTargets.h"
 #include "Shard.h"
-#include "tools/bgpcomm/Nlri.h"
+#include "mrt/Nlri.h"
 #include "tools/bgpcomm/Terminal.h"
 
 namespace example {

@@ -1,8 +1,8 @@
 // A hostile dump: its records are cut into paths, and of each path everything is asked.
 
-#include "tools/bgpcomm/Mrt.h"
+#include "mrt/Mrt.h"
 #include "tools/bgpcomm/Attributes.h"
-#include "tools/bgpcomm/Nlri.h"
+#include "mrt/Nlri.h"
 
 using namespace bgpcomm;
 

@@ -15,4 +15,5 @@ cmake -S "$here" -B "$scratch/build" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
   -DCMAKE_CXX_FLAGS="$*" -DCMAKE_PREFIX_PATH="$scratch/prefix"
 cmake --build "$scratch/build"
 "$scratch/build/agent"
+if [[ -x $scratch/build/reader ]]; then "$scratch/build/reader" samples/rib.bird.mrt.gz; fi
 if [[ -x $scratch/prefix/bin/bgpcomm ]]; then "$scratch/prefix/bin/bgpcomm" --help; fi

@@ -3,7 +3,7 @@
 
 #include <sys/wait.h>
 
-#include "TestOctets.h"
+#include "tests/mrt/TestOctets.h"
 
 namespace bgpcomm {
 

@@ -4,13 +4,6 @@
 
 namespace bgpcomm {
 
-AttributeHeader takeAttributeHeader(Cursor& in) {
-  constexpr U8 extendedLength = 0x10;
-  AttributeHeader header{in.u8(), in.u8(), 0};
-  header.length = header.flags & extendedLength ? in.u16() : in.u8();
-  return header;
-}
-
 Octets valueOf(Octets attribute) {
   Cursor in(attribute);
   takeAttributeHeader(in);
@@ -34,17 +27,6 @@ CommunityValues findCommunities(Octets attributes) {
       values.faults.add(Fault::attrLength);
   }
   return values;
-}
-
-std::optional<Octets> findAttribute(Octets attributes, U8 type) {
-  Cursor in(attributes);
-  while (!in.atEnd()) {
-    const AttributeHeader header = takeAttributeHeader(in);
-    const Octets value = in.take(header.length);
-    if (!in) break;
-    if (header.type == type) return value;
-  }
-  return std::nullopt;
 }
 
 }  // namespace bgpcomm

@@ -5,7 +5,8 @@
 
 #include "Faults.h"
 #include "Kinds.h"
-#include "Octets.h"
+#include "ReaderNames.h"
+#include "mrt/PathAttributes.h"
 
 namespace bgpcomm {
 
@@ -20,19 +21,7 @@ struct CommunityValues : std::array<Octets, kindCount> {
 /// left out; one that overruns the block ends it.
 CommunityValues findCommunities(Octets attributes);
 
-struct AttributeHeader {
-  U8 flags;
-  U8 type;
-  std::size_t length;
-};
-/// Takes the next header; the cursor fails when it does not fit.
-AttributeHeader takeAttributeHeader(Cursor& in);
-
 /// What stands behind the header of a well-formed attribute.
 Octets valueOf(Octets attribute);
-
-/// The value of the first attribute of a type, well-formed as far as it is known; nothing when
-/// there is none.
-std::optional<Octets> findAttribute(Octets attributes, U8 type);
 
 }  // namespace bgpcomm

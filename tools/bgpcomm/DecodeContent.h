@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Octets.h"
+#include "ReaderNames.h"
 #include "parse/BgpParseExtCommContainer.h"
 
 namespace bgpcomm {

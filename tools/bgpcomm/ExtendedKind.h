@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Kinds.h"
-#include "Octets.h"
+#include "ReaderNames.h"
 #include "ValueUses.h"
 #include "community-list/ZoBgpCommunityListExtended.h"
 #include "community-list/ZoBgpCommunityListExtendedTable.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Octets.h"
+#include "ReaderNames.h"
 
 namespace bgpcomm {
 

@@ -11,7 +11,7 @@
 
 #include "Faults.h"
 #include "MoxStash/StoreWriter.h"
-#include "Octets.h"
+#include "ReaderNames.h"
 
 namespace bgpcomm {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Octets.h"
+#include "ReaderNames.h"
 #include "community-list/ZoBgpCommunityListLarge.h"
 
 namespace bgpcomm {

@@ -8,7 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "Decoder.h"
+#include "ReaderNames.h"
+#include "mrt/Source.h"
 
 namespace bgpcomm {
 

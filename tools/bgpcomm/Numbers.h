@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Octets.h"
+#include "ReaderNames.h"
 
 namespace bgpcomm {
 

@@ -4,10 +4,10 @@
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
-#include "Nlri.h"
 #include "Reading.h"
 #include "Terminal.h"
 #include "Wanted.h"
+#include "mrt/Nlri.h"
 
 namespace bgpcomm {
 namespace {

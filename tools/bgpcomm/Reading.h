@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "Attributes.h"
-#include "Mrt.h"
+#include "ReaderNames.h"
+#include "mrt/Mrt.h"
 
 namespace bgpcomm {
 

@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "Input.h"
+#include "ReaderNames.h"
+#include "mrt/Input.h"
 
 namespace bgpcomm {
 

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "Octets.h"
+#include "ReaderNames.h"
 
 namespace bgpcomm {
 

@@ -4,9 +4,9 @@
 
 #include "Commands.h"
 #include "ExtendedKind.h"
-#include "Nlri.h"
 #include "Reading.h"
 #include "Terminal.h"
+#include "mrt/Nlri.h"
 
 namespace bgpcomm {
 namespace {

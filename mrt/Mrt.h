@@ -19,11 +19,10 @@
 #include <optional>
 #include <vector>
 
-#include "Faults.h"
-#include "Input.h"
-#include "Octets.h"
+#include "mrt/Input.h"
+#include "mrt/Octets.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 
 struct Record {
   U64 number = 0;  ///< counted from 1
@@ -128,4 +127,4 @@ class PathCutter {
   std::vector<IndexedPeer> peers_;
 };
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

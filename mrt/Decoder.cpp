@@ -1,4 +1,4 @@
-#include "Decoder.h"
+#include "mrt/Decoder.h"
 
 #include <archive.h>
 
@@ -6,7 +6,7 @@
 #include <cstring>
 #include <system_error>
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 class Plain final : public Decoder {
@@ -134,4 +134,4 @@ std::unique_ptr<Decoder> makeDecoder(Source& source) {
   return std::make_unique<Plain>(source);
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

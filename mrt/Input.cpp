@@ -1,9 +1,11 @@
-#include "Input.h"
+#include "mrt/Input.h"
 
 #include <algorithm>
 #include <system_error>
 
-namespace bgpcomm {
+#include "mrt/Decoder.h"
+
+namespace Routing::Mrt {
 
 Input::Input(const std::string& file) : source_(file), filler_([this] { fillBlocks(); }) {}
 
@@ -123,4 +125,4 @@ U64 Input::skip(U64 size) {
   return skipped;
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "Mrt.h"
+#include "mrt/Mrt.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 
 /// Takes the next prefix of the family (its path identifier already taken) off the cursor; nothing
 /// when it does not fit.
@@ -33,4 +33,4 @@ bool visitPrefixes(const Path& path, const std::function<void(const Prefix&)>& v
 /// The same for everything that a path withdraws.
 bool visitWithdrawn(const Path& path, const std::function<void(const Prefix&)>& visit);
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -1,9 +1,9 @@
-#include "Bzip2Block.h"
+#include "mrt/Bzip2Block.h"
 
 #include <algorithm>
 #include <array>
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 constexpr U64 headerBits = 0x425a6839;  // "BZh9", whose blocks may have any size
@@ -120,4 +120,4 @@ void Bzip2Block::run() {
     state_ = State::more;
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -12,7 +12,7 @@
 
 #include "Mox/Types.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 using namespace Mox::Words;
 
 using Octets = std::span<const U8>;
@@ -63,4 +63,4 @@ class Cursor {
   bool failed_ = false;
 };
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

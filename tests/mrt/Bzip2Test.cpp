@@ -1,10 +1,10 @@
 #include <bzlib.h>
 
 #include "TestOctets.h"
-#include "tools/bgpcomm/Bzip2Pieces.h"
-#include "tools/bgpcomm/Input.h"
+#include "mrt/Bzip2Pieces.h"
+#include "mrt/Input.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 Bytes bzip2(const Bytes& plain) {
@@ -89,4 +89,4 @@ TEST(Bzip2, DeliversBlocksUpToAFault) {
 }
 
 }  // namespace
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

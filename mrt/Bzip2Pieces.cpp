@@ -1,9 +1,9 @@
-#include "Bzip2Pieces.h"
+#include "mrt/Bzip2Pieces.h"
 
 #include <algorithm>
 #include <array>
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 constexpr U64 marks[] = {Bzip2Piece::blockMark, Bzip2Piece::endMark};
@@ -85,4 +85,4 @@ Bzip2Piece Bzip2Splitter::cut(U64 end) {
   return piece;
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -5,9 +5,9 @@
 #include <thread>
 #include <utility>
 
-#include "Bzip2Block.h"
+#include "mrt/Bzip2Block.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 /// bzip2: several blocks at a time, each in a thread of its own, handed out in their order.
@@ -154,4 +154,4 @@ std::unique_ptr<Decoder> makeBzip2Decoder(Source& source) {
   return std::make_unique<Bzip2>(source);
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -1,11 +1,11 @@
-#include "Mrt.h"
+#include "mrt/Mrt.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "Nlri.h"
+#include "mrt/Nlri.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 enum Type : U16 { tableDump = 12, tableDumpV2 = 13, bgp4mp = 16, bgp4mpEt = 17 };
@@ -255,4 +255,4 @@ Peer PathCutter::peer(U16 index) const {
   return {peer.asNumber, Octets(peer.address).first(peer.addressSize)};
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

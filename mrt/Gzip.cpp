@@ -1,8 +1,8 @@
 #include <zlib.h>
 
-#include "Decoder.h"
+#include "mrt/Decoder.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 /// gzip by zlib itself: it verifies the check sum of each member and hands out what was decoded
@@ -69,4 +69,4 @@ class Gzip final : public Decoder {
 
 std::unique_ptr<Decoder> makeGzipDecoder(Source& source) { return std::make_unique<Gzip>(source); }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -7,9 +7,9 @@
 
 #include <memory>
 
-#include "Bzip2Pieces.h"
+#include "mrt/Bzip2Pieces.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 
 /// What decoding takes, kept from one block for the next: the pages of new memory cost time.
 class Bzip2Memory {
@@ -69,4 +69,4 @@ class Bzip2Block {
   bool opened_ = false;
 };
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -1,4 +1,4 @@
-#include "tools/bgpcomm/Input.h"
+#include "mrt/Input.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -7,7 +7,7 @@
 
 #include "TestOctets.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 /// Octets that are told apart by their place, and that do not compress to nothing.
@@ -91,4 +91,4 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
 }
 
 }  // namespace
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -4,54 +4,19 @@
 // one: its first four octets are a time, and the next two one of a few known types.
 #pragma once
 
-#include <atomic>
+#include <exception>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
-#include "Octets.h"
+#include "mrt/Source.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 
 /// The compressed data are damaged or end too early. The text says which.
 class CompressionError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
-};
-
-/// An open file or standard input, read in large pieces.
-class Source {
- public:
-  /// `-` is standard input. Throws std::system_error.
-  explicit Source(const std::string& file);
-  ~Source();
-  Source(const Source&) = delete;
-  Source& operator=(const Source&) = delete;
-
-  /// The octets read and not yet taken; reads the next piece when there are none. Empty at the end
-  /// of the file. Throws std::system_error.
-  Octets ahead();
-  /// Reads on until `size` octets are ahead, or the file ends.
-  Octets ahead(std::size_t size);
-  void take(std::size_t size) { begin_ += size; }
-  /// Straight into the caller's memory; returns 0 at the end of the file.
-  std::size_t read(std::span<U8> into);
-
-  /// Octets read so far; may be asked for from any thread.
-  U64 position() const { return position_.load(std::memory_order_relaxed); }
-  /// 0 when it is not known, as of a pipe.
-  U64 size() const { return size_; }
-
- private:
-  std::size_t readSome(std::span<U8> into);
-
-  int descriptor_;
-  U64 size_ = 0;
-  std::atomic<U64> position_{0};
-  std::vector<U8> buffer_;
-  std::size_t begin_ = 0;
-  std::size_t end_ = 0;
 };
 
 class Decoder {
@@ -76,4 +41,4 @@ std::unique_ptr<Decoder> makeDecoder(Source& source);
 std::unique_ptr<Decoder> makeGzipDecoder(Source& source);
 std::unique_ptr<Decoder> makeBzip2Decoder(Source& source);
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -1,3 +1,5 @@
+#include "mrt/Source.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -6,9 +8,7 @@
 #include <cstring>
 #include <system_error>
 
-#include "Decoder.h"
-
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 constexpr std::size_t pieceSize = 256 * 1024;
 
@@ -68,4 +68,4 @@ std::size_t Source::read(std::span<U8> into) {
   return size;
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -6,9 +6,9 @@
 
 #include <fstream>
 
-#include "tools/bgpcomm/Hex.h"
+#include "mrt/Octets.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 
 using Bytes = std::string;
 
@@ -23,6 +23,13 @@ inline Bytes octets(std::string digits) {
 
 inline Octets view(const Bytes& bytes) {
   return {reinterpret_cast<const U8*>(bytes.data()), bytes.size()};
+}
+
+inline std::string hex(Octets octets) {
+  std::string digits;
+  for (const U8 octet : octets)
+    for (const int shift : {4, 0}) digits += "0123456789abcdef"[octet >> shift & 15];
+  return digits;
 }
 
 /// `size` octets in network order.
@@ -69,4 +76,4 @@ class TemporaryFile {
   std::string name_ = testing::TempDir() + "bgpcomm-XXXXXX";
 };
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

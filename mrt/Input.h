@@ -22,9 +22,9 @@
 #include <thread>
 #include <vector>
 
-#include "Decoder.h"
+#include "mrt/Source.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 
 class Input {
  public:
@@ -90,4 +90,4 @@ class Input {
   std::thread filler_;
 };
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

@@ -1,13 +1,12 @@
-#include "Nlri.h"
+#include "mrt/Nlri.h"
 
 #include <arpa/inet.h>
 
 #include <algorithm>
 
-#include "Attributes.h"
-#include "Hex.h"
+#include "mrt/PathAttributes.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 constexpr U16 afiL2vpn = 25;
@@ -81,6 +80,16 @@ std::size_t payloadSize(Cursor& in, Family family) {
       break;
   }
   return (in.u8() + 7u) / 8;
+}
+
+std::string hex(Octets octets) {
+  constexpr char digits[] = "0123456789abcdef";
+  std::string text;
+  for (const U8 octet : octets) {
+    text += digits[octet >> 4];
+    text += digits[octet & 15];
+  }
+  return text;
 }
 
 using Visit = std::function<void(const Prefix&)>;
@@ -178,4 +187,4 @@ bool visitWithdrawn(const Path& path, const Visit& visit) {
   return visitAttribute(path, mpUnreach, visit) && whole;
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

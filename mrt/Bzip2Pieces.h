@@ -9,9 +9,9 @@
 #include <optional>
 #include <vector>
 
-#include "Decoder.h"
+#include "mrt/Decoder.h"
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 
 /// The data from one mark to the next.
 struct Bzip2Piece {
@@ -62,4 +62,4 @@ class Bzip2Splitter {
   bool ended_ = false;
 };
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt

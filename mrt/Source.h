@@ -1,0 +1,48 @@
+// A file, or standard input, as it lies there: what a decoder decodes.
+//
+// Threads: used by one thread; `position` and `size` by any.
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+#include "mrt/Octets.h"
+
+namespace Routing::Mrt {
+
+/// An open file or standard input, read in large pieces.
+class Source {
+ public:
+  /// `-` is standard input. Throws std::system_error.
+  explicit Source(const std::string& file);
+  ~Source();
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
+
+  /// The octets read and not yet taken; reads the next piece when there are none. Empty at the end
+  /// of the file. Throws std::system_error.
+  Octets ahead();
+  /// Reads on until `size` octets are ahead, or the file ends.
+  Octets ahead(std::size_t size);
+  void take(std::size_t size) { begin_ += size; }
+  /// Straight into the caller's memory; returns 0 at the end of the file.
+  std::size_t read(std::span<U8> into);
+
+  /// Octets read so far; may be asked for from any thread.
+  U64 position() const { return position_.load(std::memory_order_relaxed); }
+  /// 0 when it is not known, as of a pipe.
+  U64 size() const { return size_; }
+
+ private:
+  std::size_t readSome(std::span<U8> into);
+
+  int descriptor_;
+  U64 size_ = 0;
+  std::atomic<U64> position_{0};
+  std::vector<U8> buffer_;
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;
+};
+
+}  // namespace Routing::Mrt

@@ -1,0 +1,63 @@
+#include "tools/bgpcomm/Reading.h"
+
+#include "tests/mrt/TestOctets.h"
+#include "tools/bgpcomm/Hex.h"
+
+namespace bgpcomm {
+namespace {
+
+TEST(Reading, OutOfMemoryEndsAFile) {
+  const Bytes good = messageRecord(update(octets("40010100"), ""));
+  const TemporaryFile file(good + good + good);
+  testing::internal::CaptureStderr();
+  const auto visit = [](const Path&, const CommunityValues&, Place place) {
+    if (place.record == 2) throw std::bad_alloc();
+  };
+  const ReadResult result = readFile(file.name(), visit);
+  // A record of 12 + 20 + 23 + 4 octets stands before.
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "bgpcomm: " + file.name() + ": out of memory (record 2, octet 59)\n");
+  EXPECT_TRUE(result.failed && result.records == 2);
+}
+
+/// The values found, by kind, and the faults: `standard:fde80064 attrLength=1 `
+std::string communities(const char* attributes) {
+  const Bytes block = octets(attributes);
+  const CommunityValues values = findCommunities(view(block));
+  std::string text;
+  for (std::size_t kind = 0; kind < kindCount; ++kind)
+    if (!values[kind].empty())
+      text += std::string(kindRows[kind].key) + ':' + hex(values[kind]) + ' ';
+  for (std::size_t i = 0; i < faultNames.size(); ++i)
+    if (const U64 count = values.faults[Fault(i)])
+      text += std::string(faultNames[i]) + '=' + std::to_string(count) + ' ';
+  return text;
+}
+
+TEST(Attributes, AreFoundCheckedAndCounted) {
+  const struct {
+    const char *what, *attributes, *found;
+  } cases[] = {
+      // clang-format off
+      {"others", "40010100 40020a 02020000fc580000fc59", ""},
+      {"length of two octets", "d0080004fde80064", "standard:fde80064 "},
+      {"all lengths wrong", "c00805fde8006400 c0100400020000 c01900 c02001ff", "attrLength=4 "},
+      {"the first of two counts", "c00804fde80064 c00804fde80065", "standard:fde80064 "},
+      {"also when it is malformed", "c00800 c00804fde80065", "attrLength=1 "},
+      {"also when the second is", "c00804fde80064 c00803fde800", "standard:fde80064 "},
+      {"value beyond the block", "c00804fde80064 c02018 00", "standard:fde80064 attrOverrun=1 "},
+      {"header beyond the block", "c00804fde80064 c020", "standard:fde80064 attrOverrun=1 "},
+      {"half a length", "d00800", "attrOverrun=1 "},
+      {"length of 65535", "d008ffff fde80064", "attrOverrun=1 "},
+      {"the other kinds", "c0100800020000fc580001 c01914000220010db80000000000000000000000010007"
+                          "c0200c0000fc580000000100000002",
+       "extended:00020000fc580001 ipv6Extended:000220010db80000000000000000000000010007 "
+       "large:0000fc580000000100000002 "},
+      // clang-format on
+  };
+  for (const auto& [what, attributes, found] : cases)
+    EXPECT_EQ(communities(attributes), found) << what;
+}
+
+}  // namespace
+}  // namespace bgpcomm
