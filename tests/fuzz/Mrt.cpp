@@ -1,8 +1,8 @@
 // A hostile dump: its records are cut into paths, and of each path everything is asked.
 
 #include "mrt/Mrt.h"
-#include "tools/bgpcomm/Attributes.h"
 #include "mrt/Nlri.h"
+#include "tools/bgpcomm/Attributes.h"
 
 using namespace bgpcomm;
 
