@@ -12,32 +12,32 @@ namespace Routing::Bgp {
 
 /// The type code of a path attribute, as on the wire (RFC 4271 and the IANA registry of BGP path
 /// attributes). Code 11 and every other code that is not listed is no member.
-enum class BgpPathAttrType : U32 {
-  invalidPathAttr = 0,
-  origin = 1,
-  asPath = 2,
-  nextHop = 3,
-  multiExitDisc = 4,
-  localPref = 5,
-  atomicAggregate = 6,
-  aggregator = 7,
-  community = 8,             // RFC 1997
-  originatorId = 9,          // RFC 4456
-  clusterList = 10,          // RFC 4456
-  advertiser = 12,           // historic
-  rcidPath = 13,             // historic
-  mpReachNlri = 14,          // RFC 4760
-  mpUnreachNlri = 15,        // RFC 4760
-  extCommunity = 16,         // RFC 4360
-  as4Path = 17,              // RFC 6793
-  as4Aggregator = 18,        // RFC 6793
-  pmsiTunnel = 22,           // RFC 6514
-  tunnelEncapsulation = 23,  // RFC 9012
-  extCommunityIp6 = 25,      // RFC 5701
-  largeCommunity = 32,       // RFC 8092
-  prefixSid = 40,            // RFC 8669
-  reservedForDevelopment = 255,
-};
+#define ROWS(X)                                                                     \
+  X(invalidPathAttr, 0, "Invalid Path Attribute")                                   \
+  X(origin, 1, "Origin")                                                            \
+  X(asPath, 2, "AS Path")                                                           \
+  X(nextHop, 3, "Nexthop")                                                          \
+  X(multiExitDisc, 4, "MED")                                                        \
+  X(localPref, 5, "Local Preference")                                               \
+  X(atomicAggregate, 6, "Atomic Aggregator")                                        \
+  X(aggregator, 7, "Aggregator")                                                    \
+  X(community, 8, "Community")                                       /* RFC 1997 */ \
+  X(originatorId, 9, "Originator ID")                                /* RFC 4456 */ \
+  X(clusterList, 10, "Cluster List")                                 /* RFC 4456 */ \
+  X(advertiser, 12, "Advertiser")                                    /* historic */ \
+  X(rcidPath, 13, "RCID Path")                                       /* historic */ \
+  X(mpReachNlri, 14, "MP Reach NLRI")                                /* RFC 4760 */ \
+  X(mpUnreachNlri, 15, "MP Unreach NLRI")                            /* RFC 4760 */ \
+  X(extCommunity, 16, "Extended Community")                          /* RFC 4360 */ \
+  X(as4Path, 17, "AS4 Path")                                         /* RFC 6793 */ \
+  X(as4Aggregator, 18, "AS4 Aggregator")                             /* RFC 6793 */ \
+  X(pmsiTunnel, 22, "PMSI Tunnel")                                   /* RFC 6514 */ \
+  X(tunnelEncapsulation, 23, "Tunnel Encapsulation")                 /* RFC 9012 */ \
+  X(extCommunityIp6, 25, "IPv6 Address Specific Extended Community") /* RFC 5701 */ \
+  X(largeCommunity, 32, "Large Community")                           /* RFC 8092 */ \
+  X(prefixSid, 40, "BGP Prefix-SID")                                 /* RFC 8669 */ \
+  X(reservedForDevelopment, 255, "Reserved for Development")
+enum class BgpPathAttrType : U32 { ROWS(MOX_ENUMERATOR) };
 
 struct BgpPathAttrTypeRow {
   BgpPathAttrType value;
@@ -45,37 +45,8 @@ struct BgpPathAttrTypeRow {
   const char* showString;
   bool member = true;
 };
-
-consteval auto enumTable(BgpPathAttrType) {
-  using enum BgpPathAttrType;
-  return Mox::enumRows<BgpPathAttrType, BgpPathAttrTypeRow>(
-      "Routing::Bgp::BgpPathAttrType",
-      {{invalidPathAttr, "invalidPathAttr", "Invalid Path Attribute"},
-       {origin, "origin", "Origin"},
-       {asPath, "asPath", "AS Path"},
-       {nextHop, "nextHop", "Nexthop"},
-       {multiExitDisc, "multiExitDisc", "MED"},
-       {localPref, "localPref", "Local Preference"},
-       {atomicAggregate, "atomicAggregate", "Atomic Aggregator"},
-       {aggregator, "aggregator", "Aggregator"},
-       {community, "community", "Community"},
-       {originatorId, "originatorId", "Originator ID"},
-       {clusterList, "clusterList", "Cluster List"},
-       {advertiser, "advertiser", "Advertiser"},
-       {rcidPath, "rcidPath", "RCID Path"},
-       {mpReachNlri, "mpReachNlri", "MP Reach NLRI"},
-       {mpUnreachNlri, "mpUnreachNlri", "MP Unreach NLRI"},
-       {extCommunity, "extCommunity", "Extended Community"},
-       {as4Path, "as4Path", "AS4 Path"},
-       {as4Aggregator, "as4Aggregator", "AS4 Aggregator"},
-       {pmsiTunnel, "pmsiTunnel", "PMSI Tunnel"},
-       {tunnelEncapsulation, "tunnelEncapsulation", "Tunnel Encapsulation"},
-       {extCommunityIp6, "extCommunityIp6", "IPv6 Address Specific Extended Community"},
-       {largeCommunity, "largeCommunity", "Large Community"},
-       {prefixSid, "prefixSid", "BGP Prefix-SID"},
-       {reservedForDevelopment, "reservedForDevelopment", "Reserved for Development"}});
-}
-inline constexpr Mox::EnumInstance<BgpPathAttrType> BgpPathAttrTypeInstance{};
+BGP_ENUM_TABLE(BgpPathAttrType, ROWS, BgpPathAttrTypeRow);
+#undef ROWS
 
 /// The name that show commands print. Asserts "Unknown BgpPathAttrType" for a code that is no
 /// member.
@@ -83,48 +54,30 @@ const char* bgpPathAttrTypeShowString(BgpPathAttrType type);
 
 /// The flags octet of a path attribute (RFC 4271, section 4.3). The values are bit patterns, the
 /// last two of them combinations.
-enum class BgpPathAttrFlag : U32 {
-  opt = 0x80,
-  transitive = 0x40,
-  partial = 0x20,
-  extLen = 0x10,
-  optionalTransitive = 0xC0,
-  optionalTransitivePartial = 0xE0,
-};
+#define ROWS(X)               \
+  X(opt, 0x80)                \
+  X(transitive, 0x40)         \
+  X(partial, 0x20)            \
+  X(extLen, 0x10)             \
+  X(optionalTransitive, 0xC0) \
+  X(optionalTransitivePartial, 0xE0)
+enum class BgpPathAttrFlag : U32 { ROWS(MOX_ENUMERATOR) };
 
 /// Both patterns together; the result need not be a member.
 constexpr BgpPathAttrFlag operator|(BgpPathAttrFlag a, BgpPathAttrFlag b) {
   return BgpPathAttrFlag(U32(a) | U32(b));
 }
-
-consteval auto enumTable(BgpPathAttrFlag) {
-  using enum BgpPathAttrFlag;
-  return Mox::enumRows<BgpPathAttrFlag>("Routing::Bgp::BgpPathAttrFlag",
-                                        {{opt, "opt"},
-                                         {transitive, "transitive"},
-                                         {partial, "partial"},
-                                         {extLen, "extLen"},
-                                         {optionalTransitive, "optionalTransitive"},
-                                         {optionalTransitivePartial, "optionalTransitivePartial"}});
-}
-inline constexpr Mox::EnumInstance<BgpPathAttrFlag> BgpPathAttrFlagInstance{};
+BGP_ENUM_TABLE(BgpPathAttrFlag, ROWS);
+#undef ROWS
 
 /// The type of a TLV inside the Prefix-SID attribute (RFC 8669).
-enum class PrefixSidTlvType : U32 {
-  invalidTlv = 0,
-  labelIndexTlv = 1,
-  ipv6SidTlv = 2,
-  originatorSrgbTlv = 3,
-};
-
-consteval auto enumTable(PrefixSidTlvType) {
-  using enum PrefixSidTlvType;
-  return Mox::enumRows<PrefixSidTlvType>("Routing::Bgp::PrefixSidTlvType",
-                                         {{invalidTlv, "invalidTlv"},
-                                          {labelIndexTlv, "labelIndexTlv"},
-                                          {ipv6SidTlv, "ipv6SidTlv"},
-                                          {originatorSrgbTlv, "originatorSrgbTlv"}});
-}
-inline constexpr Mox::EnumInstance<PrefixSidTlvType> PrefixSidTlvTypeInstance{};
+#define ROWS(X)       \
+  X(invalidTlv, 0)    \
+  X(labelIndexTlv, 1) \
+  X(ipv6SidTlv, 2)    \
+  X(originatorSrgbTlv, 3)
+enum class PrefixSidTlvType : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(PrefixSidTlvType, ROWS);
+#undef ROWS
 
 }  // namespace Routing::Bgp

@@ -13,97 +13,54 @@
 namespace Routing::Bgp {
 
 /// The type octet. Bit 0x40 set: not transitive across autonomous systems.
-enum BgpExtCommPktType : U32 {
-  extCommPktTypeTransTwoOctetAs = 0x00,
-  extCommPktTypeTransIpv4Address = 0x01,
-  extCommPktTypeTransFourOctetAs = 0x02,
-  extCommPktTypeTransOpaque = 0x03,
-  extCommPktTypeTransQosMarking = 0x04,
-  extCommPktTypeTransCosCapability = 0x05,
-  extCommPktTypeTransEvpn = 0x06,
-  extCommPktTypeTransFlowspecRedirectNexthop = 0x08,
-  extCommPktTypeTransGeneric = 0x80,
-  extCommPktTypeTransGenericPart2 = 0x81,
-  extCommPktTypeTransGenericPart3 = 0x82,
-  extCommPktTypeNonTransTwoOctetAs = 0x40,
-  extCommPktTypeNonTransIpv4Address = 0x41,
-  extCommPktTypeNonTransFourOctetAs = 0x42,
-  extCommPktTypeNonTransOpaque = 0x43,
-  extCommPktTypeNonTransQosMarking = 0x44,
-  extCommPktTypeUnknown = 256,
-};
-
-consteval auto enumTable(BgpExtCommPktType) {
-  return Mox::enumRows<BgpExtCommPktType>(
-      "Routing::Bgp::BgpExtCommPktType",
-      {{extCommPktTypeTransTwoOctetAs, "extCommPktTypeTransTwoOctetAs"},
-       {extCommPktTypeTransIpv4Address, "extCommPktTypeTransIpv4Address"},
-       {extCommPktTypeTransFourOctetAs, "extCommPktTypeTransFourOctetAs"},
-       {extCommPktTypeTransOpaque, "extCommPktTypeTransOpaque"},
-       {extCommPktTypeTransQosMarking, "extCommPktTypeTransQosMarking"},
-       {extCommPktTypeTransCosCapability, "extCommPktTypeTransCosCapability"},
-       {extCommPktTypeTransEvpn, "extCommPktTypeTransEvpn"},
-       {extCommPktTypeTransFlowspecRedirectNexthop, "extCommPktTypeTransFlowspecRedirectNexthop"},
-       {extCommPktTypeTransGeneric, "extCommPktTypeTransGeneric"},
-       {extCommPktTypeTransGenericPart2, "extCommPktTypeTransGenericPart2"},
-       {extCommPktTypeTransGenericPart3, "extCommPktTypeTransGenericPart3"},
-       {extCommPktTypeNonTransTwoOctetAs, "extCommPktTypeNonTransTwoOctetAs"},
-       {extCommPktTypeNonTransIpv4Address, "extCommPktTypeNonTransIpv4Address"},
-       {extCommPktTypeNonTransFourOctetAs, "extCommPktTypeNonTransFourOctetAs"},
-       {extCommPktTypeNonTransOpaque, "extCommPktTypeNonTransOpaque"},
-       {extCommPktTypeNonTransQosMarking, "extCommPktTypeNonTransQosMarking"},
-       {extCommPktTypeUnknown, "extCommPktTypeUnknown", false}});
-}
-inline constexpr Mox::EnumInstance<BgpExtCommPktType> BgpExtCommPktTypeInstance{};
+#define ROWS(X)                                       \
+  X(extCommPktTypeTransTwoOctetAs, 0x00)              \
+  X(extCommPktTypeTransIpv4Address, 0x01)             \
+  X(extCommPktTypeTransFourOctetAs, 0x02)             \
+  X(extCommPktTypeTransOpaque, 0x03)                  \
+  X(extCommPktTypeTransQosMarking, 0x04)              \
+  X(extCommPktTypeTransCosCapability, 0x05)           \
+  X(extCommPktTypeTransEvpn, 0x06)                    \
+  X(extCommPktTypeTransFlowspecRedirectNexthop, 0x08) \
+  X(extCommPktTypeTransGeneric, 0x80)                 \
+  X(extCommPktTypeTransGenericPart2, 0x81)            \
+  X(extCommPktTypeTransGenericPart3, 0x82)            \
+  X(extCommPktTypeNonTransTwoOctetAs, 0x40)           \
+  X(extCommPktTypeNonTransIpv4Address, 0x41)          \
+  X(extCommPktTypeNonTransFourOctetAs, 0x42)          \
+  X(extCommPktTypeNonTransOpaque, 0x43)               \
+  X(extCommPktTypeNonTransQosMarking, 0x44)           \
+  X(extCommPktTypeUnknown, 256, false)
+enum BgpExtCommPktType : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktType, ROWS);
+#undef ROWS
 
 /// The type octet of a 20-octet community. Octets that are types of the 8-octet family need not be
 /// types here.
-enum BgpExtCommIp6PktType : U32 {
-  extCommIp6PktTypeTransIpv6Address = 0x00,
-  extCommIp6PktTypeNonTransIpv6Address = 0x40,
-  extCommIp6PktTypeUnknown = 256,
-};
-
-consteval auto enumTable(BgpExtCommIp6PktType) {
-  return Mox::enumRows<BgpExtCommIp6PktType>(
-      "Routing::Bgp::BgpExtCommIp6PktType",
-      {{extCommIp6PktTypeTransIpv6Address, "extCommIp6PktTypeTransIpv6Address"},
-       {extCommIp6PktTypeNonTransIpv6Address, "extCommIp6PktTypeNonTransIpv6Address"},
-       {extCommIp6PktTypeUnknown, "extCommIp6PktTypeUnknown", false}});
-}
-inline constexpr Mox::EnumInstance<BgpExtCommIp6PktType> BgpExtCommIp6PktTypeInstance{};
+#define ROWS(X)                                 \
+  X(extCommIp6PktTypeTransIpv6Address, 0x00)    \
+  X(extCommIp6PktTypeNonTransIpv6Address, 0x40) \
+  X(extCommIp6PktTypeUnknown, 256, false)
+enum BgpExtCommIp6PktType : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommIp6PktType, ROWS);
+#undef ROWS
 
 /// What a community means, as far as lists group by it; the order is that of the groups. The last
 /// one counts the others: it is a member, and yet no object carries it.
-enum ExtCommClassification : U32 {
-  extCommClassificationUnSpecified = 0,
-  extCommClassificationRouteTarget = 1,
-  extCommClassificationRouteOrigin = 2,
-  extCommClassificationEvpn = 3,
-  extCommClassificationTunnelEncap = 4,
-  extCommClassificationDefaultGateway = 5,
-  extCommClassificationFlowspec = 6,
-  extCommClassificationLinkBandwidth = 7,
-  extCommClassificationColor = 8,
-  extCommClassificationOriginValidationState = 9,
-  extCommClassificationOneBeyondLast = 10,
-};
-
-consteval auto enumTable(ExtCommClassification) {
-  return Mox::enumRows<ExtCommClassification>(
-      "Routing::Bgp::ExtCommClassification",
-      {{extCommClassificationUnSpecified, "extCommClassificationUnSpecified"},
-       {extCommClassificationRouteTarget, "extCommClassificationRouteTarget"},
-       {extCommClassificationRouteOrigin, "extCommClassificationRouteOrigin"},
-       {extCommClassificationEvpn, "extCommClassificationEvpn"},
-       {extCommClassificationTunnelEncap, "extCommClassificationTunnelEncap"},
-       {extCommClassificationDefaultGateway, "extCommClassificationDefaultGateway"},
-       {extCommClassificationFlowspec, "extCommClassificationFlowspec"},
-       {extCommClassificationLinkBandwidth, "extCommClassificationLinkBandwidth"},
-       {extCommClassificationColor, "extCommClassificationColor"},
-       {extCommClassificationOriginValidationState, "extCommClassificationOriginValidationState"},
-       {extCommClassificationOneBeyondLast, "extCommClassificationOneBeyondLast"}});
-}
-inline constexpr Mox::EnumInstance<ExtCommClassification> ExtCommClassificationInstance{};
+#define ROWS(X)                                    \
+  X(extCommClassificationUnSpecified, 0)           \
+  X(extCommClassificationRouteTarget, 1)           \
+  X(extCommClassificationRouteOrigin, 2)           \
+  X(extCommClassificationEvpn, 3)                  \
+  X(extCommClassificationTunnelEncap, 4)           \
+  X(extCommClassificationDefaultGateway, 5)        \
+  X(extCommClassificationFlowspec, 6)              \
+  X(extCommClassificationLinkBandwidth, 7)         \
+  X(extCommClassificationColor, 8)                 \
+  X(extCommClassificationOriginValidationState, 9) \
+  X(extCommClassificationOneBeyondLast, 10)
+enum ExtCommClassification : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(ExtCommClassification, ROWS);
+#undef ROWS
 
 }  // namespace Routing::Bgp

@@ -5,13 +5,14 @@
 
 namespace Routing::Bgp {
 
-enum BgpCommunityValue : U32 {
-  communityInternet = 0x00000000,
-  communityGshut = 0xFFFF0000,
-  communityNoExport = 0xFFFFFF01,
-  communityNoAdvertise = 0xFFFFFF02,
-  communityNoExportSubconfed = 0xFFFFFF03,
-};
+/// Each with its name in texts. "local-as" is older than the value's name in code; both are in use.
+#define ROWS(X)                                         \
+  X(communityInternet, 0x00000000, "internet")          \
+  X(communityNoExport, 0xFFFFFF01, "no-export")         \
+  X(communityNoAdvertise, 0xFFFFFF02, "no-advertise")   \
+  X(communityNoExportSubconfed, 0xFFFFFF03, "local-as") \
+  X(communityGshut, 0xFFFF0000, "GSHUT")
+enum BgpCommunityValue : U32 { ROWS(MOX_ENUMERATOR) };
 
 /// The row of a value also says how lists print it.
 struct BgpCommunityValueRow {
@@ -20,17 +21,7 @@ struct BgpCommunityValueRow {
   std::string_view wellKnownName;
   bool member = true;
 };
-
-consteval auto enumTable(BgpCommunityValue) {
-  return Mox::enumRows<BgpCommunityValue, BgpCommunityValueRow>(
-      "Routing::Bgp::BgpCommunityValue",
-      {{communityInternet, "communityInternet", "internet"},
-       {communityNoExport, "communityNoExport", "no-export"},
-       {communityNoAdvertise, "communityNoAdvertise", "no-advertise"},
-       // The name in text is older than the value's name in code; both are in use.
-       {communityNoExportSubconfed, "communityNoExportSubconfed", "local-as"},
-       {communityGshut, "communityGshut", "GSHUT"}});
-}
-inline constexpr Mox::EnumInstance<BgpCommunityValue> BgpCommunityValueInstance{};
+BGP_ENUM_TABLE(BgpCommunityValue, ROWS, BgpCommunityValueRow);
+#undef ROWS
 
 }  // namespace Routing::Bgp

@@ -1,12 +1,14 @@
-// Enumerations with names: one table of rows stands beside the type, everything else follows.
+// Enumerations with names. An enumerator is written once, as a row: name, value, and what else its
+// row in the table has. The type and its table are both made from the rows.
 //
-//   enum class PrefixSidTlvType : U32 { invalidTlv = 0, labelIndexTlv = 1 };
+//   #define ROWS(X) X(invalidTlv, 0) X(labelIndexTlv, 1)
+//   enum class PrefixSidTlvType : U32 { ROWS(MOX_ENUMERATOR) };
 //   consteval auto enumTable(PrefixSidTlvType) {
 //     using enum PrefixSidTlvType;
-//     return Mox::enumRows<PrefixSidTlvType>(
-//         "Routing::Bgp::PrefixSidTlvType",
-//         {{invalidTlv, "invalidTlv"}, {labelIndexTlv, "labelIndexTlv"}});
+//     return Mox::enumRows<PrefixSidTlvType>("Routing::Bgp::PrefixSidTlvType",
+//                                            {ROWS(MOX_ENUM_ROW)});
 //   }
+//   #undef ROWS
 //   inline constexpr Mox::EnumInstance<PrefixSidTlvType> PrefixSidTlvTypeInstance{};
 //
 //   stringValue(PrefixSidTlvType::labelIndexTlv)   // "labelIndexTlv"
@@ -26,6 +28,10 @@
 
 #include "Mox/Text.h"
 #include "Mox/Type.h"
+
+/// A row as an enumerator, and as a row of the table. Further columns follow the name in the table.
+#define MOX_ENUMERATOR(name, value, ...) name = value,
+#define MOX_ENUM_ROW(name, value, ...) {name, #name __VA_OPT__(, ) __VA_ARGS__},
 
 namespace Mox {
 
