@@ -14,6 +14,7 @@ ExtCommDedupTable::Ptr extCommDedupTableFactory(
 
 ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
                                         const ExtCommContent& content) {
+  MOX_ASSERT(table, "__null != table");
   return table->dedupContent(content);
 }
 

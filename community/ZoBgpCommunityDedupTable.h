@@ -23,7 +23,7 @@ class ExtCommDedupTable final : public ExtCommValueDedupTable<ExtCommDedupTable,
   static Mox::Ptr<ExtComm> parse(const Rule& rule, const ExtCommContent& content);
 };
 
-/// A new table whose objects `rule` makes.
+/// A new table whose objects `rule` makes. RangeException for null.
 ExtCommDedupTable::Ptr extCommDedupTableFactory(
     const Mox::Ptr<const BgpParseExtendedCommunityRule>& rule);
 

@@ -24,7 +24,9 @@ class ExtCommValueDedupTable : public Mox::Entity<Table, Mox::PtrInterface> {
  public:
   using Rule = BgpParseExtendedCommunityRule;
 
+  /// RangeException for null.
   explicit ExtCommValueDedupTable(const Mox::Ptr<const Rule>& rule) : parseExtCommRule_(rule) {
+    Mox::refuseNull(rule, Table::type.name(), "parseExtCommRule");
     handleInitialized();
   }
 

@@ -15,6 +15,7 @@ ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
 
 ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
                                               const ExtCommIp6Content& content) {
+  MOX_ASSERT(table, "__null != table");
   return table->dedupContent(content);
 }
 

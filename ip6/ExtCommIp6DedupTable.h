@@ -21,7 +21,7 @@ class ExtCommIp6DedupTable final : public ExtCommValueDedupTable<ExtCommIp6Dedup
   static Mox::Ptr<ExtCommIp6> parse(const Rule& rule, const ExtCommIp6Content& content);
 };
 
-/// A new table whose objects `rule` makes.
+/// A new table whose objects `rule` makes. RangeException for null.
 ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
     const Mox::Ptr<const BgpParseExtendedCommunityRule>& rule);
 

@@ -10,8 +10,8 @@ const Mox::Type ExtCommCache::type{
      Mox::operation("lookup"), Mox::operation("insert")}};
 
 Mox::String ExtCommTexts::find(U64 content) const {
-  const auto place = texts_.find(content);
-  return place == texts_.end() ? Mox::String() : place->second;
+  const auto found = texts_.find(content);
+  return found == texts_.end() ? Mox::String() : found->second;
 }
 
 Mox::String ExtCommTexts::erase(U64 content) {

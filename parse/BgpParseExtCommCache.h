@@ -1,5 +1,5 @@
-// What show commands have printed of extended communities, by content: looking a text up is much
-// cheaper than making it.
+// The texts that show commands have printed of extended communities, by content: looking one up is
+// much cheaper than making it.
 //
 //   BgpShowCli::ExtCommCache::Ptr cache = container->extCommCache();
 //   Mox::String text = cache->lookup(content.value(), asdot);
@@ -8,8 +8,10 @@
 //     cache->insert(content.value(), text, asdot);
 //   }
 //
-// The two notations of AS numbers have a text each. Whatever else shapes a text, its user must
-// always choose alike. Nothing is ever dropped but by `Del`.
+// 1. The two notations of AS numbers, plain and asdot, have a text each. All users of a cache must
+//    choose alike in everything else that shapes a text: the cache does not tell such texts apart.
+// 2. Texts stay until they are deleted. The size has no limit.
+// 3. An empty text that was inserted is found like none.
 //
 // Threads: one.
 #pragma once
@@ -20,29 +22,32 @@
 
 namespace BgpShowCli {
 
-/// Texts by content.
+/// Texts by content, in any order.
 class ExtCommTexts {
  public:
   using U64 = Mox::U64;
 
-  /// Empty when there is none.
+  /// The text of this content; empty when there is none.
   Mox::String find(U64 content) const;
+  /// Stores the text, in place of an earlier one.
   void insert(U64 content, Mox::String text) { texts_.insert_or_assign(content, std::move(text)); }
   /// Returns what it removed; empty when there was none.
   Mox::String erase(U64 content);
   void clear() { texts_.clear(); }
 
+  /// `842122827661412: <RouteTarget2ByteASN ...>, ...`
   friend Mox::String valueToStrep(const ExtCommTexts& texts);
 
  private:
-  /// Low half exclusive-or high half. Whoever sends communities can make them collide: what waits
-  /// for that is a show command.
+  /// Low half exclusive-or high half. A peer can send communities that collide; only show commands
+  /// would wait for that.
   struct Hash {
     std::size_t operator()(U64 content) const { return Mox::U32(content ^ content >> 32); }
   };
   std::unordered_map<U64, Mox::String, Hash> texts_;
 };
 
+/// The texts in both notations.
 class ExtCommCache final : public Mox::Entity<ExtCommCache, Mox::PtrInterface> {
  public:
   static const Mox::Type type;
@@ -52,7 +57,7 @@ class ExtCommCache final : public Mox::Entity<ExtCommCache, Mox::PtrInterface> {
   Mox::String lookup(const Content& extCommVal, bool asdot) const {
     return asdot ? extCommToAsdotString(extCommVal) : extCommToString(extCommVal);
   }
-  /// Stores the text, in place of what is there.
+  /// Stores the text of a notation, in place of an earlier one.
   void insert(const Content& extCommVal, Mox::String extCommStr, bool asdot) {
     (asdot ? asdot_ : plain_).insert(extCommVal, std::move(extCommStr));
   }
@@ -79,6 +84,7 @@ class ExtCommCache final : public Mox::Entity<ExtCommCache, Mox::PtrInterface> {
   ExtCommTexts plain_, asdot_;
 };
 
+/// A new, empty cache.
 ExtCommCache::Ptr extCommCacheFactory();
 
 }  // namespace BgpShowCli

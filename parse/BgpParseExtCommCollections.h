@@ -1,4 +1,4 @@
-// The registry of rules: every rule instance that plug-ins may fill, in one collection per kind.
+// The registry of rules: every rule that plug-ins may fill, in one collection per kind.
 //
 //   struct Watcher : BgpParseExtCommRuleCollections::NotifieeConst {
 //     using Key = BgpParseExtCommSubTypeTransOpaqueRuleKey;
@@ -8,13 +8,14 @@
 //   registry->extendedCommSubTypeTransOpaqueRuleInstanceIs(key);   // the watcher hears of it
 //   registry->extendedCommSubTypeTransOpaqueRuleInstanceHas(key);  // true
 //
-// 1. Adding what is there, or removing what is not, does nothing and is not heard.
-// 2. Every change is heard by all observers, in the order of their registration, before the call
-//    returns; see Mox/NotifieeList.h for what they may do meanwhile.
-// 3. Whoever visits a collection and lets others change it meanwhile visits a copy. The order is
-//    any.
+// 1. Adding a key that is there, or removing one that is not, changes nothing and is not heard.
+// 2. A change is made first and then heard, by all observers in the order of their registration,
+//    before the call returns. See Mox/NotifieeList.h for what observers may do meanwhile.
+// 3. An exception of an observer reaches the caller. The change stands, and the observers after it
+//    hear nothing.
+// 4. A collection is visited in any order. A visitor that lets others change it visits a copy.
 //
-// Threads: registry, observers and rules that are being changed belong to one thread.
+// Threads: the registry, its observers and rules that are being changed belong to one thread.
 #pragma once
 
 #include <unordered_set>
@@ -60,6 +61,8 @@ class BgpParseExtCommRuleCollections final
   bool instanceHas(const BgpParseExtCommRuleKey<Kind>& key) const {
     return instances<Kind>().contains(key);
   }
+  /// REQUIRES: the key names a live rule, or none. A rule of another registry does not take its key
+  /// out of this one.
   template <class Kind>
   void instanceIs(const BgpParseExtCommRuleKey<Kind>& key);
   template <class Kind>
@@ -67,7 +70,7 @@ class BgpParseExtCommRuleCollections final
   /// Heard once, as a change of the whole collection.
   template <class Kind>
   void instanceDelAll();
-  /// Removes a key that nobody is to hear of any more: that of a rule inside its destructor.
+  /// Removes a key unheard: a rule inside its destructor must not be named to anybody.
   template <class Kind>
   void instanceForget(const BgpParseExtCommRuleKey<Kind>& key) {
     std::get<Keys<Kind>>(collections_).erase(key);
@@ -80,17 +83,17 @@ class BgpParseExtCommRuleCollections final
   mutable Mox::NotifieeList notifiees_;
 };
 
-/// An observer of the registry. All that it hears does nothing unless it is overridden.
+/// An observer of the registry. An event does nothing unless its operation is overridden.
 class BgpParseExtCommRuleCollections::NotifieeConst : public Mox::Notifiee {
  public:
-  /// The registry that is observed, or null for none.
+  /// Observes this registry, or none when null.
   void notifierIs(const BgpParseExtCommRuleCollections::PtrConst& registry) {
     Notifiee::notifierIs(registry);
   }
 
   // For each kind: `onExtendedCommSubTypeTransOpaqueRuleInstance`, with the key that was added or
-  // removed, or without one when the collection as a whole has changed. Overriding one of the two
-  // hides the other, of which some compilers warn: override both.
+  // removed, or without one when the collection as a whole has changed. Override both: overriding
+  // one hides the other, and some compilers warn of it.
 #define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...) \
   virtual void onExtended##Collection##RuleInstance(const Key&) {}                 \
   virtual void onExtended##Collection##RuleInstance() {}                           \
@@ -100,29 +103,7 @@ class BgpParseExtCommRuleCollections::NotifieeConst : public Mox::Notifiee {
 #include "parse/BgpParseExtCommKindList.h"
 };
 
-template <class Kind>
-void BgpParseExtCommRuleCollections::instanceIs(const BgpParseExtCommRuleKey<Kind>& key) {
-  if (!std::get<Keys<Kind>>(collections_).insert(key).second) return;
-  notifiees_.deliver<NotifieeConst>([&key](NotifieeConst& notifiee) { notifiee.hear(key); });
-}
-
-template <class Kind>
-bool BgpParseExtCommRuleCollections::instanceDel(const BgpParseExtCommRuleKey<Kind>& key) {
-  // A copy: the key may be given as it stands in the collection.
-  const BgpParseExtCommRuleKey<Kind> removed = key;
-  if (std::get<Keys<Kind>>(collections_).erase(removed) == 0) return false;
-  notifiees_.deliver<NotifieeConst>([&](NotifieeConst& notifiee) { notifiee.hear(removed); });
-  return true;
-}
-
-template <class Kind>
-void BgpParseExtCommRuleCollections::instanceDelAll() {
-  Keys<Kind>& keys = std::get<Keys<Kind>>(collections_);
-  if (keys.empty()) return;
-  keys.clear();
-  notifiees_.deliver<NotifieeConst>([](NotifieeConst& notifiee) { notifiee.hear(Kind()); });
-}
-
+/// A new, empty registry.
 BgpParseExtCommRuleCollections::Ptr bgpParseExtCommRuleCollectionsFactory();
 
 }  // namespace Routing::Bgp

@@ -38,8 +38,8 @@ const Mox::Type BgpParseExtCommContainerSm::type{
 
 BgpParseExtCommContainerSm::BgpParseExtCommContainerSm() { handleInitialized(); }
 
-// Whoever still holds the parser keeps it as it is, so it is not withdrawn here: the registry stays
-// true, and no plug-in hears anything of the end.
+// The parser is not withdrawn here: others may hold it and keep it as it is, registered and whole.
+// So no plug-in hears of the end.
 BgpParseExtCommContainerSm::~BgpParseExtCommContainerSm() {
   parseExtCommRuleCollectionsDel();
   parser_ = nullptr;
@@ -70,17 +70,22 @@ BgpParseExtCommRuleCollections::Ptr BgpParseExtCommContainerSm::parseExtCommRule
   return std::exchange(ruleCollections_, nullptr);
 }
 
+// The member changes before the old parser is withdrawn: plug-ins are asked meanwhile and may
+// change it again.
+
 BgpParseExtendedCommunityRule::Ptr BgpParseExtCommContainerSm::extCommParserIs(
     const BgpParseExtCommControl& control) {
   if (parser_ && parser_->parseControl() == control) return parser_;
-  const auto replaced = std::exchange(parser_, bgpParseExtendedCommunityRuleFactory(control));
+  const auto parser = bgpParseExtendedCommunityRuleFactory(control);
+  const auto replaced = std::exchange(parser_, parser);
   if (replaced) replaced->handleDel();
-  return parser_;
+  return parser;
 }
 
 BgpParseExtendedCommunityRule::Ptr BgpParseExtCommContainerSm::extCommParserDel() {
-  if (parser_) parser_->handleDel();
-  return std::exchange(parser_, nullptr);
+  const auto parser = std::exchange(parser_, nullptr);
+  if (parser) parser->handleDel();
+  return parser;
 }
 
 U32 BgpParseExtCommContainerSm::extCommParserSmsEnq(const ParserSm& sm) {

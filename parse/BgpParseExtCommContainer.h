@@ -1,18 +1,19 @@
-// One complete parser of extended communities: registry, plug-ins, rules and the show cache.
+// A complete parser of extended communities: registry, plug-ins, rules and the show cache.
 //
 //   BgpParseExtCommContainerSm::Ptr container = bgpParseExtCommContainerSmFactory();
 //   container->extCommParser()->parseExtendedCommunity(content);
-//   container->extCommParserSmsEnq(myPlugin);   // stays as long as the container
+//   container->extCommParserSmsEnq(myPlugin);   // kept as long as the container
 //
 // 1. The library's own plug-ins are, in this order: route origin, route target, tunnel
 //    encapsulation, default gateway, link bandwidth, color and, unless the host has switched the
 //    feature toggle "RpkiToggle" off, origin validation state. The toggle is read when the process
 //    makes its first container and holds for all.
-// 2. Plug-ins exist before the parser does, so it is complete once it is there; one that comes
-//    later fills what there is.
-// 3. Who holds the parser longer than the container goes on parsing in the same way.
+// 2. Plug-ins are made before the parser, which is complete once it is there. A plug-in that comes
+//    later fills the rules that are there.
+// 3. A parser that is held longer than its container goes on parsing in the same way.
 //
-// Threads: container, registry and plug-ins belong to one thread; the parser is for all of them.
+// Threads: container, registry and plug-ins belong to one thread. Any thread may parse. The thread
+// that drops the parser last must be the registry's, unless the parser was withdrawn before.
 #pragma once
 
 #include "Mox/IndexedQueue.h"
@@ -41,14 +42,16 @@ class BgpParseExtCommContainerSm final
   BgpParseExtCommRuleCollections::Ptr parseExtCommRuleCollectionsDel();
 
   const BgpParseExtendedCommunityRule::Ptr& extCommParser() const { return parser_; }
-  /// The parser of this control: the one that is there, or else a new one in its place. The old one
-  /// is withdrawn from the registry.
+  /// The parser of this control: the one that is there, or else a new one, which takes its place
+  /// and is returned. The old one is then withdrawn from the registry; an exception of a plug-in
+  /// that is asked meanwhile reaches the caller, and the new parser stays.
   BgpParseExtendedCommunityRule::Ptr extCommParserIs(const BgpParseExtCommControl& control);
-  /// Withdraws the parser from the registry and returns it.
+  /// Lets go of the parser, withdraws it from the registry and returns it; null when there is none.
   BgpParseExtendedCommunityRule::Ptr extCommParserDel();
 
-  // The plug-ins. `Enq` and `Is` raise RangeException for null, `Enq` also when the indices are
-  // used up; `Del` and `Deq` return what they removed. See Mox/IndexedQueue.h.
+  // The plug-ins. `Enq` adds one behind the last and returns its index, `Is` stores one at an
+  // index. Both raise RangeException for null, `Enq` also when the indices are used up. `Del` and
+  // `Deq` return what they removed, null for nothing. See Mox/IndexedQueue.h.
   const ExtCommParserSms& extCommParserSms() const { return sms_; }
   ParserSm extCommParserSms(U32 index) const { return sms_.find(index); }
   const ExtCommParserSmsMetadata& extCommParserSmsMetadata() const { return sms_.metadata(); }
@@ -60,7 +63,7 @@ class BgpParseExtCommContainerSm final
 
   const BgpShowCli::ExtCommCache::Ptr& extCommCache() const { return cache_; }
 
-  /// Makes everything, in the order above; the constructor calls it, once.
+  /// Makes registry, plug-ins, parser and cache. REQUIRES: called by the constructor only.
   void handleInitialized();
 
  private:

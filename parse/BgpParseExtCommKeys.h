@@ -1,10 +1,13 @@
-// The names under which rules stand in the registry: which rule it is, not what it is like.
+// Rule keys: the names under which rules stand in the registry, one address each.
 //
 //   BgpParseExtCommSubTypeTransOpaqueRuleKey key(rule.get());
 //   key.rule()->subTypeRuleIs(subRule);
 //
-// A key owns nothing. One in the registry names a rule that lives: rules take their keys out when
-// they are withdrawn, or destroyed.
+// 1. A key is equal to another when both name the same rule, whatever the rules are like.
+// 2. A key owns nothing. Keys in the registry name live rules: a rule takes its key out when it is
+//    withdrawn, or destroyed.
+//
+// Threads: a plain value.
 #pragma once
 
 #include <functional>
@@ -15,12 +18,13 @@
 namespace Routing::Bgp {
 
 namespace detail {
-/// 0 for null.
+/// A mix of all bits of the address; 0 for null.
 U32 ruleAddressHash(const void* rule);
-/// Accepts the text of the key of that name that names no rule, and raises otherwise.
+/// Accepts the text of a key of this class that names no rule. ParseException for any other.
 void readNullRuleKey(std::string_view keyName, std::string_view text);
 }  // namespace detail
 
+/// Names a rule of the kind, or none.
 template <class Kind>
 class BgpParseExtCommRuleKey {
  public:
@@ -46,8 +50,8 @@ class BgpParseExtCommRuleKey {
   friend std::ostream& operator<<(std::ostream& stream, const BgpParseExtCommRuleKey& key) {
     return Mox::writeText(stream, valueToStrep(key));
   }
-  /// Reads the text of a key that names no rule. ParseException for any other: an address must not
-  /// come from a text.
+  /// Reads the text of a key that names no rule. ParseException for any other, and the key stays as
+  /// it was: a text must not become an address.
   friend void sequenceToValue(std::string_view text, BgpParseExtCommRuleKey& key) {
     detail::readNullRuleKey(Kind::keyName, text);
     key = BgpParseExtCommRuleKey();

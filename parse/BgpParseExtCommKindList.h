@@ -1,21 +1,20 @@
-// The kinds of rule that plug-ins see, in the order of the registry: what differs between them, and
-// nothing else. A further kind is a further row here.
+// The kinds of rule that plug-ins see, in the order of the registry. A row holds the differences
+// between the kinds and nothing else; a further kind is a further row.
 //
-// Whoever needs something once per kind defines ZOBGP_KIND and includes this file, which undefines
-// it:
+// Code that is needed once per kind defines ZOBGP_KIND and includes this file, which undefines it:
 //
 //   ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, Traits...)
 //
 //   Kind          its name in namespace `kind`
 //   Operation     as in `addExtCommSubTypeTransOpaqueSubRule`, between verb and noun
 //   Collection    as in `extendedCommSubTypeTransOpaqueRuleInstance`, between `extended` and noun
-//   RuleClass     of the rule that is offered to plug-ins
+//   RuleClass     class of the rule that is offered to plug-ins
 //   SubRuleClass  base of the rules that plug-ins install in it
-//   Key           class of the name under which the registry has it
+//   Key           class of its key in the registry
 //   Traits        see BgpParseExtCommKinds.h: the family, the type octet, the enumeration of its
 //                 subtypes, whether plug-ins are offered the rule, and the class of the object that
-//                 is made when no sub-rule serves a content, with what its constructor takes
-//                 besides
+//                 is made when no sub-rule serves a content, with its constructor's further
+//                 arguments
 //
 // The kind of the top rule comes as ZOBGP_TOP_KIND, where that is defined too, without traits.
 #ifdef ZOBGP_KIND

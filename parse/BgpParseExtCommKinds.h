@@ -1,20 +1,20 @@
-// The kinds of rule and the names of what belongs to each.
+// The kinds of rule, one per type octet, and the names of the classes of each.
 //
 // The top rule chooses a type rule by the type octet, the type rule a sub-rule by the subtype
 // octet. For each of the thirteen types that have a rule there are
 //
-//   kind::TransOpaque                          what distinguishes the kind
+//   kind::TransOpaque                          the differences between this kind and the others
 //   BgpParseExtCommTransOpaqueRule             its type rule
 //   BgpParseExtComSubTypeTransOpaqueRuleBase   the base of its sub-rules, with one `m`
-//   BgpParseExtCommSubTypeTransOpaqueRuleKey   the name of one of its type rules in the registry
+//   BgpParseExtCommSubTypeTransOpaqueRuleKey   names one of its type rules in the registry
 //
-// and each of these classes is an instance of one template: the rows stand in
-// BgpParseExtCommKindList.h.
+// Each of these classes is an instance of one template. The rows are in BgpParseExtCommKindList.h.
+// `kind::Top` is the kind of the top rule: its sub-rules are the type rules.
 #pragma once
 
 #include <tuple>
 
-#include "community/ZoBgpCommunity.h"
+#include "community/ZoBgpCommunityKinds.h"
 #include "ip6/ExtCommIp6.h"
 
 namespace Routing::Bgp {
@@ -36,8 +36,9 @@ namespace kind {
 
 inline constexpr bool offered = true, withheld = false;
 
-/// What distinguishes a type that has a rule. A new `Fallback` of no classification is what a
-/// content becomes that no sub-rule serves; `arguments` go to its constructor.
+/// A type that has a rule: its octet, the enumeration of its subtypes, and whether plug-ins are
+/// offered the rule. A content that no sub-rule serves becomes a `Fallback` of no classification;
+/// `arguments` go to its constructor.
 template <class F, typename F::PktType type, class S, bool toPlugins, class Fallback,
           auto... arguments>
 struct TypeTraits {
@@ -46,8 +47,10 @@ struct TypeTraits {
   static constexpr typename F::PktType pktType = type;
   /// Whether the type rule enters the registry, so that plug-ins fill it.
   static constexpr bool offered = toPlugins;
+  /// The assertion on a null sub-rule.
   static constexpr const char* nullRuleText = "rule != __null";
 
+  /// A new general object of the type.
   static Mox::Ptr<typename F::Object> fallback(const typename F::Content& content) {
     return Mox::makeNew<Fallback>(extCommClassificationUnSpecified, content, arguments...);
   }

@@ -4,7 +4,7 @@
 
 namespace Routing::Bgp {
 
-/// Forwards what the registry says to the plug-in that owns it.
+/// Forwards the registry's events to the plug-in that owns it.
 class BgpParseExtCommPluginBaseSm::Reactor final
     : public BgpParseExtCommRuleCollections::NotifieeConst {
  public:
@@ -23,8 +23,8 @@ class BgpParseExtCommPluginBaseSm::Reactor final
 #include "parse/BgpParseExtCommKindList.h"
 
  private:
-  // The plug-in may drop its reactor, and its owner the plug-in, while it is called; nothing of the
-  // reactor is touched after that.
+  // The call may end the reactor, and the plug-in with it: the plug-in is held, and the reactor is
+  // not touched afterwards.
   template <class Call>
   void forward(Call call) const {
     if (zombie_) return;
@@ -64,7 +64,8 @@ BgpParseExtCommPluginBaseSm::RuleCollections BgpParseExtCommPluginBaseSm::ruleCo
   return std::exchange(ruleCollections_, nullptr);
 }
 
-// Inside a constructor nobody owns the plug-in yet, and what it does here may reach its reactor.
+// Guarded: called from a constructor, nobody owns the plug-in yet; called later, it may be released
+// while it is asked.
 void BgpParseExtCommPluginBaseSm::handleStartup() const {
   const ConstructionGuard guard(*this);
 #define ZOBGP_KIND(Kind, Operation, ...) handle##Operation##RuleInstance();
@@ -84,9 +85,10 @@ void BgpParseExtCommPluginBaseSm::zeroReferencesIs(bool zero) {
 }
 
 void BgpParseExtCommPluginType::traceInstallation(std::string_view operation) const {
-  if (Mox::traceEnabled(8))
-    Mox::trace(8, Mox::String(file_) + ':' + std::to_string(line_) + ": virtual void " + name() +
-                      "::" + Mox::String(operation));
+  if (!Mox::traceEnabled(8)) return;
+  const std::string_view path(file_);
+  Mox::trace(8, Mox::String(path.substr(path.rfind('/') + 1)) + ':' + std::to_string(line_) +
+                    ":virtual void " + name() + "::" + Mox::String(operation));
 }
 
 }  // namespace Routing::Bgp

@@ -1,5 +1,5 @@
-// What a parser plug-in is made of: rules, most of them a subtype and a factory, and a class that
-// installs them wherever they belong. A complete plug-in:
+// Parser plug-ins: rules, most of them a subtype and a factory, and a class that installs them in
+// every rule that takes them. A complete plug-in:
 //
 //   class ColorRule final
 //       : public BgpParseExtCommSubRule<ColorRule, kind::TransOpaque,
@@ -19,11 +19,16 @@
 //
 //   container->extCommParserSmsEnq(Mox::makeNew<ColorSm>(container->parseExtCommRuleCollections()));
 //
-// 1. For every rule of its kind, there already or made later, a plug-in is asked to `instantiate`
-//    its sub-rules. It may be asked again for the same rule, also when that is withdrawn.
-// 2. Of two sub-rules for the same octet the one installed last serves it.
+// 1. A plug-in is asked to `instantiate` its sub-rules for every rule of its kinds, whether the
+// rule
+//    is there already or made later. It is asked again for a rule that is being withdrawn.
+// 2. The sub-rule installed last for an octet serves it.
 // 3. A plug-in that is marked deleted, or has been released, is asked nothing more. Its sub-rules
-//    belong to the rules that they are installed in.
+//    stay: they belong to the rules that they are installed in.
+// 4. A plug-in may throw while it is asked. A rule that is being made is then not made, one that is
+//    being withdrawn is withdrawn all the same, and the caller gets the exception.
+//
+// `examples/evpn-router-mac` is a plug-in from outside the library.
 //
 // Threads: that of the registry.
 #pragma once
@@ -35,36 +40,38 @@
 
 namespace Routing::Bgp {
 
+/// The base of plug-ins: it watches a registry and asks its overrides for sub-rules.
 class BgpParseExtCommPluginBaseSm
     : public Mox::Entity<BgpParseExtCommPluginBaseSm, Mox::PtrInterface> {
  public:
   static const Mox::Type type;
   using RuleCollections = BgpParseExtCommRuleCollections::PtrConst;
 
-  /// Watches the registry. What is there already is caught up with by `handleStartup`, which every
-  /// class below calls at the end of its own constructor: before that its overrides are not heard.
+  /// Watches the registry; null for none. REQUIRES: every class below ends its own constructor with
+  /// `handleStartup`, for the rules that are there already; this one cannot call its overrides yet.
   explicit BgpParseExtCommPluginBaseSm(const RuleCollections& ruleCollections);
   ~BgpParseExtCommPluginBaseSm() override;
 
   const RuleCollections& ruleCollections() const { return ruleCollections_; }
   /// Watches this registry instead and catches up with it. The same one again changes nothing, not
-  /// even the place among its observers; null is `ruleCollectionsDel`.
+  /// even the order in which observers hear; null is `ruleCollectionsDel`.
   void ruleCollectionsIs(const RuleCollections& ruleCollections);
-  /// Watches nothing any more; returns what it did.
+  /// Watches nothing any more. Returns the registry that was watched.
   RuleCollections ruleCollectionsDel();
 
   /// Runs the handlers of all kinds for all rules in the registry, top rules first.
   void handleStartup() const;
-  /// Marks the plug-in deleted, which ends its reactions, or takes the mark back.
+  /// Sets the mark that says deleted, which ends the plug-in's reactions, or takes it back.
   void moxDoZombieReactors(bool zombie);
   void zeroReferencesIs(bool zero) override;
 
   // For each kind, and for example for the sub-rules of opaque types:
   //
-  // `addExtCommSubTypeTransOpaqueSubRule` installs a sub-rule in the rule that the key names. Ends
-  // the process when the sub-rule is null. The one of the top kind installs a whole type rule.
+  // `addExtCommSubTypeTransOpaqueSubRule` installs a sub-rule in the rule that the key names. The
+  // one of the top kind installs a whole type rule. Asserts "rule != __null" on a null sub-rule
+  // ("__null != rule" for the top kind) and "__null != ruleKey.rule()" on a key that names none.
   //
-  // `instantiateExtCommSubTypeTransOpaqueSubRule` is what a plug-in overrides: it makes its
+  // `instantiateExtCommSubTypeTransOpaqueSubRule` is for a plug-in to override: it makes its
   // sub-rules with `control` and adds them. The base does nothing.
   //
   // `handleExtCommSubTypeTransOpaqueRuleInstance` asks the plug-in to instantiate its sub-rules for
@@ -104,7 +111,7 @@ class BgpParseExtCommPluginBaseSm
   void forEachKey(Handle handle) const {
     const RuleCollections registry = ruleCollections_;
     if (!registry) return;
-    // A copy, since handling a rule may bring others, or take them away.
+    // A copy: handling a rule may bring others, or take them away.
     const auto keys = registry->instances<Kind>();
     for (const BgpParseExtCommRuleKey<Kind>& key : keys)
       if (registry->instanceHas(key)) handle(key);
@@ -114,14 +121,15 @@ class BgpParseExtCommPluginBaseSm
   std::unique_ptr<Reactor> reactor_;  // there exactly while a registry is
 };
 
-/// What reflection knows of a plug-in, and where that is written, for the trace.
+/// The reflection of a plug-in. It also keeps the source position where it is written, for traces.
 class BgpParseExtCommPluginType : public Mox::Type {
  public:
   explicit BgpParseExtCommPluginType(std::string_view name, const char* file = __builtin_FILE(),
                                      int line = __builtin_LINE())
       : Type(name, &BgpParseExtCommPluginBaseSm::type, {}), file_(file), line_(line) {}
 
-  /// At level 8: file, line and the full signature of that operation.
+  /// Traces, at level 8, the position and the full signature of this operation of the plug-in:
+  /// `BgpParseExtCommColor.cpp:10:virtual void Routing::Bgp::BgpParseExtCommColorSm::...`
   void traceInstallation(std::string_view operation) const;
 
  private:
@@ -129,9 +137,16 @@ class BgpParseExtCommPluginType : public Mox::Type {
   const int line_;
 };
 
-/// A plug-in that is nothing but its rules: sub-rules are installed in every type rule of their
-/// kind, type rules in every top rule. `Self` is the class that derives from it. A plug-in that
-/// does more derives from the base and overrides what it needs.
+/// Whether plug-ins are offered a rule that this one can be installed in: a type rule can always
+/// be, a sub-rule only if it is of a kind that is offered.
+template <class Rule>
+concept BgpParseExtCommPluginRule = std::derived_from<Rule, kind::Top::SubRule> || requires {
+  requires Rule::Kind::offered;
+};
+
+/// A plug-in that only brings rules: sub-rules for every type rule of their kind, type rules for
+/// every top rule. `Self` is the class that derives from it. A plug-in that does more derives from
+/// the base and overrides what it needs.
 template <class Self, class... Rules>
 class BgpParseExtCommPlugin : public Mox::Entity<Self, BgpParseExtCommPluginBaseSm> {
  public:
@@ -155,9 +170,8 @@ class BgpParseExtCommPlugin : public Mox::Entity<Self, BgpParseExtCommPluginBase
   template <class Rule, class Kind>
   static void install(const BgpParseExtCommRuleKey<Kind>& ruleKey,
                       const BgpParseExtCommControl& control, std::string_view operation) {
-    static_assert(
-        (std::derived_from<Rule, kind::Top::SubRule> || requires { typename Rule::Kind; }),
-        "no plug-in is offered a rule that this one could be installed in");
+    static_assert(BgpParseExtCommPluginRule<Rule>,
+                  "no plug-in is offered a rule that this one could be installed in");
     if constexpr (std::derived_from<Rule, typename Kind::SubRule>) {
       Self::type.traceInstallation(operation);
       BgpParseExtCommPlugin::template add<Kind>(ruleKey, Mox::makeNew<Rule>(control));
@@ -169,6 +183,8 @@ class BgpParseExtCommPlugin : public Mox::Entity<Self, BgpParseExtCommPluginBase
 /// arguments...)`. `Self` is the class that derives from it.
 template <class Self, class Kind, typename Kind::Subtype subtype, auto factory, auto... arguments>
 class BgpParseExtCommSubRule : public Mox::Entity<Self, typename Kind::SubRule> {
+  static_assert(bgpIsValidEnumMember(subtype), "a subtype that is no member is never looked up");
+
  public:
   explicit BgpParseExtCommSubRule(const BgpParseExtCommControl& control)
       : BgpParseExtCommSubRule::Entity(control, subtype) {}
@@ -178,7 +194,7 @@ class BgpParseExtCommSubRule : public Mox::Entity<Self, typename Kind::SubRule> 
   }
 };
 
-/// Makes plug-ins of a class: a new one with its notifications on.
+/// Makes plug-ins of a class, each new and with its notifications on.
 template <class Sm>
 struct BgpParseExtCommPluginFactory {
   Mox::Ptr<Sm> operator()(

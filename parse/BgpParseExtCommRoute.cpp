@@ -3,7 +3,7 @@
 namespace Routing::Bgp {
 namespace {
 
-/// What the names of its classes say, and its subtype, which is the same in every type.
+/// The word in its class names, and its subtype, which is the same in every type.
 template <class Route>
 struct Words;
 template <>

@@ -1,12 +1,14 @@
-// The sub-rules of route target and route origin, which differ in their values and in one octet.
-// Their plug-ins are in BgpParseExtCommRouteTarget.h and BgpParseExtCommRouteOrigin.h.
+// The sub-rules of route target and route origin (RFC 4360, sections 4 and 5; RFC 5668), which
+// differ in the class of their objects and in the subtype octet. The plug-ins that install them are
+// in BgpParseExtCommRouteTarget.h and BgpParseExtCommRouteOrigin.h.
 #pragma once
 
 #include "parse/BgpParseExtCommPlugin.h"
 
 namespace Routing::Bgp {
 
-/// `Route` is RouteTarget or RouteOrigin, `Kind` one of the three types that both have.
+/// Builds the objects of one type. `Route` is RouteTarget or RouteOrigin; `Kind` is one of the
+/// three types that both have: AS number of two octets, IPv4 address, AS number of four octets.
 template <class Route, class Kind>
 class BgpParseExtCommRouteRule final
     : public Mox::Entity<BgpParseExtCommRouteRule<Route, Kind>, typename Kind::SubRule> {

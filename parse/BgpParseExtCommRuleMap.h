@@ -1,5 +1,9 @@
-// The rules of one level, each under the octet that it serves. They are few and looked up for every
-// content that is parsed, so they lie side by side in the order of their keys.
+// The rules of one level, each under the octet that it serves.
+//
+// Rules are few and looked up for every content that is parsed, so they lie side by side in the
+// order of their keys: a look-up is a binary search and takes no reference.
+//
+// Threads: read from any; nobody else may use the map while it changes.
 #pragma once
 
 #include <algorithm>
@@ -16,31 +20,32 @@ class BgpParseExtCommRuleMap {
   using Key = typename Rule::MapKey;
   using Pointer = Mox::PtrConst<Rule>;
 
-  /// Null when there is none.
+  /// Null when there is none. The map keeps the rule alive only while it has it.
   const Rule* find(Key key) const {
-    const auto place = placeOf(rules_, key);
-    return place != rules_.end() && (*place)->mapKey() == key ? place->get() : nullptr;
+    const auto at = notBelow(rules_, key);
+    return at != rules_.end() && (*at)->mapKey() == key ? at->get() : nullptr;
   }
   /// Returns the rule that was replaced: null when there was none, or when it is this one.
+  /// REQUIRES: rule.
   Pointer insert(Pointer rule) {
-    const auto place = placeOf(rules_, rule->mapKey());
-    if (place == rules_.end() || (*place)->mapKey() != rule->mapKey()) {
-      rules_.insert(place, std::move(rule));
+    const auto at = notBelow(rules_, rule->mapKey());
+    if (at == rules_.end() || (*at)->mapKey() != rule->mapKey()) {
+      rules_.insert(at, std::move(rule));
       return nullptr;
     }
-    if (*place == rule) return nullptr;
-    std::swap(*place, rule);
+    if (*at == rule) return nullptr;
+    std::swap(*at, rule);
     return rule;
   }
   /// Returns what was removed; null when there was none.
   Pointer erase(Key key) {
     if (!find(key)) return nullptr;
-    const auto place = placeOf(rules_, key);
-    Pointer removed = std::move(*place);
-    rules_.erase(place);
+    const auto at = notBelow(rules_, key);
+    Pointer removed = std::move(*at);
+    rules_.erase(at);
     return removed;
   }
-  /// Empties the map, whose rules may look at it while they go, and returns them.
+  /// Empties the map and returns its rules: they may look at the map, empty by then, as they go.
   std::vector<Pointer> clear() { return std::exchange(rules_, {}); }
 
   std::size_t size() const { return rules_.size(); }
@@ -57,12 +62,13 @@ class BgpParseExtCommRuleMap {
   }
 
  private:
-  static auto placeOf(auto& rules, Key key) {
+  /// The first rule whose key is not below this one.
+  static auto notBelow(auto& rules, Key key) {
     return std::lower_bound(rules.begin(), rules.end(), key,
-                            [](const Pointer& rule, Key key) { return rule->mapKey() < key; });
+                            [](const Pointer& rule, Key other) { return rule->mapKey() < other; });
   }
 
-  std::vector<Pointer> rules_;
+  std::vector<Pointer> rules_;  // ascending, one for a key
 };
 
 }  // namespace Routing::Bgp

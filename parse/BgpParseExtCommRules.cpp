@@ -56,11 +56,10 @@ BgpParseExtCommTypeRule<Kind>::BgpParseExtCommTypeRule(const BgpParseExtCommCont
 
 template <class Kind>
 BgpParseExtCommTypeRule<Kind>::~BgpParseExtCommTypeRule() {
-  if (const auto& registry = this->parseControl().ruleCollections())
-    registry->instanceForget(key());
+  this->forget(key());
 }
 
-// The registry names rules, it does not change them.
+// Keys name rules that plug-ins may fill, and a withdrawal is const.
 template <class Kind>
 BgpParseExtCommRuleKey<Kind> BgpParseExtCommTypeRule<Kind>::key() const {
   return BgpParseExtCommRuleKey<Kind>(const_cast<BgpParseExtCommTypeRule*>(this));
@@ -68,16 +67,16 @@ BgpParseExtCommRuleKey<Kind> BgpParseExtCommTypeRule<Kind>::key() const {
 
 template <class Kind>
 void BgpParseExtCommTypeRule<Kind>::handleInitialized() {
-  const auto& registry = this->parseControl().ruleCollections();
-  if constexpr (!Kind::offered)
+  if constexpr (Kind::offered)
+    this->enter(key());
+  else
     handleDel();
-  else if (registry)
-    registry->instanceIs(key());
 }
 
 template <class Kind>
 void BgpParseExtCommTypeRule<Kind>::handleDel() const {
-  if (const auto& registry = this->parseControl().ruleCollections()) registry->instanceDel(key());
+  const Mox::PtrInterface::ConstructionGuard guard(*this);  // a plug-in may let go of the rule
+  this->withdraw(key());
 }
 
 template <class Kind>
@@ -90,7 +89,7 @@ template <class Kind>
 auto BgpParseExtCommTypeRule<Kind>::inhale(const Content& content) const -> Mox::Ptr<Object> {
   const auto subtype = Subtype(content.subtype());
   if (bgpIsValidEnumMember(subtype))
-    if (const SubRule* const rule = subTypeRules_.find(subtype))
+    if (const Mox::PtrConst<SubRule> rule(subTypeRules_.find(subtype)); rule)
       if (Mox::Ptr<Object> object = rule->inhale(content)) return object;
   return Kind::fallback(content);
 }

@@ -4,14 +4,22 @@
 //   type rule  BgpParseExtCommTransOpaqueRule and kin, chooses by the subtype octet
 //   sub-rule   from a plug-in, on BgpParseExtComSubTypeTransOpaqueRuleBase and kin, builds
 //
-// 1. Parsing never fails: where nothing more specific is installed, an octet is no member of its
-//    enumeration, or a rule returns null, the level above builds a general object instead.
-// 2. A rule installed under a key replaces the one that was there; the same one again changes
-//    nothing.
-// 3. A type rule enters itself in the registry at the end of its constructor, which makes plug-ins
-//    fill it, and is out of it before it is destroyed.
+//   auto rule = Mox::makeNew<BgpParseExtCommTransOpaqueRule>(BgpParseExtCommControl());
+//   rule->inhale(content);         // an ExtCommSubtyped: no sub-rule serves the content
+//   rule->subTypeRuleIs(subRule);  // serves the subtype subRule->pktSubType()
+//   rule->inhale(content);         // what subRule->inhale(content) returns, unless that is null
 //
-// Threads: rules may be used from any thread as long as nobody installs or removes any.
+// 1. Parsing never fails. The level above builds a general object where nothing more specific is
+//    installed, where an octet is no member of its enumeration, and where a rule returns null.
+// 2. A rule installed under an octet replaces the one that was there. The same one again changes
+//    nothing.
+// 3. A rule that is being asked stays alive, even if it is replaced or removed meanwhile.
+// 4. A type rule enters itself in the registry at the end of its constructor, which makes plug-ins
+//    fill it. `handleDel` takes it out, and so does its destructor if that was not called.
+//
+// Threads: rules may be used from any thread as long as nobody installs or removes any. A rule that
+// is still in the registry must end on the registry's thread: its destructor changes the registry,
+// which has no lock. Once withdrawn, it may end on any.
 #pragma once
 
 #include "parse/BgpParseExtCommCollections.h"
@@ -19,8 +27,8 @@
 
 namespace Routing::Bgp {
 
-/// What every rule is given: the registry, which it keeps alive. Without one, rules work by
-/// themselves.
+/// What every rule is given: the registry, which it keeps alive. A rule without one works alone: no
+/// plug-in fills it.
 class BgpParseExtCommControl {
  public:
   static const Mox::Type type;
@@ -41,7 +49,7 @@ class BgpParseExtCommControl {
   BgpParseExtCommRuleCollections::Ptr ruleCollections_;
 };
 
-/// The base of every rule.
+/// The base of every rule: its control, and whether the registry has its key.
 class BgpParseExtCommRuleBase : public Mox::Entity<BgpParseExtCommRuleBase, Mox::PtrInterface> {
  public:
   static const Mox::Type type;
@@ -51,11 +59,32 @@ class BgpParseExtCommRuleBase : public Mox::Entity<BgpParseExtCommRuleBase, Mox:
 
   const BgpParseExtCommControl& parseControl() const { return parseControl_; }
 
+ protected:
+  // The key that names this rule, if there is a registry: in, out, and out from the destructor.
+  template <class Kind>
+  void enter(const BgpParseExtCommRuleKey<Kind>& key) const {
+    if (const auto& registry = parseControl_.ruleCollections()) registry->instanceIs(key);
+  }
+  template <class Kind>
+  void withdraw(const BgpParseExtCommRuleKey<Kind>& key) const {
+    registered_ = false;
+    if (const auto& registry = parseControl_.ruleCollections()) registry->instanceDel(key);
+  }
+  template <class Kind>
+  void forget(const BgpParseExtCommRuleKey<Kind>& key) const {
+    if (registered_) parseControl_.ruleCollections()->instanceForget(key);
+  }
+
  private:
+  friend class BgpParseExtCommRuleCollections;
+
   const BgpParseExtCommControl parseControl_;
+  // Set by the registry as it takes the key in, cleared by a withdrawal. A rule that was withdrawn
+  // leaves the registry alone for good: its last reference may go on another thread.
+  mutable bool registered_ = false;
 };
 
-/// A rule that serves the contents of one octet and builds their objects.
+/// A rule that builds the objects of the contents of one octet: of a type, or of a subtype of it.
 template <class F, class Octet>
 class BgpParseExtCommBuildingRule : public BgpParseExtCommRuleBase {
  public:
@@ -67,19 +96,20 @@ class BgpParseExtCommBuildingRule : public BgpParseExtCommRuleBase {
   BgpParseExtCommBuildingRule(const BgpParseExtCommControl& control, Octet octet)
       : BgpParseExtCommRuleBase(control), octet_(octet) {}
 
-  /// A new object of the content, or null to leave it to the level above. The base ends the
-  /// process.
+  /// A new object of this content, or null to leave the content to the level above. Called from any
+  /// thread that parses. The base asserts "0 && \"Must override in derived class\"".
   virtual Mox::Ptr<Object> inhale(const Content&) const {
     MOX_ASSERT(false, "0 && \"Must override in derived class\"");
     return nullptr;
   }
+  /// The octet that the rule serves.
   Octet mapKey() const { return octet_; }
 
  private:
   const Octet octet_;
 };
 
-/// The base of a type rule, those of the library and those of others.
+/// The base of type rules, the library's and those that plug-ins bring.
 template <class F>
 class BgpParseExtCommTypeRuleBase
     : public Mox::Entity<BgpParseExtCommTypeRuleBase<F>,
@@ -91,8 +121,8 @@ class BgpParseExtCommTypeRuleBase
       : BgpParseExtCommTypeRuleBase::Entity(control, pktType) {}
 
   typename F::PktType pktType() const { return this->mapKey(); }
-  /// Called when the top rule lets go of the rule, ahead of the last reference: a rule that has
-  /// made itself known anywhere takes that back.
+  /// Called when the top rule is withdrawn or lets go of the rule, ahead of the last reference, so
+  /// maybe twice. A rule that has made itself known anywhere takes that back here.
   virtual void handleDel() const {}
 };
 
@@ -117,11 +147,11 @@ class BgpParseExtCommSubTypeRuleBase
   typename K::Subtype pktSubType() const { return this->mapKey(); }
 };
 
-/// Says of a constructor that it leaves the registry alone. The one that goes there delegates to
-/// it: when a plug-in throws, the rule is whole enough for its destructor to take its key back.
+/// Marks the constructor that leaves the registry alone. The public one delegates to it and then
+/// enters the registry: if a plug-in throws there, the destructor runs and takes the key back.
 struct BgpParseExtCommUnregistered {};
 
-/// The library's type rule of a kind.
+/// The library's type rule of a kind. It owns its sub-rules.
 template <class Kind>
 class BgpParseExtCommTypeRule
     : public Mox::Entity<BgpParseExtCommTypeRule<Kind>,
@@ -136,7 +166,8 @@ class BgpParseExtCommTypeRule
   explicit BgpParseExtCommTypeRule(const BgpParseExtCommControl& control);
   ~BgpParseExtCommTypeRule() override;
 
-  /// What the sub-rule of the subtype builds, else a general object of the type.
+  /// What the sub-rule of the content's subtype builds, else a general object of the type; never
+  /// null. Costs one allocation, that of the object.
   Mox::Ptr<Object> inhale(const Content& content) const override;
 
   const BgpParseExtCommRuleMap<SubRule>& subTypeRules() const { return subTypeRules_; }
@@ -144,16 +175,16 @@ class BgpParseExtCommTypeRule
   Mox::PtrConst<SubRule> subTypeRule(Subtype subtype) const {
     return Mox::PtrConst<SubRule>(subTypeRules_.find(subtype));
   }
-  /// RangeException for null.
+  /// Installs a sub-rule under its subtype. RangeException for null.
   void subTypeRuleIs(const Mox::PtrConst<SubRule>& rule);
-  /// Returns what it removed.
+  /// Returns what it removed; null when there was none.
   Mox::PtrConst<SubRule> subTypeRuleDel(Subtype subtype) { return subTypeRules_.erase(subtype); }
   void subTypeRuleDelAll() { subTypeRules_.clear(); }
 
-  /// Enters the rule in the registry. The rule of the non-transitive IPv6 type withdraws instead:
-  /// no plug-in is ever offered it.
+  /// Enters the rule in the registry, which makes plug-ins fill it. The rule of the non-transitive
+  /// IPv6 type withdraws instead: no plug-in is ever offered it.
   void handleInitialized();
-  /// Takes the rule out of the registry.
+  /// Takes the rule out of the registry. It keeps its sub-rules and parses as before.
   void handleDel() const override;
 
  private:

@@ -1,12 +1,15 @@
 #include "parse/BgpParseExtCommTopRule.h"
 
+#include <exception>
+
 namespace Routing::Bgp {
 namespace {
 
 using Mox::collection;
 using Mox::operation;
 
-/// What the type rule of the content builds, else a general object of the family.
+/// What the type rule of the content builds, else a general object of the family. The rule is held:
+/// it may be removed while it is asked.
 template <class TypeRule>
 auto parse(const BgpParseExtCommRuleMap<TypeRule>& rules,
            const typename TypeRule::Content& content) {
@@ -18,7 +21,7 @@ auto parse(const BgpParseExtCommRuleMap<TypeRule>& rules,
   return Mox::makeNew<Object>(extCommClassificationUnSpecified, content);
 }
 
-// Rules are withdrawn when they are in the map no longer: plug-ins hear of it and may look.
+// Rules are withdrawn once they are out of the map: plug-ins hear of it and may look.
 
 template <class TypeRule>
 void replace(BgpParseExtCommRuleMap<TypeRule>& rules, const Mox::PtrConst<TypeRule>& rule,
@@ -35,9 +38,34 @@ Mox::PtrConst<TypeRule> remove(BgpParseExtCommRuleMap<TypeRule>& rules,
   return removed;
 }
 
-// By value: who is withdrawn may change the map.
-void withdraw(const auto rules) {
-  for (const auto& rule : rules) rule->handleDel();
+/// Withdraws rules one after another, all of them even if plug-ins throw meanwhile: a key that
+/// stayed behind would be offered to every plug-in that comes later.
+class Withdrawal {
+ public:
+  void step(const auto& withdraw) {
+    try {
+      withdraw();
+    } catch (...) {
+      if (!fault_) fault_ = std::current_exception();
+    }
+  }
+  /// Takes a copy, since plug-ins may change the map.
+  void stepEach(const auto rules) {
+    for (const auto& rule : rules) step([&] { rule->handleDel(); });
+  }
+  /// Throws what was thrown first.
+  void end() const {
+    if (fault_) std::rethrow_exception(fault_);
+  }
+
+ private:
+  std::exception_ptr fault_;
+};
+
+void withdrawAll(const auto& rules) {
+  Withdrawal withdrawal;
+  withdrawal.stepEach(rules);
+  withdrawal.end();
 }
 
 }  // namespace
@@ -57,8 +85,7 @@ BgpParseExtendedCommunityRule::BgpParseExtendedCommunityRule(const BgpParseExtCo
 }
 
 BgpParseExtendedCommunityRule::~BgpParseExtendedCommunityRule() {
-  if (const auto& registry = parseControl().ruleCollections())
-    registry->instanceForget(BgpParseExtendedCommunityRuleKey(this));
+  forget(BgpParseExtendedCommunityRuleKey(this));
 }
 
 void BgpParseExtendedCommunityRule::handleInitialized() {
@@ -70,15 +97,20 @@ void BgpParseExtendedCommunityRule::handleInitialized() {
   };
 #define ZOBGP_KIND(Kind, ...) install(Mox::makeNew<kind::Kind::Rule>(parseControl()));
 #include "parse/BgpParseExtCommKindList.h"
-  if (const auto& registry = parseControl().ruleCollections())
-    registry->instanceIs(BgpParseExtendedCommunityRuleKey(this));
+  enter(BgpParseExtendedCommunityRuleKey(this));
 }
 
 void BgpParseExtendedCommunityRule::handleDel() const {
-  withdraw(typeRules_);
-  withdraw(ip6TypeRules_);
+  const ConstructionGuard guard(*this);  // a plug-in may let go of the parser
   const BgpParseExtendedCommunityRuleKey key(const_cast<BgpParseExtendedCommunityRule*>(this));
-  if (const auto& registry = parseControl().ruleCollections()) registry->instanceDel(key);
+  Withdrawal withdrawal;
+  withdrawal.stepEach(typeRules_);
+  withdrawal.stepEach(ip6TypeRules_);
+  withdrawal.step([&] { withdraw(key); });
+  // Asked a last time, plug-ins may have installed type rules, which have entered the registry.
+  withdrawal.stepEach(typeRules_);
+  withdrawal.stepEach(ip6TypeRules_);
+  withdrawal.end();
 }
 
 Mox::Ptr<ExtComm> BgpParseExtendedCommunityRule::parseExtendedCommunity(
@@ -97,7 +129,7 @@ Mox::PtrConst<BgpParseExtendedCommunityTypeRuleBase> BgpParseExtendedCommunityRu
     BgpExtCommPktType pktType) {
   return remove(typeRules_, pktType);
 }
-void BgpParseExtendedCommunityRule::typeRuleDelAll() { withdraw(typeRules_.clear()); }
+void BgpParseExtendedCommunityRule::typeRuleDelAll() { withdrawAll(typeRules_.clear()); }
 
 void BgpParseExtendedCommunityRule::ip6TypeRuleIs(const Mox::PtrConst<Ip6TypeRule>& rule) {
   replace(ip6TypeRules_, rule, "ip6TypeRule");
@@ -106,7 +138,7 @@ Mox::PtrConst<BgpParseExtendedCommunityIp6TypeRuleBase>
 BgpParseExtendedCommunityRule::ip6TypeRuleDel(BgpExtCommIp6PktType pktType) {
   return remove(ip6TypeRules_, pktType);
 }
-void BgpParseExtendedCommunityRule::ip6TypeRuleDelAll() { withdraw(ip6TypeRules_.clear()); }
+void BgpParseExtendedCommunityRule::ip6TypeRuleDelAll() { withdrawAll(ip6TypeRules_.clear()); }
 
 BgpParseExtendedCommunityRule::Ptr bgpParseExtendedCommunityRuleFactory(
     const BgpParseExtCommControl& control) {

@@ -19,6 +19,14 @@ using OpaqueKey = BgpParseExtCommSubTypeTransOpaqueRuleKey;
 std::string heard;
 std::string take() { return std::exchange(heard, {}); }
 
+bool isEmpty(const Registry::Ptr& registry) {
+  bool empty = true;
+#define ZOBGP_KIND(Kind, ...) empty = empty && registry->instances<kind::Kind>().empty();
+#define ZOBGP_TOP_KIND ZOBGP_KIND
+#include "parse/BgpParseExtCommKindList.h"
+  return empty;
+}
+
 /// A plug-in that overrides every operation and says of which kind it was.
 class EveryKindSm final : public Mox::Entity<EveryKindSm, BgpParseExtCommPluginBaseSm> {
  public:
@@ -47,10 +55,31 @@ class EveryKindSm final : public Mox::Entity<EveryKindSm, BgpParseExtCommPluginB
   const std::string name_;
 };
 
+struct Watcher : Registry::NotifieeConst {
+  explicit Watcher(std::string name) : name(std::move(name)) {}
+  void onExtendedCommSubTypeTransOpaqueRuleInstance(const OpaqueKey& key) override {
+    heard += name + (key.rule() ? "1 " : "0 ");
+    if (act) act();
+  }
+  void onExtendedCommSubTypeTransOpaqueRuleInstance() override {
+    heard += name + "all ";
+    if (act) act();
+  }
+
+  const std::string name;
+  std::function<void()> act;
+};
+
 const std::string kinds =
     "TransTwoOctetAs TransIpv4Address TransFourOctetAs TransOpaque TransGeneric TransGenericPart2 "
     "TransGenericPart3 NonTransTwoOctetAs NonTransIpv4Address NonTransFourOctetAs NonTransOpaque "
     "Ip6Trans ";
+
+// Rules go in the order of their type octets.
+const std::string inOrderOfTypes =
+    "TransTwoOctetAs TransIpv4Address TransFourOctetAs TransOpaque NonTransTwoOctetAs "
+    "NonTransIpv4Address NonTransFourOctetAs NonTransOpaque TransGeneric TransGenericPart2 "
+    "TransGenericPart3 Ip6Trans Top ";
 
 TEST(Plugins, AreAskedForEveryRuleWheneverTheyCome) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
@@ -67,10 +96,52 @@ TEST(Plugins, AreAskedForEveryRuleWheneverTheyCome) {
   late->handleExtendedCommunityTypeRuleInstance({});
   EXPECT_EQ(take(), "Ip6Trans TransOpaque ") << "a key that names no rule is for nobody";
 
+  // An observer that puts a rule back while the whole collection goes: asked for it, and then again
+  // for what the collection has.
+  const auto opaque = *registry->extendedCommSubTypeTransOpaqueRuleInstance().begin();
+  early->ruleCollectionsDel();
+  Watcher first("");
+  first.notifierIs(registry);
+  late->ruleCollectionsDel();
+  late->ruleCollectionsIs(registry);
+  EXPECT_EQ(late->ruleCollections(), registry);
+  take();
+  first.act = [&] { registry->extendedCommSubTypeTransOpaqueRuleInstanceIs(opaque); };
+  registry->extendedCommSubTypeTransOpaqueRuleInstanceDelAll();
+  EXPECT_EQ(take(), "all 1 TransOpaque TransOpaque ");
+  first.notifierIs(nullptr);
+
   parser->handleDel();
-  EXPECT_TRUE(take().starts_with("TransTwoOctetAs TransTwoOctetAs TransIpv4Address "));
+  EXPECT_EQ(take(), inOrderOfTypes);
   EXPECT_EQ(parser->typeRules().size(), 11u) << "the parser goes on";
-  EXPECT_TRUE(registry->extendedCommunityTypeRuleInstance().empty());
+  EXPECT_TRUE(isEmpty(registry));
+}
+
+// A plug-in that only brings rules: what it installs, when it comes early, late and for nothing.
+struct MarkRule final : BgpParseExtendedCommunityTypeRuleBase {
+  explicit MarkRule(const Control& control)
+      : BgpParseExtCommTypeRuleBase(control, extCommPktTypeTransEvpn) {}
+};
+class MarkSm final : public BgpParseExtCommPlugin<MarkSm, MarkRule> {
+ public:
+  inline static const BgpParseExtCommPluginType type{"Test::MarkSm"};
+  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
+};
+
+TEST(Plugins, InstallTheirRulesInEveryParser) {
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
+  const auto early = bgpParseExtendedCommunityRuleFactory(Control(registry));
+  const auto sm = BgpParseExtCommPluginFactory<MarkSm>()(registry);
+  const auto color = bgpParseExtCommColorSmFactory(registry);
+  EXPECT_FALSE(BgpParseExtCommColorSmIs(nullptr)->ruleCollections());
+  EXPECT_TRUE(sm->hasNotificationActive() && color->hasNotificationActive());
+  for (const auto& parser : {early, bgpParseExtendedCommunityRuleFactory(Control(registry))}) {
+    const auto rule = parser->typeRule(extCommPktTypeTransEvpn);
+    EXPECT_TRUE(rule->hasNotificationActive() && parser->hasNotificationActive());
+    EXPECT_EQ(rule->parseControl(), Control(registry));
+    const auto opaque = parser->typeRule(extCommPktTypeTransOpaque);
+    EXPECT_EQ(static_cast<const OpaqueRule&>(*opaque).subTypeRules().size(), 1u);
+  }
 }
 
 TEST(Plugins, ReactionsEndWithTheMarkTheRegistryOrThePlugin) {
@@ -138,7 +209,8 @@ TEST(Plugins, MayLeaveOrTakeRulesAwayWhileTheyAreAsked) {
   EXPECT_EQ(take(), "TransOpaque ") << "a rule that is no more is not asked for";
 }
 
-// A plug-in that throws while a parser is made ends that parser, and leaves nothing of it behind.
+// A plug-in that throws while a parser is made ends that parser, and leaves nothing of it behind;
+// one that throws while it is withdrawn does not keep the rest of it in the registry.
 TEST(Plugins, ThatThrowLeaveNoRuleOfADeadParser) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
   const auto thrower = Mox::makeNew<EveryKindSm>(registry);
@@ -146,9 +218,51 @@ TEST(Plugins, ThatThrowLeaveNoRuleOfADeadParser) {
     if (heard.ends_with("Opaque ")) throw std::bad_alloc();
   };
   EXPECT_THROW(bgpParseExtendedCommunityRuleFactory(Control(registry)), std::bad_alloc);
-  thrower->ruleCollectionsDel();
-  const auto color = BgpParseExtCommColorSmIs(registry);  // would be offered the dead ones
-  EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstance().empty());
+  EXPECT_TRUE(isEmpty(registry));
+  thrower->act = nullptr;
+
+  const auto container = bgpParseExtCommContainerSmFactory();
+  for (const bool all : {true, false}) {
+    const auto parser =
+        bgpParseExtendedCommunityRuleFactory(Control(container->parseExtCommRuleCollectionsIs()));
+    thrower->ruleCollectionsIs(container->parseExtCommRuleCollections());
+    take();
+    thrower->act = [] { throw std::runtime_error(heard); };
+    const auto withdraw = [&] { all ? parser->typeRuleDelAll() : parser->handleDel(); };
+    EXPECT_THAT(withdraw, testing::ThrowsMessage<std::runtime_error>("TransTwoOctetAs "));
+    EXPECT_EQ(take(),
+              inOrderOfTypes.substr(0, all ? inOrderOfTypes.find("Ip6") : std::string::npos));
+    thrower->act = nullptr;
+    parser->handleDel();
+  }
+}
+
+// Asked the last time, by a withdrawal, plug-ins still find the container and the parser.
+TEST(Plugins, MayChangeTheParserWhileItIsWithdrawn) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  const auto registry = container->parseExtCommRuleCollections();
+  const auto sm = Mox::makeNew<EveryKindSm>(registry);
+  const auto replacement = [&] { return container->extCommParserIs(Control()); };
+  for (const bool replaces : {true, false}) {
+    container->extCommParserIs(Control(registry));
+    sm->act = [&] { replaces ? replacement() : container->extCommParserDel(); };
+    EXPECT_EQ(container->extCommParserDel()->parseControl(), Control(registry));
+    EXPECT_EQ(bool(container->extCommParser()), replaces);
+    EXPECT_TRUE(isEmpty(registry));
+    sm->act = nullptr;
+    container->extCommParserIs(Control(registry));
+    sm->act = [&] { container->extCommParserDel(); };
+    EXPECT_TRUE(replacement()) << "although it is let go of meanwhile";
+    EXPECT_TRUE(isEmpty(registry));
+    sm->act = nullptr;
+  }
+  const auto parser = container->extCommParserIs(Control(registry));
+  sm->act = [&] {
+    if (heard.ends_with("Top ")) parser->typeRuleIs(Mox::makeNew<OpaqueRule>(Control(registry)));
+  };
+  parser->handleDel();
+  EXPECT_TRUE(isEmpty(registry)) << "the rule of the last moment, too";
+  take();
 }
 
 TEST(Plugins, TraceWhatTheyInstallAtLevel8) {
@@ -158,10 +272,13 @@ TEST(Plugins, TraceWhatTheyInstallAtLevel8) {
     bgpParseExtCommContainerSmFactory();
   }
   Mox::traceSinkIs(nullptr);
-  EXPECT_EQ(std::count(heard.begin(), heard.end(), '\n'), 11);
-  EXPECT_THAT(take(),
-              testing::ContainsRegex("\n8[^\n]*parse/BgpParseExtCommColor.cpp:[0-9]+: [^\n]*"
-                                     "Sm::instantiateExtCommSubTypeTransOpaqueSubRule\\(const "));
+  const std::string lines = take();
+  EXPECT_THAT(lines,
+              testing::MatchesRegex("(8BgpParseExtComm[A-Za-z]+.cpp:[0-9]+:virtual [^\n]+\n)+"));
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 11);
+  EXPECT_THAT(lines, testing::ContainsRegex("Color.cpp:[0-9]+:virtual void Routing::Bgp::[^\n]*"
+                                            "Sm::instantiateExtCommSubTypeTransOpaqueSubRule\\("
+                                            "const [^\n]*RuleKey&, const [^\n]*\\) const\n"));
 }
 
 // A type rule that says when it goes, and whether the cache was still there.
@@ -198,18 +315,6 @@ TEST(Container, GoesInOrderAndUnheard) {
   }
 }
 
-struct Watcher : Registry::NotifieeConst {
-  explicit Watcher(std::string name) : name(std::move(name)) {}
-  void onExtendedCommSubTypeTransOpaqueRuleInstance(const OpaqueKey& key) override {
-    heard += name + (key.rule() ? "1 " : "0 ");
-    if (act) act();
-  }
-  void onExtendedCommSubTypeTransOpaqueRuleInstance() override { heard += name + "all "; }
-
-  const std::string name;
-  std::function<void()> act;
-};
-
 TEST(Registry, TellsWhoIsThereOfChangesAndOfNothingElse) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
   const auto rule = Mox::makeNew<OpaqueRule>(Control());
@@ -221,6 +326,8 @@ TEST(Registry, TellsWhoIsThereOfChangesAndOfNothingElse) {
     EXPECT_EQ(take(), change ? "a1 b1 c1 " : "");
   }
   EXPECT_FALSE(registry->extendedCommSubTypeTransOpaqueRuleInstanceDel(none));
+  EXPECT_EQ(Mox::Type::read(*registry, "extendedCommSubTypeTransOpaqueRuleInstance"),
+            valueToStrep(key));
   EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstanceHas(key));
   for (const bool change : {true, false}) {
     EXPECT_EQ(registry->extendedCommSubTypeTransOpaqueRuleInstanceDel(key), change);
@@ -260,9 +367,11 @@ TEST(Keys, NameARuleByItsAddress) {
   EXPECT_TRUE(key == OpaqueKey(a.get()) && key != other && none.hash() == 0 &&
               key.hash() != other.hash());
   EXPECT_EQ(key < other, std::less<>()(a.get(), b.get()));
+  EXPECT_NE(key < other, other < key);
   EXPECT_EQ(valueToStrep(none),
             "Value('Routing::Bgp::BgpParseExtCommSubTypeTransOpaqueRuleKey', ** {'rule': NULL})");
   EXPECT_THROW(sequenceToValue(valueToStrep(other), key), Mox::ParseException);
+  EXPECT_THROW(sequenceToValue(valueToStrep(none) + ' ', key), Mox::ParseException);
   sequenceToValue(valueToStrep(none), key);
   EXPECT_EQ(key, none);
 }
