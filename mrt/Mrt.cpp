@@ -6,6 +6,7 @@
 #include "mrt/Nlri.h"
 
 namespace Routing::Mrt {
+
 namespace {
 
 enum Type : U16 { tableDump = 12, tableDumpV2 = 13, bgp4mp = 16, bgp4mpEt = 17 };
@@ -18,9 +19,9 @@ std::optional<std::size_t> addressSize(U16 afi) {
   return std::nullopt;
 }
 
-/// What a subtype of TABLE_DUMP_V2 holds.
+/// The form of a subtype of TABLE_DUMP_V2.
 struct RibForm {
-  Family family;  ///< afi 0: the record says.
+  AddressFamily family;  ///< afi 0: the record says.
   bool addPath;
 };
 std::optional<RibForm> ribForm(U16 subtype) {
@@ -50,14 +51,18 @@ std::optional<RibForm> ribForm(U16 subtype) {
   }
 }
 
-/// What a subtype of BGP4MP holds. Changes of state (0 and 5) have no paths and are not looked at:
-/// old collectors wrote them without addresses.
+/// The form of a subtype of BGP4MP.
 struct MessageForm {
   bool as4;
   bool addPath;
+  bool stateChange = false;
 };
 std::optional<MessageForm> messageForm(U16 subtype) {
   switch (subtype) {
+    case 0:
+      return MessageForm{false, false, true};
+    case 5:
+      return MessageForm{true, false, true};
     case 1:
     case 6:
       return MessageForm{false, false};
@@ -75,53 +80,11 @@ std::optional<MessageForm> messageForm(U16 subtype) {
   }
 }
 
-//   message:  0 marker  16 length, header included  18 type
-//   UPDATE:   2 + n withdrawn prefixes, 2 + n path attributes, prefixes
-bool cutMessage(Cursor in, Path& path, PathCutter::Updates updates,
-                const PathCutter::Visit& visit) {
-  constexpr std::size_t headerSize = 19;
-  constexpr U8 update = 2;
-
-  in.take(16);
-  const std::size_t length = in.u16();
-  const U8 type = in.u8();
-  if (!in || length < headerSize || length - headerSize > in.left().size()) return false;
-  if (type != update) return true;
-
-  Cursor body(in.take(length - headerSize));
-  path.withdrawn = body.take(body.u16());
-  path.attributes = body.take(body.u16());
-  path.nlri = body.left();
-  if (!body) return false;
-  if (updates == PathCutter::Updates::all || !path.attributes.empty()) visit(path);
-  return true;
-}
-
-//   0 AS of the peer (2 or 4 octets), AS of the collector, interface, family, both addresses
-bool cutBgp4mp(const Record& record, PathCutter::Updates updates, const PathCutter::Visit& visit) {
-  Cursor in(record.body);
-  Path path;
-  path.seconds = record.seconds;
-  if (record.type == bgp4mpEt) path.microseconds = in.u32();
-  const std::optional<MessageForm> form = messageForm(record.subtype);
-  if (!form) return bool(in);
-
-  path.peer.asNumber = form->as4 ? in.u32() : in.u16();
-  in.take(form->as4 ? 4 : 2);
-  in.take(2);
-  const std::optional<std::size_t> size = addressSize(in.u16());
-  if (!in || !size) return false;
-  path.peer.address = in.take(*size);
-  in.take(*size);
-  path.addPath = form->addPath;
-  path.family = {afiIpv4, safiUnicast};
-  return in && cutMessage(in, path, updates, visit);
-}
-
 }  // namespace
 
 std::optional<Record> RecordReader::next() {
   input_.take(std::exchange(shown_, 0));
+  position_ = {records_ + 1, input_.offset()};
   const Octets header = input_.ahead(recordHeaderSize);
   Record record;
   record.offset = input_.offset();
@@ -154,16 +117,30 @@ bool RecordReader::take(Record& record, std::size_t size) {
   return there == size;
 }
 
-bool PathCutter::cut(const Record& record, const Visit& visit) {
-  if (record.tooLong) return false;
+void PathCutter::start(const Record& record) {
+  path_ = {};
+  path_.seconds = record.seconds;
+  in_ = Cursor(record.body);
+  ready_ = false;
+  entries_ = 0;
+  bad_ = record.tooLong || !startRecord(record);
+}
+
+const Path* PathCutter::next() {
+  if (entries_ > 0) return nextEntry();
+  return std::exchange(ready_, false) ? &path_ : nullptr;
+}
+
+/// False when a field in front of the paths does not fit.
+bool PathCutter::startRecord(const Record& record) {
   switch (record.type) {
     case tableDump:
-      return cutTableDump(record, visit);
+      return startTableDump(record);
     case tableDumpV2:
-      return cutTableDumpV2(record, visit);
+      return startTableDumpV2(record);
     case bgp4mp:
     case bgp4mpEt:
-      return cutBgp4mp(record, updates_, visit);
+      return startBgp4mp(record);
     default:
       return true;
   }
@@ -171,88 +148,152 @@ bool PathCutter::cut(const Record& record, const Visit& visit) {
 
 //   view 2, sequence 2, prefix 4 or 16, its length 1, status 1, time 4, peer 4 or 16, AS 2,
 //   path attributes 2 + n
-bool PathCutter::cutTableDump(const Record& record, const Visit& visit) const {
+bool PathCutter::startTableDump(const Record& record) {
   const std::optional<std::size_t> size = addressSize(record.subtype);
   if (!size) return true;
-  Cursor in(record.body);
-  in.take(4);
-  const Octets prefix = in.take(*size);
-  const U8 length = in.u8();
-  in.take(1);
-  Path path;
-  path.fromTable = true;
-  path.family = {record.subtype, safiUnicast};
-  path.seconds = in.u32();
-  path.peer.address = in.take(*size);
-  path.peer.asNumber = in.u16();
-  path.attributes = in.take(in.u16());
-  if (!in || length > 8 * *size) return false;
+  in_.take(4);
+  const Octets prefix = in_.take(*size);
+  const U8 length = in_.u8();
+  in_.take(1);
+  path_.fromTable = true;
+  path_.family = {record.subtype, safiUnicast};
+  path_.seconds = in_.u32();
+  path_.peer.address = in_.take(*size);
+  path_.peer.asNumber = in_.u16();
+  path_.attributes = in_.take(in_.u16());
+  if (!in_ || length > 8 * *size) return false;
 
   // Brought into the form that the other records have.
-  std::array<U8, 17> encoded{length};
-  std::copy(prefix.begin(), prefix.end(), encoded.begin() + 1);
-  path.nlri = Octets(encoded).first(1 + (length + 7u) / 8);
-  visit(path);
+  encoded_[0] = length;
+  std::copy(prefix.begin(), prefix.end(), encoded_.begin() + 1);
+  path_.nlri = Octets(encoded_).first(1 + (length + 7u) / 8);
+  ready_ = true;
   return true;
 }
 
-bool PathCutter::cutTableDumpV2(const Record& record, const Visit& visit) {
+bool PathCutter::startTableDumpV2(const Record& record) {
   constexpr U16 peerIndexTable = 1;
-
-  Cursor in(record.body);
-  if (record.subtype == peerIndexTable) return readPeers(in);
+  if (record.subtype == peerIndexTable) return readPeers();
   const std::optional<RibForm> form = ribForm(record.subtype);
-  if (!form) return true;
-
-  in.take(4);
-  Path path;
-  path.fromTable = true;
-  path.family = form->family;
-  if (path.family.afi == 0) {
-    path.family.afi = in.u16();
-    path.family.safi = in.u8();
-  }
-  const std::optional<Octets> nlri = takeNlri(in, path.family);
-  if (!nlri) return false;
-  path.nlri = *nlri;
-  return cutEntries(in, path, form->addPath, visit);
+  return !form || startEntries(form->family, form->addPath);
 }
 
-//   count 2, then each: peer 2, time 4, with ADD-PATH identifier 4, path attributes 2 + n
-bool PathCutter::cutEntries(Cursor in, Path& path, bool addPath, const Visit& visit) const {
-  for (unsigned left = in.u16(); left > 0; --left) {
-    path.peer = peer(in.u16());
-    path.seconds = in.u32();
-    if (addPath) path.pathId = in.u32();
-    path.attributes = in.take(in.u16());
-    if (!in) return false;
-    visit(path);
+//   sequence 4, prefix, count 2, then the entries
+bool PathCutter::startEntries(AddressFamily family, bool addPath) {
+  in_.take(4);
+  if (family.afi == 0) {
+    family.afi = in_.u16();
+    family.safi = in_.u8();
   }
-  return bool(in);
+  const std::optional<Octets> nlri = takeNlri(in_, family);
+  if (!nlri) return false;
+  path_.fromTable = true;
+  path_.family = family;
+  path_.nlri = *nlri;
+  entryIds_ = addPath;
+  entries_ = in_.u16();
+  return bool(in_);
+}
+
+//   peer 2, time 4, with ADD-PATH identifier 4, path attributes 2 + n
+const Path* PathCutter::nextEntry() {
+  --entries_;
+  path_.peer = peer(in_.u16());
+  path_.seconds = in_.u32();
+  if (entryIds_) path_.pathId = in_.u32();
+  path_.attributes = in_.take(in_.u16());
+  if (in_) return &path_;
+  entries_ = 0;
+  bad_ = true;
+  return nullptr;
 }
 
 //   collector 4, view 2 + n, count 2, then each: type 1 (bit 0 IPv6, bit 1 AS of four octets),
 //   identifier 4, address, AS
-bool PathCutter::readPeers(Cursor in) {
-  in.take(4);
-  in.take(in.u16());
+bool PathCutter::readPeers() {
+  in_.take(4);
+  in_.take(in_.u16());
   peers_.clear();
-  for (unsigned left = in.u16(); left > 0; --left) {
-    const U8 type = in.u8();
-    in.take(4);
-    const Octets address = in.take(type & 1 ? 16 : 4);
-    IndexedPeer peer{type & 2 ? in.u32() : in.u16(), {}, U8(address.size())};
-    if (!in) return false;
+  for (unsigned left = in_.u16(); left > 0; --left) {
+    const U8 type = in_.u8();
+    in_.take(4);
+    const Octets address = in_.take(type & 1 ? 16 : 4);
+    IndexedPeer peer{type & 2 ? in_.u32() : in_.u16(), {}, U8(address.size())};
+    if (!in_) return false;
     std::copy(address.begin(), address.end(), peer.address.begin());
     peers_.push_back(peer);
   }
-  return bool(in);
+  return bool(in_);
 }
 
 Peer PathCutter::peer(U16 index) const {
   if (index >= peers_.size()) return {};
   const IndexedPeer& peer = peers_[index];
   return {peer.asNumber, Octets(peer.address).first(peer.addressSize)};
+}
+
+//   AS of the peer (2 or 4 octets), AS of the collector, interface 2, AFI 2, both addresses
+bool PathCutter::startBgp4mp(const Record& record) {
+  if (record.type == bgp4mpEt) {
+    const U32 microseconds = in_.u32();
+    if (in_ && microseconds < 1'000'000) path_.microseconds = microseconds;
+  }
+  const std::optional<MessageForm> form = messageForm(record.subtype);
+  if (!form || (form->stateChange && updates_ != Updates::all)) return bool(in_);
+
+  path_.peer.asNumber = form->as4 ? in_.u32() : in_.u16();
+  in_.take(form->as4 ? 4 : 2);
+  in_.take(2);
+  const std::optional<std::size_t> size = addressSize(in_.u16());
+  if (in_ && size) {
+    path_.peer.address = in_.take(*size);
+    in_.take(*size);
+  }
+  if (form->stateChange) return readStateChange();
+  path_.addPath = form->addPath;
+  path_.family = {afiIpv4, safiUnicast};
+  return in_ && size && startMessage();
+}
+
+/// Old collectors wrote changes of state without addresses. These say nothing of a peer that can be
+/// told from others and are passed by.
+bool PathCutter::readStateChange() {
+  const StateChange change{in_.u16(), in_.u16()};
+  ready_ = in_ && !path_.peer.address.empty();
+  if (ready_) path_.stateChange = change;
+  return true;
+}
+
+//   message:  0 marker  16 length, header included  18 type
+//   UPDATE:   2 + n withdrawn prefixes, 2 + n path attributes, prefixes
+bool PathCutter::startMessage() {
+  constexpr std::size_t headerSize = 19;
+  constexpr U8 update = 2;
+
+  in_.take(16);
+  const std::size_t length = in_.u16();
+  const U8 type = in_.u8();
+  if (!in_ || length < headerSize || length - headerSize > in_.left().size()) return false;
+  if (type != update) return true;
+
+  Cursor body(in_.take(length - headerSize));
+  path_.withdrawn = body.take(body.u16());
+  path_.attributes = body.take(body.u16());
+  path_.nlri = body.left();
+  ready_ = body && (updates_ == Updates::all || !path_.attributes.empty());
+  return bool(body);
+}
+
+const Path* PathReader::next() {
+  for (;;) {
+    if (const Path* const path = cutter_.next()) return path;
+    if (cutter_.bad()) {
+      if (badRecords_++ == 0) firstBadRecord_ = records_.position();
+    }
+    const std::optional<Record> record = records_.next();
+    cutter_.start(record.value_or(Record{}));
+    if (!record) return nullptr;
+  }
 }
 
 }  // namespace Routing::Mrt

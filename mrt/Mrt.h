@@ -1,21 +1,25 @@
-// Cuts MRT dumps (RFC 6396, RFC 8050) into records and records into paths.
+// Reads MRT dumps (RFC 6396, RFC 8050) path by path: a RIB entry, or an UPDATE message.
 //
-//   RecordReader reader(input);
-//   PathCutter cutter;
-//   while (std::optional<Record> record = reader.next())
-//     if (!cutter.cut(*record, [](const Path& path) { ... })) ...  // a field does not fit
+//   Input input("rib.bz2");
+//   PathReader reader(input);
+//   while (const Path* path = reader.next()) use(path->attributes);
+//   if (input.failure() || reader.truncation() || reader.badRecords()) ...
 //
-// A path is one RIB entry, or one UPDATE message that carries path attributes. All spans point
-// into the input's buffer and live until the next record; nothing is allocated per path.
+// 1. Understood are TABLE_DUMP, TABLE_DUMP_V2, BGP4MP and BGP4MP_ET. Records of other types have no
+//    paths.
+// 2. A record whose fields do not fit into it is bad: the paths before the fault are delivered, the
+//    record is counted, and reading goes on with the next. The file's end inside a record, and
+//    damaged compressed data, end the reading.
+// 3. Spans point into the input's buffer and are valid until the next path is asked for. Nothing is
+//    allocated per path.
 //
 //   record:  0 time  4 type  6 subtype  8 length of the body  12 body
 //
-// Understood are TABLE_DUMP, TABLE_DUMP_V2, BGP4MP and BGP4MP_ET. Records of other types have no
-// paths.
+// Threads: a reader is used by one thread at a time. Different readers share nothing.
+// Errors: std::bad_alloc when a record or a peer table does not fit into memory.
 #pragma once
 
 #include <array>
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -24,35 +28,47 @@
 
 namespace Routing::Mrt {
 
+/// Where a record stands in a file.
+struct Position {
+  U64 record = 1;  ///< counted from 1
+  U64 octet = 0;   ///< of the record's header, in decompressed octets
+};
+
 struct Record {
-  U64 number = 0;  ///< counted from 1
-  U64 offset = 0;  ///< of its header, in plain octets
-  U32 seconds = 0;
+  U64 number = 0;   ///< counted from 1
+  U64 offset = 0;   ///< of its header, in decompressed octets
+  U32 seconds = 0;  ///< since 1970, UTC
   U16 type = 0;
   U16 subtype = 0;
   Octets body;
-  bool tooLong = false;  ///< passed by, the body is left empty
+  bool tooLong = false;  ///< Longer than `RecordReader::longestRecord`; the body is left empty.
 };
 
+/// Cuts a file into records, whatever their type.
 class RecordReader {
  public:
-  /// Room for the 65,535 entries that a record can have, of about 1,000 octets each. Longer ones
-  /// are passed by: else a small compressed file could take gigabytes of memory.
+  /// Octets, the header included. Room for the 65,535 entries that a record can have, of about
+  /// 1,000 octets each. Longer records are passed by: a small compressed file could take gigabytes
+  /// of memory.
   static constexpr std::size_t longestRecord = 64 * 1024 * 1024;
 
+  /// REQUIRES: `input` lives as long as the reader.
   explicit RecordReader(Input& input) : input_(input) {}
 
-  /// Nothing at the end of the file, and when the file ends inside a record.
+  /// The next record, valid until the next call. Nothing at the end of the file, and when the file
+  /// ends inside a record.
   std::optional<Record> next();
   /// Complete records so far.
   U64 records() const { return records_; }
-  /// After the last record: how many octets of the unfinished one are there, and of how many it
-  /// would be. Nothing when the file ended with a record.
+  /// Of the record that was read last, or that could not be read to its end.
+  const Position& position() const { return position_; }
+  /// How much of the unfinished record at the file's end is there, in octets.
   struct Truncation {
     U64 offset;  ///< of its header
     U64 there;
     U64 wanted;
   };
+  /// Known after the last record; nothing when the file ended with a record.
   const std::optional<Truncation>& truncation() const { return truncation_; }
 
  private:
@@ -61,54 +77,99 @@ class RecordReader {
   Input& input_;
   std::size_t shown_ = 0;
   U64 records_ = 0;
+  Position position_;
   std::optional<Truncation> truncation_;
 };
 
-/// Address family and what is carried in it (RFC 4760).
-struct Family {
+/// Address family and subsequent address family (RFC 4760): what kind of prefixes there are.
+struct AddressFamily {
   U16 afi = 0;
   U8 safi = 0;
+  friend bool operator==(const AddressFamily&, const AddressFamily&) = default;
 };
 inline constexpr U16 afiIpv4 = 1;
 inline constexpr U16 afiIpv6 = 2;
 inline constexpr U8 safiUnicast = 1;
 inline constexpr U8 safiMulticast = 2;
 
+/// The BGP speaker that a path was learned from.
 struct Peer {
   U32 asNumber = 0;
   /// 4 or 16 octets; empty when the dump does not say.
   Octets address;
 };
 
+/// The states of a session with a peer before and after a change (RFC 6396, section 4.4.1), by the
+/// numbers of RFC 4271: from 1, Idle, to 6, Established.
+struct StateChange {
+  static constexpr U16 established = 6;
+  U16 before = 0;
+  U16 after = 0;
+  /// All that the peer has announced is void (RFC 4271, section 8).
+  bool isDown() const { return after != established; }
+};
+
+/// A RIB entry, an UPDATE message, or a change of the peer's state.
 struct Path {
-  U32 seconds = 0;
+  U32 seconds = 0;  ///< since 1970, UTC
+  /// Of BGP4MP_ET, below 1,000,000. Nothing when the record holds a greater number, which is no
+  /// part of a second: such a record is read like one without.
   std::optional<U32> microseconds;
   Peer peer;
+  /// As in an UPDATE: attributes one after the other. `PathAttributes.h` takes them apart.
   Octets attributes;
 
-  bool fromTable = false;  ///< A RIB entry; otherwise an UPDATE message.
+  bool fromTable = false;  ///< A RIB entry.
+  /// Only with `PathCutter::Updates::all`. Such a path has peer and time, and nothing else.
+  std::optional<StateChange> stateChange;
   /// With ADD-PATH (RFC 7911): of the message's prefixes each carries its own identifier.
   bool addPath = false;
-  /// Of a RIB entry: its family, prefix and identifier.
-  Family family;
-  std::optional<U32> pathId;
-  /// The encoded prefix of a RIB entry, or the IPv4 prefixes at the end of an UPDATE.
+  /// Of the prefixes in `nlri` and `withdrawn`.
+  AddressFamily family;
+  std::optional<U32> pathId;  ///< of a RIB entry
+  /// The encoded prefix of a RIB entry, or the IPv4 prefixes at the end of an UPDATE. `Nlri.h`
+  /// reads these and those in the attributes.
   Octets nlri;
   /// The IPv4 prefixes that an UPDATE withdraws.
   Octets withdrawn;
 };
 
+/// Cuts one record after the other into paths. `PathReader` does so for a file.
+///
+///   PathCutter cutter;
+///   cutter.start(record);
+///   while (const Path* path = cutter.next()) use(*path);
+///   if (cutter.bad()) ...
 class PathCutter {
  public:
-  using Visit = std::function<void(const Path&)>;
-  /// Who follows a table wants `all`: an UPDATE that only withdraws may have no attributes.
-  enum class Updates { withAttributes, all };
+  enum class Updates {
+    withAttributes,  ///< Only UPDATEs that carry path attributes.
+    /// UPDATEs that only withdraw, too, and changes of the peers' states: what it takes to follow a
+    /// table.
+    all,
+  };
 
   explicit PathCutter(Updates updates = Updates::withAttributes) : updates_(updates) {}
+  PathCutter(const PathCutter&) = delete;
+  PathCutter& operator=(const PathCutter&) = delete;
 
-  /// Calls `visit` for each path. False when a field goes beyond its record; the paths before it
-  /// have been visited. A PEER_INDEX_TABLE is remembered for the records after it.
-  bool cut(const Record& record, const Visit& visit);
+  /// Goes on with this record, whatever is left of the one before. A PEER_INDEX_TABLE is remembered
+  /// for the records after it.
+  /// REQUIRES: the record's body lives until its last path has been used.
+  void start(const Record& record);
+  /// The record's next path, valid until the next call of a function; null behind the last.
+  const Path* next();
+  /// Whether a field does not fit into the record, or the record is too long. Known once `next` has
+  /// returned null.
+  bool bad() const { return bad_; }
+
+  /// Calls `visit(path)` for each path of the record. False when the record is bad.
+  template <class Visit>
+  bool cut(const Record& record, const Visit& visit) {
+    start(record);
+    while (const Path* const path = next()) visit(*path);
+    return !bad();
+  }
 
  private:
   struct IndexedPeer {
@@ -117,14 +178,60 @@ class PathCutter {
     U8 addressSize;
   };
 
-  bool readPeers(Cursor in);
-  bool cutTableDump(const Record& record, const Visit& visit) const;
-  bool cutTableDumpV2(const Record& record, const Visit& visit);
-  bool cutEntries(Cursor in, Path& path, bool addPath, const Visit& visit) const;
+  bool startRecord(const Record& record);
+  bool startTableDump(const Record& record);
+  bool startTableDumpV2(const Record& record);
+  bool startEntries(AddressFamily family, bool addPath);
+  bool startBgp4mp(const Record& record);
+  bool startMessage();
+  bool readPeers();
+  bool readStateChange();
+  const Path* nextEntry();
   Peer peer(U16 index) const;
 
   const Updates updates_;
   std::vector<IndexedPeer> peers_;
+
+  // Of the record.
+  Path path_;
+  Cursor in_{Octets()};
+  bool ready_ = false;    // `path_` is complete and not yet delivered
+  unsigned entries_ = 0;  // of a RIB, not yet read
+  bool entryIds_ = false;
+  bool bad_ = false;
+  std::array<U8, 17> encoded_;  // the prefix of TABLE_DUMP
+};
+
+/// The paths of a file.
+class PathReader {
+ public:
+  using Updates = PathCutter::Updates;
+
+  /// REQUIRES: `input` lives as long as the reader.
+  explicit PathReader(Input& input, Updates updates = Updates::withAttributes)
+      : records_(input), cutter_(updates) {}
+
+  /// The next path, valid until the next call; null at the end of the file, and where the file
+  /// cannot be read on: `truncation` and the input's `failure` say why.
+  const Path* next();
+
+  /// Of the record that the last path came from; behind the last path, where the file ended.
+  const Position& position() const { return records_.position(); }
+  /// Complete records so far.
+  U64 records() const { return records_.records(); }
+  /// Records so far whose fields do not fit, or that are too long.
+  U64 badRecords() const { return badRecords_; }
+  /// Of the first of them.
+  const std::optional<Position>& firstBadRecord() const { return firstBadRecord_; }
+  const std::optional<RecordReader::Truncation>& truncation() const {
+    return records_.truncation();
+  }
+
+ private:
+  RecordReader records_;
+  PathCutter cutter_;
+  U64 badRecords_ = 0;
+  std::optional<Position> firstBadRecord_;
 };
 
 }  // namespace Routing::Mrt

@@ -3,6 +3,8 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
+#include <ctime>
+#include <utility>
 
 #include "mrt/PathAttributes.h"
 
@@ -24,7 +26,7 @@ enum Safi : U8 {
   safiFlowVpn = 134,
 };
 
-bool isIp(Family family) {
+bool isIp(AddressFamily family) {
   return (family.afi == afiIpv4 || family.afi == afiIpv6) &&
          (family.safi == safiUnicast || family.safi == safiMulticast);
 }
@@ -39,7 +41,7 @@ enum class LengthForm {
   flow,        ///< length in octets: 1, or 2 beginning with 0xf (RFC 8955)
 };
 
-LengthForm lengthForm(Family family) {
+LengthForm lengthForm(AddressFamily family) {
   switch (family.safi) {
     case safiMulticastVpn:
     case safiEvpn:
@@ -59,7 +61,7 @@ LengthForm lengthForm(Family family) {
   }
 }
 
-std::size_t payloadSize(Cursor& in, Family family) {
+std::size_t payloadSize(Cursor& in, AddressFamily family) {
   switch (lengthForm(family)) {
     case LengthForm::typeOctets:
       in.take(1);
@@ -92,10 +94,8 @@ std::string hex(Octets octets) {
   return text;
 }
 
-using Visit = std::function<void(const Prefix&)>;
-
 /// Whether the octets are whole prefixes up to their end.
-bool fits(Cursor in, Family family, bool addPath) {
+bool fits(Cursor in, AddressFamily family, bool addPath) {
   while (!in.atEnd()) {
     if (addPath) in.u32();
     if (!takeNlri(in, family)) return false;
@@ -103,37 +103,12 @@ bool fits(Cursor in, Family family, bool addPath) {
   return true;
 }
 
-/// All prefixes up to the end; false when one does not fit. Some daemons write messages with
-/// ADD-PATH under a subtype without, so whichever reading fits is taken.
-bool visitAll(Cursor in, Family family, bool addPath, const Visit& visit) {
-  if (!fits(in, family, addPath) && fits(in, family, !addPath)) addPath = !addPath;
-  while (!in.atEnd()) {
-    std::optional<U32> id;
-    if (addPath) id = in.u32();
-    const std::optional<Octets> nlri = takeNlri(in, family);
-    if (!nlri) return false;
-    visit({family, *nlri, id});
-  }
-  return true;
-}
-
 constexpr U8 mpReach = 14;
 constexpr U8 mpUnreach = 15;
 
-//   mpReach:    family 3, next hop 1 + n, reserved 1, prefixes
-//   mpUnreach:  family 3, prefixes
-bool visitAttribute(const Path& path, U8 type, const Visit& visit) {
-  const std::optional<Octets> value = findAttribute(path.attributes, type);
-  if (!value) return true;
-  Cursor in(*value);
-  const Family family{in.u16(), in.u8()};
-  if (type == mpReach) in.take(in.u8() + 1u);
-  return in && visitAll(in, family, path.addPath, visit);
-}
-
 }  // namespace
 
-std::optional<Octets> takeNlri(Cursor& in, Family family) {
+std::optional<Octets> takeNlri(Cursor& in, AddressFamily family) {
   const Octets from = in.left();
   const std::size_t size = payloadSize(in, family);
   in.take(size);
@@ -149,7 +124,7 @@ std::string addressText(Octets address) {
   return text;
 }
 
-std::string nlriText(Family family, Octets nlri) {
+std::string nlriText(AddressFamily family, Octets nlri) {
   if (!isIp(family))
     return std::to_string(family.afi) + '/' + std::to_string(family.safi) + ':' + hex(nlri);
   std::array<U8, 16> address{};
@@ -172,19 +147,60 @@ std::string timeText(const Path& path) {
   return std::string(text, size) + 'Z';
 }
 
-bool visitPrefixes(const Path& path, const Visit& visit) {
-  if (path.fromTable) {
-    visit({path.family, path.nlri, path.pathId});
-    return true;
-  }
-  const bool whole = visitAll(Cursor(path.nlri), path.family, path.addPath, visit);
-  return visitAttribute(path, mpReach, visit) && whole;
+PrefixReader::PrefixReader(const Path& path, Octets nlri, U8 attribute)
+    : attributes_(path.attributes), attribute_(attribute), messageAddPath_(path.addPath) {
+  start(nlri, path.family);
 }
 
-bool visitWithdrawn(const Path& path, const Visit& visit) {
-  if (path.fromTable) return true;
-  const bool whole = visitAll(Cursor(path.withdrawn), path.family, path.addPath, visit);
-  return visitAttribute(path, mpUnreach, visit) && whole;
+PrefixReader PrefixReader::announced(const Path& path) {
+  if (!path.fromTable) return PrefixReader(path, path.nlri, mpReach);
+  PrefixReader reader(path, {}, 0);
+  reader.prefix_ = {path.family, path.nlri, path.pathId};
+  reader.single_ = true;
+  return reader;
+}
+
+PrefixReader PrefixReader::withdrawn(const Path& path) {
+  return PrefixReader(path, path.withdrawn, path.fromTable ? 0 : mpUnreach);
+}
+
+/// Some daemons write messages with ADD-PATH under a subtype without, so whichever reading fits is
+/// taken.
+void PrefixReader::start(Octets nlri, AddressFamily family) {
+  in_ = Cursor(nlri);
+  addPath_ = messageAddPath_;
+  if (!fits(in_, family, addPath_) && fits(in_, family, !addPath_)) addPath_ = !addPath_;
+  prefix_ = {family, {}, {}};
+}
+
+//   mpReach:    AFI 2, SAFI 1, next hop 1 + n, reserved 1, prefixes
+//   mpUnreach:  AFI 2, SAFI 1, prefixes
+/// False when there is no such attribute.
+bool PrefixReader::startAttribute() {
+  const U8 type = std::exchange(attribute_, 0);
+  if (type == 0) return false;
+  const std::optional<Octets> value = findAttribute(attributes_, type);
+  if (!value) return false;
+  Cursor in(*value);
+  const AddressFamily family{in.u16(), in.u8()};
+  if (type == mpReach) in.take(in.u8() + 1u);
+  cutShort_ |= !in;
+  start(in.left(), family);
+  return true;
+}
+
+const Prefix* PrefixReader::next() {
+  if (std::exchange(single_, false)) return &prefix_;
+  while (in_.atEnd())
+    if (!startAttribute()) return nullptr;
+  if (addPath_) prefix_.pathId = in_.u32();
+  if (const std::optional<Octets> nlri = takeNlri(in_, prefix_.family)) {
+    prefix_.nlri = *nlri;
+    return &prefix_;
+  }
+  cutShort_ = true;
+  in_ = Cursor(Octets());
+  return next();
 }
 
 }  // namespace Routing::Mrt

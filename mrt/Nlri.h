@@ -1,5 +1,11 @@
-// Prefixes as BGP encodes them: how long one is, and its text; and the texts of what else a path
-// has.
+// The prefixes that a path announces and withdraws (RFC 4271, section 4.3; RFC 4760), one after the
+// other, and their texts.
+//
+//   PrefixReader prefixes = PrefixReader::announced(*path);
+//   while (const Prefix* prefix = prefixes.next()) std::cout << nlriText(prefix->family,
+//   prefix->nlri); if (prefixes.cutShort()) ...
+//
+// Threads: a reader is used by one thread at a time; functions by any.
 #pragma once
 
 #include <optional>
@@ -9,28 +15,71 @@
 
 namespace Routing::Mrt {
 
-/// Takes the next prefix of the family (its path identifier already taken) off the cursor; nothing
+struct Prefix {
+  AddressFamily family;
+  Octets nlri;                ///< as encoded, its length included, the path identifier not
+  std::optional<U32> pathId;  ///< with ADD-PATH (RFC 7911)
+};
+
+/// Of an UPDATE, first the IPv4 prefixes of the message, then those of MP_REACH_NLRI or
+/// MP_UNREACH_NLRI; of a RIB entry its one prefix. Nothing is allocated.
+class PrefixReader {
+ public:
+  /// The octets of `path` must live as long as the reader.
+  static PrefixReader announced(const Path& path);
+  static PrefixReader withdrawn(const Path& path);
+
+  /// The next prefix, valid until the next call; null behind the last. What follows a prefix that
+  /// does not fit cannot be read: the prefixes of the attribute come next then.
+  const Prefix* next();
+  /// Whether a prefix did not fit. Known once `next` has returned null.
+  bool cutShort() const { return cutShort_; }
+
+ private:
+  PrefixReader(const Path& path, Octets nlri, U8 attribute);
+
+  void start(Octets nlri, AddressFamily family);
+  bool startAttribute();
+
+  Octets attributes_;
+  U8 attribute_;  // whose prefixes come next; 0: none
+  bool messageAddPath_;
+
+  Cursor in_{Octets()};
+  bool addPath_ = false;
+  Prefix prefix_;
+  bool single_ = false;  // the prefix of a RIB entry, not yet delivered
+  bool cutShort_ = false;
+};
+
+/// Calls `visit(prefix)` for each. False when a prefix does not fit; those before it have been
+/// visited.
+template <class Visit>
+bool visitPrefixes(const Path& path, const Visit& visit) {
+  PrefixReader prefixes = PrefixReader::announced(path);
+  while (const Prefix* const prefix = prefixes.next()) visit(*prefix);
+  return !prefixes.cutShort();
+}
+template <class Visit>
+bool visitWithdrawn(const Path& path, const Visit& visit) {
+  PrefixReader prefixes = PrefixReader::withdrawn(path);
+  while (const Prefix* const prefix = prefixes.next()) visit(*prefix);
+  return !prefixes.cutShort();
+}
+
+/// Takes the next prefix of the address family off the cursor, behind its path identifier; nothing
 /// when it does not fit.
-std::optional<Octets> takeNlri(Cursor& in, Family family);
+std::optional<Octets> takeNlri(Cursor& in, AddressFamily family);
 
-/// `192.0.2.0/24`, `2001:db8::/32`; of other families `25/70:0203616263`, in hex.
-std::string nlriText(Family family, Octets nlri);
+/// `192.0.2.0/24`, `2001:db8::/32`; of other address families `25/70:0203616263`, in hex.
+/// REQUIRES: `nlri` is what `takeNlri` takes.
+std::string nlriText(AddressFamily family, Octets nlri);
 
-/// `192.0.2.1`, `2001:db8::1`; `-` for an address of another length.
+/// `192.0.2.1`, `2001:db8::1`; `-` for an address that has neither 4 nor 16 octets.
 std::string addressText(Octets address);
 
-/// `2026-07-30T14:00:00Z`, with microseconds where the dump has them.
+/// `2026-07-30T14:00:00Z`, with microseconds where the dump has them:
+/// `2026-07-30T14:00:00.000001Z`.
 std::string timeText(const Path& path);
-
-struct Prefix {
-  Family family;
-  Octets nlri;
-  std::optional<U32> pathId;
-};
-/// Visits everything that a path announces. False when a prefix cannot be read; those before it
-/// have been visited.
-bool visitPrefixes(const Path& path, const std::function<void(const Prefix&)>& visit);
-/// The same for everything that a path withdraws.
-bool visitWithdrawn(const Path& path, const std::function<void(const Prefix&)>& visit);
 
 }  // namespace Routing::Mrt

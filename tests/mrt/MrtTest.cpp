@@ -10,6 +10,9 @@ const Bytes origin = octets("40010100");
 
 std::string pathText(const Path& path) {
   std::string text = addressText(path.peer.address) + ' ' + std::to_string(path.peer.asNumber);
+  if (path.stateChange)
+    text += ' ' + std::to_string(path.stateChange->before) + '>' +
+            std::to_string(path.stateChange->after) + (path.stateChange->isDown() ? " down" : "");
   if (path.microseconds) text += " us=" + std::to_string(*path.microseconds);
   const auto addTo = [&text](const char* before) {
     return [&text, before](const Prefix& prefix) {
@@ -27,14 +30,21 @@ std::string pathText(const Path& path) {
 /// The paths, `bad` for a record that cannot be cut, and how the file ended. Attributes are shown
 /// where they are others than `origin`.
 std::string cutAll(const Bytes& file,
-                   PathCutter::Updates updates = PathCutter::Updates::withAttributes) {
+                   PathReader::Updates updates = PathReader::Updates::withAttributes) {
   const TemporaryFile stored(file);
   Input input(stored.name());
-  RecordReader reader(input);
-  PathCutter cutter(updates);
+  PathReader reader(input, updates);
   std::string text;
-  while (const std::optional<Record> record = reader.next())
-    if (!cutter.cut(*record, [&](const Path& path) { text += pathText(path); })) text += "bad|";
+  U64 bad = 0;
+  const auto addBad = [&] {
+    for (; bad < reader.badRecords(); ++bad) text += "bad|";
+  };
+  while (const Path* const path = reader.next()) {
+    addBad();
+    text += pathText(*path);
+  }
+  EXPECT_FALSE(reader.next());
+  addBad();
   return text + (reader.truncation() ? "truncated|" : "");
 }
 
@@ -105,6 +115,8 @@ TEST(Mrt, CutsMessages) {
       {"AS of 2", mrtRecord(16, 6, short4 + message), "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32|"},
       {"microseconds", mrtRecord(17, 1, number(999999, 4) + short4 + message),
        "192.0.2.1 64600 us=999999 10.1.2.0/24 192.0.2.1/32|"},
+      {"more than a second of them", mrtRecord(17, 1, number(1000000, 4) + short4 + message),
+       "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32|"},
       {"ADD-PATH", sent("00000007 180a0102", 9), "192.0.2.1 64600 10.1.2.0/24#7|"},
       {"ADD-PATH unannounced", sent("00000002 18ac1100"), "192.0.2.1 64600 172.17.0.0/24#2|"},
       {"ADD-PATH that is none", sent("180a0102", 9), "192.0.2.1 64600 10.1.2.0/24|"},
@@ -124,9 +136,23 @@ TEST(Mrt, CutsMessages) {
   });
 }
 
+TEST(Mrt, DeliversChangesOfStateWhereAskedFor) {
+  const Bytes ends = octets("0001 0001 c0000201 c0000202"), up = octets("0005 0006");
+  const std::pair<Bytes, const char*> cases[] = {
+      {mrtRecord(16, 5, octets("0000fc58 0000fc59") + ends + up), "192.0.2.1 64600 5>6 |"},
+      {mrtRecord(17, 0, number(7, 4) + octets("fc58 fc59") + ends + octets("0006 0001")),
+       "192.0.2.1 64600 6>1 down us=7 |"},
+      {mrtRecord(16, 0, octets("fc58 fc59 0001 0000") + up), ""},  // without addresses
+      {mrtRecord(16, 0, octets("fc58 fc59") + ends + octets("0005 00")), ""}};
+  for (const auto& [record, text] : cases) {
+    EXPECT_EQ(cutAll(record, PathReader::Updates::all), text);
+    EXPECT_EQ(cutAll(record), "");
+  }
+}
+
 TEST(Mrt, VisitsWithdrawals) {
   const auto cut = [](const Bytes& message, U16 subtype = 4) {
-    return cutAll(messageRecord(message, subtype), PathCutter::Updates::all).substr(15);
+    return cutAll(messageRecord(message, subtype), PathReader::Updates::all).substr(15);
   };
   EXPECT_EQ(cut(update("", "", octets("180a0102 00"))), " -10.1.2.0/24 -0.0.0.0/0 |");
   EXPECT_EQ(cut(update("", "", octets("00000007 180a0102")), 9), " -10.1.2.0/24#7 |");
@@ -138,7 +164,7 @@ TEST(Mrt, VisitsWithdrawals) {
 }
 
 TEST(Mrt, TakesPrefixesOfEveryForm) {
-  const std::pair<Family, const char*> cases[] = {
+  const std::pair<AddressFamily, const char*> cases[] = {
       {{1, 1}, "00"},  // bits
       {{2, 2}, "80 20010db8000000000000000000000001"},
       {{1, 132}, "60 0000fde8 0002fde8 00000001"},
@@ -171,6 +197,16 @@ TEST(Mrt, FaultsStopNothingButTheFilesEnd) {
   EXPECT_EQ(cutAll(good + tooLong + good), path + "bad|" + path);
   EXPECT_EQ(cutAll(good + tooLong.substr(0, tooLong.size() - 1)), path + "truncated|");
   EXPECT_EQ(cutAll(good + octets("00000001 0010 0004 ffffffff 616263")), path + "truncated|");
+  const TemporaryFile file(good + mrtRecord(17, 4, "") + good + mrtRecord(17, 4, "") + "x");
+  Input input(file.name());
+  PathReader reader(input);
+  const auto at = [](Position position) { return std::pair(position.record, position.octet); };
+  ASSERT_TRUE(reader.next() && reader.next());
+  EXPECT_EQ(at(reader.position()), std::pair(U64{3}, U64{good.size() + 12}));
+  EXPECT_FALSE(reader.next());
+  EXPECT_EQ(at(*reader.firstBadRecord()), std::pair(U64{2}, U64{good.size()}));
+  EXPECT_EQ(at(reader.position()), std::pair(U64{5}, U64{2 * good.size() + 24}));
+  EXPECT_TRUE(reader.badRecords() == 2 && reader.records() == 4);
   for (std::size_t left = 1; left < good.size(); ++left)
     EXPECT_EQ(cutAll(good + good.substr(0, left)), path + "truncated|") << left;
 }
