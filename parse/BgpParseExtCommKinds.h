@@ -14,7 +14,7 @@
 
 #include <tuple>
 
-#include "community/ZoBgpCommunityKinds.h"
+#include "community/ZoBgpCommunityTyped.h"
 #include "ip6/ExtCommIp6.h"
 
 namespace Routing::Bgp {
