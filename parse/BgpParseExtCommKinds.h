@@ -14,7 +14,7 @@
 
 #include <tuple>
 
-#include "community/ZoBgpCommunityTyped.h"
+#include "community/ZoBgpCommunity.h"
 #include "ip6/ExtCommIp6.h"
 
 namespace Routing::Bgp {
