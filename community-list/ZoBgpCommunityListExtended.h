@@ -13,7 +13,6 @@
 
 #include <atomic>
 
-#include "Zonet/NetworkOrder.h"
 #include "community-list/ZoBgpCommunityListFamilyList.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 
@@ -42,12 +41,6 @@ struct ExtCommListFamily {
   static constexpr bool oneLinkBandwidth = true;
   static constexpr bool listRestoreIsHeard = false;
 
-  static ExtCommContent load(const U8* octets) {
-    return ExtCommContent(Zonet::loadNetworkOrder<U64>(octets));
-  }
-  static void store(const ExtCommContent& content, U8* octets) {
-    Zonet::storeNetworkOrder(octets, content.value());
-  }
   static Mox::Ptr<ExtCommClassificationList> makeGroup(ExtCommClassification classification,
                                                        U32 members);
   /// Route targets have a table of their own. Asserts "rtExtCommClassificationList" on a group of

@@ -318,7 +318,8 @@ Mox::String ExtCommListOf<F>::serialize(bool sendNonTransExtComms) const {
   SerializePathAttribute out(F::attribute, BgpPathAttrFlag::optionalTransitive,
                              count * U32(sizeof(Content)));
   for (const ConstValue& comm : comm_)
-    if (isSent(comm)) F::store(comm->getContent(), out.append(sizeof(Content)));
+    if (isSent(comm))
+      std::ranges::copy(wireOctets(comm->getContent()), out.append(sizeof(Content)));
   return out.serializedString();
 }
 
@@ -383,7 +384,7 @@ WireFault ExtCommListOf<F>::linkBandwidthFault(std::span<const U8> octets,
   constexpr auto size = U32(sizeof(Content));
   std::optional<Content> first;
   for (U32 offset = 0;; offset += size) {
-    const Content content = F::load(octets.data() + offset);
+    const Content content = fromWireOctets<Content>(octets.data() + offset);
     if (!isLinkBandwidth(ExtCommVectorLookup(true, values, content))) continue;
     if (first && *first != content)
       return {F::attribute, WireFault::Reason::linkBandwidth, offset, size, size};
@@ -398,7 +399,7 @@ auto ExtCommListOf<F>::fromWire(const ValueTable& table, std::span<const U8> oct
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Content);
   return withScratch<Content>(count, [&](Content* scratch) {
-    const auto sorted = decodeAscending(octets, scratch, F::load);
+    const auto sorted = decodeAscending(octets, scratch);
     return withValues(table, sorted, [&](ExtCommVector<Value>& values) -> FromWire<List> {
       if (hasTwoLinkBandwidths(values)) [[unlikely]]
         return {nullptr, linkBandwidthFault(octets, values), 0};
@@ -415,7 +416,7 @@ auto ExtCommListOf<F>::findWire(const Table& table, const ValueTable* valueTable
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Content);
   return withScratch<Content>(count, [&](Content* scratch) -> FromWire<const List> {
-    const auto sorted = decodeAscending(octets, scratch, F::load);
+    const auto sorted = decodeAscending(octets, scratch);
     const auto repeats = U32(count - sorted.size());
     auto& set = *table->dedupHashTable();
     const U32 place = placeOf(sorted, set.seed());

@@ -6,7 +6,6 @@
 //   List, Group, Table    the classes that derive from what stands here, and their table
 //   ListSnapshot, GroupSnapshot
 //   attribute             its path attribute
-//   load, store           a content from and to its octets on the wire, `sizeof(Content)` of them
 //   makeGroup             a new group of a classification with room for so many members
 //   groupTable            where groups of a classification are interned
 //   oneLinkBandwidth      whether a path may carry no more than one link bandwidth
@@ -150,7 +149,9 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   using Table = Mox::Ptr<typename F::Table>;
   using ValueTable = Mox::Ptr<typename F::ValueTable>;
   using Stored = StoredCommList;
+  /// Its path attribute, and the octets of one value there.
   static constexpr BgpPathAttrType pathAttribute = F::attribute;
+  static constexpr U32 valueSize = sizeof(Content);
 
   // --- Building: a list that was never deduped belongs to its maker. Each of these ends the
   // --- process on a list that is interned.
@@ -193,6 +194,12 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   bool commVectorSorted() const { return comm_.sorted(); }
   /// The communities, for visits. Valid as long as the list.
   const ExtCommVector<Value>& commVector() const { return comm_; }
+  /// Calls `use(content)` for the content of each community, ascending once the list is sorted.
+  /// Lists of every type have it. `commVector` has the interned values themselves.
+  template <class Use>
+  void forEachValue(Use use) const {
+    for (const ConstValue& comm : comm_) use(comm->getContent());
+  }
   /// A mutable copy.
   Mox::Ptr<typename F::ListSnapshot> commSnapshot() const;
 

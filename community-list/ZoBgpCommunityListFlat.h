@@ -25,10 +25,13 @@ template <class List, class Kind>
 class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
  public:
   using Value = typename Kind::Value;
+  using Content = Value;
   using Table = Mox::Ptr<typename Kind::Table>;
   using ConstList = Mox::Ptr<const List>;
   using Stored = StoredCommList;
+  /// Its path attribute, and the octets of one value there.
   static constexpr BgpPathAttrType pathAttribute = Kind::attribute;
+  static constexpr U32 valueSize = sizeof(Value);
 
   // --- Building: a list that was never deduped belongs to its maker. ---
 
@@ -48,6 +51,11 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
   bool empty() const { return values().empty(); }
   /// The values, ascending. Valid as long as the list.
   std::span<const Value> values() const;
+  /// Calls `use(value)` for each value, ascending. Lists of every type have it.
+  template <class Use>
+  void forEachValue(Use use) const {
+    for (const Value& value : values()) use(value);
+  }
   /// Whether the list is frozen.
   bool commVectorSorted() const { return comm_.sorted(); }
 
@@ -209,7 +217,7 @@ FromWire<List> FlatCommList<List, Kind>::fromWire(std::span<const U8> octets) {
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Value);
   return withScratch<Value>(count, [&](Value* scratch) -> FromWire<List> {
-    const auto sorted = decodeAscending(octets, scratch, loadWords<Value>);
+    const auto sorted = decodeAscending(octets, scratch);
     return {restored(true, sorted), std::nullopt, U32(count - sorted.size())};
   });
 }
@@ -222,7 +230,7 @@ FromWire<const List> FlatCommList<List, Kind>::findWire(const Table& table,
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Value);
   return withScratch<Value>(count, [&](Value* scratch) -> FromWire<const List> {
-    const auto sorted = decodeAscending(octets, scratch, loadWords<Value>);
+    const auto sorted = decodeAscending(octets, scratch);
     const auto& set = *table->dedupHashTable();
     const U32 place = placeOf(sorted, set.seed());
     auto found = set.lookup(place, [&](const Orv::DedupHandle& member) {

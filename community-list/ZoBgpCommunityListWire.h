@@ -68,24 +68,44 @@ void forEachWord(std::span<const Value> values, Use use) {
       use(word);
 }
 
-/// A value whose words stand in network order.
+/// The value of `sizeof(Value)` octets of the wire. Values of 32-bit words have these in network
+/// order; a content of extended communities knows its own octets.
 template <class Value>
-Value loadWords(const U8* octets) {
-  std::array<U32, sizeof(Value) / sizeof(U32)> words;
-  for (std::size_t word = 0; word < words.size(); ++word)
-    words[word] = Zonet::loadNetworkOrder<U32>(octets + word * sizeof(U32));
-  return std::bit_cast<Value>(words);
+Value fromWireOctets(const U8* octets) {
+  if constexpr (requires(const Value& value) { value.octets(); }) {
+    return Value::fromOctets(std::span<const U8, sizeof(Value)>(octets, sizeof(Value)));
+  } else {
+    std::array<U32, sizeof(Value) / sizeof(U32)> words;
+    for (std::size_t word = 0; word < words.size(); ++word)
+      words[word] = Zonet::loadNetworkOrder<U32>(octets + word * sizeof(U32));
+    return std::bit_cast<Value>(words);
+  }
 }
 
-/// Reads the values of an attribute into `scratch`, each of `sizeof(Value)` octets, with `load`,
-/// and returns them ascending and without repeats. Most attributes have them so: found out on the
-/// way, without a branch.
-template <class Value, class Load>
-std::span<const Value> decodeAscending(std::span<const U8> octets, Value* scratch, Load load) {
+/// The octets of a value on the wire, which `fromWireOctets` reads.
+template <class Value>
+std::array<U8, sizeof(Value)> wireOctets(const Value& value) {
+  if constexpr (requires { value.octets(); }) {
+    return value.octets();
+  } else {
+    std::array<U8, sizeof(Value)> octets;
+    U8* at = octets.data();
+    forEachWord(std::span(&value, 1), [&](U32 word) {
+      Zonet::storeNetworkOrder(at, word);
+      at += sizeof word;
+    });
+    return octets;
+  }
+}
+
+/// Reads the values of an attribute into `scratch` and returns them ascending and without repeats.
+/// Most attributes have them so: found out on the way, without a branch.
+template <class Value>
+std::span<const Value> decodeAscending(std::span<const U8> octets, Value* scratch) {
   const std::size_t count = octets.size() / sizeof(Value);
   bool ascending = true;
   for (std::size_t i = 0; i < count; ++i) {
-    scratch[i] = load(octets.data() + i * sizeof(Value));
+    scratch[i] = fromWireOctets<Value>(octets.data() + i * sizeof(Value));
     if (i) ascending &= scratch[i - 1] < scratch[i];
   }
   return {scratch, ascending ? count : sortAndDropRepeats(std::span(scratch, count))};

@@ -6,13 +6,19 @@
 //   stream << content    // 0x0002fde800000064
 //   valueToStrep(content)  // "842122827661412", what reflection reads and writes
 //
+//   octets    0     1      2  3  4  5  6  7
+//            type subtype [     value      ]
+//
 // A plain value. Two texts on purpose: people read hexadecimal, configuration stores decimal.
 #pragma once
 
+#include <array>
 #include <compare>
+#include <span>
 
 #include "Mox/Text.h"
 #include "Orv/HashMix.h"
+#include "Zonet/NetworkOrder.h"
 
 namespace Routing::Bgp {
 
@@ -21,6 +27,17 @@ class ExtCommContent {
   constexpr ExtCommContent() = default;
   /// Wire octet 0 is the most significant.
   constexpr explicit ExtCommContent(U64 value) : value_(value) {}
+
+  /// The content of these octets of the wire.
+  static ExtCommContent fromOctets(std::span<const U8, 8> octets) {
+    return ExtCommContent(Zonet::loadNetworkOrder<U64>(octets.data()));
+  }
+  /// Its octets on the wire.
+  std::array<U8, 8> octets() const {
+    std::array<U8, 8> octets;
+    Zonet::storeNetworkOrder(octets.data(), value_);
+    return octets;
+  }
 
   constexpr U64 value() const { return value_; }
   /// An octet of the wire, 0 to 7.

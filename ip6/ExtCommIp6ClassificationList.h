@@ -28,8 +28,6 @@ struct ExtCommIp6ListFamily {
   static constexpr bool oneLinkBandwidth = false;
   static constexpr bool listRestoreIsHeard = true;
 
-  static ExtCommIp6Content load(const U8* octets);
-  static void store(const ExtCommIp6Content& content, U8* octets);
   static Mox::Ptr<ExtCommIp6ClassificationList> makeGroup(ExtCommClassification classification,
                                                           U32 members);
   static const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& groupTable(

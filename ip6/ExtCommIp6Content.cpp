@@ -1,6 +1,9 @@
 #include "ip6/ExtCommIp6Content.h"
 
+#include <algorithm>
+
 #include "Mox/Type.h"
+#include "Zonet/NetworkOrder.h"
 #include "community/ZoBgpCommunityText.h"
 #include "community/ZoBgpCommunityTextReader.h"
 
@@ -13,6 +16,21 @@ static const Mox::Type extCommIp6ContentType{
      Mox::attribute<&ExtCommIp6Content::subtype>("subtype"),
      Mox::attribute<&ExtCommIp6Content::addr>("addr"),
      Mox::attribute<&ExtCommIp6Content::localAdmin>("localAdmin")}};
+
+ExtCommIp6Content ExtCommIp6Content::fromOctets(std::span<const U8, 20> octets) {
+  std::array<U8, 16> address;
+  std::copy_n(octets.begin() + 2, address.size(), address.begin());
+  return {octets[0], octets[1], Zonet::Ip6Addr(address),
+          Zonet::loadNetworkOrder<U16>(octets.data() + 18)};
+}
+
+std::array<U8, 20> ExtCommIp6Content::octets() const {
+  std::array<U8, 20> octets{type_, subtype_};
+  const auto& address = addr_.octets();
+  std::copy(address.begin(), address.end(), octets.begin() + 2);
+  Zonet::storeNetworkOrder(octets.data() + 18, localAdmin_);
+  return octets;
+}
 
 Mox::String valueToStrep(const ExtCommIp6Content& content) {
   CommText text;

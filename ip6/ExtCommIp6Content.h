@@ -11,6 +11,8 @@
 // and zero included: it is no text for people.
 #pragma once
 
+#include <span>
+
 #include "Mox/Text.h"
 #include "Orv/HashMix.h"
 #include "Zonet/Ip6Addr.h"
@@ -22,6 +24,11 @@ class ExtCommIp6Content {
   constexpr ExtCommIp6Content() = default;
   constexpr ExtCommIp6Content(U8 type, U8 subtype, const Zonet::Ip6Addr& addr, U16 localAdmin)
       : type_(type), subtype_(subtype), addr_(addr), localAdmin_(localAdmin) {}
+
+  /// The content of these octets of the wire.
+  static ExtCommIp6Content fromOctets(std::span<const U8, 20> octets);
+  /// Its octets on the wire.
+  std::array<U8, 20> octets() const;
 
   constexpr U8 type() const { return type_; }
   constexpr U8 subtype() const { return subtype_; }

@@ -1,7 +1,5 @@
 #include "ip6/ExtCommIp6List.h"
 
-#include <cstring>
-
 #include "community-list/ZoBgpCommunityListFamilyImpl.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
 
@@ -25,23 +23,6 @@ const Mox::Type ExtCommIp6ClassificationListSnapshot::type{
 const Mox::Type ExtCommIp6ListSnapshot::type{
     "Routing::Bgp::ExtCommIp6ListSnapshot", &Mox::PtrInterface::type,
     extCommListSnapshotAttributes<ExtCommIp6ListSnapshot>()};
-
-// On the wire as in memory but for the last two octets: type, subtype, address, local
-// administrator.
-
-ExtCommIp6Content ExtCommIp6ListFamily::load(const U8* octets) {
-  std::array<U8, 16> address;
-  std::memcpy(address.data(), octets + 2, address.size());
-  return {octets[0], octets[1], Zonet::Ip6Addr(address), Zonet::loadNetworkOrder<U16>(octets + 18)};
-}
-
-void ExtCommIp6ListFamily::store(const ExtCommIp6Content& content, U8* octets) {
-  octets[0] = content.type();
-  octets[1] = content.subtype();
-  const auto address = content.addr().octets();
-  std::memcpy(octets + 2, address.data(), address.size());
-  Zonet::storeNetworkOrder(octets + 18, content.localAdmin());
-}
 
 ExtCommIp6ClassificationList::Ptr ExtCommIp6ListFamily::makeGroup(
     ExtCommClassification classification, U32 members) {

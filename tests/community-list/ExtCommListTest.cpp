@@ -42,6 +42,11 @@ void expectContents(const typename Family::List& list, const Contents& sorted, G
   }
   EXPECT_EQ(list.serialize(true), attribute(Family::attribute, joined(sorted)));
   EXPECT_EQ(list.serialize(false), attribute(Family::attribute, joined(transitive)));
+  Octets handedOut;
+  list.forEachValue([&](const auto& content) {
+    for (const U8 octet : content.octets()) handedOut.push_back(octet);
+  });
+  EXPECT_EQ(handedOut, joined(sorted));
   EXPECT_EQ(list.totalCommunities(), sorted.size());
   EXPECT_EQ(list.totalTransitiveCommunities(), transitive.size());
   EXPECT_FALSE(list.comm(Family::content(number(0x3f, 1) + number(0, Family::size - 1))));

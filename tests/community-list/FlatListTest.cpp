@@ -116,6 +116,11 @@ TYPED_TEST(FlatList, AgreesWithASetOfItsValues) {
     EXPECT_EQ(Mox::Type::read(*list, "commsStringForm"), this->textOf(ascending));
 
     auto wire = this->wireOf(ascending);
+    std::vector<U8> handedOut;
+    list->forEachValue([&](const auto& value) {
+      for (const U8 octet : wireOctets(value)) handedOut.push_back(octet);
+    });
+    EXPECT_EQ(handedOut, wire);
     const bool extended = wire.size() > 255;
     Mox::String sent{char(extended ? 0xD0 : 0xC0), TypeParam::attribute, char(wire.size() >> 8)};
     if (!extended) sent.pop_back();

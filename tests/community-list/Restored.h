@@ -57,11 +57,11 @@ template <class Object>
 std::string allTexts(const Mox::Ptr<Object>& object) {
   if constexpr (!requires { object->comms(); }) {
     return object->toStrep() + object->toStrepForPolicy({});
-  } else if constexpr (requires { typename Object::Content; }) {
-    if (object->comms() * sizeof(typename Object::Content) <= 0xFFFF) object->serialize(true);
+  } else if constexpr (requires { object->groupsText(); }) {
+    if (object->comms() * Object::valueSize <= 0xFFFF) object->serialize(true);
     return object->toStrep() + object->commsStringForm() + object->groupsText();
   } else {
-    if (object->comms() * sizeof(typename Object::Value) <= 0xFFFF) object->serialize();
+    if (object->comms() * Object::valueSize <= 0xFFFF) object->serialize();
     return object->toStrep() + object->commsStringForm();
   }
 }

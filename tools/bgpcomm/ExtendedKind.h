@@ -76,7 +76,7 @@ class ExtendedKind {
     return text;
   }
   std::string valueText(Octets octets, bool) const {
-    return valueText(*values_->dedupContent(List::Family::load(octets.data())));
+    return valueText(*values_->dedupContent(fromWireOctets<typename List::Content>(octets.data())));
   }
 
   /// What only extended communities have.
