@@ -2,9 +2,9 @@
 
 #include "agent/CommunityValue.h"
 #include "community-list/ZoBgpCommunityListExtendedTable.h"
-#include "community-list/ZoBgpCommunityListFamilyImpl.h"
 #include "community-list/ZoBgpCommunityListRouteTargets.h"
 #include "community-list/ZoBgpCommunityListSnapshotTypes.h"
+#include "community-list/internal/ZoBgpCommunityListFamilyBodies.h"
 
 namespace Routing::Bgp {
 

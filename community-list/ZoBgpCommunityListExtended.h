@@ -11,8 +11,6 @@
 // Most of what lists and groups do is said in ZoBgpCommunityListFamilyList.h.
 #pragma once
 
-#include <atomic>
-
 #include "community-list/ZoBgpCommunityListFamilyList.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 
@@ -27,7 +25,7 @@ class ExtCommClassificationListSnapshot;
 class ExtCommList;
 class ExtCommListDedupTable;
 class ExtCommListSnapshot;
-class RtExtCommListLifeTimeNotifier;
+class RtExtCommClassificationList;
 
 struct ExtCommListFamily {
   using Value = ExtComm;
@@ -58,30 +56,6 @@ class ExtCommClassificationList
  public:
   static const Mox::Type type;
   using TailEntity::TailEntity;
-};
-
-/// The route targets of a path. While it is interned, it has a notifier, through which others hear
-/// of the set of route targets; see ZoBgpCommunityListRouteTargets.h.
-class RtExtCommClassificationList final
-    : public TailEntity<RtExtCommClassificationList, ExtCommClassificationList> {
- public:
-  static const Mox::Type type;
-
-  explicit RtExtCommClassificationList(ExtCommClassification classification)
-      : TailEntity(classification) {}
-  ~RtExtCommClassificationList() override;
-  /// A new, empty group.
-  static Ptr RtExtCommClassificationListIs(ExtCommClassification classification) {
-    return Mox::makeNew<RtExtCommClassificationList>(classification);
-  }
-
-  /// The notifier, or null. From any thread that holds the group, or that is told of its end.
-  Mox::Ptr<RtExtCommListLifeTimeNotifier> getLifeTimeNotifier() const;
-  /// The group holds the notifier and the notifier the group; taking it away breaks the circle.
-  void lifeTimeNotifierIs(const Mox::Ptr<RtExtCommListLifeTimeNotifier>& notifier);
-
- private:
-  std::atomic<RtExtCommListLifeTimeNotifier*> lifeTimeNotifier_{nullptr};  // owned
 };
 
 /// All extended communities of a path.

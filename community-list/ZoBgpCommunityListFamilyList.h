@@ -11,128 +11,23 @@
 //   oneLinkBandwidth      whether a path may carry no more than one link bandwidth
 //   listRestoreIsHeard    whether the store manager hears of restored lists, not of values alone
 //
-// 1. A list or group is private and grows until `dedup`; then it is sorted by content, without
-//    repeats, immutable.
-// 2. Lists of one table are equal exactly when they are the same object; so are groups. All lists
-//    of one table hold values of one value table: mixing value tables splits equal lists.
+// 1. A list is private and grows until `dedup`; then it is sorted by content, without repeats,
+//    immutable.
+// 2. Lists of one table are equal exactly when they are the same object. REQUIRES: all lists of one
+//    table hold values of one value table; with two, equal contents are two lists.
 // 3. A list has at most one group per classification, in the order of classifications.
 //
-// Threads: what is being built belongs to one thread; what is interned may be read from any.
+// Threads: a list being built belongs to one thread; an interned one may be read from any.
 #pragma once
-
-#include <array>
-#include <bit>
 
 #include "MoxStash/DedupHandle.h"
 #include "MoxStash/StoreManager.h"
+#include "community-list/ZoBgpCommunityListFamilyGroup.h"
+#include "community-list/ZoBgpCommunityListGroupVector.h"
 #include "community-list/ZoBgpCommunityListStored.h"
-#include "community-list/ZoBgpCommunityListVector.h"
 #include "community-list/ZoBgpCommunityListWire.h"
-#include "community/ZoBgpCommunityEnums.h"
 
 namespace Routing::Bgp {
-
-/// Interned communities of a family; once sorted, ascending by content.
-template <class Value>
-using ExtCommVector = CommVector<Mox::Ptr<const Value>>;
-
-/// The groups of a list by classification, as if in a vector of ten that ends at the highest one
-/// present; only those that are there take memory.
-template <class Group>
-class ExtCommGroupVector {
- public:
-  using Slot = Mox::Ptr<const Group>;
-  using Slots = std::array<Slot, extCommClassificationOneBeyondLast>;
-
-  ExtCommGroupVector() = default;
-  ExtCommGroupVector(const ExtCommGroupVector&) = delete;
-  ExtCommGroupVector& operator=(const ExtCommGroupVector&) = delete;
-  ~ExtCommGroupVector() { clear(); }
-
-  /// One beyond the highest classification present.
-  U32 size() const { return U32(std::bit_width(present_)); }
-  bool empty() const { return present_ == 0; }
-  /// Null when there is no such group, beyond the end too.
-  const Group* operator[](U32 classification) const {
-    if (classification >= size() || !(present_ >> classification & 1)) return nullptr;
-    return slots_[std::popcount(U16(present_ & ((1u << classification) - 1)))].get();
-  }
-  /// Those that are there, ascending by classification.
-  std::span<const Slot> present() const { return {slots_, std::size_t(std::popcount(present_))}; }
-
-  /// Takes the groups over, into `room` behind an object if that is given.
-  void groupsAre(Slots groups, void* room);
-
-  friend bool operator==(const ExtCommGroupVector& a, const ExtCommGroupVector& b) {
-    const auto mine = a.present(), theirs = b.present();
-    return a.present_ == b.present_ && std::equal(mine.begin(), mine.end(), theirs.begin());
-  }
-
- private:
-  using Allocator = Mox::TrackedAllocator<Slot>;
-  void clear();
-
-  Slot* slots_ = nullptr;
-  U16 present_ = 0;  // one bit per classification
-  bool inside_ = false;
-};
-
-/// The communities of one classification.
-template <class F>
-class ExtCommGroupOf : public Orv::DedupHandle {
- public:
-  using Family = F;
-  using Value = typename F::Value;
-  using Content = typename Value::Content;
-  using ConstValue = Mox::Ptr<const Value>;
-  using Table = Mox::Ptr<typename F::Table>;
-
-  explicit ExtCommGroupOf(ExtCommClassification classification) : classification_(classification) {}
-
-  ExtCommClassification classification() const { return classification_; }
-  /// Appends an interned community, in any order and repeats welcome. Ends the process on null,
-  /// with
-  /// "__null != comm", and on a community that is not interned.
-  void commIs(const ConstValue& comm);
-  /// The community of this content, or null; O(log n). Asserts "commVectorSorted".
-  ConstValue comm(const Content& content) const;
-  U32 comms() const { return comm_.size(); }
-  bool commVectorSorted() const { return comm_.sorted(); }
-  /// The communities, for visits. Valid as long as the group.
-  const ExtCommVector<Value>& commVector() const { return comm_; }
-
-  /// Freezes and interns. Asserts "comms() <= 1" on link bandwidths of a family that has at most
-  /// one per path: who cannot know asks for it before, as `fromWire` does.
-  Mox::Ptr<const typename F::Group> dedup(const Table& table);
-  /// A mutable copy.
-  Mox::Ptr<typename F::GroupSnapshot> commSnapshot() const;
-
-  U32 hash() const override;
-  bool compare(const Orv::DedupHandle* other) const override;
-
-  /// `extCommClassificationColor : <...> <...>`: the classification, then the show texts.
-  Mox::String toStrep() const;
-  /// The same, in the stream's letter case; nothing for a null group.
-  friend std::ostream& operator<<(std::ostream& stream, const ExtCommGroupOf* group) {
-    return group ? group->writeTo(stream) : stream;
-  }
-
-  /// How its table places groups: by the addresses of their members.
-  static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed);
-  std::size_t tailOctets() const { return tailPointers_ * sizeof(void*); }
-
- protected:
-  friend F;
-
-  /// A new group with room for so many members behind it.
-  template <class Group>
-  static Mox::Ptr<Group> withRoom(ExtCommClassification classification, U32 members);
-  std::ostream& writeTo(std::ostream& stream) const;
-
-  const ExtCommClassification classification_;
-  U16 tailPointers_ = 0;  // room behind the object
-  ExtCommVector<Value> comm_;
-};
 
 /// All extended communities of a path.
 template <class F>
@@ -153,12 +48,11 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   static constexpr BgpPathAttrType pathAttribute = F::attribute;
   static constexpr U32 valueSize = sizeof(Content);
 
-  // --- Building: a list that was never deduped belongs to its maker. Each of these ends the
-  // --- process on a list that is interned.
+  // --- Building. REQUIRES: the list is not interned; each of these asserts
+  // --- "... dedupState() == Orv::dedupHandleStateNeverDeduped()".
 
-  /// Appends an interned community, in any order and repeats welcome. Ends the process on null,
-  /// with
-  /// "__null != comm", and on a community that is not interned.
+  /// Appends an interned community, in any order and repeats welcome. Asserts "__null != comm", and
+  /// that the community is interned.
   void commIs(const ConstValue& comm);
   /// Appends all of another list's, also of this one; null does nothing.
   void append(const ConstList& other);
@@ -169,10 +63,11 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   /// Sorts and drops repeats for look-ups before the list is interned. What is appended after that
   /// is found only after sorting again.
   void sortComms();
-  /// Freezes and interns groups and list, and returns the one list of this content, which may be
-  /// another object than this: this one is of no more use then. Once only, and nothing may be
-  /// appended after it. Asserts "comms() <= 1" on two different link bandwidths
-  /// of a family that has at most one.
+  /// Freezes and interns groups and list, and returns the one list of this content. That may be
+  /// another object than this, which is of no more use then. REQUIRES: not called before; at most
+  /// one link bandwidth, in a family that has at most one per path. Asserts "comms() <= 1". Check
+  /// untrusted input first, as `fromWire` does. When memory runs out, the list is as before but
+  /// sorted.
   ConstList dedup(const Table& table);
 
   // --- Reading.
@@ -181,7 +76,8 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   ConstValue comm(const Content& content) const;
   /// The same, under the name that policy uses.
   ConstValue lookupExtComm(const Content& content) const { return comm(content); }
-  /// The group, or null when the list has none of it. Ends the process unless the list is interned.
+  /// The group, or null when the list has none of it; O(1). REQUIRES: the list is interned. Asserts
+  /// "... dedupState() != Orv::dedupHandleStateNeverDeduped()".
   ConstGroup classificationList(ExtCommClassification classification) const;
   /// The groups, for visits; empty until the list is interned. Valid as long as the list.
   const ExtCommGroupVector<Group>& classificationLists() const { return groups_; }
@@ -226,11 +122,11 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   /// none. Asserts "commVectorSorted()", and "attrSize <= 0xFFFF" as an attribute has no room for
   /// more.
   Mox::String serialize(bool sendNonTransExtComms) const;
-  /// A new list of interned values, sorted and not yet interned itself. What a peer sends is never
-  /// an assertion: also two different link bandwidths are a fault.
+  /// A new list of interned values, sorted and not yet interned itself. Octets from a peer never
+  /// assert: two different link bandwidths are a fault like any other.
   static FromWire<List> fromWire(const ValueTable& values, std::span<const U8> octets);
-  // The next two sort on the stack: up to 128 KiB of it for the longest attributes, 2 KiB for usual
-  // ones.
+  // The next two sort on the stack, of which the longest attributes take 128 KiB and usual ones
+  // 2 KiB.
 
   /// The interned list of these octets, if there is one. Allocates nothing.
   static FromWire<const List> lookupWire(const Table& table, std::span<const U8> octets);
@@ -240,20 +136,21 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
 
   // --- The store.
 
-  /// A private list as it lies in the store, its order and flag kept. It is a carrier of contents:
-  /// its communities are private ones, so it cannot be interned itself; `dedupContents` makes the
-  /// interned list of it. StoreException when the record is damaged.
+  /// A private list as it lies in the store, with its order and flag. Its communities are private
+  /// too, so it cannot be interned; `dedupContents` makes the interned list of its contents.
+  /// StoreException when the record is damaged.
   static Mox::Ptr<List> destash(MoxStash::StoreReference stored,
                                 const MoxStash::StoreManager& manager);
-  /// The interned list of the contents of this one, which may be one from the store. StoreException
-  /// when they are none that a list may have: two different link bandwidths.
+  /// The interned list of the contents of this one, for example of a list from the store.
+  /// StoreException on two different link bandwidths in a family that has at most one.
   ConstList dedupContents(const Table& table, const ValueTable& values) const;
-  /// Both of them: the interned list of a record.
+  /// The interned list of a record, by both of these. StoreException as they say.
   static ConstList dedupStored(const Table& table, const ValueTable& values,
                                MoxStash::StoreReference stored,
                                const MoxStash::StoreManager& manager);
   static constexpr MoxStash::StoredKind storedKind = storedListKind(F::attribute);
-  /// Appends the list's record, interned or not, and those of its communities; see StoreWriter.
+  /// Appends the list's record and those of its communities; the list need not be interned. See
+  /// StoreWriter.
   MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;
 
   /// How its table places lists: by their contents, so that they are found from the wire.

@@ -8,8 +8,6 @@
 #include "Mox/Trace.h"
 #include "MoxStash/StoreManager.h"
 #include "community-list/ZoBgpCommunityListFamilyList.h"
-#include "community/ZoBgpCommunityStrepFormat.h"
-#include "community/ZoBgpCommunityText.h"
 
 namespace Routing::Bgp {
 
@@ -51,37 +49,6 @@ Mox::Ptr<const T> ExtCommVectorLookup(bool commVectorSorted, const ExtCommVector
 template <class T>
 void ExtCommVectorSort(ExtCommVector<T>& vector) {
   vector.sortAndTrim(ExtCommSortFn(), ExtCommCompareFn());
-}
-
-// --- Their texts.
-
-/// The show texts with single spaces between them.
-template <class Comms>
-std::ostream& writeSeparated(std::ostream& stream, const Comms& comms) {
-  std::string_view separator;
-  for (const auto& comm : comms) {
-    Mox::writeText(stream, separator) << *comm;
-    separator = " ";
-  }
-  return stream;
-}
-
-/// What `write` writes into a stream.
-template <class Write>
-Mox::String streamText(Write write) {
-  CommTextSink sink;
-  std::ostream stream(&sink);
-  write(stream);
-  return sink.str();
-}
-
-/// The policy texts, each with a space behind it.
-template <class Value>
-Mox::String policyTexts(const ExtCommVector<Value>& comms, StrepFormatFlag flag) {
-  Mox::String text;
-  for (const auto& comm : comms)
-    (text += comm->toStrepForPolicy(typename Value::StrepFormat(flag))) += ' ';
-  return text;
 }
 
 // --- Groups while a list is being frozen.

@@ -4,12 +4,15 @@
 
 #include "Zonet/AutonomousSystem.h"
 #include "community-list/ZoBgpCommunityListImpl.h"
-#include "community-list/ZoBgpCommunityListText.h"
+#include "community-list/internal/ZoBgpCommunityListFlatBodies.h"
+#include "community-list/internal/ZoBgpCommunityListFlatText.h"
 
 namespace Routing::Bgp {
 
 using Mox::attribute;
 using Mox::operation;
+
+template class FlatCommList<LargeCommList, LargeCommTraits>;
 
 static_assert(sizeof(void*) != 8 || sizeof(LargeCommList) == 48);
 static_assert(sizeof(void*) != 4 || sizeof(LargeCommList) == 32);

@@ -22,7 +22,7 @@ namespace Routing::Bgp {
 class LargeCommList;
 
 /// What makes a flat list a large one.
-struct LargeCommKind {
+struct LargeCommTraits {
   using Value = Acl::CommunityValue;
   using Table = LargeCommListDedupTable;
   static constexpr BgpPathAttrType attribute = BgpPathAttrType::largeCommunity;
@@ -33,7 +33,9 @@ struct LargeCommKind {
   };
 };
 
-class LargeCommList final : public FlatCommList<LargeCommList, LargeCommKind> {
+extern template class FlatCommList<LargeCommList, LargeCommTraits>;
+
+class LargeCommList final : public FlatCommList<LargeCommList, LargeCommTraits> {
  public:
   static const Mox::Type type;
 

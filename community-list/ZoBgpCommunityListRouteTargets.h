@@ -26,7 +26,7 @@
 
 #include "Mox/NotifieeList.h"
 #include "Orv/DedupHashTable.h"
-#include "community-list/ZoBgpCommunityListExtended.h"
+#include "community-list/ZoBgpCommunityListRouteTargetGroup.h"
 
 namespace Routing::Bgp {
 

@@ -4,12 +4,15 @@
 
 #include "community-list/ZoBgpCommunityListImpl.h"
 #include "community-list/ZoBgpCommunityListSnapshotTypes.h"
-#include "community-list/ZoBgpCommunityListText.h"
+#include "community-list/internal/ZoBgpCommunityListFlatBodies.h"
+#include "community-list/internal/ZoBgpCommunityListFlatText.h"
 
 namespace Routing::Bgp {
 
 using Mox::attribute;
 using Mox::operation;
+
+template class FlatCommList<CommList, StandardCommTraits>;
 
 static_assert(sizeof(void*) != 8 || sizeof(CommList) == 48);
 static_assert(sizeof(void*) != 4 || sizeof(CommList) == 36);
@@ -28,7 +31,7 @@ const Mox::Type CommList::type{
      operation("wellKnownName"), operation("dedup"), operation("serialize"),
      attribute<&CommList::hash>("hash"), operation("compare")}};
 
-StandardCommKind::Cached::Cached(const CommList& list)
+StandardCommTraits::Cached::Cached(const CommList& list)
     : noExport(list.comm(communityNoExport)),
       noAdvertise(list.comm(communityNoAdvertise)),
       noExportSubconfed(list.comm(communityNoExportSubconfed)) {}

@@ -29,7 +29,7 @@ class CommList;
 class CommListSnapshot;
 
 /// What makes a flat list a standard one.
-struct StandardCommKind {
+struct StandardCommTraits {
   using Value = U32;  ///< AS number times 65536 plus a value of that AS's choosing
   using Table = CommListDedupTable;
   static constexpr BgpPathAttrType attribute = BgpPathAttrType::community;
@@ -41,7 +41,9 @@ struct StandardCommKind {
   };
 };
 
-class CommList final : public FlatCommList<CommList, StandardCommKind> {
+extern template class FlatCommList<CommList, StandardCommTraits>;
+
+class CommList final : public FlatCommList<CommList, StandardCommTraits> {
  public:
   static const Mox::Type type;
 

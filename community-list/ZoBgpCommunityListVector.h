@@ -1,8 +1,13 @@
-// The elements of a list, and where they lie: a vector that is built by appending and ends sorted
-// and exact, and objects whose elements stand behind them in one piece of memory.
+// The elements of a list: a vector that is built by appending and ends sorted and exact.
 //
-// A list that is made ready, as those from the wire are, costs one allocation to make and one to
-// end. A list that is built element by element keeps them in a piece of its own.
+//   CommVector<U32> values;
+//   for (const U32 value : {5, 3, 5}) values.add(value);
+//   values.sortAndTrim();   // 3, 5; the storage holds two
+//
+// A vector allocates storage of its own, unless it is given room behind an object; see
+// ZoBgpCommunityListTail.h.
+//
+// Threads: as any container of the standard library.
 #pragma once
 
 #include <algorithm>
@@ -12,17 +17,21 @@
 #include <span>
 #include <utility>
 
-#include "Mox/Entity.h"
+#include "Mox/Allocation.h"
+#include "Mox/Assert.h"
 
 namespace Routing::Bgp {
 
-/// Sorts ascending and drops repeats, of which the first stays; returns how many are left. Most
-/// lists are short: for these the plainest sort is the quickest.
+/// Sorts ascending and drops repeats, of which the first stays; returns how many elements are left.
+/// Most lists are short, and the plainest sort is the quickest for these.
 template <class T, class Less = std::less<T>, class Same = std::equal_to<T>>
 std::size_t sortAndDropRepeats(std::span<T> values, Less less = {}, Same same = {}) {
   constexpr std::size_t few = 32;
   if (values.size() > few) {
-    std::sort(values.begin(), values.end(), less);
+    if constexpr (std::is_trivially_copyable_v<T>)  // equal ones cannot be told apart
+      std::sort(values.begin(), values.end(), less);
+    else
+      std::stable_sort(values.begin(), values.end(), less);
   } else {
     for (std::size_t i = 1; i < values.size(); ++i) {
       T value = std::move(values[i]);
@@ -34,15 +43,14 @@ std::size_t sortAndDropRepeats(std::span<T> values, Less less = {}, Same same = 
   return std::size_t(std::unique(values.begin(), values.end(), same) - values.begin());
 }
 
-/// Whether the elements ascend and none is there twice.
+/// Whether each element is less than the next one.
 template <class T, class Less = std::less<T>>
 bool ascends(std::span<T> values, Less less = {}) {
   const auto notAscending = [&](const T& a, const T& b) { return !less(a, b); };
   return std::adjacent_find(values.begin(), values.end(), notAscending) == values.end();
 }
 
-/// Sixteen octets on 64 bits. The storage is counted under the element's type, or with the object
-/// behind which it stands.
+/// Sixteen octets on 64 bits. Storage of its own is counted under the element's type.
 template <class T>
 class CommVector {
  public:
@@ -61,27 +69,24 @@ class CommVector {
   const T* begin() const { return data_; }
   const T* end() const { return data_ + size_; }
   const T& operator[](std::size_t i) const { return data_[i]; }
-  std::size_t sizeInOctets() const { return size_ * sizeof(T); }
 
-  /// Appends; legal also after the vector was exact, which it then no longer is.
+  /// Appends; amortized O(1). Asserts "size < 2^29".
   void add(T value) {
-    if (size_ == capacity()) moveTo(std::max(2 * size_, U32{1}));
+    if (size_ == capacity_) moveTo(std::max(2 * size_, U32{1}));
     new (data_ + size_) T(std::move(value));
     ++size_;
   }
-  /// Appends all of another, which is empty then.
+  /// Appends all elements of `other`, which is empty afterwards.
   void take(CommVector& other) {
     for (T& value : std::span(other.data_, other.size_)) add(std::move(value));
     std::destroy_n(other.data_, other.size_);
-    other.room_ = other.capacity();
-    other.exact_ = false;
     other.size_ = 0;
   }
-  /// Room for `count` elements in total, if there is less.
+  /// Makes room for `count` elements in total, if there is less. Asserts "size < 2^29".
   void reserve(U32 count) {
-    if (count > capacity()) moveTo(count);
+    if (count > capacity_) moveTo(count);
   }
-  /// Sorts by `less`, keeps the first of the equal ones, and trims the storage to the size.
+  /// Sorts by `less`, keeps the first of equal elements, trims the storage to the size.
   template <class Less = std::less<T>, class Same = std::equal_to<T>>
   void sortAndTrim(Less less = {}, Same same = {}) {
     const std::span<T> all(data_, size_);
@@ -92,38 +97,28 @@ class CommVector {
   }
   /// Trims the storage to the size.
   void trim() {
-    if (size_ != capacity()) moveTo(size_);
-    exact_ = true;
+    if (size_ != capacity_) moveTo(size_);
   }
 
-  /// Room behind an object, which frees it: for exactly `count` elements, all of which are added
-  /// before anything else is done.
+  /// Uses `count` elements' room behind an object; the object frees it. REQUIRES: the vector is
+  /// new.
   void roomIs(void* room, U32 count) {
     data_ = static_cast<T*>(room);
-    room_ = count;
+    capacity_ = count;
     inside_ = true;
-    exact_ = count == 0;
   }
-  bool inside() const { return inside_; }
+  /// Octets of the room behind an object that the vector uses.
+  std::size_t roomOctets() const { return inside_ ? capacity_ * sizeof(T) : 0; }
 
-  /// Whether the elements ascend and none is there twice; the owner's word.
+  /// Whether the elements ascend and none is there twice. Set by the owner; not checked.
   bool sorted() const { return sorted_; }
   void sortedIs(bool sorted) { sorted_ = sorted; }
-
-  /// Where a table places this; kept while the vector is exact, from when it was set.
-  U32 place() const { return room_; }
-  void placeIs(U32 place) {
-    MOX_ASSERT(size_ == capacity(), "size() == capacity()");
-    exact_ = true;
-    room_ = place;
-  }
 
  private:
   using Allocator = Mox::TrackedAllocator<T>;
 
-  U32 capacity() const { return exact_ ? size_ : room_; }
   void freeStorage() {
-    if (data_ && !inside_) Allocator().deallocate(data_, capacity());
+    if (data_ && !inside_) Allocator().deallocate(data_, capacity_);
   }
   void moveTo(U32 count) {
     MOX_ASSERT(count <= longest, "size < 2^29");
@@ -132,58 +127,15 @@ class CommVector {
     std::destroy_n(data_, size_);
     freeStorage();
     data_ = to;
-    inside_ = exact_ = false;
-    room_ = count;
+    inside_ = false;
+    capacity_ = count;
   }
 
   U32 size_ : 29 = 0;
-  U32 exact_ : 1 = true;    // there is room for just the elements that are there
   U32 inside_ : 1 = false;  // the storage is part of an object
   U32 sorted_ : 1 = false;
-  U32 room_ = 0;  // elements that there is room for; once exact, the place
+  U32 capacity_ = 0;  // elements that the storage has room for, never less than `size_`
   T* data_ = nullptr;
-};
-
-/// Octets behind an object, part of its memory.
-struct Tail {
-  std::size_t octets = 0;
-};
-
-/// As Mox::Entity, for classes whose objects may have a tail. `Object` says how long its own is:
-/// `tailOctets()`.
-template <class Object, class Base>
-class TailEntity : public Mox::Entity<Object, Base> {
- public:
-  using Mox::Entity<Object, Base>::Entity;
-
-  /// A new object with its notifications on.
-  static Mox::Ptr<Object> withTail(Tail tail, auto&&... arguments) {
-    Mox::Ptr<Object> object(new (tail) Object(std::forward<decltype(arguments)>(arguments)...));
-    object->hasNotificationActiveIs(true);
-    return object;
-  }
-  void* tail() { return static_cast<Object*>(this) + 1; }
-
-  static void* operator new(std::size_t octets) { return allocate(octets); }
-  static void* operator new(std::size_t octets, Tail tail) {
-    return allocate(octets + tail.octets);
-  }
-  static void operator delete(TailEntity* base, std::destroying_delete_t) {
-    auto* const object = static_cast<Object*>(base);
-    const std::size_t octets = sizeof(Object) + object->tailOctets();
-    object->~Object();
-    Object::type.allocation().deallocate(object, octets);
-  }
-  // For constructors that throw.
-  static void operator delete(void* memory, std::size_t octets) noexcept {
-    Object::type.allocation().deallocate(memory, octets);
-  }
-  static void operator delete(void* memory, Tail tail) noexcept {
-    Object::type.allocation().deallocate(memory, sizeof(Object) + tail.octets);
-  }
-
- private:
-  static void* allocate(std::size_t octets) { return Object::type.allocation().allocate(octets); }
 };
 
 }  // namespace Routing::Bgp

@@ -10,6 +10,7 @@
 #include <optional>
 #include <span>
 
+#include "Mox/Ptr.h"
 #include "Zonet/NetworkOrder.h"
 #include "attr/BgpPathAttributeEnums.h"
 #include "community-list/ZoBgpCommunityListVector.h"

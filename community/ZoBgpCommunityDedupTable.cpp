@@ -1,8 +1,11 @@
 #include "community/ZoBgpCommunityDedupTable.h"
 
+#include "community/internal/ZoBgpCommunityValueDedupTableBodies.h"
 #include "parse/BgpParseExtCommTopRule.h"
 
 namespace Routing::Bgp {
+
+template class ExtCommValueDedupTable<ExtCommDedupTable, ExtComm>;
 
 const Mox::Type ExtCommDedupTable::type{"Routing::Bgp::ExtCommDedupTable", &Mox::PtrInterface::type,
                                         extCommDedupTableAttributes<ExtCommDedupTable>()};

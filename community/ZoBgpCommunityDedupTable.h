@@ -11,15 +11,20 @@
 
 namespace Routing::Bgp {
 
+class ExtCommDedupTable;
+extern template class ExtCommValueDedupTable<ExtCommDedupTable, ExtComm>;
+
 class ExtCommDedupTable final : public ExtCommValueDedupTable<ExtCommDedupTable, ExtComm> {
  public:
   static const Mox::Type type;
 
   using ExtCommValueDedupTable::ExtCommValueDedupTable;
 
+  /// Where the table places a content.
   static U64 place(const ExtCommContent& content, U64 seed) {
     return Orv::placeOf(content.value(), seed);
   }
+  /// What the parser makes of a content.
   static Mox::Ptr<ExtComm> parse(const Rule& rule, const ExtCommContent& content);
 };
 

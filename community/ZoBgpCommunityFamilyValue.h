@@ -48,8 +48,9 @@ class ExtCommValue : public MoxStash::DedupHandle {
   ExtCommValue(ExtCommClassification classification, const Content& content)
       : classification_(classification), content_(content) {}
 
-  /// A private object as it lies in the store, of the plain class whatever it was of, to be
-  /// interned by the caller; the manager is told. StoreException when the record is damaged.
+  /// A private object as it lies in the store, to be interned by the caller. It is of the plain
+  /// class, whatever class was stored; the manager is told. StoreException when the record is
+  /// damaged.
   static Mox::Ptr<typename F::Object> destash(MoxStash::StoreReference stored,
                                               const MoxStash::StoreManager& manager);
   /// Roots of a store are of this kind when they are communities of this family.
@@ -77,7 +78,7 @@ class ExtCommValue : public MoxStash::DedupHandle {
            std::memcmp(content.octets, &content_, sizeof content_) == 0;
   }
 
-  // Slots after those of the handle, in this order. Classes below append theirs.
+  // Virtual slots, in this order after those of the handle. Derived classes append theirs.
 
   /// The subtype octet; unspecified for a class of types that have none.
   virtual BgpExtCommPktSubtype pktSubtype() const { return {}; }
@@ -90,8 +91,8 @@ class ExtCommValue : public MoxStash::DedupHandle {
 
   /// What `formatDerivedType` writes.
   Mox::String toStrep() const;
-  /// The name of the subtype, or `subtype=` and its number; `none` for a type whose subtypes have
-  /// no names at all, `unspecified` when there is no subtype.
+  /// Writes the name of the subtype, or `subtype=` and its number. Writes `none` for a type whose
+  /// subtypes have no names at all, `unspecified` for an object without subtype.
   void formatSubtype(std::ostream& stream) const;
 
   /// The show text; `NULL` for a null pointer.
@@ -105,7 +106,8 @@ class ExtCommValue : public MoxStash::DedupHandle {
 
  protected:
   const Content& content() const { return content_; }
-  /// The name of the subtype or its number. Asserts that this is an object of `type` and has one.
+  /// The name of the subtype or its number. REQUIRES: the object is of `type` and has a subtype.
+  /// Asserts "<type>_ == pktType()" and "!pktSubtype().isUnspecified()".
   Mox::String subtypeString(PktType type) const;
   /// Appends the type and, when there is one, a space and the subtype.
   void appendTypeAndSubtype(CommText& text) const;
@@ -118,71 +120,5 @@ class ExtCommValue : public MoxStash::DedupHandle {
   const ExtCommClassification classification_;
   const Content content_;
 };
-
-template <class F>
-Mox::Ptr<typename F::Object> ExtCommValue<F>::destash(MoxStash::StoreReference stored,
-                                                      const MoxStash::StoreManager& manager) {
-  const auto& record = manager.record<typename F::Stored>(stored);
-  if (record.classification >= extCommClassificationOneBeyondLast)
-    manager.fail("stored community has no such classification: " +
-                 std::to_string(record.classification));
-  auto object = Mox::makeNew<typename F::Object>(ExtCommClassification(record.classification),
-                                                 record.content());
-  manager.restored();
-  return object;
-}
-
-template <class F>
-MoxStash::StoreReference ExtCommValue<F>::store(MoxStash::StoreWriter& writer) const {
-  return writer.once(*this,
-                     [&] { return writer.append(F::Stored::of(classification_, content_)); });
-}
-
-template <class F>
-Mox::String ExtCommValue<F>::toStrep() const {
-  CommTextSink sink;
-  std::ostream stream(&sink);
-  formatDerivedType(stream);
-  return sink.str();
-}
-
-template <class F>
-void ExtCommValue<F>::formatSubtype(std::ostream& stream) const {
-  CommText text;
-  appendSubtype(text);
-  text.writeTo(stream);
-}
-
-template <class F>
-void ExtCommValue<F>::appendTypeAndSubtype(CommText& text) const {
-  text << pktType();
-  if (!pktSubtype().isUnspecified()) appendSubtype(text << ' ');
-}
-
-template <class F>
-void ExtCommValue<F>::appendSubtype(CommText& text) const {
-  const BgpExtCommPktSubtype subtype = pktSubtype();
-  if (subtype.isUnspecified()) {
-    text << "unspecified";
-    return;
-  }
-  for (const ExtCommSubtypeNames& names : F::subtypeNames) {
-    if (names.pktType != pktType()) continue;
-    const std::string_view name = names.nameOf(U8(U64(subtype)));
-    name.empty() ? text << "subtype=" << U64(subtype) : text << name;
-    return;
-  }
-  text << "none";
-}
-
-template <class F>
-Mox::String ExtCommValue<F>::subtypeString(PktType type) const {
-  // The condition as operators know it: the enumerator's name with an underscore.
-  MOX_ASSERT(pktType() == type, (stringValue(type) + "_ == pktType()").c_str());
-  MOX_ASSERT(!pktSubtype().isUnspecified(), "!pktSubtype().isUnspecified()");
-  CommText text;
-  appendSubtype(text);
-  return text.str();
-}
 
 }  // namespace Routing::Bgp

@@ -1,7 +1,7 @@
 #include "community/ZoBgpCommunityStrepFormat.h"
 
 #include "community/ZoBgpCommunityText.h"
-#include "community/ZoBgpCommunityTextReader.h"
+#include "community/internal/ZoBgpCommunityTextReader.h"
 
 namespace Routing::Bgp {
 namespace {

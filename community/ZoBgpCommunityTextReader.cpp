@@ -1,4 +1,4 @@
-#include "community/ZoBgpCommunityTextReader.h"
+#include "community/internal/ZoBgpCommunityTextReader.h"
 
 #include <algorithm>
 

@@ -16,15 +16,17 @@ const Mox::Type enumerations[] = {Mox::enumType<TunnelType>(),
 
 // --- Route target and route origin. ---
 
-template <class Route>
-const Mox::Type ExtCommRouteAs<Route>::type{Route::asClass, &ExtCommAsNumber::type, {}};
+const Mox::Type ExtCommRouteTargetAs::type{
+    "Routing::Bgp::ExtCommRouteTargetAs", &ExtCommAsNumber::type, {}};
+const Mox::Type ExtCommRouteTargetIpv4Address::type{
+    "Routing::Bgp::ExtCommRouteTargetIpv4Address", &ExtCommIpv4Address::type, {}};
+const Mox::Type ExtCommRouteOriginAs::type{
+    "Routing::Bgp::ExtCommRouteOriginAs", &ExtCommAsNumber::type, {}};
+const Mox::Type ExtCommRouteOriginIpv4Address::type{
+    "Routing::Bgp::ExtCommRouteOriginIpv4Address", &ExtCommIpv4Address::type, {}};
 
-template <class Route>
-const Mox::Type ExtCommRouteIpv4Address<Route>::type{
-    Route::ipv4Class, &ExtCommIpv4Address::type, {}};
-
-template <class Route>
-void ExtCommRouteAs<Route>::formatDerivedType(std::ostream& stream) const {
+template <class Object, class Route>
+void ExtCommRouteAs<Object, Route>::formatDerivedType(std::ostream& stream) const {
   const U32 pktType = this->pktType();
   const bool twoOctets = pktType == extCommPktTypeTransTwoOctetAs;
   MOX_ASSERT(twoOctets || pktType == extCommPktTypeTransFourOctetAs, "0 && \"unexpected type\"");
@@ -35,8 +37,8 @@ void ExtCommRouteAs<Route>::formatDerivedType(std::ostream& stream) const {
   this->writeShowText(text, stream);
 }
 
-template <class Route>
-void ExtCommRouteIpv4Address<Route>::formatDerivedType(std::ostream& stream) const {
+template <class Object, class Route>
+void ExtCommRouteIpv4Address<Object, Route>::formatDerivedType(std::ostream& stream) const {
   CommText text;
   text << '<' << Route::showName << ' ' << this->ipv4Address() << ':' << this->localAdmin();
   this->writeShowText(text, stream);
@@ -44,7 +46,8 @@ void ExtCommRouteIpv4Address<Route>::formatDerivedType(std::ostream& stream) con
 
 namespace {
 
-/// What stands before the numbers of a target or an origin; `form` is the kind of its numbers.
+/// Appends the words before the numbers of a target or an origin; `form` says what numbers they
+/// are.
 template <class Route>
 void appendRoutePrefix(CommText& text, ExtComm::StrepFormat format, std::string_view form) {
   if (format.inFull())
@@ -55,8 +58,8 @@ void appendRoutePrefix(CommText& text, ExtComm::StrepFormat format, std::string_
 
 }  // namespace
 
-template <class Route>
-Mox::String ExtCommRouteAs<Route>::toStrepForPolicy(ExtComm::StrepFormat format) const {
+template <class Object, class Route>
+Mox::String ExtCommRouteAs<Object, Route>::toStrepForPolicy(ExtComm::StrepFormat format) const {
   CommText text;
   appendRoutePrefix<Route>(text, format, this->fourByteAs() ? "-AS4"sv : "-AS"sv);
   this->appendAsNumber(text, format.has(strepFormatQualifier), format.has(strepFormatAsdot));
@@ -64,18 +67,19 @@ Mox::String ExtCommRouteAs<Route>::toStrepForPolicy(ExtComm::StrepFormat format)
   return text.str();
 }
 
-template <class Route>
-Mox::String ExtCommRouteIpv4Address<Route>::toStrepForPolicy(ExtComm::StrepFormat format) const {
+template <class Object, class Route>
+Mox::String ExtCommRouteIpv4Address<Object, Route>::toStrepForPolicy(
+    ExtComm::StrepFormat format) const {
   CommText text;
   appendRoutePrefix<Route>(text, format, "-IP");
   text << this->ipv4Address() << ':' << this->localAdmin();
   return text.str();
 }
 
-template class ExtCommRouteAs<RouteTarget>;
-template class ExtCommRouteIpv4Address<RouteTarget>;
-template class ExtCommRouteAs<RouteOrigin>;
-template class ExtCommRouteIpv4Address<RouteOrigin>;
+template class ExtCommRouteAs<ExtCommRouteTargetAs, RouteTarget>;
+template class ExtCommRouteIpv4Address<ExtCommRouteTargetIpv4Address, RouteTarget>;
+template class ExtCommRouteAs<ExtCommRouteOriginAs, RouteOrigin>;
+template class ExtCommRouteIpv4Address<ExtCommRouteOriginIpv4Address, RouteOrigin>;
 
 // --- Link bandwidth. ---
 

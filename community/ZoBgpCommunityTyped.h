@@ -1,12 +1,12 @@
-// The extended communities that the library knows the meaning of. A kind fixes its classification
-// and says its two texts; everything else is its base's.
+// Typed extended communities: those whose meaning the library knows. Each class fixes its
+// classification and says its two texts; everything else it has from its base.
 //
 //   auto target = extCommRouteTargetAsFactory(ExtCommContent(0x0002FDE800000064), false);
 //   target->toStrepForPolicy({})   // "65000:100"; with classification "RT:65000:100"
 //   target->toStrep()              // "<RouteTarget2ByteASN 65000:100 0x0002fde800000064>"
 //
-// A factory returns a new, private object with its notifications on. It does not look at type and
-// subtype: who calls it has.
+// A factory returns a new, private object with its notifications on. REQUIRES: type and subtype of
+// the content are those of the class; not checked.
 #pragma once
 
 #include "community/ZoBgpCommunityAsNumber.h"
@@ -16,52 +16,76 @@ namespace Routing::Bgp {
 
 // --- Route target and route origin (RFC 4360, sections 4 and 5). They differ in words only. ---
 
+class ExtCommRouteTargetAs;
+class ExtCommRouteTargetIpv4Address;
+class ExtCommRouteOriginAs;
+class ExtCommRouteOriginIpv4Address;
+
+/// Classification, classes and words of route targets.
 struct RouteTarget {
+  using As = ExtCommRouteTargetAs;
+  using Ipv4Address = ExtCommRouteTargetIpv4Address;
   static constexpr ExtCommClassification classification = extCommClassificationRouteTarget;
-  static constexpr std::string_view asClass = "Routing::Bgp::ExtCommRouteTargetAs";
-  static constexpr std::string_view ipv4Class = "Routing::Bgp::ExtCommRouteTargetIpv4Address";
   static constexpr std::string_view shortName = "RT", longName = "Route-Target";
   static constexpr std::string_view showName = "RouteTarget";
 };
+/// The same of route origins.
 struct RouteOrigin {
+  using As = ExtCommRouteOriginAs;
+  using Ipv4Address = ExtCommRouteOriginIpv4Address;
   static constexpr ExtCommClassification classification = extCommClassificationRouteOrigin;
-  static constexpr std::string_view asClass = "Routing::Bgp::ExtCommRouteOriginAs";
-  static constexpr std::string_view ipv4Class = "Routing::Bgp::ExtCommRouteOriginIpv4Address";
   static constexpr std::string_view shortName = "SoO", longName = "Route-Origin";
   static constexpr std::string_view showName = "RouteOrigin";
 };
 
-/// Of type 0x00 or 0x02; the show text of any other type ends the process.
-template <class Route>
-class ExtCommRouteAs final : public Mox::Entity<ExtCommRouteAs<Route>, ExtCommAsNumber> {
+/// A target or origin by AS number, of type 0x00 or 0x02. The show text of an object of any other
+/// type asserts "0 && "unexpected type"".
+template <class Object, class Route>
+class ExtCommRouteAs : public Mox::Entity<Object, ExtCommAsNumber> {
  public:
-  static const Mox::Type type;
   ExtCommRouteAs(const ExtCommContent& content, bool fourByteAs)
       : ExtCommRouteAs::Entity(Route::classification, content, fourByteAs) {}
   void formatDerivedType(std::ostream& stream) const override;
   Mox::String toStrepForPolicy(ExtComm::StrepFormat format) const override;
 };
 
-/// Of type 0x01.
-template <class Route>
-class ExtCommRouteIpv4Address final
-    : public Mox::Entity<ExtCommRouteIpv4Address<Route>, ExtCommIpv4Address> {
+/// A target or origin by IPv4 address, of type 0x01.
+template <class Object, class Route>
+class ExtCommRouteIpv4Address : public Mox::Entity<Object, ExtCommIpv4Address> {
  public:
-  static const Mox::Type type;
   explicit ExtCommRouteIpv4Address(const ExtCommContent& content)
       : ExtCommRouteIpv4Address::Entity(Route::classification, content) {}
   void formatDerivedType(std::ostream& stream) const override;
   Mox::String toStrepForPolicy(ExtComm::StrepFormat format) const override;
 };
 
-using ExtCommRouteTargetAs = ExtCommRouteAs<RouteTarget>;
-using ExtCommRouteTargetIpv4Address = ExtCommRouteIpv4Address<RouteTarget>;
-using ExtCommRouteOriginAs = ExtCommRouteAs<RouteOrigin>;
-using ExtCommRouteOriginIpv4Address = ExtCommRouteIpv4Address<RouteOrigin>;
-extern template class ExtCommRouteAs<RouteTarget>;
-extern template class ExtCommRouteIpv4Address<RouteTarget>;
-extern template class ExtCommRouteAs<RouteOrigin>;
-extern template class ExtCommRouteIpv4Address<RouteOrigin>;
+extern template class ExtCommRouteAs<ExtCommRouteTargetAs, RouteTarget>;
+extern template class ExtCommRouteIpv4Address<ExtCommRouteTargetIpv4Address, RouteTarget>;
+extern template class ExtCommRouteAs<ExtCommRouteOriginAs, RouteOrigin>;
+extern template class ExtCommRouteIpv4Address<ExtCommRouteOriginIpv4Address, RouteOrigin>;
+
+class ExtCommRouteTargetAs final : public ExtCommRouteAs<ExtCommRouteTargetAs, RouteTarget> {
+ public:
+  static const Mox::Type type;
+  using ExtCommRouteAs::ExtCommRouteAs;
+};
+class ExtCommRouteTargetIpv4Address final
+    : public ExtCommRouteIpv4Address<ExtCommRouteTargetIpv4Address, RouteTarget> {
+ public:
+  static const Mox::Type type;
+  using ExtCommRouteIpv4Address::ExtCommRouteIpv4Address;
+};
+class ExtCommRouteOriginAs final : public ExtCommRouteAs<ExtCommRouteOriginAs, RouteOrigin> {
+ public:
+  static const Mox::Type type;
+  using ExtCommRouteAs::ExtCommRouteAs;
+};
+class ExtCommRouteOriginIpv4Address final
+    : public ExtCommRouteIpv4Address<ExtCommRouteOriginIpv4Address, RouteOrigin> {
+ public:
+  static const Mox::Type type;
+  using ExtCommRouteIpv4Address::ExtCommRouteIpv4Address;
+};
 
 // --- The others. ---
 
@@ -127,7 +151,7 @@ class ExtCommColor final : public Mox::Entity<ExtCommColor, ExtCommSubtyped> {
   Mox::String toStrepForPolicy(StrepFormat format) const override;
 };
 
-/// What a router found out about the origin of a route (RFC 8097).
+/// The result of a router's check of a route's origin (RFC 8097).
 enum class OriginValidationState : U32 { valid = 0, notFound = 1, invalid = 2 };
 
 /// The row of a state also says how texts spell it.
@@ -169,12 +193,12 @@ class ExtCommDefaultGateway final : public Mox::Entity<ExtCommDefaultGateway, Ex
   Mox::String toStrepForPolicy(StrepFormat format) const override;
 };
 
-// --- Factories, one per kind. ---
+// --- Factories, one per class. ---
 
-template <class Kind, class... FourByteAs>
+template <class Typed, class... FourByteAs>
 struct ExtCommFactory {
-  typename Kind::Ptr operator()(const ExtCommContent& content, FourByteAs... fourByteAs) const {
-    return Mox::makeNew<Kind>(content, fourByteAs...);
+  typename Typed::Ptr operator()(const ExtCommContent& content, FourByteAs... fourByteAs) const {
+    return Mox::makeNew<Typed>(content, fourByteAs...);
   }
 };
 inline constexpr ExtCommFactory<ExtCommRouteTargetAs, bool> extCommRouteTargetAsFactory;

@@ -1,5 +1,7 @@
 #include "community/ZoBgpCommunityValue.h"
 
+#include "community/internal/ZoBgpCommunityFamilyValueBodies.h"
+
 namespace Routing::Bgp {
 
 using Mox::attribute;

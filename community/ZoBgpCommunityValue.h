@@ -95,11 +95,11 @@ class ExtComm : public Mox::Entity<ExtComm, ExtCommValue<ExtCommFamily>> {
   ZOBGP_SUBTYPE_STRINGS(ZOBGP_SUBTYPE_STRING)
 
  protected:
-  /// A number of so many bits, the lowest of them at bit `place` of the content.
-  U32 bits(U32 place, U32 count) const {
-    return U32(content().value() >> place & ((1ULL << count) - 1));
+  /// The number of `count` bits whose lowest is bit `lowest` of the content.
+  U32 bits(U32 lowest, U32 count) const {
+    return U32(content().value() >> lowest & ((1ULL << count) - 1));
   }
-  /// Ends a show text with the content and writes it.
+  /// Writes a show text: `text`, a space, the content, and `>`.
   void writeShowText(CommText& text, std::ostream& stream) const;
 };
 

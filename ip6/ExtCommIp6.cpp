@@ -1,5 +1,7 @@
 #include "ip6/ExtCommIp6.h"
 
+#include "community/internal/ZoBgpCommunityFamilyValueBodies.h"
+
 namespace Routing::Bgp {
 
 using Mox::attribute;

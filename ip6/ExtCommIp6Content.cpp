@@ -5,7 +5,7 @@
 #include "Mox/Type.h"
 #include "Zonet/NetworkOrder.h"
 #include "community/ZoBgpCommunityText.h"
-#include "community/ZoBgpCommunityTextReader.h"
+#include "community/internal/ZoBgpCommunityTextReader.h"
 
 namespace Routing::Bgp {
 
@@ -15,7 +15,8 @@ static const Mox::Type extCommIp6ContentType{
     {Mox::attribute<&ExtCommIp6Content::type>("type"),
      Mox::attribute<&ExtCommIp6Content::subtype>("subtype"),
      Mox::attribute<&ExtCommIp6Content::addr>("addr"),
-     Mox::attribute<&ExtCommIp6Content::localAdmin>("localAdmin")}};
+     Mox::attribute<&ExtCommIp6Content::localAdmin>("localAdmin"),
+     Mox::operation("ExtCommIp6Content")}};  // the constructor, of these four
 
 ExtCommIp6Content ExtCommIp6Content::fromOctets(std::span<const U8, 20> octets) {
   std::array<U8, 16> address;

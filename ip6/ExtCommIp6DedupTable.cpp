@@ -1,8 +1,11 @@
 #include "ip6/ExtCommIp6DedupTable.h"
 
+#include "community/internal/ZoBgpCommunityValueDedupTableBodies.h"
 #include "parse/BgpParseExtCommTopRule.h"
 
 namespace Routing::Bgp {
+
+template class ExtCommValueDedupTable<ExtCommIp6DedupTable, ExtCommIp6>;
 
 const Mox::Type ExtCommIp6DedupTable::type{"Routing::Bgp::ExtCommIp6DedupTable",
                                            &Mox::PtrInterface::type,

@@ -9,15 +9,20 @@
 
 namespace Routing::Bgp {
 
+class ExtCommIp6DedupTable;
+extern template class ExtCommValueDedupTable<ExtCommIp6DedupTable, ExtCommIp6>;
+
 class ExtCommIp6DedupTable final : public ExtCommValueDedupTable<ExtCommIp6DedupTable, ExtCommIp6> {
  public:
   static const Mox::Type type;
 
   using ExtCommValueDedupTable::ExtCommValueDedupTable;
 
+  /// Where the table places a content.
   static U64 place(const ExtCommIp6Content& content, U64 seed) {
     return Orv::placeOf(&content, sizeof content, seed);
   }
+  /// What the parser makes of a content.
   static Mox::Ptr<ExtCommIp6> parse(const Rule& rule, const ExtCommIp6Content& content);
 };
 

@@ -1,6 +1,6 @@
 #include "ip6/ExtCommIp6List.h"
 
-#include "community-list/ZoBgpCommunityListFamilyImpl.h"
+#include "community-list/internal/ZoBgpCommunityListFamilyBodies.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
 
 namespace Routing::Bgp {

@@ -1,6 +1,6 @@
 #include "parse/BgpParseExtCommKeys.h"
 
-#include "community/ZoBgpCommunityTextReader.h"
+#include "community/internal/ZoBgpCommunityTextReader.h"
 
 namespace Routing::Bgp {
 

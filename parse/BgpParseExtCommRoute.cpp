@@ -39,9 +39,9 @@ template <class Route, class Kind>
 Mox::Ptr<ExtComm> BgpParseExtCommRouteRule<Route, Kind>::inhale(
     const ExtCommContent& content) const {
   if constexpr (std::same_as<Kind, kind::TransIpv4Address>)
-    return Mox::makeNew<ExtCommRouteIpv4Address<Route>>(content);
+    return Mox::makeNew<typename Route::Ipv4Address>(content);
   else
-    return Mox::makeNew<ExtCommRouteAs<Route>>(content, std::same_as<Kind, kind::TransFourOctetAs>);
+    return Mox::makeNew<typename Route::As>(content, std::same_as<Kind, kind::TransFourOctetAs>);
 }
 
 template class BgpParseExtCommRouteRule<RouteTarget, kind::TransTwoOctetAs>;

@@ -67,6 +67,8 @@ while IFS=: read -r file line included; do
     fault "$file:$line: no \"$included\" beside it, in platform/ or in the root"
   elif ((layer[$file] < layer[$included])); then
     fault "$file:$line: layer ${layer[$file]} includes \"$included\" of layer ${layer[$included]}"
+  elif [[ $included == */internal/* && $file == *.h && $file != */internal/* ]]; then
+    fault "$file:$line: is installed, \"$included\" is not"
   fi
 done < <(printf '%s\0' "${!layer[@]}" | sort -z |
   xargs -0 awk '/^[ \t]*#[ \t]*include[ \t]*"/ { split($0, part, "\""); print FILENAME ":" FNR ":" part[2] }')

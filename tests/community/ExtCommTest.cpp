@@ -1,4 +1,12 @@
 // Extended communities of 8 octets: contents, the vocabulary, and every text.
+
+namespace Routing::Bgp {  // users name classes before they include them: none is an alias
+class ExtCommRouteTargetAs;
+class ExtCommRouteTargetIpv4Address;
+class ExtCommRouteOriginAs;
+class ExtCommRouteOriginIpv4Address;
+}  // namespace Routing::Bgp
+
 #include <gtest/gtest.h>
 
 #include <iomanip>

@@ -1,0 +1,125 @@
+// Bodies of extended lists: building and freezing.
+//
+// Freezing sorts the communities, deals them out to new groups by classification, interns the
+// groups, then the list. A list whose values are known beforehand, as from the wire, gets its
+// memory in one piece:
+//
+//   [ list | values ... | groups ... ]
+#pragma once
+
+#include <bit>
+#include "Orv/DedupHashTableUnorderedSet.h"
+#include "community-list/ZoBgpCommunityListImpl.h"
+#include "community-list/internal/ZoBgpCommunityListGroupBodies.h"
+
+namespace Routing::Bgp {
+
+template <class F>
+void ExtCommListOf<F>::assertNeverDeduped() const {
+  MOX_ASSERT(this->dedupState() == Orv::dedupHandleStateNeverDeduped(),
+             "__null == ( this ) || ( this )->dedupState() == Orv::dedupHandleStateNeverDeduped()");
+}
+
+template <class F>
+void ExtCommListOf<F>::commIs(const ConstValue& comm) {
+  assertNeverDeduped();
+  ExtCommVectorAdd(comm, comm_);
+}
+
+template <class F>
+void ExtCommListOf<F>::append(const ConstList& other) {
+  assertNeverDeduped();
+  const U32 count = other ? other->comms() : 0;  // the other may be this one
+  for (U32 i = 0; i < count; ++i) comm_.add(other->comm_[i]);
+}
+
+template <class F>
+void ExtCommListOf<F>::appendClassificationList(const ConstGroup& group) {
+  assertNeverDeduped();
+  if (!group) return;
+  for (const ConstValue& comm : group->commVector()) comm_.add(comm);
+}
+
+template <class F>
+void ExtCommListOf<F>::expectedCommunityCountIs(U32 count) {
+  assertNeverDeduped();
+  comm_.reserve(count);
+}
+
+template <class F>
+void ExtCommListOf<F>::sortComms() {
+  assertNeverDeduped();
+  ExtCommVectorSort(comm_);
+  comm_.sortedIs(true);
+}
+
+template <class F>
+auto ExtCommListOf<F>::dedup(const Table& table) -> ConstList {
+  assertNeverDeduped();
+  Mox::Ptr<Orv::DedupHandle> reference(static_cast<List*>(this));
+  sortComms();
+  makeGroups(table, nullptr);
+  try {
+    return Mox::staticCast<const List>(table->dedup(std::move(reference)));
+  } catch (...) {
+    groups_.groupsAre({}, nullptr);  // as if nothing had been tried
+    throw;
+  }
+}
+
+/// Groups the sorted communities and interns the groups.
+template <class F>
+void ExtCommListOf<F>::makeGroups(const Table& table, void* room) {
+  std::array<U32, extCommClassificationOneBeyondLast> members{};
+  U32 transitive = 0;
+  for (const ConstValue& comm : comm_) {
+    ++members[groupIndex(*comm)];
+    transitive += comm->transitive();
+  }
+  ExtCommNewGroups<F> groups;
+  for (const ConstGroup& group : groups_.present())  // of an earlier call: refused below
+    groups[group->classification()] = Mox::Ptr<Group>(const_cast<Group*>(group.get()));
+  for (const ConstValue& comm : comm_) {
+    const ExtCommClassification classification = comm->classification();
+    ExtCommListFindOrCreateClassificationList<F>(groups, classification, members[classification])
+        .commIs(comm);
+  }
+  typename ExtCommGroupVector<Group>::Slots interned;
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    if (!groups[i]) continue;
+    interned[i] = groups[i]->dedup(table);
+    MOX_ASSERT(interned[i]->commVectorSorted(), "_classificationList->commVectorSorted()");
+  }
+  groups_.groupsAre(std::move(interned), room);
+  totalTransitive_ = transitive;
+}
+
+/// A list of sorted values, with room for its groups: behind the object, unless that is not enough
+/// for them.
+template <class F>
+auto ExtCommListOf<F>::made(ExtCommVector<Value>& sorted, U32 groups) -> Mox::Ptr<List> {
+  constexpr U32 most = 0xFFFF;
+  const U32 pointers = sorted.size() + groups <= most ? sorted.size() + groups : 0;
+  auto list = List::withTail(Tail{pointers * sizeof(void*)});
+  list->tailPointers_ = U16(pointers);
+  if (pointers) list->comm_.roomIs(list->tail(), sorted.size());
+  list->comm_.take(sorted);
+  list->comm_.sortedIs(true);
+  return list;
+}
+
+/// The interned list of values that are sorted and may be in one list.
+template <class F>
+auto ExtCommListOf<F>::dedupValues(const Table& table, ExtCommVector<Value>& sorted, U32 place)
+    -> ConstList {
+  U32 present = 0;
+  for (const ConstValue& value : sorted) present |= 1u << groupIndex(*value);
+  auto list = made(sorted, U32(std::popcount(present)));
+  // Behind the values, if they stand behind the object.
+  list->makeGroups(table,
+                   list->tailPointers_ ? const_cast<ConstValue*>(list->comm_.end()) : nullptr);
+  list->comm_.trim();
+  return Mox::staticCast<const List>(table->dedupHashTable()->dedup(std::move(list), place));
+}
+
+}  // namespace Routing::Bgp
