@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "community-list/ZoBgpCommunityList.h"
+#include "tests/MemoryStore.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -47,8 +48,13 @@ TEST(CommList, TextsHashAndFlagsOfKnownLists) {
     const auto built = listOf(appended)->dedup(commListDedupTableFactory());
     const Mox::String wire = built->serialize();
     const std::vector<U8> octets(wire.begin() + 3, wire.end());
-    for (const auto& list :
-         {built, CommList::dedupWire(commListDedupTableFactory(), octets).list}) {
+    const U64 end = 64 + octets.size();
+    const MemoryStore store(CommList::Stored{64, end, end, 1, 0},
+                            std::vector<U32>(built->values().begin(), built->values().end()));
+    const auto read = CommList::fromWire(octets).list;
+    for (const auto& list : {built, CommList::dedupStored(commListDedupTableFactory(), 0, store),
+                             CommList::dedupWire(commListDedupTableFactory(), octets).list,
+                             read ? read->dedup(commListDedupTableFactory()) : nullptr}) {
       if (!list) continue;  // an attribute without values is malformed
       EXPECT_EQ(list->commsStringForm(), numeric);
       EXPECT_EQ(list->commsWellKnownStringForm(), named);
@@ -90,6 +96,7 @@ TEST(LargeCommList, TextsHashAndWireOfKnownLists) {
     EXPECT_EQ(LargeCommList::getStringValue(value), plain);
     EXPECT_EQ(LargeCommList::displayString(value, true), asdot);
   }
+  EXPECT_EQ(LargeCommList::displayString({65535, 0, 9}, true), "65535:0:9");
   const auto list = all->dedup(largeCommListDedupTableFactory());
   EXPECT_EQ(list->toStrep(), "65000:1:2 65536:0:0 4200000000:5:6");
   EXPECT_EQ(list->serialize(), Mox::String("\xC0\x20\x24"

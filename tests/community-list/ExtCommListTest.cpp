@@ -1,8 +1,11 @@
+#include <gmock/gmock.h>
+
 #include <iomanip>
 #include <map>
 #include <sstream>
 
 #include "ExtCommFamilies.h"
+#include "Restored.h"
 #include "tests/AllocationCounter.h"
 
 namespace Routing::Bgp {
@@ -106,9 +109,12 @@ TYPED_TEST(EveryExtCommList, OneObjectPerSetWhateverTheOrderTheRepeatsAndTheWay)
       const auto read = List::dedupWire(f.table, f.values, wire);
       EXPECT_EQ(read.list, now.list);
       EXPECT_EQ(read.repeats, wild.size() - now.sorted.size());
-      EXPECT_EQ(List::fromWire(f.values, wire).list->dedup(f.table), now.list);
+      const auto [fresh, fault, repeats] = List::fromWire(f.values, wire);
+      EXPECT_TRUE(!fresh->isDeduped() && repeats == read.repeats);
+      EXPECT_EQ(fresh->dedup(f.table), now.list);
       const std::size_t before = allocations;
-      EXPECT_EQ(List::lookupWire(f.table, wire).list, now.list);
+      const auto found = List::lookupWire(f.table, wire);
+      EXPECT_TRUE(found.list == now.list && found.repeats == read.repeats);
       EXPECT_EQ(List::dedupWire(f.table, f.values, wire).list, now.list);
       EXPECT_EQ(allocations, before) << "a hit allocates nothing";
     }
@@ -147,6 +153,59 @@ TYPED_TEST(EveryExtCommList, BuildsSortsAndLooksUpBeforeItIsInterned) {
   EXPECT_EQ(list->dedup(this->family().table), this->interned({a, b}));
   EXPECT_EQ(Mox::Type::read(*list, "totalCommunities"), "2");
   EXPECT_EQ(list->fwkType().name(), TypeParam::name);
+}
+
+// Equal contents are one object, unless somebody makes objects by hand.
+TYPED_TEST(EveryExtCommList, TheFirstOfEqualContentsStays) {
+  TypeParam others;
+  for (const U32 more : {0, 40}) {  // lists of every length
+    const auto list = TypeParam::make();
+    for (U32 at = 0; at < more; ++at) list->commIs(this->value(TypeParam::some(100 + 7 * at)));
+    const auto first = others.values->dedupContent(TypeParam::content(TypeParam::some(1)));
+    list->commIs(first);
+    list->commIs(this->value(TypeParam::some(1)));
+    list->commIs(this->value(TypeParam::some(0)));
+    list->sortComms();
+    EXPECT_EQ(list->comm(first->getContent()), first);
+  }
+}
+
+TYPED_TEST(EveryExtCommList, GroupsAreEqualByMembersWhateverTheirClassification) {
+  using Group = typename TypeParam::List::Group;
+  const auto one = Mox::makeNew<Group>(extCommClassificationColor);
+  const auto other = Mox::makeNew<Group>(extCommClassificationUnSpecified);
+  const auto third = Mox::makeNew<Group>(extCommClassificationColor);
+  for (const auto& group : {one, other}) group->commIs(this->value(TypeParam::some(4)));
+  const auto interned = one->dedup(this->family().table);
+  EXPECT_EQ(other->dedup(this->family().table), interned);
+  EXPECT_NE(third->dedup(this->family().table), interned);
+}
+
+TYPED_TEST(EveryExtCommList, StoresKeepTheOrderAndRefuseAFalseOne) {
+  const Octets a = TypeParam::some(5), b = TypeParam::some(17), c = TypeParam::some(29);
+  const auto contents = [&](const auto& list, bool sorted) {
+    Contents contents;
+    list->forEachValue([&](const auto& content) {
+      contents.emplace_back().assign(content.octets().begin(), content.octets().end());
+    });
+    EXPECT_EQ(list->commVectorSorted(), sorted);
+    return contents;
+  };
+  const auto list = this->built({b, a});
+  MoxStash::StoreWriter building, writer;
+  list->sortComms();
+  const auto sorted = writer.add(list);
+  std::string octets = writer.octets();
+  const MoxStash::FileStore store("NAME", octets);
+  EXPECT_EQ(contents(TypeParam::List::destash(sorted, store), true), contents(list, true));
+  list->commIs(this->value(a < b ? a : b));  // sorted no more, whatever the flag says
+  const auto unsorted = building.add(list);
+  const MoxStash::FileStore other("NAME", building.octets());
+  EXPECT_EQ(contents(TypeParam::List::destash(unsorted, other), false), contents(list, true));
+  const U64 begin = store.record<StoredCommList>(sorted).begin;
+  std::swap_ranges(&octets[begin], &octets[begin + 8], &octets[begin + 8]);
+  const MoxStash::FileStore swapped("NAME", sealed(octets));
+  EXPECT_THROW(TypeParam::List::destash(sorted, swapped), MoxStash::StoreException);
 }
 
 TYPED_TEST(EveryExtCommList, MalformedAttributesGiveAReason) {
@@ -205,28 +264,17 @@ TYPED_TEST(EveryExtCommList, SnapshotsAreCopiesThatCanChange) {
   group->commDelAll();
   EXPECT_TRUE(snapshot->comms().empty() && snapshot->classificationLists().empty());
 
-  const auto refused = [](auto act) -> Mox::String {
-    try {
-      act();
-    } catch (const Mox::RangeException& refusal) {
-      return refusal.what();
-    }
-    return {};
+  const auto expectRefusal = [](const char* attribute, const char* owner, auto act) {
+    Mox::String name(TypeParam::name);
+    name.replace(name.size() - 4, 4, owner);
+    EXPECT_THAT(act, testing::ThrowsMessage<Mox::RangeException>(
+                         Mox::String("null _") + attribute + " parameter to mutator for " + name +
+                         "::" + attribute + " not allowed\""));
   };
-  const Mox::String list6(TypeParam::name), start = "null _";
-  const auto expected = [](const Mox::String& attribute, const Mox::String& owner) {
-    return "null _" + attribute + " parameter to mutator for " + owner + "::" + attribute +
-           " not allowed\"";
-  };
-  const auto name = [](const Mox::String& list, const char* what) {
-    return list.substr(0, list.size() - 4) + what;
-  };
-  EXPECT_EQ(refused([&] { snapshot->commIs(nullptr); }),
-            expected("comm", name(list6, "ListSnapshot")));
-  EXPECT_EQ(refused([&] { snapshot->classificationListIs(nullptr); }),
-            expected("classificationList", name(list6, "ListSnapshot")));
-  EXPECT_EQ(refused([&] { group->commIs(nullptr); }),
-            expected("comm", name(list6, "ClassificationListSnapshot")));
+  expectRefusal("comm", "ListSnapshot", [&] { snapshot->commIs(nullptr); });
+  expectRefusal("classificationList", "ListSnapshot",
+                [&] { snapshot->classificationListIs(nullptr); });
+  expectRefusal("comm", "ClassificationListSnapshot", [&] { group->commIs(nullptr); });
 }
 
 TYPED_TEST(EveryExtCommList, TableDiesBeforeItsMembers) {
@@ -330,6 +378,22 @@ TEST_F(ExtCommListTest, OneLinkBandwidthPerPath) {
   }
   EXPECT_FALSE(ExtCommList::lookupWire(family().table, wire).fault) << "a look-up finds nothing";
   EXPECT_DEATH(interned({fast, slow}), ": comms\\(\\) <= 1\n");
+}
+
+TEST_F(ExtCommIp6ListTest, LinkBandwidthsAreAsManyAsThereAre) {
+  std::vector<ExtCommIp6::PtrConst> held;
+  const auto list = extCommIp6ListFactory();
+  for (const U32 seed : {0, 5}) {  // as a plug-in would classify them
+    auto made = extCommIp6Factory(extCommClassificationLinkBandwidth,
+                                  TwentyOctets::content(TwentyOctets::some(seed)));
+    family().values->dedupHashTable()->dedup(Mox::Ptr<Orv::DedupHandle>(made.get()));
+    list->commIs(held.emplace_back(made));
+  }
+  const auto wire = joined({TwentyOctets::some(0), TwentyOctets::some(5)});
+  EXPECT_EQ(ExtCommIp6List::fromWire(family().values, wire).list->comms(), 2u);
+  const auto interned = ExtCommIp6List::dedupWire(family().table, family().values, wire).list;
+  EXPECT_EQ(interned->classificationList(extCommClassificationLinkBandwidth)->comms(), 2u);
+  EXPECT_EQ(list->dedup(family().table), interned);
 }
 
 TEST_F(ExtCommListTest, DumpsNameTheTables) {

@@ -24,6 +24,7 @@ namespace {
 using Content = const ExtCommContent&;
 ExtComm::Ptr plain(Content content) { return extCommFactory({}, content); }
 ExtComm::Ptr subtyped(Content content) { return ExtCommSubtyped::ExtCommSubtypedIs({}, content); }
+ExtComm::Ptr as4(Content content) { return ExtCommAsNumber::ExtCommAsNumberIs({}, content, true); }
 ExtComm::Ptr rtAs4(Content content) { return extCommRouteTargetAsFactory(content, true); }
 ExtComm::Ptr general(Content content) {
   return bgpParseExtendedCommunityRuleFactory({})->parseExtendedCommunity(content);
@@ -148,71 +149,102 @@ TEST(Vocabulary, NamesAndNumbersOfEveryEnumeration) {
   EXPECT_EQ(extCommSubtypeString<BgpExtCommPktSubtypeTransTwoOctetAs>(20), "subtype=20");
 }
 
-// What stands in angle brackets before the content, and policy texts: `QD=1.100:1` by the letters
-// of the flags, which are qualifier, classification, full words (UI), asdot and weighted.
+// The show text, in angle brackets before the content, and the policy text. In braces stand
+// choices: the first one counts whose letters are all set. Letters are flags: qualifier,
+// classification, full words (UI), asdot, weighted.
 struct Texts {
   U64 content;
   const char *show, *policy;
   ExtComm::Ptr (*make)(Content) = typed;
 };
 const Texts texts[] = {
-    {0x0002FDE800000064, "extCommPktTypeTransTwoOctetAs",
-     "U=; CU=0002:0xfd 0xe8 0x00 0x00 0x00 0x64", plain},
+    {0x0002FDE800000064, "extCommPktTypeTransTwoOctetAs", "{CU:0002:0xfd 0xe8 0x00 0x00 0x00 0x64}",
+     plain},
     {0x4304000000000005, "extCommPktTypeNonTransOpaque",
-     "C=; CU=0304(NT):0x00 0x00 0x00 0x00 0x00 0x05", plain},
-    {0x0400000000000001, "extCommPktTypeTransQosMarking", "-QUDW=", plain},
-    {0x070200000000000F, "extCommPktTypeUnknown none", "=", subtyped},
+     "{CU:0304(NT):0x00 0x00 0x00 0x00 0x00 0x05}", plain},
+    {0x0400000000000001, "extCommPktTypeTransQosMarking", "{CU:0400:0x00 0x00 0x00 0x00 0x00 0x01}",
+     plain},
+    {0x070200000000000F, "extCommPktTypeUnknown none", "{CU:0702:0x00 0x00 0x00 0x00 0x00 0x0f}",
+     subtyped},
     {0x0002FDE800000064,
      "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget",
-     "-QCDW=", subtyped},
+     "{CU:0002:0xfd 0xe8 0x00 0x00 0x00 0x64}", subtyped},
     {0x0002FDE800000064,
      "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget ASN=65000",
-     "=65000:100; C=65000:100; U=65000:100; CU=0002-AS:65000:100", general},
+     "{CU:0002-AS:}65000:100", general},
     {0x0202000100640001,
      "extCommPktTypeTransFourOctetAs extCommPktSubtypeTransFourOctetAsRouteTarget ASN=65636",
-     "Q=65636L:1; D=1.100:1; QD=1.100:1", general},
+     "{CU:0202-AS4:}{D:1.100|Q:65636L|:65636}:1", general},
     {0x4202000100640001, "extCommPktTypeNonTransFourOctetAs subtype=2 ASN=65636",
-     "CU=0202-AS4(NT):65636:1", general},
+     "{CU:0202-AS4(NT):}{D:1.100|Q:65636L|:65636}:1", general},
+    // The layout is the maker's choice, whatever the type says.
+    {0x0002000100640001,
+     "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget ASN=65636",
+     "{CU:0002-AS4:}{D:1.100|Q:65636L|:65636}:1", as4},
+    {0x0002000100640001, "RouteTarget2ByteASN 65636:1",
+     "{CU:Route-Target-AS4:|C:RT:}{D:1.100|Q:65636L|:65636}:1", rtAs4},
     {0x0102C0A800010064,
      "extCommPktTypeTransIpv4Address extCommPktSubtypeTransIpv4AddressRouteTarget 192.168.0.1",
-     "=192.168.0.1:100; CU=0102-IP:192.168.0.1:100; -QUDW=192.168.0.1:100", general},
-    {0x0002FDE800000064, "RouteTarget2ByteASN 65000:100",
-     "=65000:100; U=65000:100; C=RT:65000:100; CU=Route-Target-AS:65000:100"},
-    {0x0202000100640001, "RouteTarget4ByteASN 65636:1",
-     "CU=Route-Target-AS4:65636:1; CUQ=Route-Target-AS4:65636L:1"},
-    {0x02020000FDE80001, "RouteTarget4ByteASN 65000:1", "Q=65000L:1; QD=65000:1"},
-    {0x0202FFFFFFFF0001, "RouteTarget4ByteASN 4294967295:1", "D=65535.65535:1"},
-    {0x0002000100640001, "RouteTarget2ByteASN 65636:1", "CU=Route-Target-AS4:65636:1", rtAs4},
+     "{CU:0102-IP:}192.168.0.1:100", general},
+    {0x410200000001FFFE, "extCommPktTypeNonTransIpv4Address subtype=2 0.0.0.1",
+     "{CU:0102-IP(NT):}0.0.0.1:65534", general},
+    {0x0002FDE800000064, "RouteTarget2ByteASN 65000:100", "{CU:Route-Target-AS:|C:RT:}65000:100"},
+    {0x02020000FFFF0001, "RouteTarget4ByteASN 65535:1",
+     "{CU:Route-Target-AS4:|C:RT:}{D:65535|Q:65535L|:65535}:1"},
+    {0x0202000100000001, "RouteTarget4ByteASN 65536:1",
+     "{CU:Route-Target-AS4:|C:RT:}{D:1.0|Q:65536L|:65536}:1"},
+    {0x0202FFFFFFFF0001, "RouteTarget4ByteASN 4294967295:1",
+     "{CU:Route-Target-AS4:|C:RT:}{D:65535.65535|Q:4294967295L|:4294967295}:1"},
     {0x0102C0A800010064, "RouteTarget 192.168.0.1:100",
-     "=192.168.0.1:100; C=RT:192.168.0.1:100; CU=Route-Target-IP:192.168.0.1:100"},
+     "{CU:Route-Target-IP:|C:RT:}192.168.0.1:100"},
     {0x0003FDE8FFFFFFFF, "RouteOrigin2ByteASN 65000:4294967295",
-     "Q=65000:4294967295; C=SoO:65000:4294967295; CU=Route-Origin-AS:65000:4294967295"},
-    {0x020300010064FFFF, "RouteOrigin4ByteASN 65636:65535", "-QCUDW=Route-Origin-AS4:1.100:65535"},
+     "{CU:Route-Origin-AS:|C:SoO:}65000:4294967295"},
+    {0x020300010064FFFF, "RouteOrigin4ByteASN 65636:65535",
+     "{CU:Route-Origin-AS4:|C:SoO:}{D:1.100|Q:65636L|:65636}:65535"},
     {0x0103FFFFFFFFFFFE, "RouteOrigin 255.255.255.255:65534",
-     "C=SoO:255.255.255.255:65534; CU=Route-Origin-IP:255.255.255.255:65534"},
+     "{CU:Route-Origin-IP:|C:SoO:}255.255.255.255:65534"},
     // 0x4E9502F9 is 1.25e9 octets per second, ten gigabits.
     {0x4004FDE84E9502F9, "LinkBandwidth 65000:1.25e+09",
-     "W=65000:1.25e+09; CW=lbw 65000:1.25e+09; CU=Link-Bandwidth-AS:65000:10 Gbps"},
+     "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CUW:1250000000|CU:10 Gbps|:1.25e+09}"},
     {0x4004FDE8BF800000, "LinkBandwidth 65000:-1",
-     "=65000:-1; CU=Link-Bandwidth-AS:65000:-8 bps; CUW=Link-Bandwidth-AS:65000:-1"},
-    {0x4004FDE8FFC00000, "LinkBandwidth 65000:-nan", "CUW=Link-Bandwidth-AS:65000:nan"},
-    {0x4004FDE87F7FFFFF, "LinkBandwidth 65000:3.40282e+38",
-     "CUW=Link-Bandwidth-AS:65000:340282346638528859811704183484516925440"},
-    {0x030CFFFFFFFF0008, "TunnelEncap 8:tunnelTypeVxlan",
-     "C=TunnelEncap:tunnelTypeVxlan; -QUDW=tunnelTypeVxlan"},
-    {0x030C000000000005, "TunnelEncap 5:tunnelTypeUnknown", "=tunnelTypeUnknown-5"},
+     "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CUW:-1|CU:-8 bps|:-1}"},
+    {0x4004FDE8FFC00000, "LinkBandwidth 65000:-nan",
+     "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CU:nan|:-nan}"},
+    {0x4004FDE87F7FFFFF, "LinkBandwidth 65000:3.40282e+38", nullptr},
+    {0x030CFFFFFFFF0008, "TunnelEncap 8:tunnelTypeVxlan", "{C:TunnelEncap:}tunnelTypeVxlan"},
     {0x030C00000001FFFF, "TunnelEncap 65535:tunnelTypeUnknown",
-     "CU=TunnelEncap:tunnelTypeUnknown-65535"},
-    {0x030B80000000000A, "Color: 10(10)", "=Color:CO(10):10; CU=Color:CO(10):10"},
-    {0x030B7FFFFFFFFFFF, "Color: 4294967295(01)", "-QCUDW=Color:CO(01):4294967295"},
-    {0x4300000000000000, "OriginValidationState Valid", "=; C=; CU=Origin-Validation-State:Valid"},
-    {0x4300000000000001, "OriginValidationState NotFound", "CU=Origin-Validation-State:NotFound"},
-    {0x4300000000000002, "OriginValidationState Invalid", "CU=Origin-Validation-State:Invalid"},
-    {0x4300FFFFFFFFFF07, "OriginValidationState Unknown(7)", "CU=Origin-Validation-State:Unknown"},
-    {0x030D000000000000, "DefaultGateway", "=DefaultGateway; -QCUDW=DefaultGateway"},
+     "{C:TunnelEncap:}tunnelTypeUnknown-65535"},
+    {0x030B80000000000A, "Color: 10(10)", "Color:CO(10):10"},
+    {0x030B7FFFFFFFFFFF, "Color: 4294967295(01)", "Color:CO(01):4294967295"},
+    {0x4300000000000000, "OriginValidationState Valid", "{CU:Origin-Validation-State:Valid}"},
+    {0x4300000000000001, "OriginValidationState NotFound", "{CU:Origin-Validation-State:NotFound}"},
+    {0x4300000000000002, "OriginValidationState Invalid", "{CU:Origin-Validation-State:Invalid}"},
+    {0x4300FFFFFFFFFF07, "OriginValidationState Unknown(7)",
+     "{CU:Origin-Validation-State:Unknown}"},
+    {0x030D000000000000, "DefaultGateway", "DefaultGateway"},
 };
 
-TEST(ExtCommText, ShowAndPolicy) {
+Mox::String underFlags(std::string_view policy, U32 flags) {
+  std::istringstream in{Mox::String(policy)};
+  Mox::String text, choices, choice;
+  std::getline(in, text, '{');
+  while (std::getline(in, choices, '}')) {
+    std::istringstream each(choices);
+    while (std::getline(each, choice, '|')) {
+      const std::size_t colon = choice.find(':');
+      U32 needed = 0;
+      for (std::size_t at = 0; at < colon; ++at)
+        needed |= 1u << std::string_view("-QCUDW").find(choice[at]);
+      if ((flags & needed) != needed) continue;
+      text += choice.substr(colon + 1);
+      break;
+    }
+    if (std::getline(in, choice, '{')) text += choice;
+  }
+  return text;
+}
+
+TEST(ExtCommText, ShowAndPolicyUnderAllFlags) {
   for (const auto& [content, show, policy, make] : texts) {
     const ExtComm::PtrConst comm = make(ExtCommContent(content));
     std::ostringstream expected, stream;
@@ -220,15 +252,14 @@ TEST(ExtCommText, ShowAndPolicy) {
     stream << comm << *comm << static_cast<const ExtComm*>(nullptr);
     EXPECT_EQ(comm->toStrep(), expected.str());
     EXPECT_EQ(stream.str(), expected.str() + expected.str() + "NULL");
-    std::istringstream rows(policy);
-    for (Mox::String row; std::getline(rows >> std::ws, row, ';');) {
-      const std::size_t equals = row.find('=');
-      U32 flags = 0;
-      for (const char letter : row.substr(0, equals))
-        flags |= 1u << Mox::String("-QCUDW").find(letter);
-      EXPECT_EQ(comm->toStrepForPolicy(ExtComm::StrepFormat(flags)), row.substr(equals + 1)) << row;
-    }
+    for (U32 flags = 0; policy && flags <= ExtComm::StrepFormat::max; ++flags)
+      EXPECT_EQ(comm->toStrepForPolicy(ExtComm::StrepFormat(flags)), underFlags(policy, flags))
+          << flags;
   }
+  EXPECT_EQ(typed(ExtCommContent(0x4004FDE87F7FFFFF))->toStrepForPolicy(ExtComm::StrepFormat(0x2c)),
+            "Link-Bandwidth-AS:65000:340282346638528859811704183484516925440");
+  EXPECT_EQ(ExtComm::extCommTypeAsString("-X", 0xC3, 0x0b, true), "830b-X");
+  EXPECT_EQ(ExtComm::extCommTypeAsString("", 0x03, 0xfe, false), "03fe(NT)");
   EXPECT_DEATH(rtAs4(ExtCommContent(0x42ULL << 56))->toStrep(), "0 && \"unexpected type\"");
 }
 
@@ -250,6 +281,7 @@ TEST(ExtCommText, TakesUpperCaseFromTheStreamAndNothingElse) {
   plain(ExtCommContent(1))->formatCommunityValue(stream);
   EXPECT_EQ(stream.flags(), flags);
   EXPECT_EQ(stream.width(), 40);
+  EXPECT_EQ(stream.fill(), '*');
   EXPECT_EQ(stream.str(),
             "0X0002FDE8000000AB000000000000000000<LinkBandwidth 65000:1.25e+09 0X4004FDE84E9502F9>"
             "subtype=255unspecified0X0000000000000001");

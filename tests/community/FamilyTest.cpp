@@ -141,12 +141,14 @@ TYPED_TEST(Family, FormatsAreTextBothWaysAndNoOtherText) {
     text += "})";
     EXPECT_EQ(valueToStrep(Format(value)), text);
     sequenceToValue(text, read);
-    for (std::size_t place = 0; place < text.size(); ++place) {
+    for (std::size_t index = 0; index <= text.size(); ++index) {
       Mox::String changed = text, longer = text;
-      changed[place] ^= 1;
-      longer.insert(place, 1, '\0');
-      for (const Mox::String& bad : {text.substr(0, place), changed, longer})
-        EXPECT_THROW(sequenceToValue(bad, read), Mox::ParseException) << bad;
+      changed.replace(index, 1, 1, char(text[index] ^ 1));  // at the end: one character more
+      longer.insert(index, 1, '\0');
+      for (const Mox::String& bad : {text.substr(0, index), changed, longer})
+        if (bad != text) {
+          EXPECT_THROW(sequenceToValue(bad, read), Mox::ParseException) << bad;
+        }
     }
     EXPECT_EQ(read.value(), value);
   }

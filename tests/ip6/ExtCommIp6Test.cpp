@@ -41,6 +41,13 @@ TEST(ExtCommIp6, HashesAndComparesFieldByField) {
     }
 }
 
+TEST(ExtCommIp6Content, ReflectionHasItsFieldsAndItsConstructor) {
+  String names;
+  for (const auto& one : Mox::Type::find("Routing::Bgp::ExtCommIp6Content")->attributes())
+    names += one.name + ' ';
+  EXPECT_EQ(names, "type subtype addr localAdmin ExtCommIp6Content ");
+}
+
 TEST(ExtCommIp6Content, IsTextWithTwoRawOctets) {
   const String text{"type=\0;subtype=\2;addr=2001:db8::1;localAdmin=100", 48};
   std::ostringstream stream;
