@@ -45,7 +45,7 @@ const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& ExtCommListFamily::groupTable(
     const ExtCommListDedupTable& table, const ExtCommClassificationList& group) {
   if (group.classification() != extCommClassificationRouteTarget)
     return table.extCommClassificationListDedupTable();
-  // What follows groups of route targets knows them by their class.
+  // Observers of route targets rely on the class of the group.
   MOX_ASSERT(group.fwkType().isA(RtExtCommClassificationList::type), "rtExtCommClassificationList");
   return table.rtExtCommClassificationListDedupTable();
 }

@@ -58,7 +58,7 @@ class ExtCommClassificationList
   using TailEntity::TailEntity;
 };
 
-/// All extended communities of a path.
+/// The extended communities of a path.
 class ExtCommList final : public ExtCommListOf<ExtCommListFamily> {
  public:
   static const Mox::Type type;

@@ -1,4 +1,9 @@
-// The intern tables of extended lists.
+// The intern tables of extended lists, and the notifications of their sets of route targets.
+//
+//   ExtCommListDedupTable::Ptr table = extCommListDedupTableFactory();
+//   watcher.notifierIs(table->notifyingRtExtCommListCollection());
+//
+// Threads: made thread-safe exactly when `ZoBgpGlobals::multiThreaded()` says so at that moment.
 #pragma once
 
 #include "community-list/ZoBgpCommunityListRouteTargets.h"
@@ -6,8 +11,8 @@
 
 namespace Routing::Bgp {
 
-/// The tables of extended lists: of the lists, of their groups, of their groups of route targets;
-/// and what tells of the last. Whatever holds an interned list or group may outlive it.
+/// The tables of lists, of groups, of route-target groups, and the collection that tells of the
+/// last. Holders of interned lists and groups may outlive the tables.
 class ExtCommListDedupTable final
     : public Mox::Entity<ExtCommListDedupTable, CommListDedupTableBase> {
  public:

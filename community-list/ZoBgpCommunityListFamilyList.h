@@ -60,11 +60,11 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   void appendClassificationList(const ConstGroup& group);
   /// Reserves room for so many in total.
   void expectedCommunityCountIs(U32 count);
-  /// Sorts and drops repeats for look-ups before the list is interned. What is appended after that
-  /// is found only after sorting again.
+  /// Sorts and drops repeats for look-ups before the list is interned. Communities appended later
+  /// are found only after sorting again.
   void sortComms();
-  /// Freezes and interns groups and list, and returns the one list of this content. That may be
-  /// another object than this, which is of no more use then. REQUIRES: not called before; at most
+  /// Freezes and interns groups and list. Returns the one list of this content, perhaps another
+  /// object than this; this one is of no more use then. REQUIRES: not called before; at most
   /// one link bandwidth, in a family that has at most one per path. Asserts "comms() <= 1". Check
   /// untrusted input first, as `fromWire` does. When memory runs out, the list is as before but
   /// sorted.

@@ -42,8 +42,8 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
   /// Appends a value, in any order and repeats welcome; amortized O(1). Asserts
   /// "!commVectorSorted()" on a frozen list.
   void commIs(const Value& value);
-  /// Freezes and interns: sorts, drops repeats, and returns the one list of this content. That may
-  /// be another object than this. A list that is interned already returns itself. O(n log n).
+  /// Freezes and interns: sorts, drops repeats. Returns the one list of this content, perhaps
+  /// another object than this. A list that is interned already returns itself. O(n log n).
   ConstList dedup(const Table& table);
 
   // --- Reading. REQUIRES: the list is frozen. Each of these asserts "commVectorSorted()" on a list
@@ -61,7 +61,7 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
   void forEachValue(Use use) const {
     for (const Value& value : values()) use(value);
   }
-  /// Whether the list is frozen. Of any list.
+  /// Whether the list is frozen; never asserts.
   bool commVectorSorted() const { return comm_.sorted(); }
 
   U32 hash() const override;
@@ -104,7 +104,7 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
 
  protected:
   std::span<const Value> unchecked() const { return {comm_.begin(), comm_.size()}; }
-  /// What was computed when the list was interned. REQUIRES: it is. Asserts
+  /// The values computed when the list was interned. REQUIRES: it is interned. Asserts
   /// "... dedupState() != Orv::dedupHandleStateNeverDeduped()".
   const typename Traits::Cached& cached() const {
     MOX_ASSERT(

@@ -40,7 +40,7 @@ class ExtCommGroupVector {
     if (classification >= size() || !(present_ >> classification & 1)) return nullptr;
     return slots_[std::popcount(U16(present_ & ((1u << classification) - 1)))].get();
   }
-  /// Those that are there, ascending by classification.
+  /// All groups that are there, ascending by classification.
   std::span<const Slot> present() const { return {slots_, std::size_t(std::popcount(present_))}; }
 
   /// Takes the groups over, in place of those that are there: into `room` behind an object, which

@@ -1,8 +1,12 @@
-// What lists are made with, beneath their public face: the vectors of extended communities and
-// their groups, and the way back from the store.
+// Templates that lists of several types are made with: vectors of interned communities, groups
+// while a list is being frozen, and the way back from the store.
 //
-// These are the bodies that all kinds of lists share; only the sources that define a kind include
-// this.
+//   ExtCommVector<ExtComm> comms;
+//   ExtCommVectorAdd(comm, comms);
+//   ExtCommVectorSort(comms);
+//   ExtCommVectorLookup(true, comms, comm->getContent());   // comm
+//
+// Users of lists need none of this; authors of list types do.
 #pragma once
 
 #include "Mox/Trace.h"
@@ -22,7 +26,8 @@ struct ExtCommCompareFn {
   bool operator()(const auto& a, const auto& b) const { return a->getContent() == b->getContent(); }
 };
 
-/// Appends an interned community.
+/// Appends an interned community; amortized O(1). Asserts "__null != comm", and that the community
+/// is interned.
 template <class T>
 void ExtCommVectorAdd(const Mox::Ptr<const T>& comm, ExtCommVector<T>& vector) {
   MOX_ASSERT(comm, "__null != comm");
@@ -31,7 +36,9 @@ void ExtCommVectorAdd(const Mox::Ptr<const T>& comm, ExtCommVector<T>& vector) {
   vector.add(comm);
 }
 
-/// The community of a content, or null.
+/// The community of a content, or null; O(log n). REQUIRES: the vector is sorted. Asserts
+/// "commVectorSorted"; a vector that is not sorted in fact may assert "extComm->community() >
+/// community".
 template <class T>
 Mox::Ptr<const T> ExtCommVectorLookup(bool commVectorSorted, const ExtCommVector<T>& vector,
                                       const typename T::Content& community) {
@@ -57,7 +64,7 @@ template <class F>
 using ExtCommNewGroups =
     std::array<Mox::Ptr<typename F::Group>, extCommClassificationOneBeyondLast>;
 
-/// Puts a group into the place of its classification.
+/// Enters a group under its classification.
 template <class F>
 void ExtCommListClassificationListIs(ExtCommNewGroups<F>& groups,
                                      const Mox::Ptr<typename F::Group>& group) {

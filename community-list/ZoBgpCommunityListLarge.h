@@ -8,7 +8,10 @@
 //   LargeCommList::PtrConst shared = list->dedup(table);
 //   shared->commsStringForm();  // "65000:1:2 4200000000:5:6"
 //
-// What holds of standard lists holds of these.
+// Invariants and threads are those of standard lists; see ZoBgpCommunityListStandard.h.
+//
+//   octets    0 ... 3            4 ... 7         8 ... 11
+//            [global admin    ][local data 1 ][local data 2 ]
 #pragma once
 
 #include <ostream>
@@ -21,7 +24,7 @@ namespace Routing::Bgp {
 
 class LargeCommList;
 
-/// What makes a flat list a large one.
+/// The traits of large lists.
 struct LargeCommTraits {
   using Value = Acl::CommunityValue;
   using Table = LargeCommListDedupTable;

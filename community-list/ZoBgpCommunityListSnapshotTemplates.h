@@ -20,7 +20,7 @@ class ExtCommSnapshotMap {
   using Value = Mox::Ptr<const Object>;
   using Entries = std::map<Key, Value>;
 
-  /// Adds the object, or puts it in the place of another with its key. False when it is there.
+  /// Adds the object, or replaces another of its key. False when this very object is there already.
   bool is(const Key& key, const Value& value) {
     Value& entry = entries_[key];
     const Value replaced = std::exchange(entry, value);
@@ -39,7 +39,7 @@ class ExtCommSnapshotMap {
   Entries entries_;
 };
 
-/// What snapshots of lists and of groups have in common. `Value` is the base class of the family.
+/// The communities of a snapshot, of a list or of a group. `Value` is the base class of the family.
 template <class Snapshot, class V>
 class ExtCommSnapshotOf : public Mox::Entity<Snapshot, Mox::PtrInterface> {
  public:
@@ -47,7 +47,7 @@ class ExtCommSnapshotOf : public Mox::Entity<Snapshot, Mox::PtrInterface> {
   using Content = typename Value::Content;
   using ConstValue = Mox::Ptr<const Value>;
 
-  /// Adds a community, or puts it in the place of another with its content. RangeException on null.
+  /// Adds a community, or replaces another of its content. RangeException on null.
   void commIs(const ConstValue& comm) {
     Mox::refuseNull(comm, Snapshot::type.name(), "comm");
     if (comm_.is(comm->getContent(), comm)) commNotify(comm->getContent());
@@ -63,7 +63,7 @@ class ExtCommSnapshotOf : public Mox::Entity<Snapshot, Mox::PtrInterface> {
   bool commHas(const Content& content) const { return comm_.has(content); }
   /// Null when it is not there.
   ConstValue comm(const Content& content) const { return comm_.at(content); }
-  /// All entries, ascending by content. Who deletes while walking them steps on before deleting.
+  /// All entries, ascending by content. REQUIRES: no deletion of the entry that an iterator is at.
   const auto& comms() const { return comm_.entries(); }
   /// Called after an entry has changed. Nothing in this library reacts to it.
   void commNotify(const Content& /*content*/) {}
@@ -78,7 +78,7 @@ class ExtCommListSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
  public:
   using ConstGroup = Mox::Ptr<const Group>;
 
-  // As for communities.
+  // The same for groups, by classification.
 
   void classificationListIs(const ConstGroup& group) {
     Mox::refuseNull(group, Snapshot::type.name(), "classificationList");
@@ -106,7 +106,7 @@ class ExtCommListSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
   ExtCommSnapshotMap<ExtCommClassification, Group> classificationList_;
 };
 
-/// Of a group, whose classification it keeps.
+/// The snapshot of a group, whose classification it keeps.
 template <class Snapshot, class Value>
 class ExtCommGroupSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
  public:

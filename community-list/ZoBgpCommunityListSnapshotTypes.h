@@ -18,20 +18,20 @@ namespace Routing::Bgp {
 
 class ExtCommClassificationList;
 
-/// Of a standard list.
+/// The snapshot of a standard list.
 class CommListSnapshot final : public CommunitySnapshot<CommListSnapshot, U32> {
  public:
   static const Mox::Type type;
 };
 
-/// Of an extended list.
+/// The snapshot of an extended list.
 class ExtCommListSnapshot final
     : public ExtCommListSnapshotOf<ExtCommListSnapshot, ExtComm, ExtCommClassificationList> {
  public:
   static const Mox::Type type;
 };
 
-/// Of a group of an extended list.
+/// The snapshot of a group of an extended list.
 class ExtCommClassificationListSnapshot final
     : public ExtCommGroupSnapshotOf<ExtCommClassificationListSnapshot, ExtComm> {
  public:

@@ -28,7 +28,7 @@ namespace Routing::Bgp {
 class CommList;
 class CommListSnapshot;
 
-/// What makes a flat list a standard one.
+/// The traits of standard lists.
 struct StandardCommTraits {
   using Value = U32;  ///< AS number times 65536 plus a value of that AS's choosing
   using Table = CommListDedupTable;
@@ -53,8 +53,8 @@ class CommList final : public FlatCommList<CommList, StandardCommTraits> {
   /// StoreException when the record is damaged.
   static Ptr destash(MoxStash::StoreReference stored, const MoxStash::StoreManager& manager);
 
-  // Whether the list holds 0xFFFFFF01, 02 or 03. Known once interned; on a list that never was,
-  // the process ends.
+  // Whether the list holds 0xFFFFFF01, 02 or 03; O(1). REQUIRES: the list is interned. Asserts
+  // "... dedupState() != Orv::dedupHandleStateNeverDeduped()".
   bool noExport() const { return cached().noExport; }
   bool noAdvertise() const { return cached().noAdvertise; }
   bool noExportSubconfed() const { return cached().noExportSubconfed; }

@@ -1,4 +1,4 @@
-// The intern tables of lists, one per kind.
+// The intern tables of standard and large lists, and the base of all intern tables of lists.
 //
 //   CommListDedupTable::Ptr table = commListDedupTableFactory();
 //
@@ -14,7 +14,7 @@ class CommListDedupTableBase : public Mox::Entity<CommListDedupTableBase, Mox::P
  public:
   static const Mox::Type type;
 
-  /// `placement` says how lists of the kind are placed.
+  /// `placement` says where the table places its lists.
   explicit CommListDedupTableBase(const Orv::DedupPlacement& placement) : placement_(placement) {}
 
   /// Makes the intern table; factories call it.

@@ -36,7 +36,7 @@ struct WireFault {
   Mox::String toStrep() const;
 };
 
-/// What reading an attribute's value gives: a list, or the fault. A look-up that finds nothing
+/// The result of reading an attribute's value: a list, or the fault. A look-up that finds nothing
 /// gives neither.
 template <class List>
 struct FromWire {
@@ -50,10 +50,10 @@ struct FromWire {
 /// The most octets that an attribute's value can have: its length is two octets.
 inline constexpr U32 maxAttributeOctets = 0xFFFF;
 
-/// What is wrong with a length that `checkWireLength` refuses.
+/// The fault of a length that `checkWireLength` refuses.
 WireFault wireLengthFault(BgpPathAttrType attribute, std::size_t octets, U32 valueSize);
 
-/// The length rule of all four kinds: a non-zero multiple of the value's size.
+/// The length rule of all list types: a non-zero multiple of the value's size.
 inline std::optional<WireFault> checkWireLength(BgpPathAttrType attribute, std::size_t octets,
                                                 U32 valueSize) {
   if (octets != 0 && octets <= maxAttributeOctets && octets % valueSize == 0) [[likely]]

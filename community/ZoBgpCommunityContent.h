@@ -40,7 +40,7 @@ class ExtCommContent {
   }
 
   constexpr U64 value() const { return value_; }
-  /// An octet of the wire, 0 to 7.
+  /// Octet `index` of the wire. REQUIRES: index < 8; not checked.
   constexpr U8 octet(U32 index) const { return U8(value_ >> (56 - 8 * index)); }
   constexpr U8 type() const { return octet(0); }
   constexpr U8 subtype() const { return octet(1); }
@@ -58,8 +58,8 @@ class ExtCommContent {
   U64 value_ = 0;
 };
 
-/// Eighteen characters: `0x` and sixteen hexadecimal digits, in upper case when the stream says so
-/// and whatever else it says; a content of zero is eighteen zeros.
+/// Eighteen characters: `0x` and sixteen hexadecimal digits, in upper case when the stream writes
+/// so. Nothing else of the stream's format has an effect. A content of zero is eighteen zeros.
 std::ostream& operator<<(std::ostream& stream, const ExtCommContent& content);
 /// Decimal.
 inline Mox::String valueToStrep(const ExtCommContent& content) {

@@ -24,7 +24,7 @@ class ExtCommDedupTable final : public ExtCommValueDedupTable<ExtCommDedupTable,
   static U64 place(const ExtCommContent& content, U64 seed) {
     return Orv::placeOf(content.value(), seed);
   }
-  /// What the parser makes of a content.
+  /// A private object of the content, made by the parser.
   static Mox::Ptr<ExtComm> parse(const Rule& rule, const ExtCommContent& content);
 };
 

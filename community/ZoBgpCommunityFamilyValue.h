@@ -1,5 +1,5 @@
-// What both families of extended communities are, the 8-octet one and the 20-octet one: an interned
-// object of a classification and a raw content, and the texts made from them.
+// An extended community, in both families, that of 8 and that of 20 octets: an interned object of a
+// classification and a raw content, and the texts made from them.
 //
 // A family is what differs, and nothing else:
 //   Content          the raw content: `type()`, `subtype()`, `transitive()`, `==`, `hash()`
@@ -53,7 +53,7 @@ class ExtCommValue : public MoxStash::DedupHandle {
   /// damaged.
   static Mox::Ptr<typename F::Object> destash(MoxStash::StoreReference stored,
                                               const MoxStash::StoreManager& manager);
-  /// Roots of a store are of this kind when they are communities of this family.
+  /// The record type of this family's communities in a store.
   static constexpr MoxStash::StoredKind storedKind = MoxStash::StoredKind(F::attribute);
   /// Appends the record that `destash` reads; see StoreWriter.
   MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;
@@ -89,7 +89,7 @@ class ExtCommValue : public MoxStash::DedupHandle {
   /// Does nothing: the subtype is part of the content, which never changes.
   virtual void pktSubtypeIs(const BgpExtCommPktSubtype&) {}
 
-  /// What `formatDerivedType` writes.
+  /// The text that `formatDerivedType` writes.
   Mox::String toStrep() const;
   /// Writes the name of the subtype, or `subtype=` and its number. Writes `none` for a type whose
   /// subtypes have no names at all, `unspecified` for an object without subtype.

@@ -8,7 +8,7 @@ namespace {
 
 const Mox::Type flagType = Mox::enumType<StrepFormatFlag>();
 
-/// What stands between two flags' values; nothing before the first.
+/// The text between two flags' values; nothing before the first.
 constexpr std::string_view separator(const Mox::EnumRow<StrepFormatFlag>& row) {
   return &row == Mox::enumTableOf<StrepFormatFlag>.begin() ? "" : ", ";
 }

@@ -1,11 +1,11 @@
-// What the policy text of an extended community shows: a set of six flags.
+// The flags that choose what the policy text of an extended community shows.
 //
 //   ExtComm::StrepFormat format(strepFormatClassification | strepFormatUI);
 //   comm->toStrepForPolicy(format)        // "Route-Target-AS:65000:100"
 //   format.has(strepFormatAsdot)          // false
 //   ExtComm::StrepFormat(0x40)            // RangeException
 //
-// Both families of communities have one of their own, which differ in the name in their text.
+// Each family has a class of its own; the two differ in the name in their text.
 #pragma once
 
 #include "attr/BgpEnum.h"
@@ -32,7 +32,7 @@ consteval auto enumTable(StrepFormatFlag) {
 }
 inline constexpr Mox::EnumInstance<StrepFormatFlag> StrepFormatFlagInstance{};
 
-// The bodies that both families share.
+// Bodies that both families share.
 [[noreturn]] void raiseStrepFormatRange();
 Mox::String strepFormatText(std::string_view typeName, U32 value);
 U32 readStrepFormat(std::string_view typeName, std::string_view text);

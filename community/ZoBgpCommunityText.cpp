@@ -17,7 +17,7 @@ CommText& CommText::hex(U8 octet) {
 CommText& CommText::content(const ExtCommContent& content, const std::ostream& stream) {
   const bool upper = stream.flags() & std::ios_base::uppercase;
   const char* const digits = upper ? "0123456789ABCDEF" : "0123456789abcdef";
-  // Streams write no base before a zero and fill with zeros instead; so has this always read.
+  // Like `std::showbase`: zero gets no 0x, so it prints as 18 zeros.
   *this << (content.value() == 0 ? "00" : upper ? "0X" : "0x");
   return append(16, [&](char* at) {
     for (int shift = 60; shift >= 0; shift -= 4) *at++ = digits[content.value() >> shift & 0xF];

@@ -4,8 +4,8 @@
 //   text << "RT:" << U32{65000} << ':' << U16{100};
 //   return text.str();   // or text.writeTo(stream)
 //
-// It grows on the stack, further than any text of this library goes, and on the heap after that:
-// nothing is ever cut. Neither a stream's format nor a locale changes it.
+// The text is never cut: beyond 256 characters, more than any text of this library has, it goes on
+// the heap. Neither a stream's format nor a locale changes it.
 #pragma once
 
 #include <charconv>
@@ -35,8 +35,8 @@ class CommText {
   CommText& operator<<(U number) {
     return append(20, [number](char* at) { return std::to_chars(at, at + 20, number).ptr; });
   }
-  /// Six significant digits, in scientific notation where that is shorter: what a stream writes
-  /// when nobody has changed its format. `inf` and `nan` with their sign.
+  /// Six significant digits, in scientific notation where that is shorter, like a stream whose
+  /// format nobody has changed. `inf` and `nan` have their sign.
   CommText& operator<<(double number);
   /// The name, or the number when it has none.
   template <Mox::Enumeration E>
@@ -58,10 +58,10 @@ class CommText {
   }
   /// Two lower-case hexadecimal digits.
   CommText& hex(U8 octet);
-  /// The eighteen characters of a content, in upper case when the stream they are for says so.
+  /// The eighteen characters of a content, in upper case when `stream` writes so.
   CommText& content(const ExtCommContent& content, const std::ostream& stream);
-  /// Type and subtype as policy text begins: `0302`, `name`, and `(NT)` unless transitive. The
-  /// type's own bit for that is not shown.
+  /// The beginning of a policy text: type and subtype as `0302`, then `name`, then `(NT)` unless
+  /// transitive. The type is shown without its bit 0x40, which says so.
   CommText& typeAndSubtype(std::string_view name, U8 type, U8 subtype, bool transitive);
 
   Mox::String str() const { return Mox::String(buffer_.text()); }
@@ -80,7 +80,7 @@ class CommText {
   ZoFmt::StackBackedBuffer<256, 1024> buffer_;
 };
 
-/// What a stream writes into, for a text that can be had through a stream only.
+/// A stream's buffer that gathers a text, for texts that can be had through a stream only.
 class CommTextSink final : public std::streambuf {
  public:
   Mox::String str() const { return text_.str(); }

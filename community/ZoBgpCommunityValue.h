@@ -1,5 +1,5 @@
-// One extended community of eight octets (RFC 4360): the class of those that nobody knows more
-// about, and the base of all that have a meaning.
+// One extended community of eight octets (RFC 4360): the class of communities whose type has no
+// rule, and the base of all others.
 //
 //   auto comm = ExtCommSubtyped::ExtCommSubtypedIs(extCommClassificationUnSpecified,
 //                                                  ExtCommContent(0x0002FDE800000064));
@@ -32,8 +32,8 @@ struct StoredExtComm {
   ExtCommContent content() const { return ExtCommContent(value); }
 };
 
-// The types whose subtypes have names: the operation that tells the name of an object's subtype,
-// the type, the enumeration of its subtypes.
+// The types whose subtypes have names. Columns: the operation that tells the name of an object's
+// subtype, the type, the enumeration of its subtypes.
 #define ZOBGP_SUBTYPE_STRINGS(ROW)                                                               \
   ROW(TransTwoOctetAs, extCommPktTypeTransTwoOctetAs, BgpExtCommPktSubtypeTransTwoOctetAs)       \
   ROW(TransIpv4Address, extCommPktTypeTransIpv4Address, BgpExtCommPktSubtypeTransIpv4Address)    \
@@ -86,12 +86,14 @@ class ExtComm : public Mox::Entity<ExtComm, ExtCommValue<ExtCommFamily>> {
 
   /// The content as its own stream output writes it.
   void formatCommunityValue(std::ostream& stream) const;
-  /// `0302`, `name`, and `(NT)` unless transitive: type, without the bit that says so, and subtype.
+  /// `0302`, then `name`, then `(NT)` unless transitive: the type without its bit 0x40, the
+  /// subtype.
   static Mox::String extCommTypeAsString(const char* name, unsigned char type,
                                          unsigned char subtype, bool transitive);
 
   // The name of the subtype octet, or `subtype=` and its number: `pktSubtypeEvpnString()` and kin.
-  // Each asserts that the object is of its type and has a subtype.
+  // REQUIRES: the object is of the operation's type and has a subtype. Asserts "<type>_ ==
+  // pktType()" and "!pktSubtype().isUnspecified()".
   ZOBGP_SUBTYPE_STRINGS(ZOBGP_SUBTYPE_STRING)
 
  protected:
@@ -113,7 +115,7 @@ inline ExtComm::Ptr extCommFactory(ExtCommClassification classification,
   return Mox::makeNew<ExtComm>(classification, content);
 }
 
-/// A community whose second octet is a subtype; what its other octets mean is not known here.
+/// A community whose second octet is a subtype. The meaning of its other octets is not known.
 class ExtCommSubtyped : public Mox::Entity<ExtCommSubtyped, ExtComm> {
  public:
   static const Mox::Type type;

@@ -6,8 +6,8 @@
 //       //  localAdmin=100>, on one line
 //   comm->toStrepForPolicy({})   // "2001:db8::1:100"
 //
-// What both families share, and so most of what it does, is said in ZoBgpCommunityFamilyValue.h.
-// Every community that the agent holds comes from the intern table: `ExtCommIp6::dedupContent`.
+// ZoBgpCommunityFamilyValue.h says what both families do. Every community that the agent holds comes
+// from the intern table: `ExtCommIp6::dedupContent`.
 #pragma once
 
 #include "community/ZoBgpCommunityFamilyValue.h"
@@ -63,8 +63,9 @@ class ExtCommIp6 : public Mox::Entity<ExtCommIp6, ExtCommValue<ExtCommIp6Family>
   /// Address and local administrator, after type and subtype when `format.inFull()`.
   Mox::String toStrepForPolicy(StrepFormat format) const override;
 
-  // The name of the subtype octet, or `subtype=` and its number. Each asserts that the object is of
-  // its type and has a subtype.
+  // The name of the subtype octet, or `subtype=` and its number. REQUIRES: the object is of the
+  // operation's type and has a subtype. Asserts "<type>_ == pktType()" and
+  // "!pktSubtype().isUnspecified()".
   Mox::String pktSubtypeTransIpv6AddressAsString() const {
     return subtypeString(extCommIp6PktTypeTransIpv6Address);
   }

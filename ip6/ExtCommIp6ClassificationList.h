@@ -1,7 +1,7 @@
 // The IPv6-address-specific extended communities of a path that have one classification (RFC 5701).
 //
-// What groups do is said in ZoBgpCommunityListFamilyList.h; here stands what differs from the
-// 8-octet family.
+// ZoBgpCommunityListFamilyGroup.h says what groups do; here stands what differs from the 8-octet
+// family.
 #pragma once
 
 #include "community-list/ZoBgpCommunityListFamilyList.h"

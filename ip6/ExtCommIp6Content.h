@@ -7,8 +7,8 @@
 //   stream << content   // "type=", one octet, ";subtype=", one octet,
 //                       // ";addr=2001:db8::1;localAdmin=100"
 //
-// A plain value, ordered field by field. Its text holds the first two octets as they are, any octet
-// and zero included: it is no text for people.
+// A plain value, ordered field by field. Its text holds the first two octets raw, also a zero: it
+// is for reflection, not for people.
 #pragma once
 
 #include <span>

@@ -22,7 +22,7 @@ class ExtCommIp6DedupTable final : public ExtCommValueDedupTable<ExtCommIp6Dedup
   static U64 place(const ExtCommIp6Content& content, U64 seed) {
     return Orv::placeOf(&content, sizeof content, seed);
   }
-  /// What the parser makes of a content.
+  /// A private object of the content, made by the parser.
   static Mox::Ptr<ExtCommIp6> parse(const Rule& rule, const ExtCommIp6Content& content);
 };
 

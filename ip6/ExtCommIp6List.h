@@ -7,7 +7,7 @@
 //   ExtCommIp6List::PtrConst shared = list->dedup(table);
 //   shared->commsStringForm();   // "2001:db8::1:100 ", the space behind it too
 //
-// What lists do is said in ZoBgpCommunityListFamilyList.h.
+// ZoBgpCommunityListFamilyList.h says what lists do.
 #pragma once
 
 #include "ip6/ExtCommIp6ClassificationList.h"
@@ -23,7 +23,8 @@ class ExtCommIp6List final : public ExtCommListOf<ExtCommIp6ListFamily> {
 
   /// The communities themselves. Valid as long as the list.
   const ExtCommVector<ExtCommIp6>* commVectorRawPtr() const { return &comm_; }
-  /// The same, to be appended to; ends the process on an interned list.
+  /// The same, to be appended to. REQUIRES: the list is not interned. Asserts
+  /// "... dedupState() == Orv::dedupHandleStateNeverDeduped()".
   ExtCommVector<ExtCommIp6>* commVectorRawPtrNonConst();
 };
 

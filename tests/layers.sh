@@ -43,7 +43,22 @@ fault() {
   faults=$((faults + 1))
 }
 
-declare -A layer
+# What a header costs whoever includes it: the most own headers that a chief header may bring. A
+# header that needs another one raises its number here, or better does without.
+chiefs='
+14 attr/ZoBgpSerialize.h
+64 community-list/ZoBgpCommunityList.h
+49 community-list/ZoBgpCommunityListExtended.h
+35 community-list/ZoBgpCommunityListLarge.h
+34 community-list/ZoBgpCommunityListStandard.h
+46 community/ZoBgpCommunity.h
+35 ip6/ExtCommIp6.h
+53 ip6/ExtCommIp6List.h
+64 parse/BgpParseExtComm.h
+92 path/ZoBgpCommunityTables.h
+'
+
+declare -A layer edges
 files=0
 while read -r file; do
   layer[$file]=$(layer_of "$file")
@@ -70,8 +85,29 @@ while IFS=: read -r file line included; do
   elif [[ $included == */internal/* && $file == *.h && $file != */internal/* ]]; then
     fault "$file:$line: is installed, \"$included\" is not"
   fi
+  edges[$file]+=" $included"
 done < <(printf '%s\0' "${!layer[@]}" | sort -z |
   xargs -0 awk '/^[ \t]*#[ \t]*include[ \t]*"/ { split($0, part, "\""); print FILENAME ":" FNR ":" part[2] }')
+
+# How many headers stand behind one.
+behind() {
+  local -A seen=([$1]=1)
+  local queue=("$1") next
+  while ((${#queue[@]})); do
+    for next in ${edges[${queue[0]}]:-}; do
+      [[ -n ${seen[$next]:-} ]] || queue+=("$next")
+      seen[$next]=1
+    done
+    queue=("${queue[@]:1}")
+  done
+  echo $((${#seen[@]} - 1))
+}
+while read -r most chief; do
+  [[ -n $chief ]] || continue
+  found=$(behind "$chief")
+  if [[ -z ${layer[$chief]:-} ]]; then fault "$chief: no such header"; fi
+  if ((found > most)); then fault "$chief: brings $found own headers, not $most"; fi
+done <<<"$chiefs"
 
 if ((includes == 0)); then fault "no include found in $PWD: not the root of the source tree?"; fi
 echo "layers: $files files, $includes includes, $faults faults"

@@ -18,7 +18,7 @@ std::ostream& writeSeparated(std::ostream& stream, const Comms& comms) {
   return stream;
 }
 
-/// What `write` writes into a stream.
+/// The text that `write` writes into a stream.
 template <class Write>
 Mox::String streamText(Write write) {
   CommTextSink sink;

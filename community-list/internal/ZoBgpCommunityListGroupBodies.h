@@ -9,8 +9,8 @@
 
 namespace Routing::Bgp {
 
-/// The place of a community's group among those of a list. Plug-ins bring no classification of
-/// their own.
+/// The index of a community's group in a list. REQUIRES: no plug-in brings a classification of its
+/// own. Asserts "classification < extCommClassificationOneBeyondLast".
 template <class Value>
 U32 groupIndex(const Value& comm) {
   const U32 classification = comm.classification();

@@ -1,4 +1,4 @@
-// Bodies of extended lists: reading, comparing, and the place in an intern table.
+// Bodies of extended lists: reading, comparing, and where the intern table places them.
 #pragma once
 
 #include "Orv/Placement.h"

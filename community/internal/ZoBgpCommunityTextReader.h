@@ -16,20 +16,20 @@ class TextReader {
  public:
   explicit TextReader(std::string_view text) : text_(text) {}
 
-  /// The next octets must be these.
+  /// Steps over `expected`.
   void literal(std::string_view expected);
-  /// The next octet, whatever it is.
+  /// Any next octet.
   U8 octet();
   /// `True` or `False`.
   bool boolean();
-  /// What stands before the next `mark`.
+  /// The text before the next `mark`.
   std::string_view upTo(std::string_view mark);
-  /// What is left.
+  /// All text that is left.
   std::string_view rest();
-  /// Nothing may be left.
+  /// A fault when text is left.
   void end();
 
-  /// Reads a value from a piece of the text; a fault's offset is counted from the text's start.
+  /// Reads a value from a piece of the text. A fault's offset counts from the start of the text.
   template <class Value>
   void read(std::string_view piece, Value& value) const {
     try {
