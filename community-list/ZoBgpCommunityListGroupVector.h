@@ -3,6 +3,9 @@
 //   list->classificationLists()[extCommClassificationColor]   // a group, or null
 //   list->classificationLists().present()                     // all groups that are there
 //
+// 1. There is at most one group per classification.
+// 2. Only groups that are there take memory: one pointer each.
+//
 // Threads: as any container of the standard library.
 #pragma once
 
@@ -19,8 +22,7 @@
 
 namespace Routing::Bgp {
 
-/// The groups of a list by classification, as if in a vector of ten that ends at the highest one
-/// present; only those that are there take memory.
+/// Looks like a vector of groups, indexed by classification, that ends at the highest one present.
 template <class Group>
 class ExtCommGroupVector {
  public:

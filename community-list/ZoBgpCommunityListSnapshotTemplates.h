@@ -1,6 +1,11 @@
 // Mutable copies of extended lists and of their groups, for both families: communities by their
-// content, groups by their classification. A snapshot holds what it shows, so the list that it was
-// taken of may go.
+// content, groups by their classification.
+//
+//   const auto snapshot = list->commSnapshot();
+//   snapshot->commDel(content);
+//   for (const auto& [content, comm] : snapshot->comms()) edited->commIs(comm);
+//
+// A snapshot holds its communities and groups, so the list that it was taken of may go.
 //
 // Threads: a snapshot belongs to the thread that edits it.
 #pragma once

@@ -113,7 +113,8 @@ std::span<const Value> decodeAscending(std::span<const U8> octets, Value* scratc
 }
 
 /// Calls `use(scratch)` with room for `count` values on the stack, so that a look-up allocates
-/// nothing even for the longest attribute (64 KiB of stack then, 1 KiB for usual ones).
+/// nothing. The longest attribute takes 64 KiB of stack, usual ones 1 KiB. REQUIRES: `count` values
+/// fit in an attribute; not checked.
 template <class Value, class Use>
 auto withScratch(std::size_t count, Use use) {
   static_assert(std::is_trivially_copyable_v<Value>);

@@ -89,13 +89,16 @@ class ExtCommRouteOriginIpv4Address final
 
 // --- The others. ---
 
-/// Link bandwidth (draft-ietf-idr-link-bandwidth), of type 0x40, subtype 0x04.
+/// Link bandwidth (draft-ietf-idr-link-bandwidth).
+///
+///   octets    0    1    2  3  4  5  6  7
+///            0x40 0x04 [ AS ][ bandwidth ]   IEEE 754 single precision
 class ExtCommLinkBandwidth final : public Mox::Entity<ExtCommLinkBandwidth, ExtCommAsNumber> {
  public:
   static const Mox::Type type;
   explicit ExtCommLinkBandwidth(const ExtCommContent& content)
       : Entity(extCommClassificationLinkBandwidth, content, false) {}
-  /// In octets per second. A peer chooses its bits: it may be infinite, negative or no number.
+  /// In octets per second. A peer may send any bits: infinite, negative, no number.
   double bandwidth() const;
   void formatDerivedType(std::ostream& stream) const override;
   Mox::String toStrepForPolicy(StrepFormat format) const override;
@@ -125,26 +128,32 @@ consteval auto enumTable(TunnelType) {
 }
 inline constexpr Mox::EnumInstance<TunnelType> TunnelTypeInstance{};
 
-/// Tunnel encapsulation (RFC 9012, section 4.1), of type 0x03, subtype 0x0c.
+/// Tunnel encapsulation (RFC 9012, section 4.1).
+///
+///   octets    0    1    2  3  4  5  6  7
+///            0x03 0x0c [ reserved ][type]   see TunnelType
 class ExtCommTunnelEncap final : public Mox::Entity<ExtCommTunnelEncap, ExtCommSubtyped> {
  public:
   static const Mox::Type type;
   explicit ExtCommTunnelEncap(const ExtCommContent& content)
       : Entity(extCommClassificationTunnelEncap, content) {}
-  /// Sixteen bits, not all of them members.
+  /// Sixteen bits; many numbers are no members.
   TunnelType tunnelType() const { return TunnelType(bits(0, 16)); }
   void formatDerivedType(std::ostream& stream) const override;
   Mox::String toStrepForPolicy(StrepFormat format) const override;
 };
 
-/// Color (RFC 9012, section 4.3), of type 0x03, subtype 0x0b.
+/// Color (RFC 9012, section 4.3).
+///
+///   octets    0    1    2   3   4  5  6  7
+///            0x03 0x0b [flags] [  color   ]   the color-only bits are the highest two flags
 class ExtCommColor final : public Mox::Entity<ExtCommColor, ExtCommSubtyped> {
  public:
   static const Mox::Type type;
   explicit ExtCommColor(const ExtCommContent& content)
       : Entity(extCommClassificationColor, content) {}
   U32 color() const { return bits(0, 32); }
-  /// The two color-only bits of the flags (RFC 9256, section 8.8.1), the first one first.
+  // The color-only bits (RFC 9256, section 8.8.1), each 0 or 1.
   U32 firstCoBit() const { return bits(47, 1); }
   U32 secondCoBit() const { return bits(46, 1); }
   void formatDerivedType(std::ostream& stream) const override;
@@ -170,20 +179,23 @@ consteval auto enumTable(OriginValidationState) {
 }
 inline constexpr Mox::EnumInstance<OriginValidationState> OriginValidationStateInstance{};
 
-/// Origin validation state (RFC 8097), of type 0x43, subtype 0x00.
+/// Origin validation state (RFC 8097).
+///
+///   octets    0    1    2  3  4  5  6   7
+///            0x43 0x00 [  reserved  ][state]
 class ExtCommOriginValidationState final
     : public Mox::Entity<ExtCommOriginValidationState, ExtCommSubtyped> {
  public:
   static const Mox::Type type;
   explicit ExtCommOriginValidationState(const ExtCommContent& content)
       : Entity(extCommClassificationOriginValidationState, content) {}
-  /// The last octet, not always a member; the reserved ones before it are not looked at.
+  /// The last octet, not always a member. The reserved octets are not looked at.
   OriginValidationState state() const { return OriginValidationState(bits(0, 8)); }
   void formatDerivedType(std::ostream& stream) const override;
   Mox::String toStrepForPolicy(StrepFormat format) const override;
 };
 
-/// Default gateway (RFC 7432, section 7.8), of type 0x03, subtype 0x0d.
+/// Default gateway (RFC 7432, section 7.8), of type 0x03, subtype 0x0d. Its value says nothing.
 class ExtCommDefaultGateway final : public Mox::Entity<ExtCommDefaultGateway, ExtCommSubtyped> {
  public:
   static const Mox::Type type;

@@ -6,8 +6,8 @@
 //       //  localAdmin=100>, on one line
 //   comm->toStrepForPolicy({})   // "2001:db8::1:100"
 //
-// ZoBgpCommunityFamilyValue.h says what both families do. Every community that the agent holds comes
-// from the intern table: `ExtCommIp6::dedupContent`.
+// ZoBgpCommunityFamilyValue.h says what both families do. Every community that the agent holds
+// comes from the intern table: `ExtCommIp6::dedupContent`.
 #pragma once
 
 #include "community/ZoBgpCommunityFamilyValue.h"

@@ -1,5 +1,9 @@
 // The IPv6-address-specific extended communities of a path that have one classification (RFC 5701).
 //
+//   const auto group = list->classificationList(extCommClassificationUnSpecified);
+//   group->comms()          // 2
+//   group->commSnapshot()   // a mutable copy
+//
 // ZoBgpCommunityListFamilyGroup.h says what groups do; here stands what differs from the 8-octet
 // family.
 #pragma once

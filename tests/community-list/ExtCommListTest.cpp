@@ -186,7 +186,8 @@ TYPED_TEST(EveryExtCommList, StoresKeepTheOrderAndRefuseAFalseOne) {
   const auto contents = [&](const auto& list, bool sorted) {
     Contents contents;
     list->forEachValue([&](const auto& content) {
-      contents.emplace_back().assign(content.octets().begin(), content.octets().end());
+      const auto octets = content.octets();
+      contents.emplace_back(octets.begin(), octets.end());
     });
     EXPECT_EQ(list->commVectorSorted(), sorted);
     return contents;
