@@ -1,4 +1,5 @@
-// What every enumeration of the agent offers; see Mox/Enum.h for how one is written.
+// The operations that every enumeration of the agent has: text, parsing, output, and the question
+// for a member. Mox/Enum.h shows how an enumeration is written.
 #pragma once
 
 #include "Mox/Enum.h"

@@ -22,8 +22,8 @@ struct View {
     return word >> shift(index, operation) & mask();
   }
   void write(U32& word, U8 index, U32 field, const char* operation) const {
-    const U32 place = shift(index, operation);
-    word = (word & ~(mask() << place)) | field << place;
+    const U32 at = shift(index, operation);
+    word = (word & ~(mask() << at)) | field << at;
   }
 };
 

@@ -16,9 +16,9 @@
 
 namespace Routing::Bgp {
 
-/// An unsigned 63-bit number that may be unspecified. Subclasses set the bounds. Those here admit
-/// nothing, on purpose: a plain `BgpMaybeU63` can only be unspecified, and a subclass that forgets
-/// its bounds is found out by its first number.
+/// An unsigned 63-bit number that may be unspecified. Subclasses set the bounds. The bounds here
+/// admit nothing, on purpose: a plain `BgpMaybeU63` can only be unspecified, and a subclass that
+/// forgets its bounds refuses its first number.
 class BgpMaybeU63 {
  public:
   static const Mox::Type type;
@@ -28,17 +28,18 @@ class BgpMaybeU63 {
   /// The smallest and the largest number allowed.
   virtual U64 min() const { return 1; }
   virtual U64 max() const { return 0; }
-  /// What "unspecified" counts as when paths are compared.
+  /// The number that "unspecified" counts as when paths are compared.
   virtual U64 bestpathCompareUnspecifiedValue() const { return 0; }
 
   bool isUnspecified() const { return value_.isUnspecified(); }
-  /// The number. Asserts that there is one.
+  /// The number. Asserts "Caller must check isUnspecified() before getting value()".
   operator U64() const;
   U64 bestpathCompareValue() const {
     return isUnspecified() ? bestpathCompareUnspecifiedValue() : value_.word();
   }
 
-  /// RangeException for a number outside the bounds, which is dropped first: it never survives.
+  /// RangeException for a number outside the bounds. The number is dropped first, so that the value
+  /// is unspecified afterwards.
   void checkValue();
 
   /// Decimal, or "-" when unspecified.
@@ -51,15 +52,15 @@ class BgpMaybeU63 {
   friend std::ostream& operator<<(std::ostream& stream, const BgpMaybeU63& value) {
     return stream << value.value_;
   }
-  /// Reads what `toStrep` writes, as Orv::MaybeU63 does. The bounds are not looked at: whoever
-  /// reads from a stranger's text calls `checkValue()` next.
+  /// Reads what `toStrep` writes, as Orv::MaybeU63 does. The bounds are not looked at: call
+  /// `checkValue()` after reading untrusted text.
   friend void sequenceToValue(std::string_view text, BgpMaybeU63& value) {
     sequenceToValue(text, value.value_);
   }
 
  protected:
-  /// Stores a number and checks it: what the constructors and mutators of subclasses call. One
-  /// that needs the top bit is outside whatever the bounds are.
+  /// Stores a number and checks it, for constructors and mutators of subclasses. A number that
+  /// needs the top bit is outside of any bounds.
   void numberIs(U64 number);
 
  private:
@@ -87,7 +88,7 @@ class BgpExtCommPktSubtype : public BgpMaybeU63 {
 /// field always has a value, so nothing can be deleted.
 ///
 /// An index beyond a view raises RangeException with the operation's name and changes nothing;
-/// deleting raises NotDeletableException, whatever the index.
+/// deleting raises NotDeletableException, for every index.
 class BgpDenseU32Attr {
  public:
   static const Mox::Type type;

@@ -33,8 +33,8 @@ class SerializePathAttribute : public Serialize {
   void reInitHdr(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize);
 
   using Serialize::serializedString;
-  /// The attribute, header and value. Asserts "serialized.size() == attrSize_ + headerSize_": the
-  /// value has the length that was announced.
+  /// The attribute, header and value. Asserts "serialized.size() == attrSize_ + headerSize_" for a
+  /// value that is shorter or longer than announced.
   Mox::String serializedString() const;
 
  protected:
@@ -57,10 +57,9 @@ class SerializePathAttributeAutoExtLen : public SerializePathAttribute {
 
   /// The value alone.
   Mox::String serializeAttributeValue() const { return serializedString(largestHeader); }
-  /// The attribute, its header chosen by the length of the value. `flags` come without `extLen`:
-  /// with it, the header of a value shorter than 256 octets would run over the value's first
-  /// octet. Asserts "attrSize <= 0xFFFF" before anything is written: a longer value would
-  /// otherwise get a header that announces its length modulo 65536.
+  /// The attribute, its header chosen by the length of the value. Asserts "attrSize <= 0xFFFF"
+  /// before anything is written. REQUIRES: `flags` without `extLen`; with it, the header of a value
+  /// shorter than 256 octets would run over the value's first octet.
   Mox::String patchHdrAndStringify(BgpPathAttrType type, BgpPathAttrFlag flags);
 
  private:

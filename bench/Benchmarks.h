@@ -33,6 +33,8 @@ void addFormatting(const Workload& workload);
 void addThreads(const MadeUpLists& lists);
 /// Cost of a hit by members of the table.
 void addMembers(U64 mostMembers);
+/// Probes per insertion of consecutive 8-octet values, under many seeds.
+void addPlacing();
 /// Cost of the longest attributes, in the worst orders.
 void addLongAttributes();
 

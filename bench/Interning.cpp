@@ -3,6 +3,7 @@
 
 #include "Contenders.h"
 #include "InternRuns.h"
+#include "Orv/Placement.h"
 
 namespace bench {
 namespace {
@@ -57,6 +58,47 @@ void longAttribute(benchmark::State& state, U32 count, Arrange arrange) {
   }
 }
 
+// As shards do it: 64 sets of tags, linear probing, at most seven eighths taken.
+double probesPerInsertion(U64 seed, U64 first, U64 step) {
+  constexpr U64 values = 20'000;
+  struct Tags {
+    std::vector<U32> places = std::vector<U32>(8);
+    U32 size = 0;
+    U64 add(U32 tag) {
+      const std::size_t mask = places.size() - 1;
+      U64 probes = 1;
+      std::size_t i = tag & mask;
+      for (; places[i]; i = (i + 1) & mask) ++probes;
+      places[i] = tag;
+      return probes;
+    }
+  };
+  std::vector<Tags> shards(64);
+  U64 probes = 0;
+  for (U64 i = 0; i < values; ++i) {
+    const U32 place = U32(Orv::placeOf(first + i * step, seed)), tag = place ? place : 1;
+    Tags& shard = shards[tag >> 26];
+    if (++shard.size * 8 > shard.places.size() * 7) {
+      const std::vector<U32> old(
+          std::exchange(shard.places, std::vector<U32>(2 * shard.places.size())));
+      for (const U32 other : old)
+        if (other) shard.add(other);
+    }
+    probes += shard.add(tag);
+  }
+  return double(probes) / double(values);
+}
+
+// The median or the worst of 200 seeds.
+void placing(benchmark::State& state, U64 first, U64 step, bool worst) {
+  std::mt19937_64 random(8);
+  std::vector<double> probes(200);
+  for (double& one : probes) one = probesPerInsertion(random(), first, step);
+  std::sort(probes.begin(), probes.end());
+  for (auto _ : state) state.SetIterationTime(0);
+  state.counters["probes"] = worst ? probes.back() : probes[probes.size() / 2];
+}
+
 void ascending(std::vector<U32>&, std::mt19937_64&) {}
 void descending(std::vector<U32>& values, std::mt19937_64&) {
   std::sort(values.begin(), values.end(), std::greater<U32>());
@@ -107,6 +149,25 @@ void addLongAttributes() {
                                Order{"random", anyOrder}, Order{"up and down", upAndDown}})
       add(nameOf("per value, " + std::to_string(count) + " values", order.name, Ours::name), 1,
           [count, order](benchmark::State& state) { longAttribute(state, count, order.arrange); });
+}
+
+void addPlacing() {
+  struct Values {
+    const char* name;
+    U64 first, step;
+  };
+  for (const Values& values :
+       {Values{"route targets of one AS", 0x0002FDE800000000, 1},
+        Values{"route targets of many ASes", 0x0002000000000064, 1ULL << 32},
+        Values{"route targets of many addresses", 0x01020A0000000064, 1 << 16}})
+    for (const bool worst : {false, true})
+      add(nameOf("probes per insertion", values.name,
+                 worst ? "worst of 200 seeds" : "median of 200 seeds"),
+          1,
+          [values, worst](benchmark::State& state) {
+            placing(state, values.first, values.step, worst);
+          })
+          ->Repetitions(1);
 }
 
 }  // namespace bench

@@ -104,6 +104,7 @@ int run(int argc, char** argv) {
   bench::addLists();
   bench::addMembers(options.quick ? 100'000 : options.members);
   bench::addLongAttributes();
+  bench::addPlacing();
   for (const std::string& file : options.files) bench::addTool(file);
 
   bench::Report report;

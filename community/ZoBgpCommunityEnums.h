@@ -35,8 +35,7 @@ enum BgpExtCommPktType : U32 { ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktType, ROWS);
 #undef ROWS
 
-/// The type octet of a 20-octet community. Octets that are types of the 8-octet family need not be
-/// types here.
+/// The type octet of a 20-octet community. Not every type of the 8-octet family is one here.
 #define ROWS(X)                                 \
   X(extCommIp6PktTypeTransIpv6Address, 0x00)    \
   X(extCommIp6PktTypeNonTransIpv6Address, 0x40) \
@@ -45,8 +44,8 @@ enum BgpExtCommIp6PktType : U32 { ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommIp6PktType, ROWS);
 #undef ROWS
 
-/// What a community means, as far as lists group by it; the order is that of the groups. The last
-/// one counts the others: it is a member, and yet no object carries it.
+/// The meaning of a community, as far as lists group by it; the order is that of the groups. The
+/// last one counts the others: it is a member, and yet no object carries it.
 #define ROWS(X)                                    \
   X(extCommClassificationUnSpecified, 0)           \
   X(extCommClassificationRouteTarget, 1)           \

@@ -4,9 +4,9 @@
 //       // "extCommPktSubtypeTransIpv4AddressOspfRouteId"
 //   extCommSubtypeString<BgpExtCommPktSubtypeTransIpv4Address>(0x06)   // "subtype=6"
 //
-// Every enumeration has an `Unknown` of 256, which no octet is; it and whatever is not listed are
-// no members. Some spellings break the pattern (`TransOpaqe`, `PktSubNonTrans`, a missing `Trans`
-// or `Opaque`); they are configuration and show vocabulary and stay.
+// Every enumeration has an `Unknown` of 256, which no octet is. It is no member, nor is any octet
+// that is not listed. Some spellings break the pattern (`TransOpaqe`, `PktSubNonTrans`, a missing
+// `Trans` or `Opaque`); they are configuration and show vocabulary and stay.
 #pragma once
 
 #include "attr/BgpEnum.h"

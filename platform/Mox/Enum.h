@@ -19,8 +19,8 @@
 // and, in one source file, `const Mox::Type type = Mox::enumType<PrefixSidTlvType>();` for
 // reflection. A table with a repeated value or a repeated or empty name does not compile.
 //
-// `enumTable` is found in the enumeration's own namespace, and so must the operations be: the
-// namespace has a using-declaration for each (`using Mox::stringValue;` and so on).
+// `enumTable` is found in the enumeration's own namespace. REQUIRES: the namespace has a
+// using-declaration for each of the operations (`using Mox::stringValue;` and so on).
 #pragma once
 
 #include <concepts>
@@ -44,6 +44,8 @@ struct EnumRow {
   bool member = true;
 };
 
+/// The rows of an enumeration with an index by value and one by name. A search is binary: of 24
+/// rows at most five are looked at.
 template <class Row, std::size_t N>
 class EnumTable {
  public:
@@ -70,11 +72,12 @@ class EnumTable {
 
   std::string_view qualifiedName_;
   Row rows_[N] = {};
-  U8 byValue_[N] = {};  // places in rows_, keys strictly ascending
+  U8 byValue_[N] = {};  // indices of rows_, keys strictly ascending
   U8 byName_[N] = {};
 };
 
-/// What `enumTable(E)` returns.
+/// The result of `enumTable(E)`. Nothing is done at run time: the rows are checked and sorted when
+/// the table is compiled.
 template <class E, class Row = EnumRow<E>, std::size_t N>
 consteval EnumTable<Row, N> enumRows(std::string_view qualifiedName, const Row (&rows)[N]) {
   static_assert(std::same_as<std::underlying_type_t<E>, U32>);
@@ -167,12 +170,11 @@ template <class Row, std::size_t N>
 template <auto keyOf>
 consteval void EnumTable<Row, N>::sort(U8 (&index)[N]) const {
   for (std::size_t i = 0; i < N; ++i) {
-    std::size_t place = i;
-    for (; place > 0 && keyOf(rows_[i]) < keyOf(rows_[index[place - 1]]); --place)
-      index[place] = index[place - 1];
-    if (place > 0 && keyOf(rows_[i]) == keyOf(rows_[index[place - 1]]))
+    std::size_t at = i;
+    for (; at > 0 && keyOf(rows_[i]) < keyOf(rows_[index[at - 1]]); --at) index[at] = index[at - 1];
+    if (at > 0 && keyOf(rows_[i]) == keyOf(rows_[index[at - 1]]))
       throw "two enumerators with one value or one name";
-    index[place] = U8(i);
+    index[at] = U8(i);
   }
 }
 

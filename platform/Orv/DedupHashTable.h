@@ -6,15 +6,14 @@
 //
 // 1. `dedup` returns the member that has the given object's content: the object itself, or the one
 //    that was there before.
-// 2. Of the members with equal content at most one can be found. A member whose last outside
+// 2. At most one of the members with equal content can be found. A member whose last outside
 //    holder is just letting go counts as absent.
 // 3. A table that dies before its members leaves them to their holders, as values that free
-//    themselves. Destroying a table while others use it or its members is the caller's error.
+//    themselves. REQUIRES: nobody else uses the table or its members while it dies.
 //
-// Threads: a table made thread-safe may be used from any thread; no lock is held while a callback
-// runs or a reference is dropped. Made otherwise, it belongs to one thread. After a fork from
-// several threads a child must not use tables: a lock may be held by a thread that the child does
-// not have.
+// Threads: a thread-safe table is used from any thread; no lock is held while a callback runs or a
+// reference is dropped. Other tables belong to one thread. REQUIRES: after a fork from several
+// threads the child uses no table; a lock may be held by a thread that the child does not have.
 #pragma once
 
 #include <functional>
@@ -37,15 +36,16 @@ class DedupHashTable : public Mox::PtrInterface {
   /// The member whose `hash()` is `hash` and whose content is `content`; null when there is none.
   virtual Mox::Ptr<DedupHandle> lookupByContent(const DedupContentHandle& content,
                                                 U32 hash) const = 0;
-  /// Consumes an object that only the caller holds and that was never interned (or a member of
-  /// this table) and returns the member of its content. Never null. On `std::bad_alloc` nothing
-  /// has changed.
+  /// Consumes `object` and returns the member of its content, never null. `object` was never
+  /// interned, or is a member of this table; otherwise asserts "dedupState() == ...". Asserts
+  /// "dedupHandle" for null. `std::bad_alloc` leaves the table as it was. REQUIRES: only the caller
+  /// holds an `object` that was never interned.
   virtual Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object) = 0;
-  /// Installs the notifiee that hears of every insertion and removal, once, while the table is
-  /// empty; it stays until the table dies.
+  /// Installs the notifiee that hears of every insertion and removal; it stays until the table
+  /// dies. Asserts "members() == 0 && ..." for a table with members, or with a notifiee already.
   virtual void lifeTimeNotifieeIs(Mox::Ptr<const DedupHashTableLifeTimeNotifiee> notifiee) = 0;
 
-  /// Calls `visit` with each member, of a table that nobody else uses meanwhile.
+  /// Calls `visit` with each member. REQUIRES: nobody else uses the table meanwhile.
   virtual void visitMembers(const std::function<void(DedupHandle&)>& visit) const = 0;
   /// How many members there are. A removal is counted no more before it has ended: 0 does not say
   /// that nobody is at work in the table or in its notifiee.
@@ -56,11 +56,11 @@ class DedupHashTable : public Mox::PtrInterface {
 
  protected:
   friend class DedupHandle;
-  /// Called by the one thread whose release left only the table's own references.
+  /// The end of a member; called by the one thread whose release left only the table's references.
   virtual void remove(DedupHandle* member) = 0;
 
   // The steps in a member's life, for the tables below.
-  /// Makes `object` a member; nobody else knows it yet.
+  /// Makes `object` a member. REQUIRES: nobody else knows it yet.
   void enter(DedupHandle& object, bool withNotifier);
   /// Its removal has begun.
   static void leave(DedupHandle& member);
@@ -75,11 +75,11 @@ class DedupHashTable : public Mox::PtrInterface {
 };
 
 /// Hears what enters and leaves a table. Called on the thread that interns or lets go, with no
-/// lock held, so it may intern and release; it must not throw from `handleInsert`.
+/// lock held, so it may intern and release. REQUIRES: `handleInsert` throws nothing.
 ///
-/// For one object insertion is heard before removal. Between two objects nothing is promised, even
-/// if their contents are equal: the removal of a dying one may be heard after the insertion of its
-/// successor.
+/// Insertion of an object is heard before its removal. Nothing is promised between two objects,
+/// even if their contents are equal: the removal of a dying one may be heard after the insertion of
+/// its successor.
 class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
  public:
   using Ptr = Mox::Ptr<DedupHashTableLifeTimeNotifiee>;
@@ -87,9 +87,9 @@ class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
   static const Mox::Type type;
   const Mox::Type& fwkType() const override { return type; }
 
-  /// Must make exactly one DedupHandleLifeTimeNotifier for the member.
+  /// REQUIRES: makes exactly one DedupHandleLifeTimeNotifier for the member.
   virtual void handleInsert(const Mox::Ptr<DedupHandle>& member) const = 0;
-  /// No reference to the dying member may be taken, not even for the time of the call.
+  /// REQUIRES: takes no reference to the dying member, not even for the time of the call.
   virtual void handleRemove(DedupHandle* member) const = 0;
   /// The table dies; its members, which can still be visited, have been left to their holders.
   virtual void handleNotificationStop(const Mox::Ptr<const DedupHashTable>& table) const = 0;
@@ -97,7 +97,8 @@ class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
 
 /// Follows one member of a table with a notifiee. The reference it holds was taken when the member
 /// entered the table; here it is only adopted. It does not keep the member interned, but keeps its
-/// memory valid. It may go only after its member has left the table.
+/// memory valid. Asserts "haveLifeTimeNotifier()" when it is made for a member of a table without
+/// notifiee, "__null == dedupTable()" when it goes before its member has left the table.
 class DedupHandleLifeTimeNotifier
     : public Mox::Entity<DedupHandleLifeTimeNotifier, Mox::PtrInterface> {
  public:

@@ -15,7 +15,7 @@ constexpr U32 threadSafeShardBits = 6;
 constexpr U32 fewestPlaces = 8;
 constexpr U32 fewestKept = 64;  // a shard as small as this is not worth giving back
 
-// At most seven eighths are taken, so a probe always meets a free place.
+// At most seven eighths of the places are taken, so a probe always meets a free one.
 constexpr bool isFull(U32 size, U32 places) { return U64(size) * 8 > U64(places) * 7; }
 
 }  // namespace

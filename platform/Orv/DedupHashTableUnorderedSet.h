@@ -4,9 +4,11 @@
 // touches an object only where the tag is right. Tag 0 is a free place. Deletion shifts back, so
 // there are no tombstones and a table that has seen much is as quick as a new one.
 //
-// Lock order: a shard's lock is taken with nothing held, and while it is held nothing is called
-// but the equality of members. Under it happen the three steps that must not be seen half done: a
-// look-up takes its reference, an object becomes a member, a member is erased.
+// Cost: one lock and one or two cache lines of tags for a look-up; growing doubles a shard, so an
+// insertion costs a constant on average. Octets: 12 for each place on 64 bits, at most seven
+// eighths of the places taken. Lock order: a shard's lock is taken with nothing held, and while it
+// is held nothing is called but the equality of members. It guards the three steps that nobody may
+// see half done: a look-up takes its reference, an object becomes a member, a member is erased.
 #pragma once
 
 #include <memory>
@@ -23,8 +25,8 @@ class DedupHashTableUnorderedSet final
   static const Mox::Type type;
 
   /// A new table. Thread-safe ones have 64 shards, each with a lock; others one and none. Without
-  /// a placement, members are placed by their `hash()`; with one that places no contents,
-  /// `lookupByContent` is not to be called.
+  /// a placement, members are placed by their `hash()`. A table whose placement has no `ofContent`
+  /// looks contents up by the hash too, and so finds none that `ofMember` placed otherwise.
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe);
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe, const DedupPlacement& placement);
 
@@ -39,11 +41,12 @@ class DedupHashTableUnorderedSet final
   U64 octets() const override;
 
   // For callers that know how the table places: one place serves look-up and insertion.
+  // REQUIRES: `place` is that of the table's placement under `seed()`.
 
   /// The seed for placing in this table.
   U64 seed() const { return seed_; }
-  /// The member at `place` for which `equal(member)` holds, or null. `equal` runs under a lock: it
-  /// may read the member, no more. Allocates nothing.
+  /// The member at `place` for which `equal(member)` holds, or null. Allocates nothing. `equal`
+  /// runs under a lock. REQUIRES: it reads the member, no more.
   template <class Equal>
   Mox::Ptr<DedupHandle> lookup(U64 place, Equal equal) const {
     Shard& shard = shardOf(place);
@@ -54,7 +57,8 @@ class DedupHashTableUnorderedSet final
   Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object, U64 place);
 
  private:
-  // `mask` is the number of places less one; all zero and null until the first member comes.
+  // `mask` is the number of places less one. All is zero and null until the first member comes. A
+  // shard has a cache line of its own, so that locks of two threads do not share one.
   struct alignas(64) Shard {
     ShardLock lock;
     U32 mask = 0;

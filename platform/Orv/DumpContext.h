@@ -3,6 +3,8 @@
 //   Mox::Ptr<Orv::DumpContext> context = Mox::makeNew<Orv::DumpContext>();
 //   context->line(4, "members: %u\n", 3u);
 //   context->text()   // "    members: 3\n"
+//
+// A context belongs to one thread. Its functions are const because dumps hand it on as such.
 #pragma once
 
 #include <cstdarg>

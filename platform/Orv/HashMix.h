@@ -4,9 +4,9 @@
 //   mix.feed(U64{1});
 //   mix.finish()   // 0x98adb391
 //
-// A number of several octets is fed least significant octet first, whatever the machine. The
-// hash is fixed for all time and easy to collide: leading zero octets leave the state at 0, so
-// {0, 5} and {5} hash alike, and 0 is a hash like any other. Equality is never decided by it.
+// A number of several octets is fed least significant octet first, on every machine. The hash is
+// fixed for all time and easy to collide: leading zero octets leave the state at 0, so {0, 5} and
+// {5} hash alike, and 0 is a hash like any other. Equality is never decided by it.
 #pragma once
 
 #include <concepts>

@@ -1,6 +1,6 @@
-// Where the interning protocol may be interrupted. In builds with ORV_INTERLEAVE every such place
-// gives way to another thread now and then, so that tests meet the rare interleavings; in all
-// others it is nothing.
+// The points at which a thread that interns or lets go may be interrupted by another. In builds
+// with ORV_INTERLEAVE (those of the sanitizers) each gives way now and then, so that tests meet the
+// rare interleavings. In all other builds it is nothing.
 #pragma once
 
 namespace Orv {

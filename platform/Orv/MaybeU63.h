@@ -15,7 +15,7 @@ class MaybeU63 {
   static constexpr U64 unspecifiedValue = nullBit;
 
   constexpr MaybeU63() = default;
-  /// RangeException for a number that needs the top bit: it must not become "none" silently.
+  /// RangeException for a number that needs the top bit, which would otherwise read as "none".
   explicit MaybeU63(U64 number);
 
   constexpr bool isUnspecified() const { return word_ & nullBit; }

@@ -3,6 +3,10 @@
 // The hash of a value is fixed, public and slow: anybody can make thousands of contents of one
 // hash and send them. So a table finds its members by a placement of its own instead, a fast mix
 // over the raw content under a secret seed, drawn once per process.
+//
+//   place = Orv::placeOf(content, table->seed())   // two multiplications for one word
+//
+// All functions here are pure and may run on any thread.
 #pragma once
 
 #include <cstring>
@@ -11,7 +15,9 @@
 
 namespace Orv {
 
-/// The process's seed. Drawn at the first call; the same ever after.
+/// The process's seed, drawn at the first call and the same ever after, on any thread. Taken from
+/// the system's randomness; a system without any gives one of the time and of where the code was
+/// loaded.
 U64 placementSeed();
 
 /// The two halves of the 128-bit product, folded together: every bit of both factors counts.
@@ -29,11 +35,15 @@ inline U64 foldedProduct(U64 a, U64 b) {
 #endif
 }
 
-/// The place of a content of a few words.
-inline U64 placeOf(U64 content, U64 seed) { return foldedProduct(content ^ seed, seed | 1); }
+/// The place of a content of one word. Two rounds: one alone gives consecutive contents places at a
+/// constant distance, and some seeds make of that distance long runs of taken places.
+inline U64 placeOf(U64 content, U64 seed) {
+  return foldedProduct(foldedProduct(content ^ seed, seed | 1) ^ seed, 0x9e3779b97f4a7c15);
+}
 
-/// The place of `size` octets, in steps of sixteen. Both factors depend on the seed, so that no
-/// content known in advance makes a factor zero and cancels what came before.
+/// The place of `size` octets, in steps of sixteen and one round more. Both factors depend on the
+/// seed, so that no content known in advance makes a factor zero and cancels what came before.
+/// Contents of different sizes lie apart, even when they differ by octets of zero.
 inline U64 placeOf(const void* octets, std::size_t size, U64 seed) {
   const auto* at = static_cast<const unsigned char*>(octets);
   const U64 key = foldedProduct(seed, 0x9e3779b97f4a7c15);
@@ -58,11 +68,11 @@ inline U64 placeOf(const void* octets, std::size_t size, U64 seed) {
   return foldedProduct(place ^ key, seed | 1);
 }
 
-/// How a table places members and contents; given to it when it is made. Both functions must
-/// agree: a member lies where its content is sought.
+/// How a table places members and contents; given to it when it is made. REQUIRES: the functions
+/// agree, so that a member lies where its content is sought.
 struct DedupPlacement {
   U64 (*ofMember)(const DedupHandle& member, U64 seed);
-  /// Null when only members are placed; such a table is not looked up by content.
+  /// Null when contents are sought where their hash places them.
   U64 (*ofContent)(const DedupContentHandle& content, U64 seed);
 };
 

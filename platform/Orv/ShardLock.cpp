@@ -7,6 +7,8 @@
 namespace Orv {
 namespace {
 
+// Tells the processor that this is a spin, so that its other hardware thread gets on. Nothing on
+// processors other than x86: the spins are few, and the sleep after them does the same.
 void pause() {
 #if defined(__i386__) || defined(__x86_64__)
   __builtin_ia32_pause();
@@ -21,6 +23,7 @@ void ShardLock::lockContended() {
   std::chrono::microseconds sleep{1};
   do {
     for (int i = 0; i < spins; ++i) {
+      // Looked at first, relaxed: an exchange would take the cache line from the holder each time.
       if (!locked_.load(std::memory_order_relaxed) &&
           !locked_.exchange(true, std::memory_order_acquire))
         return;

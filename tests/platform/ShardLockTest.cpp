@@ -9,7 +9,7 @@ namespace Orv {
 namespace {
 
 // The holder keeps the lock for so long that the others go to sleep, and lets go in this program
-// while they sleep in the library. Who is not woken hangs the test.
+// while they sleep in the library. A sleeper that is not woken hangs the test.
 TEST(ShardLock, WakesThoseWhoSleepInTheLibrary) {
   ShardLock lock;
   int held = 0;

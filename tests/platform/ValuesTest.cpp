@@ -20,7 +20,7 @@ using namespace std::literals;
 using Mox::operator<<, Mox::sequenceToValue, Mox::U8, Mox::U16, Mox::U32, Mox::U64;
 using Orv::MaybeU63, Zonet::Ip6Addr, Routing::Bgp::Serialize, Routing::Rib::LinkBandwidth;
 
-/// That the text is written whatever the stream's format, and read as the value.
+/// Checks that a stream writes the text in any format, and that it reads back as the value.
 template <class Value>
 void expectText(const Value& value, std::string_view text) {
   std::ostringstream stream;
