@@ -5,7 +5,10 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
+#include <iomanip>
+#include <sstream>
 
 #include "Mox/Exception.h"
 #include "attr/BgpPathAttributeEnums.h"
@@ -13,6 +16,11 @@
 
 namespace Routing::Bgp {
 namespace {
+
+#define ROWS(X) X(testFruitPear, 9) X(testFruitUnknown, 256, false)
+enum TestFruit : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(TestFruit, ROWS);
+#undef ROWS
 
 TEST(PathAttributeEnums, HaveExactlyTheseMembersAndShowStrings) {
   std::string members;
@@ -42,6 +50,11 @@ TEST(PathAttributeEnums, HaveExactlyTheseMembersAndShowStrings) {
             "0 invalidTlv, 1 labelIndexTlv, 2 ipv6SidTlv, 3 originatorSrgbTlv, ");
   EXPECT_DEATH(bgpPathAttrTypeShowString(BgpPathAttrType(11)),
                "BgpPathAttributeEnums.*: Unknown BgpPathAttrType\n");
+  using enum BgpPathAttrFlag;
+  EXPECT_EQ(optionalTransitive | transitive | partial, optionalTransitivePartial);
+  EXPECT_TRUE(bgpIsValidEnumMember(testFruitPear) && !bgpIsValidEnumMember(testFruitUnknown));
+  EXPECT_EQ(stringValue(TestFruitInstance("testFruitUnknown")), "testFruitUnknown");
+  EXPECT_EQ(Mox::enumTableOf<TestFruit>.qualifiedName(), "Routing::Bgp::TestFruit");
 }
 
 /// Sets the variables, or none for null, and dumps the answers.
@@ -70,8 +83,23 @@ TEST(ZoBgpGlobalsDeathTest, AnswersFromTheEnvironmentOncePerProcess) {
                              "\n       bribMultiThreaded : 0\n";
     EXPECT_EXIT(dumpTwice(), testing::ExitedWithCode(0), '^' + dump + dump + '$');
   }
+  // Each answer has its own cache: the first one to be asked for does not decide the other.
+  for (const bool receiveFirst : {false, true}) {
+    const auto first = receiveFirst ? ZoBgpGlobals::rxMultiThreaded : ZoBgpGlobals::multiThreaded;
+    const auto second = receiveFirst ? ZoBgpGlobals::multiThreaded : ZoBgpGlobals::rxMultiThreaded;
+    const auto ask = [&] {
+      ::unsetenv("DISABLE_ZOBGP_MT"), ::unsetenv("DISABLE_ZOBGP_RX_MT");
+      const bool one = first();
+      ::setenv("DISABLE_ZOBGP_MT", "", 1);
+      std::exit(10 * one + second());
+    };
+    EXPECT_EXIT(ask(), testing::ExitedWithCode(10), "");
+  }
   ZoBgpGlobals globals;
-  EXPECT_EQ(valueToStrep(globals), "");
+  std::ostringstream stream;
+  stream << globals << valueToStrep(globals);
+  EXPECT_TRUE(stream.str().empty() && globals == ZoBgpGlobals());
+  sequenceToValue("", globals);
   EXPECT_THROW(sequenceToValue(" ", globals), Mox::ParseException);
 }
 
@@ -83,6 +111,27 @@ std::string raised(const std::function<void()>& act) try {
   return std::string("range: ") + error.what();
 } catch (const Mox::NotDeletableException& error) {
   return std::string("not deletable: ") + error.what();
+}
+
+/// Streams the value under a format of its own, reads the text back and compares.
+template <class Value>
+void expectText(const Value& value, const Value& other, const std::string& text) {
+  std::ostringstream stream;
+  stream << std::hex << std::showbase << std::setw(30) << value;
+  EXPECT_EQ(stream.str(), text);
+  EXPECT_EQ(valueToStrep(value), text);
+  Value read = other;
+  EXPECT_FALSE(read == value) << text;
+  sequenceToValue(text, read);
+  EXPECT_TRUE(read == value) << text;
+}
+
+/// Names and values of what a class registers; operations have none.
+std::string registered(const Mox::Type& type, const void* object) {
+  std::string text;
+  for (const Mox::Attribute& attribute : type.attributes())
+    text += attribute.name + (attribute.read ? "=" + attribute.read(object) + ' ' : " ");
+  return text;
 }
 
 /// Bounds that exclude 0 at one end and the top bit at the other.
@@ -113,6 +162,24 @@ TEST(BgpMaybeU63, KeepsNoNumberThatItsBoundsRefuse) {
   EXPECT_EQ(wide.bestpathCompareValue(), 100u);
   wide.numberIs(~0ULL >> 1);
   EXPECT_EQ(wide.bestpathCompareValue(), ~0ULL >> 1);
+  expectText(BgpMaybeU63(wide), BgpMaybeU63(), "9223372036854775807");
+  expectText(BgpMaybeU63(), BgpMaybeU63(wide), "-");
+  expectText<BgpMaybeU63>(BgpExtCommPktSubtype(0), BgpExtCommPktSubtype(255), "0");
+  EXPECT_EQ(
+      registered(BgpMaybeU63::type, static_cast<BgpMaybeU63*>(&wide)),
+      "toStrep=9223372036854775807 isUnspecified=False min=1 max=18446744073709551615 "
+      "bestpathCompareValue=9223372036854775807 bestpathCompareUnspecifiedValue=100 checkValue ");
+  EXPECT_TRUE(BgpExtCommPktSubtype::type.isA(BgpMaybeU63::type));
+  EXPECT_EQ(registered(BgpExtCommPktSubtype::type, nullptr), "valueIs ");
+  const BgpMaybeU63 plain;
+  EXPECT_TRUE(plain.min() == 1 && plain.max() == 0 && plain.bestpathCompareValue() == 0);
+  // A pointer to a virtual member holds the offset of its slot.
+  U64 (BgpMaybeU63::*const slots[])
+  () const = {&BgpMaybeU63::min, &BgpMaybeU63::max, &BgpMaybeU63::bestpathCompareUnspecifiedValue};
+  for (std::size_t i = 0, word = 0; i < 3; ++i) {
+    std::memcpy(&word, &slots[i], sizeof word);
+    EXPECT_EQ(word / sizeof(void*), i);
+  }
   EXPECT_DEATH(BgpMaybeU63().operator U64(),
                "ZoBgpMiscTypes.*: Caller must check isUnspecified\\(\\) before getting value");
 }
@@ -128,6 +195,10 @@ TEST(BgpDenseU32Attr, ViewsOneWordInThreeWays) {
   for (U8 i = 0; i < 16; ++i) EXPECT_EQ(word.valueBool(i), (0x2B01 >> i & 1) == 1);
   for (U8 i = 0; i < 4; ++i) EXPECT_EQ(word.valueU8(i), U8(0x80DC2B01 >> 8 * i));
   for (U8 i = 0; i < 2; ++i) EXPECT_EQ(word.valueU16(i), U16(0x80DC2B01 >> 16 * i));
+  expectText(word, BgpDenseU32Attr(0x2B01), "2161912577");
+  word.valueIs(0x10000);
+  expectText(word, BgpDenseU32Attr(), "65536");
+  EXPECT_EQ(registered(BgpDenseU32Attr::type, &word), "value=65536 valueBool valueU8 valueU16 ");
 }
 
 TEST(BgpDenseU32Attr, RefusesByTheNameOfTheOperation) {

@@ -27,6 +27,7 @@ TEST(SerializePathAttribute, HasTheHeaderThatItsLengthNeeds) {
                {40, optionalTransitive, {'\xC0', 25, 40}},
                {255, optionalTransitive, {'\xC0', 25, '\xFF'}},
                {256, optionalTransitive, {'\xD0', 25, 1, 0}},
+               {256, optionalTransitive | extLen, {'\xD0', 25, 1, 0}},
                {4093, optionalTransitivePartial, {'\xF0', 25, '\x0F', '\xFD'}},
                {0xFFFF, opt, {'\x90', 25, '\xFF', '\xFF'}}};
   SerializePathAttribute reused(origin, transitive, 1);
@@ -38,6 +39,7 @@ TEST(SerializePathAttribute, HasTheHeaderThatItsLengthNeeds) {
     EXPECT_TRUE(measured.patchHdrAndStringify(extCommunityIp6, flags) == header + value);
     EXPECT_TRUE(measured.serializeAttributeValue() == value) << "the patch leaves the value alone";
     reused.clearAndReInit(extCommunityIp6, flags, octets);
+    EXPECT_GE(reused.capacity(), octets + 4) << "grown once, before the value comes";
     addValue(reused, octets);
     EXPECT_TRUE(reused.serializedString() == header + value);
   }
@@ -61,6 +63,8 @@ TEST(SerializePathAttributeDeathTest, RefusesWhatNoHeaderCanSay) {
   const auto flags = BgpPathAttrFlag(0x100);
   SerializePathAttributeAutoExtLen measured;
   addValue(measured, 0x10000);
+  SerializePathAttribute longer(origin, opt, 1);
+  longer.addU16hton(1);
   const std::pair<std::function<void()>, const char*> refused[] = {
       {[&] { SerializePathAttribute(type, flags, 0x10000); }, "attrType <= 0xFF"},
       {[&] { SerializePathAttribute(origin, flags, 0x10000); }, "attrFlags <= 0xFF"},
@@ -68,6 +72,7 @@ TEST(SerializePathAttributeDeathTest, RefusesWhatNoHeaderCanSay) {
       {[&] { SerializePathAttribute(origin, opt, 0xFFFFFFFF); }, "attrSize <= 0xFFFF"},
       {[&] { SerializePathAttribute(origin, opt, 1).serializedString(); },
        "serialized.size\\(\\) == attrSize_ \\+ headerSize_"},
+      {[&] { longer.serializedString(); }, "serialized.size\\(\\) == attrSize_ \\+ headerSize_"},
       {[&] { measured.patchHdrAndStringify(type, flags); }, "attrSize <= 0xFFFF"}};
   for (const auto& [act, text] : refused)
     EXPECT_DEATH(act(), std::string("ZoBgpSerialize.*: ") + text + "\n");

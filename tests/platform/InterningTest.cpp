@@ -1,13 +1,24 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <bit>
+#include <cstring>
 #include <functional>
 #include <map>
+#include <new>
 #include <random>
 #include <sstream>
 #include <thread>
 
 #include "InternedThing.h"
 #include "Mox/Exception.h"
+
+static int arraysUntilNoMemory = -1;  // negative: memory does not end
+
+// The arrays of a table are all that asks in this way.
+void* operator new[](std::size_t octets, const std::nothrow_t&) noexcept {
+  return arraysUntilNoMemory < 0 || arraysUntilNoMemory-- > 0 ? ::operator new[](octets) : nullptr;
+}
 
 namespace interning {
 namespace {
@@ -16,7 +27,42 @@ namespace {
 struct Plain final : Orv::DedupHandle {
   U32 hash() const override { return 0; }
   bool compare(const Orv::DedupHandle* other) const override { return other == this; }
+  bool isDeduped() const override { return true; }
 };
+
+// A pointer to a virtual member holds the offset of its slot.
+std::size_t slotOf(auto member) {
+  std::size_t word = 0;
+  std::memcpy(&word, &member, sizeof word);
+  return word / sizeof(void*) + 1;
+}
+
+TEST(Interning, VirtualOperationsStandInTheirSlotsAndAreReachedThroughThem) {
+  using H = Orv::DedupHandle;
+  const std::size_t slots[] = {slotOf(&H::notifieeList),
+                               slotOf(&H::hasNotificationActiveIs),
+                               slotOf(&H::zeroReferencesIs),
+                               slotOf(&H::fwkType),
+                               slotOf(&H::isDeduped),
+                               slotOf(&H::assertIsDeduped),
+                               slotOf(&H::hash),
+                               slotOf(&H::compare),
+                               slotOf(&H::compareByContent)};
+  EXPECT_TRUE(
+      std::ranges::equal(slots, std::initializer_list{1u, 2u, 3u, 4u, 7u, 8u, 9u, 10u, 11u}))
+      << "5 and 6 are the destructors";
+  const auto plain = Mox::makeNew<Plain>();
+  plain->assertIsDeduped();  // ends the process unless it asks the class itself
+  EXPECT_FALSE(plain->compareByContent({}) || plain->getContent().octets);
+}
+
+/// Names and values of what a class registers; operations have none.
+std::string registered(const Mox::Type& type, const void* object) {
+  std::string text;
+  for (const Mox::Attribute& attribute : type.attributes())
+    text += attribute.name + (attribute.read ? "=" + attribute.read(object) + ' ' : " ");
+  return text;
+}
 
 TEST(Interning, EqualContentIsOneObjectForAsLongAsItIsHeld) {
   for (const bool threadSafe : {true, false}) {
@@ -78,27 +124,82 @@ TEST(Interning, AMemberTakenOutByHandEndsWithItsLastHolder) {
 TEST(Interning, StateWordKeepsItsFieldsApart) {
   const Thing::Ptr thing = Mox::makeNew<Thing>(1);
   thing->userDataIs(0xFFFFFFFF);
+  thing->userDataBitsIs(~0u, ~0u);
   EXPECT_FALSE(thing->beingDetached() || thing->haveLifeTimeNotifier() || thing->dedupState());
   thing->userDataBitsIs(0xF0, 0x20);
-  thing->dedupStateIs(3);
+  EXPECT_EQ(thing->userData(), 0x0FFFFF2Fu);
+  thing->userDataIs(5);
+  thing->userDataBitsIs(0xF0, ~0u);
+  thing->setBitsAtomic(0x300, 0x110);
+  EXPECT_EQ(thing->userData(), 0x3E5u) << "a bit that is set and cleared is set";
+  thing->bitReset(9);
+  for (const U32 state : {3u, 1u, 2u, 3u}) {
+    thing->dedupStateIs(state);
+    EXPECT_EQ(thing->dedupState(), state);
+  }
   EXPECT_TRUE(!thing->isDeduped() && thing->isBitSet(30) && thing->isBitSet(31));
   thing->haveLifeTimeNotifierIs(true);
+  EXPECT_TRUE(thing->isBitSet(29) && !thing->isBitSet(28));
   EXPECT_EQ(thing->keep(), 2u);
   EXPECT_EQ(thing->references(), 1u) << "bit 29 of the state word is no reference";
-  EXPECT_EQ(thing->userData(), 0x0FFFFF2Fu);
-  EXPECT_EQ(Mox::Type::read(*thing, "haveLifeTimeNotifier"), "True");
+  EXPECT_EQ(registered(Orv::DedupHandle::type, thing.get()),
+            "isBitSet bitSet bitReset setBitsAtomic dedupState=3 dedupStateIs "
+            "haveLifeTimeNotifier=True haveLifeTimeNotifierIs beingDetached=False beingDetachedIs "
+            "userData=485 userDataIs userDataBitsIs dedupTable=NULL isDeduped=False "
+            "assertIsDeduped doRemoveFromDedupTable moxMemAlloc moxMemDealloc prepareToDestruct "
+            "hash=1 compare compareByContent getContent ");
+  thing->beingDetachedIs(true);
+  EXPECT_TRUE(thing->isBitSet(28));
   EXPECT_THROW(Mox::Type::read(*thing, "setBitsAtomic"), Mox::RangeException);
 }
 
+TEST(Interning, StateWordLosesNoBitsBetweenThreads) {
+  const Thing::Ptr thing = Mox::makeNew<Thing>(1);
+  const auto count = [&](U32 shift) {
+    for (U32 i = 0; i < 0x3FFF; ++i) {
+      thing->userDataBitsIs(0x3FFFu << shift, i << shift);
+      ASSERT_EQ(thing->userData() >> shift & 0x3FFF, i);
+    }
+  };
+  std::thread other(count, 14);
+  count(0);
+  other.join();
+}
+
 TEST(Interning, SwitchedOffCountingReportsOneAndChangesNothing) {
-  const Table table = newTable();
+  Table table = newTable();
   const Thing::Ptr thing = intern(table, 1);
   Orv::dedupHandleDisableSmartPointerOperations = true;
-  const bool good =
-      thing->referencesInc() == 1 && thing->referencesDec() == 1 && lookup(table, 1) == thing;
+  Thing* const uncounted = intern(table, 2).get();
+  const bool good = thing->referencesInc() == 1 && thing->referencesDec() == 1 &&
+                    lookup(table, 1) == thing && lookup(table, 2).get() == uncounted &&
+                    uncounted->references() == 0 && table->members() == 2;
+  uncounted->doRemoveFromDedupTable();
   Orv::dedupHandleDisableSmartPointerOperations = false;
   EXPECT_TRUE(good);
   EXPECT_EQ(thing->references(), 2u);
+  EXPECT_EQ(Thing::alive, 2) << "what is not counted does not end";
+  uncounted->zeroReferencesIs(true);
+}
+
+TEST(Interning, WithoutMemoryNothingHasChanged) {
+  const Table table = newTable(false);
+  std::vector<Thing::Ptr> held;
+  for (U64 content = 0; content < 200; ++content)
+    for (const int arrays : {0, 1, -1}) {
+      arraysUntilNoMemory = arrays;
+      try {
+        held.push_back(intern(table, content));
+        break;
+      } catch (const std::bad_alloc&) {
+        ASSERT_TRUE(table->members() == content && Thing::alive == int(content));
+      }
+    }
+  arraysUntilNoMemory = 0;
+  held.resize(1);  // shrinking is put off
+  arraysUntilNoMemory = -1;
+  EXPECT_EQ(lookup(table, 0), held[0]);
+  EXPECT_EQ(table->members(), 1u);
 }
 
 TEST(Interning, ATableThatDiesFirstLeavesMembersToTheirHolders) {
@@ -106,6 +207,7 @@ TEST(Interning, ATableThatDiesFirstLeavesMembersToTheirHolders) {
   const Thing::Ptr held = intern(table, 1);
   table = nullptr;
   EXPECT_TRUE(held->dedupState() == 3 && !held->dedupTable());
+  EXPECT_EQ(held->references(), 1u);
   EXPECT_TRUE(held->referencesIncIfAlive()) << "no table holds it, so every count is somebody's";
   EXPECT_EQ(held->referencesDec(), 1u);
   EXPECT_EQ(Thing::Ptr(held)->content(), 1u);
@@ -119,6 +221,7 @@ TEST(Interning, TableAgreesWithAMap) {
       const Table table =
           placedByContent ? newTable(false)
                           : Orv::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(false);
+      const U64 empty = table->octets();
       std::map<U64, Thing::Ptr> model;
       std::mt19937 random(1);
       const U64 contents = hashes == 1 ? 300 : 3000;
@@ -133,13 +236,15 @@ TEST(Interning, TableAgreesWithAMap) {
           model.erase(content);
         }
         ASSERT_EQ(table->members(), model.size());
+        const U64 arrays = table->octets() - empty, places = arrays / (sizeof(U32) + sizeof(void*));
+        ASSERT_TRUE(!arrays || std::has_single_bit(places));
+        ASSERT_TRUE(model.size() * 8 <= places * 7 &&
+                    places <= std::max<U64>(64, 16 * model.size() + 16));
       }
       for (U64 content = 0; content < contents; ++content)
         ASSERT_EQ(lookup(table, content), model.contains(content) ? model[content] : nullptr);
-      const U64 large = table->octets();
       model.clear();
       EXPECT_EQ(table->members(), 0u);
-      EXPECT_LT(table->octets(), large) << "memory is given back";
     }
   }
   EXPECT_EQ(Thing::alive, 0);
@@ -166,6 +271,10 @@ TEST(Interning, MemoryIsCountedAcrossThreadsThatComeAndGo) {
 TEST(Interning, TablesDumpAndPointersPrint) {
   const Table table = newTable();
   const Thing::Ptr a = intern(table, 1), b = intern(table, 2);
+  EXPECT_EQ(newTable()->octets() - newTable(false)->octets(), 63u * 64) << "64 shards, or one";
+  EXPECT_EQ(registered(Orv::DedupHashTable::type, static_cast<Orv::DedupHashTable*>(table.get())),
+            "lookupByContent dedup lifeTimeNotifieeIs visitMembers members=2 octets=" +
+                std::to_string(table->octets()) + " dumpState ");
   const auto context = Mox::makeNew<Orv::DumpContext>();
   context->child(table.get(), 0);
   context->child(table.get(), 3);
@@ -174,6 +283,45 @@ TEST(Interning, TablesDumpAndPointersPrint) {
   std::ostringstream out;
   out << std::hex << Table() << table;
   EXPECT_EQ(out.str().substr(0, 6), "NULL0x");
+}
+
+// Consecutive contents are what peers send: route targets of one AS, one number for many ASes.
+TEST(Placement, SpreadsConsecutiveContentsUnderEverySeed) {
+  std::mt19937_64 random(1);
+  for (int round = 0; round < 200; ++round) {
+    const U64 seed = random();
+    for (const int shift : {0, 8, 16, 32}) {
+      std::vector<bool> taken(1024);
+      U32 probes = 0;
+      for (U64 i = 0; i < 512; ++i, ++probes) {
+        U64 place = Orv::placeOf(0x0002FDE800000000 + (i << shift), seed) % taken.size();
+        for (; taken[place]; place = (place + 1) % taken.size()) ++probes;
+        taken[place] = true;
+      }
+      EXPECT_LT(probes, 512 * 2.5) << shift;  // 1.5 on average when places are random
+    }
+  }
+}
+
+TEST(Placement, OfOctetsDependsOnEachAndOnTheirNumber) {
+  const U64 seed = Orv::placementSeed();
+  EXPECT_TRUE(seed == Orv::placementSeed() && seed != 0);
+  std::vector<U64> places;
+  for (std::size_t size = 0; size < 40; ++size) {
+    unsigned char octets[40] = {};
+    places.push_back(Orv::placeOf(octets, size, seed));
+    for (std::size_t i = 0; i < sizeof octets; ++i) {
+      octets[i] = 1;
+      const U64 place = Orv::placeOf(octets, size, seed);
+      octets[i] = 0;
+      if (i < size)
+        places.push_back(place);
+      else
+        EXPECT_EQ(place, Orv::placeOf(octets, size, seed)) << "an octet behind the end";
+    }
+  }
+  std::ranges::sort(places);
+  EXPECT_EQ(std::ranges::adjacent_find(places), places.end());
 }
 
 TEST(InterningDeathTest, MisuseEndsTheProcess) {

@@ -163,6 +163,10 @@ TEST(LifeTimeNotification, IsHeardOnceInAndOnceOut) {
   Pair::Ptr one = world.pair(1), again = world.pair(1), two = world.pair(2), three = world.pair(3);
   EXPECT_EQ(one->keep(), 2u);
   EXPECT_EQ(one->references(), 4u);  // two pointers, table, notifier
+  EXPECT_DEATH(Mox::makeNew<Orv::DedupHandleLifeTimeNotifier>(one), "__null == dedupTable\\(\\)");
+  EXPECT_DEATH(Mox::makeNew<Orv::DedupHandleLifeTimeNotifier>(one->things[0]),
+               ": haveLifeTimeNotifier\\(\\)");
+  EXPECT_DEATH(World().pairs->lifeTimeNotifieeIs(nullptr), "__null == lifeTimeNotifiee");
   one = nullptr;
   EXPECT_TRUE(heard.heardIn == 3 && heard.heardOut == 0);
   again = nullptr;

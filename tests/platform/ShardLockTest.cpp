@@ -23,6 +23,7 @@ TEST(ShardLock, WakesThoseWhoSleepInTheLibrary) {
         lock.unlock();
       });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(held, 2 * round) << "nobody else gets in";
     lock.unlock();
     for (std::thread& sleeper : sleepers) sleeper.join();
   }

@@ -69,6 +69,9 @@ TEST(Enum, NamesAndNumbersConvertBothWays) {
     EXPECT_EQ(Mox::isEnumMember(Fruit(value)), member) << text;
     EXPECT_EQ(instanceText(value), member ? text : "refused");
     EXPECT_EQ(instanceText(text), named ? text : "refused");
+    Fruit fruit = fruitPear;
+    sequenceToValue(std::to_string(value), fruit);
+    EXPECT_EQ(fruit, value);
   }
   std::string registered;
   for (const Mox::Enumerator& e : Mox::Type::find("Test::Fruit")->enumerators())
