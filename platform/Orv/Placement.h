@@ -47,7 +47,8 @@ inline U64 placeOf(U64 content, U64 seed) {
 inline U64 placeOf(const void* octets, std::size_t size, U64 seed) {
   const auto* at = static_cast<const unsigned char*>(octets);
   const U64 key = foldedProduct(seed, 0x9e3779b97f4a7c15);
-  U64 place = seed ^ size;
+  U64 place = seed;
+  const U64 last = (seed ^ size << 1) | 1;  // here an octet of the content cannot cancel the size
   auto step = [&](const unsigned char* from) {
     U64 words[2];
     std::memcpy(words, from, sizeof words);
@@ -65,7 +66,7 @@ inline U64 placeOf(const void* octets, std::size_t size, U64 seed) {
     }
     step(rest);
   }
-  return foldedProduct(place ^ key, seed | 1);
+  return foldedProduct(place ^ key, last);
 }
 
 /// How a table places members and contents; given to it when it is made. REQUIRES: the functions
