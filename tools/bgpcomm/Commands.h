@@ -1,5 +1,6 @@
 // The subcommands. Each adds itself to the command line and, when chosen, runs as a callback that
-// sets the process's exit code: 0, 1 for bad data, 2 for bad usage.
+// sets the process's exit code: 0, 1 for bad data, 2 for bad usage. Only files that declare
+// arguments include this header: CLI11 takes long to compile.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -8,10 +9,9 @@
 #include <utility>
 #include <vector>
 
-namespace bgpcomm {
+#include "Errors.h"
 
-inline constexpr int exitBadData = 1;
-inline constexpr int exitBadUsage = 2;
+namespace bgpcomm {
 
 void addSummary(CLI::App& app, int& exitCode);
 void addPaths(CLI::App& app, int& exitCode);
@@ -22,19 +22,13 @@ void addRestore(CLI::App& app, int& exitCode);
 void addWatchRt(CLI::App& app, int& exitCode);
 void addDescribe(CLI::App& app, int& exitCode);
 
-/// A value of the command line that is not understood: one error line, exit code 2.
-class UsageError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// What a subcommand's help says: the description in one line, and under its options what is to be
-/// said more, with an example.
+/// A subcommand's help: the description in one line, and under its options the rest of the text,
+/// with an example.
 struct CommandText {
   std::string name, description, footer;
 };
-/// A subcommand, and where its arguments are to go; once they are there, `run` gets them and gives
-/// the exit code.
+/// Adds a subcommand. Returns it for declaring its arguments, and the struct that they go to. When
+/// the subcommand is chosen, `run` gets the struct and returns the exit code.
 template <class Arguments>
 std::pair<CLI::App&, Arguments&> addCommand(CLI::App& app, const CommandText& text, int& exitCode,
                                             int (*run)(const Arguments&)) {
@@ -52,7 +46,7 @@ struct TextOptions {
 };
 void addTextOptions(CLI::App& command, TextOptions& options);
 
-/// The files that it reads, at least one.
+/// Declares the files that a command reads, at least one.
 void addFiles(CLI::App& command, std::vector<std::string>& files);
 
 }  // namespace bgpcomm

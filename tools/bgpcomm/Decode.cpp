@@ -4,8 +4,10 @@
 #include "Commands.h"
 #include "DecodeAttribute.h"
 #include "DecodeContent.h"
+#include "Errors.h"
 #include "Hex.h"
 #include "Lines.h"
+#include "Terminal.h"
 
 namespace bgpcomm {
 namespace {
@@ -21,7 +23,8 @@ std::string excerpt(std::string_view text) {
   return std::string(text.substr(0, shown)) + (text.size() > shown ? "..." : "");
 }
 
-/// Digits in pairs, from a character on; blanks and colons may stand between the pairs.
+/// The octets of digits in pairs, from a character on; blanks and colons may stand between the
+/// pairs. Throws DataError.
 std::vector<U8> readHex(std::string_view text, std::size_t from) {
   std::vector<U8> octets;
   octets.reserve(text.size() / 2);
@@ -31,9 +34,9 @@ std::vector<U8> readHex(std::string_view text, std::size_t from) {
       continue;
     }
     const int high = hexDigit(text[i]);
-    if (high < 0) throw UsageError("no hexadecimal digit at character " + std::to_string(i + 1));
+    if (high < 0) throw DataError("no hexadecimal digit at character " + std::to_string(i + 1));
     const int low = i + 1 < text.size() ? hexDigit(text[i + 1]) : -1;
-    if (low < 0) throw UsageError("half an octet at character " + std::to_string(i + 1));
+    if (low < 0) throw DataError("half an octet at character " + std::to_string(i + 1));
     octets.push_back(U8(high << 4 | low));
     i += 2;
   }
@@ -46,8 +49,8 @@ class Printer {
       : contents_(readFormat(options.format), options.text.json),
         attributes_(!options.text.numeric, options.text.json) {}
 
-  /// A community or an attribute. The form tells which, never the value: an attribute may happen
-  /// to have as many octets as a community.
+  /// A community or an attribute; throws DataError when the text is neither. The form tells which,
+  /// never the value: an attribute may happen to have as many octets as a community.
   void print(std::string_view text) const {
     const std::size_t prefix = text.starts_with("0x") || text.starts_with("0X") ? 2 : 0;
     const std::vector<U8> octets = readHex(text, prefix);
@@ -70,24 +73,47 @@ std::string_view trimmed(std::string_view line) {
   return line.substr(start, line.find_last_not_of(blanks) + 1 - start);
 }
 
-/// `place` and `number` say in messages where the text stands.
-void print(const Printer& printer, std::string_view text, const char* place, U64 number) try {
-  printer.print(text);
-} catch (const UsageError& error) {
-  throw UsageError(place + std::to_string(number) + " (" + excerpt(text) + "): " + error.what());
-}
+/// Prints one text after the other, and an error line for each that is no community or attribute.
+class Decoding {
+ public:
+  explicit Decoding(const Options& options) : printer_(options) {}
 
-void printLines(const Printer& printer) try {
-  Lines lines;
-  while (const std::optional<std::string_view> line = lines.next()) {
-    const std::string_view text = trimmed(*line);
-    if (!text.empty()) print(printer, text, "standard input, line ", lines.number());
+  /// `place` and `number` say in messages where the text stands.
+  void decode(std::string_view text, const char* place, U64 number) try {
+    printer_.print(text);
+  } catch (const DataError& error) {
+    refuse(place + std::to_string(number) + " (" + excerpt(text) + ')', error.what());
   }
-} catch (const std::system_error& error) {
-  throw std::runtime_error("standard input: " + error.code().message());
-}
 
-/// Octet by octet is one attribute to whoever typed it.
+  void decodeLines() try {
+    workingOn("standard input");
+    constexpr const char* place = "standard input, line ";
+    Lines lines;
+    while (const std::optional<Lines::Line> line = lines.next()) {
+      if (const std::string_view text = trimmed(line->text); line->tooLong)
+        refuse(place + std::to_string(line->number),
+               "longer than " + std::to_string(Lines::longestLine) + " characters");
+      else if (!text.empty())
+        decode(text, place, line->number);
+    }
+  } catch (const std::system_error& error) {
+    refuse("standard input", error.code().message());
+  }
+
+  /// Whether nothing was refused.
+  bool good() const { return good_; }
+
+ private:
+  void refuse(const std::string& place, const std::string& why) {
+    printError(place, ": ", why);
+    good_ = false;
+  }
+
+  const Printer printer_;
+  bool good_ = true;
+};
+
+/// Arguments of one octet each are one attribute together.
 std::vector<std::string> joinedOctets(const std::vector<std::string>& arguments) {
   const bool apart = std::all_of(arguments.begin(), arguments.end(),
                                  [](const std::string& one) { return one.size() == 2; });
@@ -98,16 +124,16 @@ std::vector<std::string> joinedOctets(const std::vector<std::string>& arguments)
 }
 
 int runDecode(const Options& options) {
-  const Printer printer(options);
+  Decoding decoding(options);
   U64 number = 0;
   for (const std::string& argument : joinedOctets(options.arguments)) {
     ++number;
     if (argument == "-")
-      printLines(printer);
+      decoding.decodeLines();
     else
-      print(printer, argument, "argument ", number);
+      decoding.decode(argument, "argument ", number);
   }
-  return 0;
+  return decoding.good() ? 0 : exitBadData;
 }
 
 }  // namespace
@@ -119,7 +145,8 @@ void addDecode(CLI::App& app, int& exitCode) {
                   "16 digits in a piece are an extended community, 40 an IPv6-address-specific\n"
                   "one. Anything else is a path attribute: flags, type, length, value; blanks and\n"
                   "colons may stand between its octets, and must where it has as many digits as a\n"
-                  "community. 0x may stand before either. Blank lines of stdin are passed over.\n\n"
+                  "community. 0x may stand before either. Blank lines of stdin are passed over.\n"
+                  "Exit code 1 when anything given is neither; the rest is printed.\n\n"
                   "Example: bgpcomm decode 0002fde800000064 c00808fde80064ffffff01"},
                  exitCode, runDecode);
   command.add_option("HEX", options.arguments, "What to print; - reads it from stdin, by lines")

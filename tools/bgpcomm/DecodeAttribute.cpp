@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Commands.h"
+#include "Errors.h"
 #include "Hex.h"
 #include "Terminal.h"
 #include "attr/BgpPathAttributeEnums.h"
@@ -17,9 +17,9 @@ std::string typeName(U8 type) {
   return Routing::Bgp::bgpPathAttrTypeShowString(known);
 }
 
-/// Somebody may have meant a community and mistyped it.
+/// The octets may also be a mistyped community, so the message names both.
 [[noreturn]] void refuse(const std::string& why) {
-  throw UsageError("neither a community, 16 or 40 digits in a piece, nor an attribute: " + why);
+  throw DataError("neither a community, 16 or 40 digits in a piece, nor an attribute: " + why);
 }
 
 }  // namespace
@@ -42,7 +42,7 @@ void AttributePrinter::printValue(const AttributeHeader& header, Octets value) c
   const bool isList = kind < kindCount;
   if (isList) {
     const KindTable::Text list = tables_[kind]->text(value, names_);
-    if (list.fault) throw UsageError(list.text);
+    if (list.fault) throw DataError(list.text);
     text = list.text;
     values = tables_[kind]->texts(value, names_);
   }

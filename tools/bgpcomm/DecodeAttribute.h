@@ -9,7 +9,7 @@ class AttributePrinter {
  public:
   AttributePrinter(bool names, bool json) : names_(names), json_(json) {}
 
-  /// UsageError when the octets are not exactly one attribute, or its list is refused.
+  /// Throws DataError when the octets are not exactly one attribute, or its list is refused.
   void print(Octets attribute) const;
 
  private:

@@ -4,7 +4,7 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
-#include "Commands.h"
+#include "Errors.h"
 #include "Hex.h"
 #include "Terminal.h"
 
@@ -66,7 +66,7 @@ std::string textOf(const std::string& content, const Rows& rows) {
   return text += '\n';
 }
 
-/// What seldom needs an escape is quoted at a fraction of the cost of a JSON object.
+/// Text without escapes, which is nearly all, costs a fraction of a JSON object.
 std::string jsonString(std::string_view text) {
   const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
     return c >= ' ' && c <= '~' && c != '"' && c != '\\';

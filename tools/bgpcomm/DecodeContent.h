@@ -8,8 +8,8 @@
 
 namespace bgpcomm {
 
-/// What `--format` takes, `classification,ui` or `none`, as the flags of a StrepFormat. UsageError
-/// for an unknown name.
+/// The flags of a StrepFormat from the value of `--format`: `classification,ui`, or `none`. Throws
+/// UsageError for an unknown name.
 U32 readFormat(const std::string& text);
 
 class ContentPrinter {
@@ -17,7 +17,7 @@ class ContentPrinter {
   ContentPrinter(U32 format, bool json) : format_(format), json_(json) {}
 
   static bool isSize(std::size_t octets) { return octets == 8 || octets == 20; }
-  /// Of one of the two sizes.
+  /// REQUIRES: isSize(content.size()).
   void print(Octets content) const;
 
  private:

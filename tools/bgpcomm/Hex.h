@@ -8,7 +8,7 @@
 
 namespace bgpcomm {
 
-/// Lower case, two digits an octet, nothing between.
+/// Two lower-case digits for each octet, nothing between.
 inline std::string hex(Octets octets) {
   constexpr char digits[] = "0123456789abcdef";
   std::string text;
@@ -20,7 +20,7 @@ inline std::string hex(Octets octets) {
   return text;
 }
 
-/// -1 for what is no digit.
+/// The digit's value; -1 when the character is no hexadecimal digit.
 inline int hexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;

@@ -2,38 +2,48 @@
 
 #include <algorithm>
 
-#include "Commands.h"
 #include "Terminal.h"
 
 namespace bgpcomm {
-namespace {
-/// The longest attribute as digits, with blanks between its octets; Source holds more than this.
-constexpr std::size_t longestLine = 200'000;
-}  // namespace
 
-std::optional<std::string_view> Lines::next() {
-  ++number_;
+std::optional<Lines::Line> Lines::next() {
+  if (restFollows_) passRest();
   std::size_t size = 0;
   bool more = true;
-  while ((size = lineEnd(size)) == ahead_.size() && size <= longestLine && more) {
-    flushOutput();
-    ahead_ = source_.ahead(size + 1);
-    more = ahead_.size() > size;
-  }
-  if (size > longestLine)
-    throw UsageError("standard input, line " + std::to_string(number_) + ": longer than " +
-                     std::to_string(longestLine) + " characters");
+  while ((size = lineEnd(size)) == ahead_.size() && size <= longestLine && more)
+    more = readAhead(size + 1);
   if (ahead_.empty()) return std::nullopt;
-  const std::string_view line = asText(ahead_.first(size));
-  const std::size_t taken = std::min(size + 1, ahead_.size());
-  source_.take(taken);
-  ahead_ = ahead_.subspan(taken);
+
+  restFollows_ = size > longestLine;
+  if (restFollows_) size = longestLine;
+  const Line line{asText(ahead_.first(size)), ++number_, restFollows_};
+  take(restFollows_ ? size : std::min(size + 1, ahead_.size()));
   return line;
 }
 
 std::size_t Lines::lineEnd(std::size_t from) const {
   const auto end = std::find(ahead_.begin() + std::ptrdiff_t(from), ahead_.end(), '\n');
   return std::size_t(end - ahead_.begin());
+}
+
+bool Lines::readAhead(std::size_t size) {
+  flushOutput();
+  ahead_ = source_.ahead(size);
+  return ahead_.size() >= size;
+}
+
+void Lines::take(std::size_t size) {
+  source_.take(size);
+  ahead_ = ahead_.subspan(size);
+}
+
+void Lines::passRest() {
+  std::size_t end = 0;
+  while ((end = lineEnd(0)) == ahead_.size()) {
+    take(end);
+    if (!readAhead(1)) return;
+  }
+  take(end + 1);
 }
 
 }  // namespace bgpcomm

@@ -92,7 +92,7 @@ class PathPrinter {
   }
 
   std::string jsonLine(const Path& path, CommunityValues& values) {
-    nlohmann::ordered_json object;
+    auto object = nlohmann::ordered_json::object();
     object["time"] = timeText(path);
     object["peer"] = addressText(path.peer.address);
     object["peerAs"] = path.peer.asNumber;
@@ -106,8 +106,10 @@ class PathPrinter {
     if (!whole) object["prefixesCutShort"] = true;
     for (std::size_t kind = 0; kind < kindCount; ++kind)
       object[std::string(kindRows[kind].key)] = list(kind, values);
+    auto malformed = nlohmann::ordered_json::array();
     for (std::size_t i = 0; i < faultNames.size(); ++i)
-      if (values.faults[Fault(i)]) object["malformed"].push_back(faultNames[i]);
+      if (values.faults[Fault(i)]) malformed.push_back(faultNames[i]);
+    if (!malformed.empty()) object["malformed"] = std::move(malformed);
     return object.dump() + '\n';
   }
 

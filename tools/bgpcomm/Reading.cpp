@@ -1,12 +1,24 @@
 #include "Reading.h"
 
+#include <array>
+#include <cstdio>
 #include <new>
 #include <system_error>
 
+#include "Progress.h"
 #include "Terminal.h"
 
 namespace bgpcomm {
 namespace {
+
+/// As `placeText`, without allocating.
+std::array<char, 64> placeCharacters(Place place) {
+  std::array<char, 64> text;
+  std::snprintf(text.data(), text.size(), " (record %llu, octet %llu)",
+                static_cast<unsigned long long>(place.record),
+                static_cast<unsigned long long>(place.octet));
+  return text;
+}
 
 /// Counts what was found at a place.
 void count(const FaultCounts& faults, Place place, ReadResult& result) {
@@ -48,18 +60,20 @@ void readRecord(const Record& record, PathCutter& cutter, const VisitPath& visit
 
 }  // namespace
 
-std::string placeText(Place place) {
-  return " (record " + std::to_string(place.record) + ", octet " + std::to_string(place.octet) +
-         ')';
-}
+std::string placeText(Place place) { return placeCharacters(place).data(); }
 
 ReadResult readFile(const std::string& file, const VisitPath& visit, ReadOptions options) {
   ReadResult result;
   std::optional<Input> input;
+  workingOn(file);
   try {
     input.emplace(file);
   } catch (const std::system_error& error) {
-    printError(file + ": " + error.code().message());
+    // What a thread needs is missing, most often its stack.
+    if (error.code() == std::errc::resource_unavailable_try_again)
+      printOutOfMemory(" for a thread");
+    else
+      printError(file, ": ", error.code().message());
     result.failed = result.unopened = true;
     return result;
   }
@@ -74,7 +88,7 @@ ReadResult readFile(const std::string& file, const VisitPath& visit, ReadOptions
     }
     reportEnd(file, *input, reader, result);
   } catch (const std::bad_alloc&) {
-    printError(file + ": out of memory" + placeText({record, input->offset()}));
+    printOutOfMemory(placeCharacters({record, input->offset()}).data());
     result.failed = true;
   }
   result.records = reader.records();

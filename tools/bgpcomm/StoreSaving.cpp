@@ -52,7 +52,7 @@ bool writeStore(const MoxStash::StoreWriter& writer, const std::string& name) {
     else
       printError(error.what());
   } catch (const std::bad_alloc&) {
-    printError(name + ": out of memory");
+    printOutOfMemory();
   }
   return false;
 }

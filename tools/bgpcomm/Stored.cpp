@@ -17,7 +17,7 @@ struct SaveOptions {
   std::string store;
 };
 
-int runSave(const SaveOptions& options) try {
+int runSave(const SaveOptions& options) {
   for (const std::string& file : options.files) {
     std::error_code none;
     if (std::filesystem::equivalent(file, options.store, none))
@@ -36,10 +36,8 @@ int runSave(const SaveOptions& options) try {
   }
   if (files.empty()) return exitBadData;  // nothing that would be worth a store
   writer.noteIs(noteName, files.dump(-1, ' ', false, Json::error_handler_t::replace));
+  workingOn(options.store);
   return writeStore(writer, options.store) && good ? 0 : exitBadData;
-} catch (const std::bad_alloc&) {
-  printError(options.store + ": out of memory");
-  return exitBadData;
 }
 
 struct RestoreOptions {
@@ -47,7 +45,8 @@ struct RestoreOptions {
   bool json = false;
 };
 
-int runRestore(const RestoreOptions& options) try {
+int runRestore(const RestoreOptions& options) {
+  workingOn(options.store);
   const MoxStash::FileStore store(options.store);
   const auto note = store.note(noteName);
   if (!note) store.fail("no files are noted in it: it was not saved by bgpcomm");
@@ -66,9 +65,6 @@ int runRestore(const RestoreOptions& options) try {
   } catch (const Json::exception& error) {
     store.fail(std::string("its note of files is damaged: ") + error.what());
   }
-} catch (const std::bad_alloc&) {
-  printError(options.store + ": out of memory");
-  return exitBadData;
 }
 
 }  // namespace

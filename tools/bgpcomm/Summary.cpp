@@ -17,8 +17,7 @@ bool forEachKind(const std::string& file, const std::function<void(std::size_t k
   for (std::size_t kind = 0; kind < kindCount; ++kind) try {
       use(kind);
     } catch (const std::bad_alloc&) {
-      printError(file + ": out of memory for the figures of " + std::string(kindRows[kind].title) +
-                 " communities");
+      printError(file, ": out of memory for the figures of ", kindRows[kind].title, " communities");
       good = false;
     }
   return good;

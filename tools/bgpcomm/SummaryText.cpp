@@ -107,7 +107,7 @@ nlohmann::ordered_json number(const std::optional<U64>& value) {
 }
 
 nlohmann::ordered_json json(const FileFigures& figures) {
-  nlohmann::ordered_json object;
+  auto object = nlohmann::ordered_json::object();
   object["file"] = figures.file;
   object["records"] = figures.records;
   object["paths"] = figures.paths;
@@ -143,7 +143,7 @@ std::string summaryTable(const FileFigures& figures) {
 }
 
 std::string summaryJson(const std::vector<FileFigures>& files, const FileFigures& total) {
-  nlohmann::ordered_json object;
+  auto object = nlohmann::ordered_json::object();
   object["files"] = nlohmann::ordered_json::array();
   for (const FileFigures& file : files) object["files"].push_back(json(file));
   object["total"] = json(total);

@@ -1,16 +1,15 @@
 #include "Terminal.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
-#include "Hex.h"
+#include "Errors.h"
+#include "Progress.h"
 
 namespace bgpcomm {
 namespace {
@@ -20,27 +19,6 @@ constexpr std::size_t outputSize = 64 * 1024;
 std::string& output() {
   static std::string held;
   return held;
-}
-
-volatile std::sig_atomic_t progressDrawn = 0;
-
-/// Callable from a signal's handler.
-void clearProgress() {
-  if (!progressDrawn) return;
-  progressDrawn = 0;
-  constexpr std::string_view clear = "\r\033[K";
-  if (::write(STDERR_FILENO, clear.data(), clear.size()) < 0) return;
-}
-
-void clearAndDie(int signal) {
-  clearProgress();
-  std::signal(signal, SIG_DFL);
-  std::raise(signal);
-}
-
-void clearProgressWhenKilled() {
-  for (const int signal : {SIGINT, SIGTERM})
-    if (std::signal(signal, clearAndDie) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 
 void writeAll(std::string_view text) {
@@ -54,18 +32,79 @@ void writeAll(std::string_view text) {
       std::_Exit(0);
     } else if (errno != EINTR) {
       const char* const why = std::strerror(errno);
-      clearProgress();
-      std::fprintf(stderr, "bgpcomm: standard output: %s\n", why);
-      std::_Exit(1);
+      output().clear();
+      printError("standard output: ", why);
+      std::_Exit(exitBadData);
     }
   }
 }
 
-std::size_t terminalWidth() {
-  winsize size{};
-  const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return known ? size.ws_col : 80;
+/// The size of the printable character that the text begins with; 0 when its first octet has to be
+/// escaped.
+std::size_t printableSize(std::string_view text) {
+  const U8 first = U8(text[0]);
+  if (first < 0x80) return first >= 0x20 && first != 0x7f;
+  const std::size_t size = first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+  if (first < 0xc0 || first > 0xf7 || size > text.size()) return 0;
+  U32 code = first & 0x7fu >> size;
+  for (const char next : text.substr(1, size - 1)) {
+    if ((U8(next) & 0xc0) != 0x80) return 0;
+    code = code << 6 | (U8(next) & 0x3f);
+  }
+  constexpr U32 leastOfSize[] = {0x80, 0x800, 0x10000};
+  constexpr std::pair<U32, U32> unprintable[] = {
+      {0x80, 0x9f},     {0x61c, 0x61c},  {0x200e, 0x200f}, {0x2028, 0x202e},
+      {0x2066, 0x2069}, {0xd800, 0xdfff}};  // C1, marks of direction, ends of lines, halves of
+                                            // UTF-16
+  const bool printable = std::none_of(
+      std::begin(unprintable), std::end(unprintable),
+      [code](const auto& range) { return range.first <= code && code <= range.second; });
+  return printable && code >= leastOfSize[size - 2] && code <= 0x10ffff ? size : 0;
 }
+
+/// Hands the text on in pieces that are safe for a terminal.
+template <class Use>
+void forEachVisible(std::string_view text, Use use) {
+  while (!text.empty()) {
+    const std::size_t size = printableSize(text);
+    constexpr char digits[] = "0123456789abcdef";
+    const char escaped[] = {'\\', 'x', digits[U8(text[0]) >> 4], digits[U8(text[0]) & 15]};
+    use(size ? text.substr(0, size) : std::string_view(escaped, sizeof escaped));
+    text.remove_prefix(size ? size : 1);
+  }
+}
+
+/// A line for standard error, written in one piece unless it is very long.
+class ErrorLine {
+ public:
+  ~ErrorLine() { flush(); }
+
+  void add(std::string_view piece) {
+    if (piece.size() > sizeof held_ - size_) flush();
+    std::memcpy(held_ + size_, piece.data(), piece.size());
+    size_ += piece.size();
+  }
+
+ private:
+  /// There is nobody to be told of a failure.
+  void flush() {
+    std::string_view left(held_, size_);
+    while (!left.empty()) {
+      const ssize_t written = ::write(STDERR_FILENO, left.data(), left.size());
+      if (written >= 0)
+        left.remove_prefix(std::size_t(written));
+      else if (errno != EINTR)
+        break;
+    }
+    size_ = 0;
+  }
+
+  char held_[4096];
+  std::size_t size_ = 0;
+};
+
+/// As long as any name that can be opened.
+char fileWorkedOn[4096];
 
 }  // namespace
 
@@ -81,19 +120,26 @@ void flushOutput() {
 
 std::string visible(std::string_view text) {
   std::string out;
-  for (const char c : text) {
-    const bool control = U8(c) < 0x20 || c == 0x7f;
-    if (control) out += "\\x";
-    out += control ? hex(asOctets({&c, 1})) : std::string(1, c);
-  }
+  forEachVisible(text, [&out](std::string_view piece) { out += piece; });
   return out;
 }
 
-void printError(std::string_view what) {
+void printErrorLine(std::initializer_list<std::string_view> pieces) {
   flushOutput();
-  const std::string line = "bgpcomm: " + visible(what) + '\n';
   clearProgress();
-  std::fputs(line.c_str(), stderr);
+  ErrorLine line;
+  line.add("bgpcomm: ");
+  for (const std::string_view piece : pieces)
+    forEachVisible(piece, [&line](std::string_view visible) { line.add(visible); });
+  line.add("\n");
+}
+
+void workingOn(std::string_view file) {
+  fileWorkedOn[file.copy(fileWorkedOn, sizeof fileWorkedOn - 1)] = '\0';
+}
+
+void printOutOfMemory(std::string_view place) {
+  printError(fileWorkedOn, *fileWorkedOn ? ": " : "", "out of memory", place);
 }
 
 const Colours& colours() {
@@ -109,38 +155,6 @@ std::string grouped(U64 number) {
   std::string text = std::to_string(number);
   for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, 1, ',');
   return text;
-}
-
-Progress::Progress(const std::string& file, const Input& input, bool shown)
-    : file_(visible(file.substr(file.rfind('/') + 1))),
-      input_(input),
-      enabled_(shown && ::isatty(STDERR_FILENO)) {
-  if (enabled_) clearProgressWhenKilled();
-}
-
-Progress::~Progress() { clearProgress(); }
-
-void Progress::draw(U64 paths) {
-  const Clock::time_point now = Clock::now();
-  if (now - last_ < std::chrono::milliseconds(100)) return;
-  last_ = now;
-
-  const std::chrono::duration<double> elapsed = now - start_;
-  std::string line = ' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s";
-  if (input_.size() > 0) {
-    constexpr std::size_t barSize = 24;
-    const std::size_t done = std::size_t(input_.position() * barSize / input_.size());
-    line = " [" + std::string(std::min(done, barSize), '#') +
-           std::string(barSize - std::min(done, barSize), '.') + "] " +
-           std::to_string(input_.position() * 100 / input_.size()) + " %" + line;
-  }
-  // The last column stays free, so that no terminal wraps.
-  const std::size_t width = terminalWidth() - 1;
-  const std::size_t forName = width > line.size() ? width - line.size() : 0;
-  line = file_.substr(file_.size() - std::min(file_.size(), forName)) + line;
-  progressDrawn = 1;
-  std::fprintf(stderr, "\r%.*s\033[K", int(width), line.c_str());
-  std::fflush(stderr);
 }
 
 }  // namespace bgpcomm

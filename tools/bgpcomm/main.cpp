@@ -1,11 +1,43 @@
 // bgpcomm: BGP communities in MRT dumps and raw attributes. See Commands.h for the subcommands.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <new>
 #include <sstream>
 
 #include "Commands.h"
 #include "Terminal.h"
 
 namespace {
+
+/// A file opened later must not get the number of a standard descriptor that was closed: it would
+/// be read as standard input, or written over by a message. /dev/null takes the number, opened so
+/// that the use that was closed still fails.
+void occupyStandardDescriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (::fcntl(descriptor, F_GETFD) < 0 &&
+        ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY) != descriptor)
+      std::_Exit(bgpcomm::exitBadData);
+}
+
+/// Memory that is missing where no exception may leave, as in a destructor, gets the same line as
+/// elsewhere; any other end is left as it was.
+void nameMissingMemory() {
+  static const std::terminate_handler usual = std::set_terminate([] {
+    try {
+      if (std::current_exception()) throw;
+    } catch (const std::bad_alloc&) {
+      bgpcomm::printOutOfMemory();
+      std::_Exit(bgpcomm::exitBadData);
+    } catch (...) {
+    }
+    usual();
+  });
+}
 
 int usageError(const std::string& text) {
   bgpcomm::printError(text);
@@ -15,16 +47,29 @@ int usageError(const std::string& text) {
 /// One line, whatever the parser's message looks like.
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
-/// In the parser's order, from the last to the first. It would make a list of a file's name like
-/// [a,b]; ./[a,b] is the same file.
+/// In the parser's order, from the last to the first. Two things that the parser would take for
+/// something else: an empty value, for which it would take the next argument, is refused; and of a
+/// file's name like [a,b] it would make a list, so it gets ./[a,b], the same file.
 std::vector<std::string> readArguments(int argc, char** argv) {
-  std::vector<std::string> arguments;
-  for (int i = argc - 1; i > 0; --i) {
-    arguments.emplace_back(argv[i]);
-    std::string& one = arguments.back();
+  std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+  bool options = true;
+  for (std::string& one : arguments) {
+    if (one == "--") options = false;
+    if (options && one.starts_with("--") && one.ends_with('=') && one.find('=') == one.size() - 1)
+      throw CLI::ValidationError(one.substr(0, one.size() - 1), "its value is empty");
     if (one.starts_with('[') && one.ends_with(']')) one.insert(0, "./");
   }
+  std::reverse(arguments.begin(), arguments.end());
   return arguments;
+}
+
+/// A value that is an argument of its own may be empty too.
+void refuseEmptyValues(CLI::App& command) {
+  for (CLI::Option* const option : command.get_options())
+    if (option->nonpositional())
+      option->check([](const std::string& value) {
+        return std::string(value.empty() ? "its value is empty" : "");
+      });
 }
 
 int run(int argc, char** argv) {
@@ -44,6 +89,7 @@ int run(int argc, char** argv) {
   bgpcomm::addRestore(app, exitCode);
   bgpcomm::addWatchRt(app, exitCode);
   bgpcomm::addDescribe(app, exitCode);
+  for (CLI::App* const command : app.get_subcommands({})) refuseEmptyValues(*command);
   try {
     app.parse(readArguments(argc, argv));
   } catch (const CLI::Success& asked) {
@@ -64,13 +110,17 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  occupyStandardDescriptors();
+  nameMissingMemory();
   // The write fails when a reader goes away, or when a file becomes too large.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   try {
     return run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    bgpcomm::printOutOfMemory();
   } catch (const std::exception& error) {
     bgpcomm::printError(error.what());
-    return bgpcomm::exitBadData;
   }
+  return bgpcomm::exitBadData;
 }

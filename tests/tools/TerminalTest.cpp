@@ -1,0 +1,152 @@
+// The command line, the standard descriptors, messages and signals: how the tool meets its user.
+#include "tools/bgpcomm/Terminal.h"
+
+#include <fcntl.h>
+#include <poll.h>
+
+#include <csignal>
+
+#include "RunTool.h"
+
+namespace bgpcomm {
+namespace {
+
+Bytes onePath() { return messageRecord(update(octets("c00804fde80064"), octets("180a0102"))); }
+
+class Terminal : public ToolTest {
+ protected:
+  Terminal() { ::setenv("FILE", file_.name().c_str(), 1); }
+  TemporaryFile file_{onePath()};
+};
+
+TEST_F(Terminal, AnEmptyValueIsRefused) {
+  const TemporaryFile other("x");
+  ::setenv("OTHER", other.name().c_str(), 1);
+  const std::string empty = ": its value is empty; see bgpcomm --help";
+  expectRuns({
+      {"bgpcomm save --to= $OTHER $FILE; echo $?; cat $OTHER", "2\nx", 0, "--to" + empty},
+      {"bgpcomm save $FILE --to ''", "", 2, "--to" + empty},
+      {"bgpcomm paths --community= no-export $FILE", "", 2, "--community" + empty},
+      {"bgpcomm decode --format= ui 40010100", "", 2, "--format" + empty},
+      {"bgpcomm decode --json= 40010100", "", 2, "--json" + empty},
+      {"cd $(mktemp -d) && cp $FILE ./--=x= && cp $FILE ./--a= && bgpcomm verify -- --a= --=x=\n"
+       "rm -r $PWD",
+       "--a=: 1 lists compared, 0 differ, 0 malformed\n"
+       "--=x=: 1 lists compared, 0 differ, 0 malformed\n"},
+      {"bgpcomm paths --community=65000:= $FILE", "", 2,
+       "--community 65000:=: neither two numbers up to 65535 with a colon between nor a known "
+       "name"},
+  });
+}
+
+TEST_F(Terminal, AClosedStandardDescriptorIsNoOtherFile) {
+  expectRuns({
+      {"bgpcomm verify $FILE - <&- | cut -d: -f2",
+       " 1 lists compared, 0 differ, 0 malformed\n"
+       " 0 lists compared, 0 differ, 0 malformed\n",
+       0, "-: Bad file descriptor (record 1, octet 0)"},
+      {"bgpcomm verify $FILE >&-", "", 1, "standard output: Bad file descriptor"},
+      {"bgpcomm verify $FILE >&- 2>&-", "", 1},
+      {"mkfifo $FILE.in\n"
+       "\"$BGPCOMM\" verify $FILE.in <&- >&- 2>&- & exec 3>$FILE.in\n"
+       "cd /proc/$!/fd && ls -l 0 1 2 | grep -c /dev/null; kill $!; rm $FILE.in",
+       "3\n"},
+  });
+}
+
+TEST(Visible, EscapesWhatATerminalMightObey) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"plain ~ \\x", "plain ~ \\x"},
+      {std::string("\0\t\x1f\x7f", 4), "\\x00\\x09\\x1f\\x7f"},
+      {"\u00a0\u07ff\u0800\ud7ff\ue000\uffff\U00010000\U0010ffff", ""},
+      {"\u061b\u061d\u200d\u2010\u2027\u202f\u2065\u206a", ""},
+      {"\u0080\u009b\u009f", "\\xc2\\x80\\xc2\\x9b\\xc2\\x9f"},
+      {"\u061c\u200e\u200f", "\\xd8\\x9c\\xe2\\x80\\x8e\\xe2\\x80\\x8f"},
+      {"\u2028\u202e", "\\xe2\\x80\\xa8\\xe2\\x80\\xae"},
+      {"\u2066\u2069", "\\xe2\\x81\\xa6\\xe2\\x81\\xa9"},
+      {"\x9b"
+       "2J",
+       "\\x9b2J"},        // an octet that no character begins with
+      {"\xc3", "\\xc3"},  // cut short
+      {"\xe2\x82", "\\xe2\\x82"},
+      {"\xf0\x9f\x98"
+       "a",
+       "\\xf0\\x9f\\x98a"},
+      {"\xc3\u00e9", "\\xc3\u00e9"},  // cut short by a good one
+      {"\xc1\xbf", "\\xc1\\xbf"},     // longer than need be
+      {"\xe0\x82\x9b", "\\xe0\\x82\\x9b"},
+      {"\xf0\x80\x82\x9b", "\\xf0\\x80\\x82\\x9b"},
+      {"\xed\xa0\x80", "\\xed\\xa0\\x80"},  // half of a pair
+      {"\xed\xbf\xbf", "\\xed\\xbf\\xbf"},
+      {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},  // beyond the last
+      {"\xf8\x88\x80\x80\x80", "\\xf8\\x88\\x80\\x80\\x80"},
+  };
+  for (const auto& [text, shown] : cases) EXPECT_EQ(visible(text), shown.empty() ? text : shown);
+}
+
+TEST(Visible, HoldsForErrorLinesOfAnyLength) {
+  const std::string lots(10'000, '\n');
+  testing::internal::CaptureStderr();
+  printError("a", lots, "\u009b\u00e9");
+  const std::string line = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(line, "bgpcomm: a" + visible(lots) + "\\xc2\\x9b\u00e9\n");
+  EXPECT_EQ(line.size(), 10 + 4 * 10'000 + 8 + 2 + 1u);
+}
+
+/// What a terminal has got of the tool's messages.
+class Screen {
+ public:
+  Screen() : descriptor_(::posix_openpt(O_RDWR | O_NOCTTY)) {
+    ::grantpt(descriptor_);
+    ::unlockpt(descriptor_);
+    ::setenv("SCREEN", ::ptsname(descriptor_), 1);
+    slave_ = ::open(::ptsname(descriptor_), O_RDWR | O_NOCTTY);
+  }
+  ~Screen() {
+    ::close(descriptor_);
+    ::close(slave_);
+  }
+  /// Whether the text comes within ten seconds, at once if none is given.
+  bool shows(const std::string& text) {
+    pollfd waiting{descriptor_, POLLIN, 0};
+    while (got_.find(text) == got_.npos && ::poll(&waiting, 1, 10'000) > 0) {
+      char octets[4096];
+      got_.append(octets,
+                  std::size_t(std::max<ssize_t>(0, ::read(descriptor_, octets, sizeof octets))));
+    }
+    return got_.find(text) != got_.npos;
+  }
+  const std::string& got() const { return got_; }
+
+ private:
+  const int descriptor_;
+  int slave_;
+  std::string got_;
+};
+
+TEST_F(Terminal, NoProgressLineIsLeftWhenASignalEndsTheTool) {
+  Bytes paths;
+  while (paths.size() < 600'000) paths += onePath();
+  const TemporaryFile file(paths);
+  ::setenv("PATHS", file.name().c_str(), 1);
+  for (const int signal : {SIGTERM, SIGHUP}) {
+    Screen screen;
+    FILE* const script = ::popen(
+        "exec 2>&-; mkfifo $PATHS.in\n"
+        "(cat $PATHS; sleep 0.2; cat $PATHS; exec sleep 9) >$PATHS.in &"
+        "\"$BGPCOMM\" summary $PATHS.in >/dev/null 2>$SCREEN & echo $!\n"
+        "wait $!; echo $?; rm $PATHS.in",
+        "r");
+    int tool = 0, code = 0;
+    ASSERT_EQ(std::fscanf(script, "%d", &tool), 1);
+    EXPECT_TRUE(screen.shows("paths/s\033[K"));
+    ::kill(tool, signal);
+    ASSERT_EQ(std::fscanf(script, "%d", &code), 1);
+    ::pclose(script);
+    EXPECT_EQ(code, 128 + signal);
+    EXPECT_TRUE(screen.shows("paths/s\033[K\r\033[K")) << signal;
+  }
+}
+
+}  // namespace
+}  // namespace bgpcomm

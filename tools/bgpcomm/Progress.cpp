@@ -1,0 +1,83 @@
+#include "Progress.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+volatile std::sig_atomic_t progressDrawn = 0;
+
+void clearAndDie(int signal) {
+  clearProgress();
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+/// Signals that are ignored stay so.
+void clearProgressWhenKilled() {
+  for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP})
+    if (std::signal(signal, clearAndDie) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
+std::size_t terminalWidth() {
+  winsize size{};
+  const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : 80;
+}
+
+/// The last octets of the text, at most so many, from the start of a character on.
+std::string_view endOf(std::string_view text, std::size_t most) {
+  text.remove_prefix(text.size() - std::min(text.size(), most));
+  while (!text.empty() && (U8(text.front()) & 0xc0) == 0x80) text.remove_prefix(1);
+  return text;
+}
+
+}  // namespace
+
+void clearProgress() {
+  if (!progressDrawn) return;
+  progressDrawn = 0;
+  constexpr std::string_view clear = "\r\033[K";
+  if (::write(STDERR_FILENO, clear.data(), clear.size()) < 0) return;
+}
+
+Progress::Progress(const std::string& file, const Input& input, bool shown)
+    : file_(visible(file.substr(file.rfind('/') + 1))),
+      input_(input),
+      enabled_(shown && ::isatty(STDERR_FILENO)) {
+  if (enabled_) clearProgressWhenKilled();
+}
+
+Progress::~Progress() { clearProgress(); }
+
+void Progress::draw(U64 paths) {
+  const Clock::time_point now = Clock::now();
+  if (now - last_ < std::chrono::milliseconds(100)) return;
+  last_ = now;
+
+  const std::chrono::duration<double> elapsed = now - start_;
+  std::string line = ' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s";
+  if (input_.size() > 0) {
+    constexpr std::size_t barSize = 24;
+    const std::size_t done = std::size_t(input_.position() * barSize / input_.size());
+    line = " [" + std::string(std::min(done, barSize), '#') +
+           std::string(barSize - std::min(done, barSize), '.') + "] " +
+           std::to_string(input_.position() * 100 / input_.size()) + " %" + line;
+  }
+  // The last column stays free, so that no terminal wraps.
+  const std::size_t width = terminalWidth() - 1;
+  const std::size_t forName = width > line.size() ? width - line.size() : 0;
+  line = std::string(endOf(file_, forName)) + line;
+  progressDrawn = 1;
+  std::fprintf(stderr, "\r%.*s\033[K", int(width), line.c_str());
+  std::fflush(stderr);
+}
+
+}  // namespace bgpcomm
