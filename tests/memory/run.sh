@@ -4,7 +4,8 @@
 #
 # A run must either do without the memory and print what it always prints, or say "out of memory"
 # and exit with 1. From the first run on whose message names the file, all must name it.
-# STRIDE n fails only every n-th allocation, from a start that differs for each command.
+# STRIDE n fails only every n-th allocation, from a start that differs for each command. The
+# allocations that declare all arguments fail in the first command only.
 set -euo pipefail
 tool=$(realpath "$1") library=$(realpath "$2") stride=${3:-1}
 shift $(($# < 3 ? $# : 3))
@@ -37,6 +38,9 @@ fi
 # Runs a command; its output is in `out`, its messages in `err`.
 run() { LD_PRELOAD=$library "${@:2}" "$tool" $1 <lines >out 2>err; }
 
+run --version env COUNT_TO=count
+declaring=$(($(<count) - 50))  # the same allocations in every command
+
 failures=0 runs=0 number=0
 for command in "${commands[@]}"; do
   rm -f count new.store
@@ -46,7 +50,7 @@ for command in "${commands[@]}"; do
   file=$(grep -o '[a-z]*\.\(mrt\|store\)[.a-z0-9]*' <<<"$command" | tail -1 || true)
   for on in "" FAIL_ON=1; do
     named=
-    for ((at = 1 + number++ % stride; at <= total; at += stride, ++runs)); do
+    for ((at = (number > 1 ? declaring : 1) + number % stride; at <= total; at += stride, ++runs)); do
       rm -f new.store*
       code=0
       run "$command" env FAIL_AT=$at $on || code=$?
@@ -72,6 +76,7 @@ for command in "${commands[@]}"; do
         echo "bgpcomm $command, allocation $at of $total${on:+ and all after}: $fault: $(head -1 err)"
       fi
     done
+    number=$((number + 1))
   done
 done
 echo "$runs runs, $failures failures"

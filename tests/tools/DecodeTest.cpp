@@ -83,7 +83,7 @@ TEST_F(Decode, SaysWhatIsWrongInOneLineAndGoesOn) {
        origin + origin + origin, 1,
        "standard input, line 3 (z\\x1bz): no hexadecimal digit at character 1\n" + prefix +
            "4 (4\\x001): half an octet at character 1"},
-      // Of 200,000 characters, of one more, and of more than is read at once.
+      // Lines of 200,000 characters, of one more, and of more than is read at once.
       {"(printf 4001 && head -c 199992 /dev/zero | tr '\\0' ' ' && echo 0100; printf "
        "%0200001d\\\\n;"
        " printf %01000000d\\\\n; echo 40010100) | bgpcomm decode -",

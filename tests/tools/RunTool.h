@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include "tests/mrt/TestOctets.h"
+#include "tools/bgpcomm/ReaderNames.h"
 
 namespace bgpcomm {
 

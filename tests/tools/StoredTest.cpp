@@ -104,7 +104,7 @@ TEST_F(Stored, NoNumberOfANoteIsTrusted) {
   for (const char* const key : {"extended", "ipv6Extended", "large"}) good[0]["kinds"][key] = none;
   const ToolRun run = restore(good);
   EXPECT_EQ(run.exitCode, 0) << run.err;
-  EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "a\xc3\xff");
+  EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "a\\xc3\\xff");
 
   const struct {
     const char* at;

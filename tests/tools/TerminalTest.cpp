@@ -93,7 +93,7 @@ TEST(Visible, HoldsForErrorLinesOfAnyLength) {
   EXPECT_EQ(line.size(), 10 + 4 * 10'000 + 8 + 2 + 1u);
 }
 
-/// What a terminal has got of the tool's messages.
+/// A terminal, and everything that was written to it.
 class Screen {
  public:
   Screen() : descriptor_(::posix_openpt(O_RDWR | O_NOCTTY)) {

@@ -9,7 +9,9 @@ Json noteOf(const FileFigures& figures, const KindTables& tables, MoxStash::Stor
                {"records", figures.records},
                {"paths", figures.paths},
                {"firstFault", figures.firstFault},
-               {"seconds", figures.seconds}};
+               {"seconds", figures.seconds},
+               {"faults", Json::object()},
+               {"kinds", Json::object()}};
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     file["faults"][std::string(faultNames[i])] = figures.faults[Fault(i)];
   for (std::size_t kind = 0; kind < kindCount; ++kind) {

@@ -1,4 +1,4 @@
-// What the tool writes to people: standard output, error lines, colours.
+// Standard output, error lines, colours: everything that the tool writes to people.
 #pragma once
 
 #include <initializer_list>
@@ -40,7 +40,7 @@ struct Colours {
 };
 const Colours& colours();
 
-/// `1,234,567`.
+/// The number with a comma after every third digit from the right: `1,234,567`.
 std::string grouped(U64 number);
 
 }  // namespace bgpcomm

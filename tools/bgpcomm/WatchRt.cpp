@@ -4,9 +4,9 @@
 
 #include "Commands.h"
 #include "ExtendedKind.h"
+#include "PathKey.h"
 #include "Reading.h"
 #include "Terminal.h"
-#include "mrt/Nlri.h"
 
 namespace bgpcomm {
 namespace {
@@ -19,7 +19,7 @@ struct Options {
   bool json = false;
 };
 
-/// Prints what it hears of, at the time of the message that is being replayed.
+/// Prints a line for each set that comes or goes, with the time of the message being replayed.
 class Watcher final : public Collection::NotifieeConst {
  public:
   Watcher(Collection::Ptr collection, bool json) : collection_(std::move(collection)), json_(json) {
@@ -59,36 +59,27 @@ class Replay {
  public:
   explicit Replay(const ExtCommListDedupTable::Ptr& lists) : lists_(lists) {}
 
-  /// Says whether the list was refused. What a message both withdraws and announces is announced
-  /// (RFC 4271, section 4.3).
+  /// Returns whether the list was refused. A prefix that a message both withdraws and announces is
+  /// announced (RFC 4271, section 4.3).
   bool take(const Path& path, Octets extended) {
     FromWire<const ExtCommList> read;
     if (!extended.empty()) read = ExtCommList::dedupWire(lists_, values_, extended);
     std::set<std::string> announced;
     visitPrefixes(path, [&](const Prefix& prefix) {
-      const auto at = announced.insert(key(path, prefix)).first;
+      const auto at = announced.insert(pathKey(path.peer, prefix, false)).first;
       if (read)
         paths_[*at] = read.list;
       else
         paths_.erase(*at);
     });
     visitWithdrawn(path, [&](const Prefix& prefix) {
-      const std::string withdrawn = key(path, prefix);
+      const std::string withdrawn = pathKey(path.peer, prefix, true);
       if (!announced.contains(withdrawn)) paths_.erase(withdrawn);
     });
     return bool(read.fault);
   }
 
  private:
-  /// Peer and prefix; with ADD-PATH also the path's identifier.
-  static std::string key(const Path& path, const Prefix& prefix) {
-    std::string key = std::to_string(path.peer.asNumber) + ' ' + addressText(path.peer.address) +
-                      ' ' + std::to_string(prefix.family.afi) + ' ' +
-                      std::to_string(prefix.family.safi) + ' ';
-    if (prefix.pathId) key += std::to_string(*prefix.pathId) + ' ';
-    return key.append(prefix.nlri.begin(), prefix.nlri.end());
-  }
-
   ExtCommDedupTable::Ptr values_ = extCommDedupTableFactory(sharedParser());
   ExtCommListDedupTable::Ptr lists_;
   std::map<std::string, ExtCommList::PtrConst> paths_;

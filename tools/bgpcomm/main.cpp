@@ -24,8 +24,8 @@ void occupyStandardDescriptors() {
       std::_Exit(bgpcomm::exitBadData);
 }
 
-/// Memory that is missing where no exception may leave, as in a destructor, gets the same line as
-/// elsewhere; any other end is left as it was.
+/// Lets a process end with the usual line when memory is missing where no exception may leave, as
+/// in a destructor. Any other end stays as it was.
 void nameMissingMemory() {
   static const std::terminate_handler usual = std::set_terminate([] {
     try {
@@ -44,18 +44,18 @@ int usageError(const std::string& text) {
   return bgpcomm::exitBadUsage;
 }
 
-/// One line, whatever the parser's message looks like.
+/// The parser's message may have several lines.
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
-/// In the parser's order, from the last to the first. Two things that the parser would take for
-/// something else: an empty value, for which it would take the next argument, is refused; and of a
-/// file's name like [a,b] it would make a list, so it gets ./[a,b], the same file.
+/// The arguments in the parser's order, from the last to the first. Throws where a value behind `=`
+/// is empty: the parser would take the next argument for it. A name like [a,b] becomes ./[a,b], the
+/// same file: the parser would make a list of it.
 std::vector<std::string> readArguments(int argc, char** argv) {
   std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
   bool options = true;
   for (std::string& one : arguments) {
     if (one == "--") options = false;
-    if (options && one.starts_with("--") && one.ends_with('=') && one.find('=') == one.size() - 1)
+    if (options && one.starts_with("--") && one.find('=') == one.size() - 1)
       throw CLI::ValidationError(one.substr(0, one.size() - 1), "its value is empty");
     if (one.starts_with('[') && one.ends_with(']')) one.insert(0, "./");
   }
@@ -63,7 +63,7 @@ std::vector<std::string> readArguments(int argc, char** argv) {
   return arguments;
 }
 
-/// A value that is an argument of its own may be empty too.
+/// Does the same for values that are arguments of their own.
 void refuseEmptyValues(CLI::App& command) {
   for (CLI::Option* const option : command.get_options())
     if (option->nonpositional())

@@ -1,0 +1,107 @@
+#include "PathKey.h"
+
+#include <algorithm>
+
+namespace bgpcomm {
+namespace {
+
+constexpr U16 afiL2vpn = 25;
+
+enum Safi : U8 { safiLabels = 4, safiEvpn = 70, safiVpn = 128, safiVpnMulticast = 129 };
+
+constexpr std::size_t labelSize = 3, distinguisherSize = 8, segmentSize = 10, tagSize = 4;
+
+std::string numberKey(U64 number, int octets) {
+  std::string key;
+  while (octets-- > 0) key += char(number >> 8 * octets);
+  return key;
+}
+
+/// A length in bits and the prefix, the bits behind it cleared.
+std::string prefixKey(unsigned bits, Octets prefix) {
+  std::string key = char(bits) + std::string(asText(prefix));
+  if (bits % 8 && key.size() > bits / 8 + 1) key[bits / 8 + 1] &= char(0xff00 >> bits % 8);
+  return key;
+}
+
+/// How many octets of labels stand in front: up to the one marked as the last, or a single one.
+std::size_t labelsSize(Octets octets, bool withdrawn) {
+  for (std::size_t size = labelSize; !withdrawn && size <= octets.size(); size += labelSize)
+    if (octets[size - 1] & 1) return size;
+  return labelSize;
+}
+
+std::string labelledKey(Octets nlri, bool withdrawn) {
+  const Octets octets = nlri.subspan(1);
+  const std::size_t labels = labelsSize(octets, withdrawn);
+  if (nlri[0] < 8 * labels || octets.size() < labels) return std::string(asText(nlri));
+  return prefixKey(unsigned(nlri[0] - 8 * labels), octets.subspan(labels));
+}
+
+/// Fields that do not fit leave the octets as they are.
+std::string evpnKey(Octets nlri) {
+  enum Type : U8 { segment = 1, mac = 2, prefix = 5 };
+  Cursor in(nlri);
+  std::string key(1, char(in.u8()));
+  const auto keep = [&](std::size_t size) { key += asText(in.take(size)); };
+  in.take(1);
+  keep(distinguisherSize);
+  switch (nlri[0]) {
+    case segment:
+      keep(segmentSize + tagSize);
+      break;
+    case mac: {
+      in.take(segmentSize);
+      keep(tagSize + 1 + 6);
+      const U8 bits = in.u8();
+      key += char(bits);
+      keep(bits / 8);
+      break;
+    }
+    case prefix: {
+      in.take(segmentSize);
+      keep(tagSize);
+      const U8 bits = in.u8();
+      // Prefix and gateway are of one family; the label stands behind.
+      const std::size_t size = in.left().size() > 2 * 4 + labelSize ? 16 : 4;
+      key += prefixKey(bits, in.take(size));
+      break;
+    }
+    default:
+      keep(in.left().size());
+  }
+  return in ? key : std::string(asText(nlri));
+}
+
+}  // namespace
+
+std::string nlriKey(const Prefix& prefix, bool withdrawn) {
+  const auto [afi, safi] = prefix.family;
+  if (afi == afiL2vpn && safi == safiEvpn) return evpnKey(prefix.nlri);
+  if (afi != afiIpv4 && afi != afiIpv6) return std::string(asText(prefix.nlri));
+  switch (safi) {
+    case safiUnicast:
+    case safiMulticast:
+      return prefixKey(prefix.nlri[0], prefix.nlri.subspan(1));
+    case safiLabels:
+    case safiVpn:
+    case safiVpnMulticast:
+      return labelledKey(prefix.nlri, withdrawn);
+    default:
+      return std::string(asText(prefix.nlri));
+  }
+}
+
+std::string peerKey(const Peer& peer) {
+  std::string key = numberKey(peer.address.size(), 1) + std::string(asText(peer.address));
+  key.resize(1 + 16);
+  return key + numberKey(peer.asNumber, 4);
+}
+
+std::string pathKey(const Peer& peer, const Prefix& prefix, bool withdrawn) {
+  return peerKey(peer) + numberKey(prefix.family.afi, 2) + numberKey(prefix.family.safi, 1) +
+         numberKey(prefix.pathId.has_value(), 1) + numberKey(prefix.pathId.value_or(0), 4) +
+         nlriKey(prefix, withdrawn);
+}
+
+}  // namespace bgpcomm
