@@ -56,6 +56,7 @@ struct MessageForm {
   bool as4;
   bool addPath;
   bool stateChange = false;
+  bool sent = false;
 };
 std::optional<MessageForm> messageForm(U16 subtype) {
   switch (subtype) {
@@ -65,16 +66,16 @@ std::optional<MessageForm> messageForm(U16 subtype) {
       return MessageForm{true, false, true};
     case 1:
     case 6:
-      return MessageForm{false, false};
+      return MessageForm{false, false, false, subtype == 6};
     case 4:
     case 7:
-      return MessageForm{true, false};
+      return MessageForm{true, false, false, subtype == 7};
     case 8:
     case 10:
-      return MessageForm{false, true};
+      return MessageForm{false, true, false, subtype == 10};
     case 9:
     case 11:
-      return MessageForm{true, true};
+      return MessageForm{true, true, false, subtype == 11};
     default:
       return std::nullopt;
   }
@@ -250,6 +251,7 @@ bool PathCutter::startBgp4mp(const Record& record) {
     in_.take(*size);
   }
   if (form->stateChange) return readStateChange();
+  path_.sent = form->sent;
   path_.addPath = form->addPath;
   path_.family = {afiIpv4, safiUnicast};
   return in_ && size && startMessage();

@@ -122,6 +122,8 @@ struct Path {
   bool fromTable = false;  ///< A RIB entry.
   /// Only with `PathCutter::Updates::all`. Such a path has peer and time, and nothing else.
   std::optional<StateChange> stateChange;
+  /// An UPDATE that the collector sent to the peer.
+  bool sent = false;
   /// With ADD-PATH (RFC 7911): of the message's prefixes each carries its own identifier.
   bool addPath = false;
   /// Of the prefixes in `nlri` and `withdrawn`.

@@ -108,6 +108,7 @@ TEST_F(WatchRt, PeersTablesAndPathIdentifiersAreApart) {
   } cases[] = {
       {"another AS", sent({route}) + ofOther("0000fc57", gone), "+1 "},
       {"another address", sent({route}) + ofOther("0000fc58", gone), "+1 "},
+      {"sent by the collector", sent({route}) + sent({gone}, 7), "+1 "},
       {"another family", sent({route, withdrawn("0001 02", "180a0102")}), "+1 "},
       {"the same in MP_UNREACH_NLRI", sent({route, withdrawn("0001 01", "180a0102")}), "+1 -1 "},
       {"two identifiers, one withdrawn", sent({ids, withdrawn("0001 01", "00000001 180a0102")}, 9),

@@ -98,10 +98,10 @@ std::string peerKey(const Peer& peer) {
   return key + numberKey(peer.asNumber, 4);
 }
 
-std::string pathKey(const Peer& peer, const Prefix& prefix, bool withdrawn) {
-  return peerKey(peer) + numberKey(prefix.family.afi, 2) + numberKey(prefix.family.safi, 1) +
-         numberKey(prefix.pathId.has_value(), 1) + numberKey(prefix.pathId.value_or(0), 4) +
-         nlriKey(prefix, withdrawn);
+std::string pathKey(const Path& path, const Prefix& prefix, bool withdrawn) {
+  return peerKey(path.peer) + numberKey(path.sent, 1) + numberKey(prefix.family.afi, 2) +
+         numberKey(prefix.family.safi, 1) + numberKey(prefix.pathId.has_value(), 1) +
+         numberKey(prefix.pathId.value_or(0), 4) + nlriKey(prefix, withdrawn);
 }
 
 }  // namespace bgpcomm

@@ -21,7 +21,8 @@ std::string nlriKey(const Prefix& prefix, bool withdrawn);
 /// The peer's part of its paths' keys: they stand together in an ordered map.
 std::string peerKey(const Peer& peer);
 
-/// Fields of fixed width, then `nlriKey`: no two paths share a key.
-std::string pathKey(const Peer& peer, const Prefix& prefix, bool withdrawn);
+/// The key of a path's prefix: peer, table (received from the peer or sent to it), address family
+/// and path identifier in fixed width, then `nlriKey`.
+std::string pathKey(const Path& path, const Prefix& prefix, bool withdrawn);
 
 }  // namespace bgpcomm

@@ -60,26 +60,34 @@ class Replay {
   explicit Replay(const ExtCommListDedupTable::Ptr& lists) : lists_(lists) {}
 
   /// Returns whether the list was refused. A prefix that a message both withdraws and announces is
-  /// announced (RFC 4271, section 4.3).
+  /// announced (RFC 4271, section 4.3). Any change of a peer's state means that what it announced
+  /// before is void: a new session starts with nothing, too.
   bool take(const Path& path, Octets extended) {
+    if (path.stateChange) forget(path.peer);
     FromWire<const ExtCommList> read;
     if (!extended.empty()) read = ExtCommList::dedupWire(lists_, values_, extended);
     std::set<std::string> announced;
     visitPrefixes(path, [&](const Prefix& prefix) {
-      const auto at = announced.insert(pathKey(path.peer, prefix, false)).first;
+      const auto at = announced.insert(pathKey(path, prefix, false)).first;
       if (read)
         paths_[*at] = read.list;
       else
         paths_.erase(*at);
     });
     visitWithdrawn(path, [&](const Prefix& prefix) {
-      const std::string withdrawn = pathKey(path.peer, prefix, true);
+      const std::string withdrawn = pathKey(path, prefix, true);
       if (!announced.contains(withdrawn)) paths_.erase(withdrawn);
     });
     return bool(read.fault);
   }
 
  private:
+  void forget(const Peer& peer) {
+    const std::string key = peerKey(peer);
+    for (auto at = paths_.lower_bound(key); at != paths_.end() && at->first.starts_with(key);)
+      at = paths_.erase(at);
+  }
+
   ExtCommDedupTable::Ptr values_ = extCommDedupTableFactory(sharedParser());
   ExtCommListDedupTable::Ptr lists_;
   std::map<std::string, ExtCommList::PtrConst> paths_;
@@ -109,8 +117,9 @@ void addWatchRt(CLI::App& app, int& exitCode) {
       addCommand(app,
                  {"watch-rt", "Print route-target sets as updates are replayed",
                   "Keeps the paths of every peer as the file announces, replaces and withdraws\n"
-                  "them. A line says time, + or -, and the route targets: a set comes with its\n"
-                  "first path and goes with its last. Fields are separated by tabs.\n\n"
+                  "them, and until the peer's session ends. A line says time, + or -, and the\n"
+                  "route targets: a set comes with its first path and goes with its last. Fields\n"
+                  "are separated by tabs.\n\n"
                   "Example: bgpcomm watch-rt updates.20241001.0055.gz"},
                  exitCode, runWatchRt);
   command.add_option("FILE", options.file, "MRT dump: plain, gz, bz2, xz or zst; - is stdin")
