@@ -1,5 +1,5 @@
-// The benchmarks by theme. A name is "operation, workload/contender"; what is said of a list after
-// the colon in the report of ratios comes from these names alone.
+// The benchmarks by theme. A name is "operation, workload/contender"; the report of ratios finds
+// its figures by these names alone.
 #pragma once
 
 #include <string>
@@ -20,7 +20,7 @@ void addInterning(const Workload& workload);
 void addValues();
 const Workload& eightOctetValues();
 const Workload& twentyOctetValues();
-/// Lists of the other kinds.
+/// Lists of the other list types.
 void addLists();
 const Workload& largeLists();
 const Workload& extendedLists();

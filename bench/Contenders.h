@@ -1,4 +1,4 @@
-// What is compared: ways to turn the octets of an attribute into a shared list.
+// The contenders: ways to turn the octets of an attribute into a shared list.
 //
 // A contender is a table, empty when made. `intern(octets, paths)` finds or makes the list of these
 // octets and appends a handle to it; a handle that is destroyed lets go, and the last one takes the

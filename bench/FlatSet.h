@@ -1,4 +1,4 @@
-// The floor: what finding an attribute costs when nothing is done but to find it.
+// The floor: the cost of finding an attribute when nothing else is done.
 //
 // A flat open-addressing hash set over octets, each record with a count beside it. It has no lock,
 // no type, no text; a handle is a pointer, taking one is one atomic increment. Places come from

@@ -27,7 +27,7 @@ std::size_t copiedOctets(const CommList& list, U8* octets) {
   return list.values().size_bytes();
 }
 
-// What `serialize` has to do: a string of the header and the values in network order.
+// The work that `serialize` cannot avoid: a string of the header and the values in network order.
 Mox::String swappedString(const CommList& list) {
   const auto values = list.values();
   const std::size_t header = values.size_bytes() > 255 ? 4 : 3;

@@ -1,4 +1,4 @@
-// What is measured of every contender: octets to interned object, found and made; last release;
+// The figures of every contender: octets to interned object, found and made; last release;
 // memory.
 #pragma once
 

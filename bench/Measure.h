@@ -20,7 +20,7 @@
 
 namespace bench {
 
-/// The seconds that this thread has run: what others do on the same machine is not in them.
+/// The seconds that this thread has run. Time given to other threads and processes is not in them.
 inline double threadSeconds() {
   timespec now;
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);

@@ -7,7 +7,7 @@
 namespace bench {
 namespace {
 
-// What each of two threads reads, and a table that both use.
+// The octets that each of two threads reads, and a table that both use.
 struct Reading {
   Stream members;  // held all the time
   std::array<Stream, 2> drawn;

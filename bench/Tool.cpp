@@ -10,7 +10,7 @@
 namespace bench {
 namespace {
 
-/// What a dump decompresses to, in a file of its own.
+/// The decompressed octets of a dump, in a file of their own.
 class Decompressed {
  public:
   explicit Decompressed(const std::string& file) {

@@ -1,0 +1,289 @@
+"""Plants faults in source files, one at a time, and lists those that survive the tests.
+
+A fault is one small change of one line, as an inattentive hand would make it: a condition turned,
+a constant off by one, a statement dropped, a flag swapped. The tests of the file's folder are built
+and run with it. A fault is caught when a test fails, crashes or hangs. A fault that does not
+compile is not counted, and another is drawn. Some survivors change nothing that anybody could see;
+the rest are work.
+
+Faults are drawn with a seed, which is printed. Results are kept in build/mutate/results.json by
+file content, so a run that was interrupted goes on, and a file that changed is tried afresh.
+"""
+
+import argparse
+import collections
+import hashlib
+import json
+import os
+import pathlib
+import random
+import re
+import shutil
+import signal
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+WORK = ROOT / "build" / "mutate"
+TREE = WORK / "tree"
+BUILD = WORK / "build"
+RESULTS = WORK / "results.json"
+TEST_SECONDS = 120
+
+# The test programs that a folder's faults are held against: its own, and the next one up where the
+# folder is mostly used through that.
+PROGRAMS = {
+    "platform": ["test_platform"],
+    "attr": ["test_attr"],
+    "community": ["test_community"],
+    "ip6": ["test_ip6", "test_community", "test_community-list"],
+    "community-list": ["test_community-list"],
+    "parse": ["test_parse"],
+    "path": ["test_path"],
+    "mrt": ["test_mrt"],
+    "tools": ["test_tools"],
+}
+
+Fault = collections.namedtuple("Fault", "kind line before after")
+
+
+# --- Where faults can be.
+
+
+def code_only(text):
+    """The text with comments, strings and preprocessor lines blanked, positions kept."""
+    token = re.compile(
+        r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\'|^[ \t]*#(?:\\\n|[^\n])*',
+        re.S | re.M,
+    )
+    # Digit separators look like characters: 65'536.
+    text = re.sub(r"(?<=[0-9a-fA-F])'(?=[0-9a-fA-F])", "_", text)
+    return token.sub(lambda m: re.sub(r"[^\n]", " ", m.group()), text)
+
+
+def replaced(line, match, new):
+    return line[: match.start()] + new + line[match.end() :]
+
+
+TURNED = {
+    " == ": " != ", " != ": " == ", " < ": " <= ", " <= ": " < ", " > ": " >= ", " >= ": " > ",
+    " && ": " || ", " || ": " && ",
+}
+SWAPPED = {"true": "false", "false": "true", " | ": " & ", " |= ": " &= ", " &= ": " |= "}
+
+
+def alternatives(table):
+    return re.compile("|".join(re.escape(key) if " " in key else rf"\b{key}\b" for key in table))
+
+
+def faults_of(path):
+    """Every fault that can be planted in the file."""
+    text = path.read_text()
+    lines = text.splitlines()
+    for number, (line, code) in enumerate(zip(lines, code_only(text).splitlines())):
+        if re.match(r"\s*(template|using|static_assert|friend|namespace|MOX_ASSERT)\b", code):
+            continue
+
+        def fault(kind, new):
+            return Fault(kind, number, line, new)
+
+        for match in alternatives(TURNED).finditer(code):
+            yield fault("condition", replaced(line, match, TURNED[match.group()]))
+        for match in re.finditer(r"\b(if|while) (constexpr )?\((?!\w+ .* = )", code):
+            depth, end = 1, match.end()
+            while end < len(code) and depth:
+                depth += {"(": 1, ")": -1}.get(code[end], 0)
+                end += 1
+            if depth == 0 and ";" not in code[match.end() : end]:
+                condition = line[match.end() : end - 1]
+                yield fault("condition", f"{line[:match.end()]}!({condition}){line[end - 1:]}")
+        for match in re.finditer(r"(?<![\w.:'])(0x[0-9A-Fa-f]+|\d+)(?=[uU]?\b)(?![\w.'])", code):
+            value = match.group()
+            more = hex(int(value, 16) + 1) if value.startswith("0x") else str(int(value) + 1)
+            yield fault("constant", replaced(line, match, more))
+        for match in alternatives(SWAPPED).finditer(code):
+            yield fault("flag", replaced(line, match, SWAPPED[match.group()]))
+        if is_statement(lines, code, number):
+            yield fault("dropped", re.match(r"\s*", line).group() + ";")
+
+
+def is_statement(lines, code, number):
+    """Whether the line is a whole statement without which the file may still compile."""
+    before = lines[number - 1].split("//")[0].rstrip() if number else ""
+    return bool(
+        re.match(r"\s+(\+\+|--|\*?\w[\w.:<>\[\]*-]*(\(| [-+|&^]?= )).*;\s*$", code)
+        and not re.match(r"\s*(return|throw|const|auto|using|case|if|for|while|static|explicit|virtual|inline)\b|.*= (default|delete);", code)
+        and code.count("(") == code.count(")")
+        and (before == "" or before[-1] in ";{}:)")
+    )
+
+
+# --- Planting one.
+
+
+def run(command, **options):
+    return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
+
+
+def prepare(programs):
+    """A copy of the tree as it is now, built without faults."""
+    TREE.mkdir(parents=True, exist_ok=True)
+    listed = subprocess.run(
+        ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
+        cwd=ROOT, stdout=subprocess.PIPE, check=True,
+    ).stdout.decode().split("\0")
+    wanted = {name for name in listed if name and (ROOT / name).is_file()}
+    for there in [path for path in TREE.rglob("*") if path.is_file()]:
+        if str(there.relative_to(TREE)) not in wanted:
+            there.unlink()
+    for name in wanted:
+        source, copy = ROOT / name, TREE / name
+        if not copy.exists() or copy.read_bytes() != source.read_bytes():
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy2(source, copy)
+            os.utime(copy)
+    # Faults need no optimiser; warnings about them are of no interest.
+    flags = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DCMAKE_CXX_FLAGS=-w"]
+    configure = ["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", *flags]
+    subprocess.run(configure, stdout=subprocess.DEVNULL, check=True)
+    subprocess.run(["cmake", "--build", BUILD, "--target", *programs], stdout=subprocess.DEVNULL, check=True)
+    for program in programs:
+        if not passes(program):
+            sys.exit(f"mutate: {program} fails without any fault")
+
+
+def passes(program):
+    """Whether all of the program's tests do; stops at the first that does not."""
+    environment = dict(os.environ, BGPCOMM=str(BUILD / "bin" / "bgpcomm"))
+    # A session of its own, so that what the tests started ends with them.
+    process = subprocess.Popen(
+        [BUILD / "bin" / program, "--gtest_fail_fast", "--gtest_brief=1"],
+        cwd=TREE, env=environment, start_new_session=True,
+        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+    )
+    try:
+        return process.wait(TEST_SECONDS) == 0
+    except subprocess.TimeoutExpired:
+        return False
+    finally:
+        if process.poll() is None:
+            os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+
+
+def try_fault(name, fault, programs):
+    """`caught`, `survived`, or `refused` when it does not compile."""
+    copy = TREE / name
+    good = copy.read_text()
+    lines = good.splitlines(keepends=True)
+    lines[fault.line] = fault.after + "\n"
+    copy.write_text("".join(lines))
+    try:
+        build = ["cmake", "--build", BUILD, "--target", *programs]
+        if run(build).returncode != 0:
+            return "refused"
+        return "survived" if all(passes(program) for program in programs) else "caught"
+    finally:
+        copy.write_text(good)
+
+
+# --- The command.
+
+
+def files_of(arguments):
+    for argument in arguments:
+        path = (ROOT / argument).resolve()
+        if not path.exists():
+            sys.exit(f"mutate: {argument}: no such file or folder")
+        found = sorted(path.rglob("*")) if path.is_dir() else [path]
+        yield from (file for file in found if file.suffix in (".h", ".cpp"))
+
+
+def key_of(file, fault):
+    content = hashlib.sha256(file.read_bytes()).hexdigest()[:16]
+    return f"{file.relative_to(ROOT)} {content} {fault.line + 1} {fault.after.strip()}"
+
+
+def load_results():
+    try:
+        return json.loads(RESULTS.read_text())
+    except FileNotFoundError:
+        return {}
+
+
+def save_results(results):
+    fresh = RESULTS.with_suffix(".new")
+    fresh.write_text(json.dumps(results, indent=1))
+    fresh.replace(RESULTS)
+
+
+def report(tried):
+    print(f"\n{'folder':<16}{'tried':>7}{'caught':>8}{'survived':>10}")
+    for folder, count in sorted(tried.items()):
+        both = count["caught"] + count["survived"]
+        share = f"{100 * count['caught'] / both:5.0f} %" if both else ""
+        print(f"{folder:<16}{both:>7}{count['caught']:>8}{count['survived']:>10} {share}")
+
+
+def main():
+    parser = argparse.ArgumentParser(
+        prog="mutate", description="Plants faults one at a time and lists those that no test sees.")
+    parser.add_argument("paths", nargs="+", metavar="FILE|FOLDER")
+    parser.add_argument("--faults", type=int, default=10, metavar="N", help="at most N a file (10)")
+    parser.add_argument("--seed", type=int, help="draw the same faults as the run that printed it")
+    parser.add_argument("--again", action="store_true", help="only what survived before")
+    parser.add_argument("--list", action="store_true", help="show the faults, plant none")
+    options = parser.parse_args()
+
+    WORK.mkdir(parents=True, exist_ok=True)
+    files = list(files_of(options.paths))
+    folders = {file: file.relative_to(ROOT).parts[0] for file in files}
+    unknown = sorted({folder for folder in folders.values() if folder not in PROGRAMS})
+    if unknown:
+        sys.exit(f"mutate: no tests are named for {', '.join(unknown)}")
+    seed_file = WORK / "seed"
+    seed = options.seed
+    if seed is None:
+        seed = int(seed_file.read_text()) if seed_file.exists() else random.randrange(1 << 31)
+    seed_file.write_text(str(seed))
+    print(f"seed {seed}")
+
+    results = load_results()
+    tried = collections.defaultdict(collections.Counter)
+    if not options.list:
+        prepare(sorted({program for folder in folders.values() for program in PROGRAMS[folder]}))
+    for file, folder in folders.items():
+        name = file.relative_to(ROOT)
+        faults = list(dict.fromkeys(faults_of(file)))
+        random.Random(f"{seed} {name}").shuffle(faults)
+        counted = 0
+        for fault in faults:
+            if counted == options.faults:
+                break
+            shown = f"{name}:{fault.line + 1}: {fault.before.strip()}  ->  {fault.after.strip()}"
+            if options.list:
+                print(f"{fault.kind:<10} {shown}")
+                counted += 1
+                continue
+            key = key_of(file, fault)
+            known = results.get(key)
+            if known is None and options.again:
+                continue
+            if known is None or (options.again and known == "survived"):
+                results[key] = try_fault(name, fault, PROGRAMS[folder])
+                save_results(results)
+            if results[key] == "refused":
+                continue
+            counted += 1
+            tried[folder][results[key]] += 1
+            if results[key] == "survived":
+                print(f"survived   {shown}", flush=True)
+    if not options.list:
+        report(tried)
+
+
+if __name__ == "__main__":
+    try:
+        main()
+    except KeyboardInterrupt:
+        sys.exit("mutate: stopped; the same command goes on from here")
