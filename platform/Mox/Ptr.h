@@ -12,12 +12,11 @@
 
 namespace Mox {
 
-/// `From*` may become `To*` without changing how the object is counted. A class need not be complete
-/// where a pointer to it becomes one to its const: only different classes are looked into.
+/// `From*` may become `To*` without changing how the object is counted. A class need not be
+/// complete where a pointer to it becomes one to its const: only different classes are looked into.
 template <class From, class To>
-concept CountedAs = std::same_as<From, To> || std::same_as<const From, To> ||
-                    (std::convertible_to<From*, To*> &&
-                     std::same_as<typename From::Counting, typename To::Counting>);
+concept CountedAs = std::same_as<From, To> || std::same_as<const From, To> ||(
+    std::convertible_to<From*, To*>&& std::same_as<typename From::Counting, typename To::Counting>);
 
 template <class T>
 class Ptr {

@@ -174,7 +174,7 @@ TEST(BgpMaybeU63, KeepsNoNumberThatItsBoundsRefuse) {
   const BgpMaybeU63 plain;
   EXPECT_TRUE(plain.min() == 1 && plain.max() == 0 && plain.bestpathCompareValue() == 0);
   // A pointer to a virtual member holds the offset of its slot.
-  U64 (BgpMaybeU63::*const slots[])
+  U64(BgpMaybeU63::*const slots[])
   () const = {&BgpMaybeU63::min, &BgpMaybeU63::max, &BgpMaybeU63::bestpathCompareUnspecifiedValue};
   for (std::size_t i = 0, word = 0; i < 3; ++i) {
     std::memcpy(&word, &slots[i], sizeof word);
