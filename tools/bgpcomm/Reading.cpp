@@ -20,79 +20,90 @@ std::array<char, 64> placeCharacters(Place place) {
   return text;
 }
 
-/// Counts what was found at a place.
-void count(const FaultCounts& faults, Place place, ReadResult& result) {
-  if (faults.total() == 0) return;
-  if (!result.firstFault) result.firstFault = {faults.first(), place};
-  result.faults.add(faults);
-}
-
-/// What ended the file before its end.
-void reportEnd(const std::string& file, const Input& input, const RecordReader& reader,
-               ReadResult& result) {
-  const auto& truncation = reader.truncation();
-  const Place end{reader.records() + 1, truncation ? truncation->offset : input.offset()};
-  const std::string place = placeText(end);
-  FaultCounts faults;
-  if (truncation) faults.add(Fault::truncatedRecord);
-  if (input.failure()) {
-    if (input.failure()->compression) faults.add(Fault::compression);
-    printError(file + ": " + input.failure()->text + place);
-  } else if (truncation) {
-    printError(file + ": ends inside a record, " + std::to_string(truncation->there) + " of " +
-               std::to_string(truncation->wanted) + " octets" + place);
-  }
-  count(faults, end, result);
-  result.failed = truncation || input.failure();
-}
-
-void readRecord(const Record& record, PathCutter& cutter, const VisitPath& visit,
-                ReadResult& result) {
-  const Place place{record.number, record.offset};
-  const bool whole = cutter.cut(record, [&](const Path& path) {
-    ++result.paths;
-    CommunityValues values = findCommunities(path.attributes);
-    visit(path, values, place);
-    count(values.faults, place, result);
-  });
-  if (!whole) count(FaultCounts(Fault::badRecord), place, result);
-}
-
 }  // namespace
 
 std::string placeText(Place place) { return placeCharacters(place).data(); }
 
-ReadResult readFile(const std::string& file, const VisitPath& visit, ReadOptions options) {
-  ReadResult result;
-  std::optional<Input> input;
+struct FileReading::Opened {
+  Opened(const std::string& file, ReadOptions options)
+      : input(file), reader(input, options.updates), progress(file, input, options.showProgress) {}
+
+  Input input;
+  PathReader reader;
+  Progress progress;
+};
+
+FileReading::FileReading(const std::string& file, ReadOptions options) : file_(file) {
   workingOn(file);
   try {
-    input.emplace(file);
+    opened_ = std::make_unique<Opened>(file, options);
   } catch (const std::system_error& error) {
     // What a thread needs is missing, most often its stack.
     if (error.code() == std::errc::resource_unavailable_try_again)
       printOutOfMemory(" for a thread");
     else
       printError(file, ": ", error.code().message());
-    result.failed = result.unopened = true;
-    return result;
+    result_.failed = result_.unopened = true;
   }
-  RecordReader reader(*input);
-  U64 record = 1;
-  try {
-    PathCutter cutter(options.updates);
-    Progress progress(file, *input, options.showProgress);
-    for (; const auto found = reader.next(); record = reader.records() + 1) {
-      readRecord(*found, cutter, visit, result);
-      progress.update(result.paths);
-    }
-    reportEnd(file, *input, reader, result);
-  } catch (const std::bad_alloc&) {
-    printOutOfMemory(placeCharacters({record, input->offset()}).data());
-    result.failed = true;
+}
+
+FileReading::~FileReading() = default;
+
+const Path* FileReading::next() {
+  if (!opened_) return nullptr;
+  if (result_.paths > 0) count(values_.faults, place());
+  const Path* const path = opened_->reader.next();
+  countBadRecords();
+  if (path) {
+    ++result_.paths;
+    values_ = findCommunities(path->attributes);
+    opened_->progress.update(result_.paths);
+  } else {
+    reportEnd();
   }
-  result.records = reader.records();
-  return result;
+  result_.records = opened_->reader.records();
+  return path;
+}
+
+Place FileReading::place() const { return opened_->reader.position(); }
+
+void FileReading::outOfMemory() {
+  printOutOfMemory(placeCharacters(place()).data());
+  result_.records = opened_->reader.records();
+  result_.failed = true;
+}
+
+/// Counts what was found at a place.
+void FileReading::count(const FaultCounts& faults, Place place) {
+  if (faults.total() == 0) return;
+  if (!result_.firstFault) result_.firstFault = {faults.first(), place};
+  result_.faults.add(faults);
+}
+
+void FileReading::countBadRecords() {
+  const U64 counted = result_.faults[Fault::badRecord], bad = opened_->reader.badRecords();
+  if (bad == counted) return;
+  if (!result_.firstFault)
+    result_.firstFault = {Fault::badRecord, *opened_->reader.firstBadRecord()};
+  result_.faults.add(Fault::badRecord, bad - counted);
+}
+
+/// What ended the file before its end.
+void FileReading::reportEnd() {
+  const auto& truncation = opened_->reader.truncation();
+  const auto& failure = opened_->input.failure();
+  const std::string text = placeText(place());
+  FaultCounts faults;
+  if (truncation) faults.add(Fault::truncatedRecord);
+  if (failure) {
+    if (failure->compression) faults.add(Fault::compression);
+    printError(file_ + ": " + failure->text + text);
+  } else if (truncation) {
+    printError(file_ + ": ends inside a record, " + std::to_string(truncation->there) + " of " +
+               std::to_string(truncation->wanted) + " octets" + text);
+  }
+  count(faults, place());
+  result_.failed = truncation || failure;
 }
 
 void reportMalformed(const std::string& file, const ReadResult& result) {

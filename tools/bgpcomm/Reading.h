@@ -1,9 +1,10 @@
 // Reads a file to its end, or to its fault: what every command that takes files does.
 #pragma once
 
-#include <functional>
+#include <memory>
+#include <new>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "Attributes.h"
 #include "ReaderNames.h"
@@ -11,11 +12,8 @@
 
 namespace bgpcomm {
 
-/// Where something stands: the record, counted from 1, and its first octet.
-struct Place {
-  U64 record;
-  U64 octet;
-};
+/// Of a record in a file.
+using Place = Position;
 /// ` (record N, octet M)`
 std::string placeText(Place place);
 
@@ -35,18 +33,53 @@ struct ReadResult {
   bool unopened = false;
 };
 
-/// May add to the faults of the path.
-using VisitPath = std::function<void(const Path&, CommunityValues&, Place)>;
-
 struct ReadOptions {
   bool showProgress = true;
   PathCutter::Updates updates = PathCutter::Updates::withAttributes;
 };
 
-/// Calls `visit` for each path. What ends the reading early is printed as an error line; whatever
-/// was read before it has been visited; running out of memory, also in `visit`, is such an end.
-/// Malformed attributes and records are counted and passed.
-ReadResult readFile(const std::string& file, const VisitPath& visit, ReadOptions options = {});
+/// A file that is being read. What ends the reading early is printed as an error line. Malformed
+/// attributes and records are counted and passed.
+class FileReading {
+ public:
+  FileReading(const std::string& file, ReadOptions options);
+  ~FileReading();
+
+  /// The next path, valid until the next call; null when there is none, or the file could not be
+  /// opened. Counts the faults of the path before. Throws std::bad_alloc.
+  const Path* next();
+  /// Of the path that `next` returned; more faults of it may be added.
+  CommunityValues& values() { return values_; }
+  Place place() const;
+  /// Ends the reading: prints an error line of memory that did not suffice.
+  void outOfMemory();
+  const ReadResult& result() const { return result_; }
+
+ private:
+  struct Opened;
+
+  void count(const FaultCounts& faults, Place place);
+  void countBadRecords();
+  void reportEnd();
+
+  const std::string& file_;
+  std::unique_ptr<Opened> opened_;
+  CommunityValues values_{};
+  ReadResult result_;
+};
+
+/// Calls `visit(path, values, place)` for each path. Whatever was read before the end has been
+/// visited; running out of memory, also in `visit`, is such an end.
+template <class Visit>
+ReadResult readFile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
+  FileReading reading(file, options);
+  try {
+    while (const Path* const path = reading.next()) visit(*path, reading.values(), reading.place());
+  } catch (const std::bad_alloc&) {
+    reading.outOfMemory();
+  }
+  return reading.result();
+}
 
 /// One error line of what was passed over, if anything was. What ended the file has had a line of
 /// its own.
