@@ -24,9 +24,7 @@ std::string ExtendedKind<Family>::valueText(const Value& value) {
   if (text.empty())
     text = value.toStrepForPolicy(Format(strepFormatClassification | strepFormatUI));
   if (text.find(" 0x") == text.npos) return text;
-  std::array<U8, valueSize> octets;
-  List::Family::store(value.getContent(), octets.data());
-  return "0x" + hex(octets);
+  return "0x" + hex(value.getContent().octets());
 }
 
 template <class Family>

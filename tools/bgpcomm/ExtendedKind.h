@@ -76,7 +76,8 @@ class ExtendedKind {
     return text;
   }
   std::string valueText(Octets octets, bool) const {
-    return valueText(*values_->dedupContent(fromWireOctets<typename List::Content>(octets.data())));
+    return valueText(*values_->dedupContent(
+        Routing::Bgp::fromWireOctets<typename List::Content>(octets.data())));
   }
 
   /// What only extended communities have.
