@@ -56,7 +56,8 @@ class DedupHandle : public Mox::PtrInterface {
   static constexpr U32 haveLifeTimeNotifierBitPos = 29;
   static constexpr U32 dedupHandleStateBitPos = 30;
 
-  // Slots after those of PtrInterface, in this order.
+  // Slots after those of PtrInterface, in this order. A new virtual operation, here or in a derived
+  // class, comes after the last of its class.
   void zeroReferencesIs(bool zero) override;
   const Mox::Type& fwkType() const override { return type; }
   virtual bool isDeduped() const { return dedupState() == dedupHandleStateDeduped(); }

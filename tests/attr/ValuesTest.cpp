@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <iomanip>
 #include <sstream>
@@ -13,6 +12,7 @@
 #include "Mox/Exception.h"
 #include "attr/BgpPathAttributeEnums.h"
 #include "attr/ZoBgpGlobals.h"
+#include "tests/ClassShape.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -126,14 +126,6 @@ void expectText(const Value& value, const Value& other, const std::string& text)
   EXPECT_TRUE(read == value) << text;
 }
 
-/// Names and values of what a class registers; operations have none.
-std::string registered(const Mox::Type& type, const void* object) {
-  std::string text;
-  for (const Mox::Attribute& attribute : type.attributes())
-    text += attribute.name + (attribute.read ? "=" + attribute.read(object) + ' ' : " ");
-  return text;
-}
-
 /// Bounds that exclude 0 at one end and the top bit at the other.
 struct Wide : BgpMaybeU63 {
   using BgpMaybeU63::numberIs;
@@ -173,13 +165,8 @@ TEST(BgpMaybeU63, KeepsNoNumberThatItsBoundsRefuse) {
   EXPECT_EQ(registered(BgpExtCommPktSubtype::type, nullptr), "valueIs ");
   const BgpMaybeU63 plain;
   EXPECT_TRUE(plain.min() == 1 && plain.max() == 0 && plain.bestpathCompareValue() == 0);
-  // A pointer to a virtual member holds the offset of its slot.
-  U64(BgpMaybeU63::*const slots[])
-  () const = {&BgpMaybeU63::min, &BgpMaybeU63::max, &BgpMaybeU63::bestpathCompareUnspecifiedValue};
-  for (std::size_t i = 0, word = 0; i < 3; ++i) {
-    std::memcpy(&word, &slots[i], sizeof word);
-    EXPECT_EQ(word / sizeof(void*), i);
-  }
+  EXPECT_TRUE(slotOf(&BgpMaybeU63::min) == 1 && slotOf(&BgpMaybeU63::max) == 2 &&
+              slotOf(&BgpMaybeU63::bestpathCompareUnspecifiedValue) == 3);
   EXPECT_DEATH(BgpMaybeU63().operator U64(),
                "ZoBgpMiscTypes.*: Caller must check isUnspecified\\(\\) before getting value");
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <functional>
 #include <map>
 #include <new>
@@ -12,6 +11,7 @@
 
 #include "InternedThing.h"
 #include "Mox/Exception.h"
+#include "tests/ClassShape.h"
 
 static int arraysUntilNoMemory = -1;  // negative: memory does not end
 
@@ -30,13 +30,6 @@ struct Plain final : Orv::DedupHandle {
   bool isDeduped() const override { return true; }
 };
 
-// A pointer to a virtual member holds the offset of its slot.
-std::size_t slotOf(auto member) {
-  std::size_t word = 0;
-  std::memcpy(&word, &member, sizeof word);
-  return word / sizeof(void*) + 1;
-}
-
 TEST(Interning, VirtualOperationsStandInTheirSlotsAndAreReachedThroughThem) {
   using H = Orv::DedupHandle;
   const std::size_t slots[] = {slotOf(&H::notifieeList),
@@ -54,14 +47,6 @@ TEST(Interning, VirtualOperationsStandInTheirSlotsAndAreReachedThroughThem) {
   const auto plain = Mox::makeNew<Plain>();
   plain->assertIsDeduped();  // ends the process unless it asks the class itself
   EXPECT_FALSE(plain->compareByContent({}) || plain->getContent().octets);
-}
-
-/// Names and values of what a class registers; operations have none.
-std::string registered(const Mox::Type& type, const void* object) {
-  std::string text;
-  for (const Mox::Attribute& attribute : type.attributes())
-    text += attribute.name + (attribute.read ? "=" + attribute.read(object) + ' ' : " ");
-  return text;
 }
 
 TEST(Interning, EqualContentIsOneObjectForAsLongAsItIsHeld) {
