@@ -32,17 +32,16 @@ struct Plain final : Orv::DedupHandle {
 
 TEST(Interning, VirtualOperationsStandInTheirSlotsAndAreReachedThroughThem) {
   using H = Orv::DedupHandle;
-  const std::size_t slots[] = {slotOf(&H::notifieeList),
-                               slotOf(&H::hasNotificationActiveIs),
-                               slotOf(&H::zeroReferencesIs),
-                               slotOf(&H::fwkType),
-                               slotOf(&H::isDeduped),
-                               slotOf(&H::assertIsDeduped),
-                               slotOf(&H::hash),
-                               slotOf(&H::compare),
-                               slotOf(&H::compareByContent)};
-  EXPECT_TRUE(
-      std::ranges::equal(slots, std::initializer_list{1u, 2u, 3u, 4u, 7u, 8u, 9u, 10u, 11u}))
+  const std::vector<std::size_t> slots = {slotOf(&H::notifieeList),
+                                          slotOf(&H::hasNotificationActiveIs),
+                                          slotOf(&H::zeroReferencesIs),
+                                          slotOf(&H::fwkType),
+                                          slotOf(&H::isDeduped),
+                                          slotOf(&H::assertIsDeduped),
+                                          slotOf(&H::hash),
+                                          slotOf(&H::compare),
+                                          slotOf(&H::compareByContent)};
+  EXPECT_EQ(slots, (std::vector<std::size_t>{1, 2, 3, 4, 7, 8, 9, 10, 11}))
       << "5 and 6 are the destructors";
   const auto plain = Mox::makeNew<Plain>();
   plain->assertIsDeduped();  // ends the process unless it asks the class itself
