@@ -24,21 +24,39 @@ class Decoder {
   virtual ~Decoder() = default;
 
   /// Fills `into` as far as the data go; fewer octets than asked for mean that they have ended or
-  /// that the next call throws. Throws CompressionError or std::system_error, with everything
-  /// before the fault delivered by earlier calls.
+  /// that the next call throws. Everything before a fault is delivered by earlier calls.
+  /// Throws CompressionError, also for data that are compressed once more; std::system_error of the
+  /// source; std::bad_alloc; std::runtime_error for data that ask for more memory than a limit.
   std::size_t decode(std::span<U8> into);
 
  protected:
-  /// As `decode`, but may deliver less than it could; 0 means the end.
+  /// As `decode`, but may deliver less than it could; 0 means the end. A call that throws has
+  /// delivered nothing.
   virtual std::size_t decodeSome(std::span<U8> into) = 0;
+
+  /// Whether more data of the format stand behind those that have ended. Takes the zeros that fill
+  /// up a block of a medium. Throws CompressionError for anything else.
+  static bool anotherFollows(Source& source, bool (*begins)(Octets), const char* format);
 
  private:
   std::exception_ptr fault_;
+  bool begun_ = false;
 };
 
+/// The decoder that the signature asks for.
 std::unique_ptr<Decoder> makeDecoder(Source& source);
-// For data that begin with the signature of their format.
+
+// Whether octets begin with the signature of a format; ten are enough. Data of the format that go
+// on behind others of it begin with the same.
+bool isGzip(Octets octets);
+bool isBzip2(Octets octets);
+bool isXz(Octets octets);
+bool isZstd(Octets octets);
+
+// REQUIRES: the source begins with the signature of the format.
 std::unique_ptr<Decoder> makeGzipDecoder(Source& source);
 std::unique_ptr<Decoder> makeBzip2Decoder(Source& source);
+std::unique_ptr<Decoder> makeXzDecoder(Source& source);
+std::unique_ptr<Decoder> makeZstdDecoder(Source& source);
 
 }  // namespace Routing::Mrt

@@ -5,8 +5,6 @@
 namespace Routing::Mrt {
 namespace {
 
-/// gzip by zlib itself: it verifies the check sum of each member and hands out what was decoded
-/// before a fault. The archive library does neither.
 class Gzip final : public Decoder {
  public:
   explicit Gzip(Source& source) : source_(source) {
@@ -27,6 +25,7 @@ class Gzip final : public Decoder {
       const int result = inflate(&stream_, Z_NO_FLUSH);
       source_.take(input.size() - stream_.avail_in);
       const std::size_t got = into.size() - stream_.avail_out;
+      if (result == Z_MEM_ERROR) throw std::bad_alloc();
       if (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR) {
         if (got > 0 && !checkSumFailed()) return got;  // The next call fails with nothing left.
         throw CompressionError(std::string("gzip data are damaged: ") +
@@ -43,21 +42,13 @@ class Gzip final : public Decoder {
     return stream_.msg && std::string_view(stream_.msg).starts_with("incorrect");
   }
 
-  /// False when the last member has ended. What follows it is another one, or zeros that fill up
-  /// a block of a medium.
+  /// False behind the last member.
   bool nextMember() {
     if (!memberEnded_) return true;
-    Octets input = source_.ahead(2);
-    if (input.size() >= 2 && input[0] == 0x1f && input[1] == 0x8b) {
-      inflateReset(&stream_);
-      memberEnded_ = false;
-      return true;
-    }
-    for (; !input.empty(); input = source_.ahead()) {
-      if (!onlyZeros(input)) throw CompressionError("gzip data are followed by something else");
-      source_.take(input.size());
-    }
-    return false;
+    if (!anotherFollows(source_, isGzip, "gzip")) return false;
+    inflateReset(&stream_);
+    memberEnded_ = false;
+    return true;
   }
 
   Source& source_;

@@ -47,19 +47,28 @@ bool Input::waitForFreeBlock() {
   return !stopped_;
 }
 
-void Input::store(std::exception_ptr thrown) {
-  std::optional<Failure> failure;
+/// Texts may need memory, too.
+std::optional<Input::Failure> Input::failureOf(std::exception_ptr thrown) noexcept {
   try {
-    if (thrown) std::rethrow_exception(thrown);
-  } catch (const CompressionError& error) {
-    failure = Failure{true, error.what()};
-  } catch (const std::system_error& error) {
-    failure = Failure{false, error.code().message()};
-  } catch (const std::bad_alloc&) {
-    failure = Failure{false, "out of memory"};
-  } catch (const std::exception& error) {
-    failure = Failure{false, error.what()};
+    try {
+      if (thrown) std::rethrow_exception(thrown);
+      return std::nullopt;
+    } catch (const CompressionError& error) {
+      return Failure{true, error.what()};
+    } catch (const std::system_error& error) {
+      return Failure{false, error.code().message()};
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      return Failure{false, error.what()};
+    }
+  } catch (...) {
+    return Failure{false, "out of memory"};
   }
+}
+
+void Input::store(std::exception_ptr thrown) {
+  std::optional<Failure> failure = failureOf(thrown);
   {
     const std::lock_guard lock(mutex_);
     stored_ = std::move(failure);

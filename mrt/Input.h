@@ -63,6 +63,7 @@ class Input {
   void fillBlocks();
   bool waitForFreeBlock();
   bool nextBlock();
+  static std::optional<Failure> failureOf(std::exception_ptr thrown) noexcept;
   void store(std::exception_ptr thrown);
 
   Source source_;

@@ -16,20 +16,21 @@ constexpr std::size_t pieceSize = 256 * 1024;
 }  // namespace
 
 Source::Source(const std::string& file)
-    : descriptor_(file == "-" ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+    : owned_(file != "-"),
+      descriptor_(!owned_ ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
   if (descriptor_ < 0) throwErrno(errno);
   struct stat status {};
   if (::fstat(descriptor_, &status) == 0) {
     if (S_ISREG(status.st_mode)) size_ = U64(status.st_size);
     if (S_ISDIR(status.st_mode)) {
-      if (descriptor_ != STDIN_FILENO) ::close(descriptor_);
+      if (owned_) ::close(descriptor_);
       throwErrno(EISDIR);
     }
   }
 }
 
 Source::~Source() {
-  if (descriptor_ != STDIN_FILENO) ::close(descriptor_);
+  if (owned_) ::close(descriptor_);
 }
 
 std::size_t Source::readSome(std::span<U8> into) {

@@ -37,7 +37,8 @@ class Source {
  private:
   std::size_t readSome(std::span<U8> into);
 
-  int descriptor_;
+  const bool owned_;  // not standard input
+  const int descriptor_;
   U64 size_ = 0;
   std::atomic<U64> position_{0};
   std::vector<U8> buffer_;
