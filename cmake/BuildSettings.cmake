@@ -7,9 +7,12 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-# Binaries find their libraries beside themselves, so a tree can be moved.
-set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
-set(CMAKE_INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR} $ORIGIN)
+# Binaries find their libraries beside themselves, so a tree can be moved. The build tree has the
+# path of the installed one: another would be padded with colons to that one's length, and an empty
+# element of a path is the folder in which a program is started.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+set(CMAKE_INSTALL_RPATH $ORIGIN/../lib $ORIGIN/../${CMAKE_INSTALL_LIBDIR} $ORIGIN)
+list(REMOVE_DUPLICATES CMAKE_INSTALL_RPATH)
 
 add_compile_options(
   -Wall -Wextra -Wpedantic -Werror
