@@ -1,4 +1,4 @@
-#include "path/ZoBgpCommunityTablesImpl.h"
+#include "path/internal/ZoBgpCommunityTablesBodies.h"
 
 namespace Routing::Bgp {
 

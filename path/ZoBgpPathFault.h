@@ -18,30 +18,34 @@ namespace Routing::Bgp {
 
 /// What a speaker does with the message (RFC 7606, section 2), the strongest last. The library
 /// never asks for a reset of the session.
-enum class PathFaultApproach : U32 {
-  none,              ///< go on: nothing is wrong
-  attributeDiscard,  ///< go on without the attribute
-  treatAsWithdraw,   ///< withdraw the prefixes of the message, as if it had done so
-};
+///   none              go on: nothing is wrong
+///   attributeDiscard  go on without the attribute
+///   treatAsWithdraw   withdraw the prefixes of the message, as if it had done so
+#define ROWS(X) X(none, 0) X(attributeDiscard, 1) X(treatAsWithdraw, 2)
+enum class PathFaultApproach : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(PathFaultApproach, ROWS);
+#undef ROWS
 
-/// What is wrong. RFC 7606 unless another is named.
-enum class PathFaultReason : U32 {
-  /// Not the first attribute of its type: the first counts, also when that is malformed
-  /// (section 3 g). Told once for each type.
-  repeated,
-  /// Not optional and transitive (section 3 c). The other bits have no say: `partial` may be set by
-  /// anybody on the way, and unused bits are ignored (RFC 4271, section 4.3).
-  wrongFlags,
-  /// The value is no list. Its length is zero or no multiple of a community's (sections
-  /// 4, 7.8, 7.14
-  /// and 7.15; RFC 8092, section 6), or an extended list has two different link bandwidths. No RFC
-  /// names an approach for the latter; a route without its route targets must not be imported, so
-  /// the list cannot just be left out (section 2).
-  malformedValue,
-  /// The octets end inside an attribute, of any type (section 4). Attributes behind it cannot be
-  /// found, so the path may lack lists.
-  overrun,
-};
+/// What is wrong. Sections are of RFC 7606 unless another is named.
+///   repeated        Not the first attribute of its type: the first counts, also when that one is
+///                   malformed (section 3 g). Told once for each type.
+///   wrongFlags      Not optional, or not transitive (section 3 c). Other bits are no fault:
+///   anybody
+///                   on the way may set `partial`, and unused bits are ignored (RFC 4271, section
+///                   4.3).
+///   malformedValue  The value is no list. Its length is zero or no multiple of a community's
+///                   (sections 4, 7.8, 7.14 and 7.15; RFC 8092, section 6), or an extended list has
+///                   two different link bandwidths. No RFC names an approach for the latter. The
+///                   list cannot just be left out: a route without its route targets must not be
+///                   imported (section 2 has attribute discard only for what has no such effect).
+///   overrun         The octets end inside an attribute of any type (section 4). Attributes behind
+///                   it cannot be found, so the path may lack lists.
+#define ROWS(X)                                            \
+  X(repeated, 0, PathFaultApproach::attributeDiscard)      \
+  X(wrongFlags, 1, PathFaultApproach::treatAsWithdraw)     \
+  X(malformedValue, 2, PathFaultApproach::treatAsWithdraw) \
+  X(overrun, 3, PathFaultApproach::treatAsWithdraw)
+enum class PathFaultReason : U32 { ROWS(MOX_ENUMERATOR) };
 
 struct PathFaultReasonRow {
   PathFaultReason value;
@@ -49,26 +53,8 @@ struct PathFaultReasonRow {
   PathFaultApproach approach;
   bool member = true;
 };
-
-consteval auto enumTable(PathFaultReason) {
-  using enum PathFaultReason;
-  using enum PathFaultApproach;
-  return Mox::enumRows<PathFaultReason, PathFaultReasonRow>(
-      "Routing::Bgp::PathFaultReason", {{repeated, "repeated", attributeDiscard},
-                                        {wrongFlags, "wrongFlags", treatAsWithdraw},
-                                        {malformedValue, "malformedValue", treatAsWithdraw},
-                                        {overrun, "overrun", treatAsWithdraw}});
-}
-inline constexpr Mox::EnumInstance<PathFaultReason> PathFaultReasonInstance{};
-
-consteval auto enumTable(PathFaultApproach) {
-  using enum PathFaultApproach;
-  return Mox::enumRows<PathFaultApproach>("Routing::Bgp::PathFaultApproach",
-                                          {{none, "none"},
-                                           {attributeDiscard, "attributeDiscard"},
-                                           {treatAsWithdraw, "treatAsWithdraw"}});
-}
-inline constexpr Mox::EnumInstance<PathFaultApproach> PathFaultApproachInstance{};
+BGP_ENUM_TABLE(PathFaultReason, ROWS, PathFaultReasonRow);
+#undef ROWS
 
 struct PathFault {
   PathFaultReason reason = {};

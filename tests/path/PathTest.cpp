@@ -8,7 +8,8 @@
 #include "MoxStash/FileStore.h"
 #include "MoxStash/StoreWriter.h"
 #include "community-list/ZoBgpCommunityListImpl.h"
-#include "path/ZoBgpCommunityTablesImpl.h"
+#include "community-list/internal/ZoBgpCommunityListFlatBodies.h"
+#include "path/internal/ZoBgpCommunityTablesBodies.h"
 #include "tests/AllocationCounter.h"
 #include "tests/HexOctets.h"
 

@@ -1,5 +1,5 @@
-// The bodies of CommunityTables.h. Only who has list types of their own includes it: the library
-// has those of `CommunityTables`.
+// Bodies of the front door. A source that has list types of its own includes them; everybody else
+// links those of the library.
 #pragma once
 
 #include "path/ZoBgpCommunityTables.h"
