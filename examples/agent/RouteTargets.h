@@ -1,5 +1,5 @@
-// Which route targets are in use: what an agent tells its peers to be sent only the routes of VPNs
-// that somebody here imports (RFC 4684), or imports routes by.
+// The route targets in use. An agent tells its peers of them, to be sent only the routes of VPNs
+// that somebody here imports (RFC 4684), and imports routes by them.
 #pragma once
 
 #include <map>
@@ -30,7 +30,7 @@ class RouteTargetsInUse final : public NotifyingRtExtCommListCollection::Notifie
     const bool come = sets_->rtExtCommListHas(set);
     const std::lock_guard guard(mutex_);
     ++(come ? figures_.come : figures_.gone);
-    // A set that goes has no users left and must not get one: only a raw pointer may look at it.
+    // A set that goes has no users left. A raw pointer gives it none.
     for (const ExtComm::PtrConst& target : set->rtExtCommListRawPtr()->commVector())
       count(target->getContent(), come);
   }
@@ -43,7 +43,7 @@ class RouteTargetsInUse final : public NotifyingRtExtCommListCollection::Notifie
   }
 
  private:
-  /// Of each set the coming is heard before the going, so no count falls below 0.
+  /// The coming of a set is heard before its going, so no count falls below 0.
   void count(const ExtCommContent& target, bool come) {
     U64& sets = uses_[target];
     sets += come ? 1 : -1;

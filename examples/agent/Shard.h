@@ -19,8 +19,8 @@ struct Change {
   std::optional<std::vector<U8>> attributes;
 };
 
-/// On the way from one thread to another. Whoever puts waits while there are too many, so a reader
-/// that is faster than the table does not fill the memory.
+/// On the way from one thread to another. `put` waits while there are too many, so a reader that is
+/// faster than the table does not fill the memory.
 template <class Item>
 class BoundedQueue {
  public:
@@ -56,19 +56,19 @@ class BoundedQueue {
 };
 
 /// The paths of some prefixes. All changes of a path come to the same shard, in their order, so its
-/// table needs no lock; what the shards share are the intern tables.
+/// table needs no lock. The shards share nothing but the intern tables.
 class Shard {
  public:
-  using Paths = std::unordered_map<std::string, Communities>;
+  using Paths = std::unordered_map<std::string, PathCommunities>;
   struct Figures {
     U64 paths = 0;
     U64 announced = 0;
     U64 withdrawn = 0;
     U64 malformed = 0;
-    std::string firstFault;
+    std::string firstFault;  ///< empty when there was none
   };
 
-  explicit Shard(const Tables& tables) : tables_(tables) {}
+  explicit Shard(const CommunityTables& tables) : tables_(tables) {}
 
   // For the thread that reads.
 
@@ -111,20 +111,20 @@ class Shard {
       return;
     }
     ++figures_.announced;
-    Communities communities;
-    if (const auto fault = readCommunities(tables_, *change.attributes, communities))
-      return refuse(change, *fault);
-    communities.standard = withoutNoExport(tables_, communities.standard);
-    paths_.insert_or_assign(change.path, std::move(communities));
+    PathCommunities path;
+    const PathFaults faults = tables_.readAll(*change.attributes, path);
+    if (faults.approach() == PathFaultApproach::treatAsWithdraw) return refuse(change, faults);
+    dropNoExport(tables_, path);
+    paths_.insert_or_assign(change.path, std::move(path));
   }
 
-  /// As if withdrawn (RFC 7606, section 7): the session stays.
-  void refuse(const Change& change, const WireFault& fault) {
-    if (figures_.malformed++ == 0) figures_.firstFault = fault.toStrep();
+  /// The session stays (RFC 7606, section 2).
+  void refuse(const Change& change, const PathFaults& faults) {
+    if (figures_.malformed++ == 0) figures_.firstFault = faults.begin()->toStrep();
     paths_.erase(change.path);
   }
 
-  const Tables& tables_;
+  const CommunityTables& tables_;
   Batch gathered_;  // the reading thread's own
   BoundedQueue<Batch> queue_;
   Paths paths_;

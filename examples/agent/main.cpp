@@ -4,8 +4,8 @@
 //   agent samples/rib.bird.mrt.gz 4
 //
 // Exit code 1 when the file cannot be read to its end, or when anything is left at the end.
-#include <CLI/CLI.hpp>
 #include <chrono>
+#include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <thread>
@@ -14,11 +14,17 @@
 #include "RouteTargets.h"
 #include "Shard.h"
 #include "mrt/Nlri.h"
-#include "tools/bgpcomm/Terminal.h"
 
 namespace example {
 
-using bgpcomm::grouped;
+namespace Mrt = Routing::Mrt;
+
+/// 1,234,567
+std::string grouped(U64 number) {
+  std::string text = std::to_string(number);
+  for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, 1, ',');
+  return text;
+}
 
 class Agent {
  public:
@@ -26,7 +32,7 @@ class Agent {
     for (unsigned i = 0; i < threads; ++i) shards_.emplace_back(tables_);
   }
 
-  bool read(bgpcomm::Input& input) noexcept;
+  bool read(Mrt::Input& input) noexcept;
   void withdrawAll() { onEachShard(&Shard::withdrawAll); }
 
   // While no thread is at work.
@@ -44,53 +50,55 @@ class Agent {
     for (Shard& shard : shards_) threads.emplace_back(work, &shard);
     return threads;
   }
-  void take(const bgpcomm::Path& path);
-  void give(const bgpcomm::Path& path, const bgpcomm::Prefix& prefix, bool announced);
+  void take(const Mrt::Path& path);
+  void give(const Mrt::Path& path, const Mrt::Prefix& prefix, bool announced);
   Shard::Figures figures() const;
-  template <class List>
-  U64 pathsWith(Mox::Ptr<const List> Communities::*list) const;
 
   struct Row {
     const char* name;
     const Orv::DedupHashTableUnorderedSet& table;
-    std::optional<U64> paths;  // of lists: how many hold one
+    std::optional<U64> paths = {};  // of lists: how many hold one
   };
+  template <class List>
+  void addRows(const CommunityListTables<List>& tables, std::vector<Row>& rows) const;
   std::vector<Row> rows() const;
 
-  Tables tables_;
-  RouteTargetsInUse routeTargets_{tables_.extCommLists->notifyingRtExtCommListCollection()};
+  const CommunityTables tables_;
+  RouteTargetsInUse routeTargets_{
+      tables_.of<ExtCommList>().lists()->notifyingRtExtCommListCollection()};
   std::deque<Shard> shards_;
   U64 cutShort_ = 0;  // records and messages
 };
 
 // --- Reading.
 
-/// False when the file is damaged. Whoever runs out of memory here ends the process: the threads
-/// wait for the end of the file.
-bool Agent::read(bgpcomm::Input& input) noexcept {
+/// False when the file is damaged. Ends the process when memory does not suffice: the threads wait
+/// for the end of the file.
+bool Agent::read(Mrt::Input& input) noexcept {
   const Threads threads = onEachShard(&Shard::run);
-  bgpcomm::RecordReader reader(input);
-  bgpcomm::PathCutter cutter(bgpcomm::PathCutter::Updates::all);
-  while (const std::optional<bgpcomm::Record> record = reader.next())
-    cutShort_ += !cutter.cut(*record, [this](const bgpcomm::Path& path) { take(path); });
+  Mrt::PathReader reader(input, Mrt::PathReader::Updates::all);
+  while (const Mrt::Path* path = reader.next()) take(*path);
+  cutShort_ += reader.badRecords();
   for (Shard& shard : shards_) shard.end();
   return !input.failure() && !reader.truncation();
 }
 
 /// An UPDATE that both withdraws and announces a prefix announces it (RFC 4271, section 4.3).
-void Agent::take(const bgpcomm::Path& path) {
-  bool whole = visitWithdrawn(path, [&](const auto& prefix) { give(path, prefix, false); });
-  whole &= visitPrefixes(path, [&](const auto& prefix) { give(path, prefix, true); });
-  cutShort_ += !whole;
+void Agent::take(const Mrt::Path& path) {
+  Mrt::PrefixReader withdrawn = Mrt::PrefixReader::withdrawn(path);
+  while (const Mrt::Prefix* prefix = withdrawn.next()) give(path, *prefix, false);
+  Mrt::PrefixReader announced = Mrt::PrefixReader::announced(path);
+  while (const Mrt::Prefix* prefix = announced.next()) give(path, *prefix, true);
+  cutShort_ += withdrawn.cutShort() || announced.cutShort();
 }
 
-void append(std::string& octets, bgpcomm::Octets more) { octets.append(more.begin(), more.end()); }
+void append(std::string& octets, Mrt::Octets more) { octets.append(more.begin(), more.end()); }
 
-/// Octets of one prefix of one peer. Those of the prefix are as they were sent: an agent for VPNs
-/// would leave out labels, which are others in a withdrawal.
-std::string pathName(const bgpcomm::Peer& peer, const bgpcomm::Prefix& prefix) {
+/// Octets that stand for one prefix of one peer. The prefix is named as it was sent, which suffices
+/// for plain ones: a withdrawal may carry other labels.
+std::string pathName(const Mrt::Peer& peer, const Mrt::Prefix& prefix) {
   std::string name;
-  for (const U32 number : {peer.asNumber, prefix.pathId.value_or(0),
+  for (const U32 number : {peer.asNumber, U32(prefix.pathId.has_value()), prefix.pathId.value_or(0),
                            U32(prefix.family.afi) << 16 | prefix.family.safi})
     append(name, std::bit_cast<std::array<U8, 4>>(number));
   name += char(peer.address.size());
@@ -100,7 +108,7 @@ std::string pathName(const bgpcomm::Peer& peer, const bgpcomm::Prefix& prefix) {
 }
 
 /// To the shard of the path, always the same one.
-void Agent::give(const bgpcomm::Path& path, const bgpcomm::Prefix& prefix, bool announced) {
+void Agent::give(const Mrt::Path& path, const Mrt::Prefix& prefix, bool announced) {
   Change change{pathName(path.peer, prefix), {}};
   if (announced) change.attributes.emplace(path.attributes.begin(), path.attributes.end());
   Shard& shard = shards_[std::hash<std::string>()(change.path) % shards_.size()];
@@ -122,28 +130,32 @@ Shard::Figures Agent::figures() const {
   return sum;
 }
 
+constexpr const char* nameOf(const CommList*) { return "standard lists"; }
+constexpr const char* nameOf(const LargeCommList*) { return "large lists"; }
+constexpr const char* nameOf(const ExtCommList*) { return "extended lists"; }
+constexpr const char* nameOf(const ExtCommIp6List*) { return "IPv6 extended lists"; }
+
+/// The tables of one list type, and how many paths hold a list of it.
 template <class List>
-U64 Agent::pathsWith(Mox::Ptr<const List> Communities::*list) const {
-  U64 paths = 0;
+void Agent::addRows(const CommunityListTables<List>& tables, std::vector<Row>& rows) const {
+  U64 held = 0;
   for (const Shard& shard : shards_)
-    for (const auto& [name, communities] : shard.paths()) paths += bool(communities.*list);
-  return paths;
+    for (const Shard::Paths::value_type& entry : shard.paths())
+      held += bool(entry.second.list<List>());
+  const auto& lists = *tables.lists();
+  rows.push_back({nameOf((const List*)nullptr), *lists.dedupHashTable(), held});
+  if constexpr (requires { lists.extCommClassificationListDedupTable(); })
+    rows.push_back({"  groups", *lists.extCommClassificationListDedupTable()});
+  if constexpr (requires { lists.rtExtCommClassificationListDedupTable(); })
+    rows.push_back({"  sets of route targets", *lists.rtExtCommClassificationListDedupTable()});
+  if constexpr (InternsValues<List>)
+    rows.push_back({"  values", *tables.values()->dedupHashTable()});
 }
 
 std::vector<Agent::Row> Agent::rows() const {
-  const auto& extended = *tables_.extCommLists;
-  const auto& extendedIp6 = *tables_.extCommIp6Lists;
-  return {
-      {"standard lists", *tables_.commLists->dedupHashTable(), pathsWith(&Communities::standard)},
-      {"large lists", *tables_.largeCommLists->dedupHashTable(), pathsWith(&Communities::large)},
-      {"extended lists", *extended.dedupHashTable(), pathsWith(&Communities::extended)},
-      {"  groups", *extended.extCommClassificationListDedupTable(), {}},
-      {"  sets of route targets", *extended.rtExtCommClassificationListDedupTable(), {}},
-      {"  values", *tables_.extComms->dedupHashTable(), {}},
-      {"IPv6 extended lists", *extendedIp6.dedupHashTable(), pathsWith(&Communities::extendedIp6)},
-      {"  groups", *extendedIp6.extCommClassificationListDedupTable(), {}},
-      {"  values", *tables_.extCommsIp6->dedupHashTable(), {}},
-  };
+  std::vector<Row> rows;
+  tables_.forEachKind([&](const auto& tables) { addRows(tables, rows); });
+  return rows;
 }
 
 void printLine(std::string_view name, std::initializer_list<std::string> columns) {
@@ -188,11 +200,8 @@ bool Agent::empty() const {
 /// As a show command would ask for it.
 void Agent::dumpState() const {
   const auto context = Mox::makeNew<Orv::DumpContext>();
-  tables_.commLists->dumpState(context, 2);
-  tables_.largeCommLists->dumpState(context, 2);
-  tables_.extCommLists->dumpState(context, 2);
-  tables_.extCommIp6Lists->dumpState(context, 2);
-  tables_.extCommLists->notifyingRtExtCommListCollection()->dumpState(context, 2);
+  tables_.forEachKind([&](const auto& tables) { tables.lists()->dumpState(context, 2); });
+  tables_.of<ExtCommList>().lists()->notifyingRtExtCommListCollection()->dumpState(context, 2);
   std::cout << context->text();
 }
 
@@ -221,7 +230,7 @@ void printGrown(const std::vector<Mox::AllocationCount>& before) {
 }
 
 int run(const std::string& file, unsigned threads) {
-  bgpcomm::Input input(file);
+  Mrt::Input input(file);
   Agent agent(threads);
   const auto before = Mox::allocationCounts();
 
@@ -247,19 +256,16 @@ int run(const std::string& file, unsigned threads) {
 }  // namespace example
 
 int main(int count, char** arguments) {
-  std::string file;
+  const int threads = count == 3 ? std::atoi(arguments[2]) : 2;
+  if (count < 2 || count > 3 || threads < 1 || threads > 64) {
+    std::cerr << "usage: agent FILE [THREADS]\n"
+                 "Keeps the paths of an MRT file as a routing agent would, in 1 to 64 threads.\n";
+    return 2;
+  }
   try {
-    CLI::App app("Keeps the paths of an MRT file as a routing agent would.", "agent");
-    app.footer("Example: agent samples/rib.bird.mrt.gz 4");
-    unsigned threads = 2;
-    app.add_option("FILE", file, "MRT file, plain or compressed")->required();
-    app.add_option("THREADS", threads, "that keep the table")
-        ->check(CLI::Range(1, 64))
-        ->capture_default_str();
-    CLI11_PARSE(app, count, arguments);
-    return example::run(file, threads);
+    return example::run(arguments[1], unsigned(threads));
   } catch (const std::exception& error) {
-    std::cerr << "agent: " << file << ": " << error.what() << '\n';
+    std::cerr << "agent: " << arguments[1] << ": " << error.what() << '\n';
     return 1;
   }
 }

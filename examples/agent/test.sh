@@ -19,9 +19,9 @@ expect() {
 }
 
 for threads in 1 4; do
-  expect samples/rib.bird.mrt.gz $threads 'paths +9,723' 'large lists +674 +2,944 .*' \
-    'extended lists +1,585 +9,721 .*' '  sets of route targets +171 .*' '  values +1,057 .*' \
-    'IPv6 extended lists +9 +570 .*' '  values +12 .*' 'all withdrawn: nothing is left'
+  expect samples/rib.bird.mrt.gz $threads 'paths +9,723' 'extended lists +1,585 +9,721 .*' \
+    '  sets of route targets +171 .*' '  values +1,057 .*' 'IPv6 extended lists +9 +570 .*' \
+    '  values +12 .*' 'large lists +674 +2,944 .*' 'all withdrawn: nothing is left'
 done
 
 length() { printf "%0$1x" $((${#2} / 2)); }
