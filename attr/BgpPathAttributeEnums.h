@@ -39,6 +39,7 @@ namespace Routing::Bgp {
   X(reservedForDevelopment, 255, "Reserved for Development")
 enum class BgpPathAttrType : U32 { ROWS(MOX_ENUMERATOR) };
 
+/// The row of a type also has the name that show commands print.
 struct BgpPathAttrTypeRow {
   BgpPathAttrType value;
   std::string_view name;

@@ -6,7 +6,9 @@
 //
 // Cost: one lock and one or two cache lines of tags for a look-up; growing doubles a shard, so an
 // insertion costs a constant on average. Octets: 12 for each place on 64 bits, at most seven
-// eighths of the places taken. Lock order: a shard's lock is taken with nothing held, and while it
+// eighths of the places taken.
+//
+// Lock order: a shard's lock is taken with nothing held, and while it
 // is held nothing is called but the equality of members. It guards the three steps that nobody may
 // see half done: a look-up takes its reference, an object becomes a member, a member is erased.
 #pragma once

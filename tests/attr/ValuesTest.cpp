@@ -103,7 +103,7 @@ TEST(ZoBgpGlobalsDeathTest, AnswersFromTheEnvironmentOncePerProcess) {
   EXPECT_THROW(sequenceToValue(" ", globals), Mox::ParseException);
 }
 
-/// The message of what `act` raises, behind its kind.
+/// The message of the error that `act` raises, after the name of its class.
 std::string raised(const std::function<void()>& act) try {
   act();
   return "nothing";

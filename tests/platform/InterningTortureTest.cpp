@@ -96,7 +96,7 @@ struct World {
   }
 };
 
-// A place where threads leave references for each other.
+// A box in which threads leave references for each other.
 template <class T>
 struct Mailbox {
   ~Mailbox() { swap(nullptr); }
