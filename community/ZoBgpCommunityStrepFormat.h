@@ -12,25 +12,21 @@
 
 namespace Routing::Bgp {
 
-enum StrepFormatFlag : U32 {
-  strepFormatDefault = 0x01,
-  strepFormatQualifier = 0x02,       ///< mark four-octet AS numbers with an `L`
-  strepFormatClassification = 0x04,  ///< say what the community is
-  strepFormatUI = 0x08,              ///< in full words; alone it changes nothing
-  strepFormatAsdot = 0x10,           ///< large AS numbers as `1.100` instead of `65636`
-  strepFormatLinkBwWeighted = 0x20,  ///< link bandwidth as the number instead of with a unit
-};
-
-consteval auto enumTable(StrepFormatFlag) {
-  return Mox::enumRows<StrepFormatFlag>("Routing::Bgp::StrepFormatFlag",
-                                        {{strepFormatDefault, "strepFormatDefault"},
-                                         {strepFormatQualifier, "strepFormatQualifier"},
-                                         {strepFormatClassification, "strepFormatClassification"},
-                                         {strepFormatUI, "strepFormatUI"},
-                                         {strepFormatAsdot, "strepFormatAsdot"},
-                                         {strepFormatLinkBwWeighted, "strepFormatLinkBwWeighted"}});
-}
-inline constexpr Mox::EnumInstance<StrepFormatFlag> StrepFormatFlagInstance{};
+/// - `Qualifier`: mark four-octet AS numbers with an `L`
+/// - `Classification`: say what the community is
+/// - `UI`: in full words; alone it changes nothing
+/// - `Asdot`: large AS numbers as `1.100` instead of `65636`
+/// - `LinkBwWeighted`: link bandwidth as the number instead of with a unit
+#define ROWS(X)                      \
+  X(strepFormatDefault, 0x01)        \
+  X(strepFormatQualifier, 0x02)      \
+  X(strepFormatClassification, 0x04) \
+  X(strepFormatUI, 0x08)             \
+  X(strepFormatAsdot, 0x10)          \
+  X(strepFormatLinkBwWeighted, 0x20)
+enum StrepFormatFlag : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(StrepFormatFlag, ROWS);
+#undef ROWS
 
 // Bodies that both families share.
 [[noreturn]] void raiseStrepFormatRange();

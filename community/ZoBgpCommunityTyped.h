@@ -105,28 +105,18 @@ class ExtCommLinkBandwidth final : public Mox::Entity<ExtCommLinkBandwidth, ExtC
 };
 
 /// A tunnel type of the encapsulation community (RFC 9012, IANA registry of tunnel types).
-enum TunnelType : U32 {
-  tunnelTypeL2tpv3OverIp = 1,
-  tunnelTypeGre = 2,
-  tunnelTypeIpInIp = 7,
-  tunnelTypeVxlan = 8,
-  tunnelTypeNvgre = 9,
-  tunnelTypeMpls = 10,
-  tunnelTypeMplsInGre = 11,
-  tunnelTypeVxlanGpe = 12,
-};
-consteval auto enumTable(TunnelType) {
-  return Mox::enumRows<TunnelType>("Routing::Bgp::TunnelType",
-                                   {{tunnelTypeL2tpv3OverIp, "tunnelTypeL2tpv3OverIp"},
-                                    {tunnelTypeGre, "tunnelTypeGre"},
-                                    {tunnelTypeIpInIp, "tunnelTypeIpInIp"},
-                                    {tunnelTypeVxlan, "tunnelTypeVxlan"},
-                                    {tunnelTypeNvgre, "tunnelTypeNvgre"},
-                                    {tunnelTypeMpls, "tunnelTypeMpls"},
-                                    {tunnelTypeMplsInGre, "tunnelTypeMplsInGre"},
-                                    {tunnelTypeVxlanGpe, "tunnelTypeVxlanGpe"}});
-}
-inline constexpr Mox::EnumInstance<TunnelType> TunnelTypeInstance{};
+#define ROWS(X)                \
+  X(tunnelTypeL2tpv3OverIp, 1) \
+  X(tunnelTypeGre, 2)          \
+  X(tunnelTypeIpInIp, 7)       \
+  X(tunnelTypeVxlan, 8)        \
+  X(tunnelTypeNvgre, 9)        \
+  X(tunnelTypeMpls, 10)        \
+  X(tunnelTypeMplsInGre, 11)   \
+  X(tunnelTypeVxlanGpe, 12)
+enum TunnelType : U32 { ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(TunnelType, ROWS);
+#undef ROWS
 
 /// Tunnel encapsulation (RFC 9012, section 4.1).
 ///
@@ -161,7 +151,11 @@ class ExtCommColor final : public Mox::Entity<ExtCommColor, ExtCommSubtyped> {
 };
 
 /// The result of a router's check of a route's origin (RFC 8097).
-enum class OriginValidationState : U32 { valid = 0, notFound = 1, invalid = 2 };
+#define ROWS(X)              \
+  X(valid, 0, "Valid")       \
+  X(notFound, 1, "NotFound") \
+  X(invalid, 2, "Invalid")
+enum class OriginValidationState : U32 { ROWS(MOX_ENUMERATOR) };
 
 /// The row of a state also says how texts spell it.
 struct OriginValidationStateRow {
@@ -170,14 +164,8 @@ struct OriginValidationStateRow {
   std::string_view shownAs;
   bool member = true;
 };
-consteval auto enumTable(OriginValidationState) {
-  using enum OriginValidationState;
-  return Mox::enumRows<OriginValidationState, OriginValidationStateRow>(
-      "Routing::Bgp::OriginValidationState", {{valid, "valid", "Valid"},
-                                              {notFound, "notFound", "NotFound"},
-                                              {invalid, "invalid", "Invalid"}});
-}
-inline constexpr Mox::EnumInstance<OriginValidationState> OriginValidationStateInstance{};
+BGP_ENUM_TABLE(OriginValidationState, ROWS, OriginValidationStateRow);
+#undef ROWS
 
 /// Origin validation state (RFC 8097).
 ///

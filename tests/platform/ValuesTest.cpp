@@ -41,13 +41,12 @@ void expectRefused(const Value& unchanged, std::initializer_list<std::string_vie
 }
 
 // Neither values nor names in order, the largest value, and a name that is no member.
-enum Fruit : U32 { fruitPear = 9, fruitApple = 2, fruitFig = 0xFFFFFFFF, fruitUnknown = 256 };
+#define ROWS(X) X(fruitPear, 9) X(fruitApple, 2) X(fruitFig, 0xFFFFFFFF) X(fruitUnknown, 256, false)
+enum Fruit : U32 { ROWS(MOX_ENUMERATOR) };
 consteval auto enumTable(Fruit) {
-  return Mox::enumRows<Fruit>("Test::Fruit", {{fruitPear, "fruitPear"},
-                                              {fruitApple, "fruitApple"},
-                                              {fruitFig, "fruitFig"},
-                                              {fruitUnknown, "fruitUnknown", false}});
+  return Mox::enumRows<Fruit>("Test::Fruit", {ROWS(MOX_ENUM_ROW)});
 }
+#undef ROWS
 const Mox::Type fruitType = Mox::enumType<Fruit>();
 
 std::string instanceText(const auto& key) try {
