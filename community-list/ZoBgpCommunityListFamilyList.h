@@ -148,7 +148,7 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   static ConstList dedupStored(const Table& table, const ValueTable& values,
                                MoxStash::StoreReference stored,
                                const MoxStash::StoreManager& manager);
-  static constexpr MoxStash::StoredKind storedKind = storedListKind(F::attribute);
+  static constexpr MoxStash::RecordType recordType = storedListType(F::attribute);
   /// Appends the list's record and those of its communities; the list need not be interned. See
   /// StoreWriter.
   MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;

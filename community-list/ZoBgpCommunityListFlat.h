@@ -85,7 +85,7 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
 
   // --- The store. `List::destash` is the way back.
 
-  static constexpr MoxStash::StoredKind storedKind = storedListKind(Traits::attribute);
+  static constexpr MoxStash::RecordType recordType = storedListType(Traits::attribute);
   /// Appends the list's record; the list need not be interned. See StoreWriter.
   MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;
   /// The interned list of a record. StoreException when the record is damaged.

@@ -17,7 +17,7 @@
 #include <ostream>
 
 #include "ZoFmt/StackBackedBuffer.h"
-#include "agent/CommunitySnapshot.h"
+#include "agent/CommunitySnapshotFlags.h"
 #include "community-list/ZoBgpCommunityListFlat.h"
 
 namespace Routing::Bgp {

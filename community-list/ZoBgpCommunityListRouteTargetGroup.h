@@ -26,7 +26,8 @@ class RtExtCommClassificationList final
     return Mox::makeNew<RtExtCommClassificationList>(classification);
   }
 
-  /// The notifier, or null. From any thread that holds the group, or that is told of its end.
+  /// The notifier, or null: there is one from the return of the call that interned the group until
+  /// the group's last release. From any thread that holds the group, or that is told of its end.
   Mox::Ptr<RtExtCommListLifeTimeNotifier> getLifeTimeNotifier() const;
   /// The group holds the notifier and the notifier the group; taking it away breaks the circle.
   void lifeTimeNotifierIs(const Mox::Ptr<RtExtCommListLifeTimeNotifier>& notifier);

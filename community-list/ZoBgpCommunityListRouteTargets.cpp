@@ -1,7 +1,8 @@
 #include "community-list/ZoBgpCommunityListRouteTargets.h"
 
-#include <algorithm>
+#include <new>
 #include <sstream>
+#include <utility>
 
 #include "Mox/Trace.h"
 #include "Mox/ValueText.h"
@@ -18,7 +19,7 @@ const Mox::Type RtExtCommListLifeTimeNotifier::type{
 const Mox::Type NotifyingRtExtCommListCollection::type{
     "Routing::Bgp::NotifyingRtExtCommListCollection",
     &Mox::PtrInterface::type,
-    {Mox::collection<&NotifyingRtExtCommListCollection::rtExtCommLists>("rtExtCommList"),
+    {Mox::collection<&NotifyingRtExtCommListCollection::rtExtCommListStringForm>("rtExtCommList"),
      operation("dumpState")}};
 const Mox::Type RtExtCommListLifeTimeNotifiee::type{
     "Routing::Bgp::RtExtCommListLifeTimeNotifiee", &Orv::DedupHashTableLifeTimeNotifiee::type, {}};
@@ -35,8 +36,8 @@ std::ostream& operator<<(std::ostream& stream, const RtExtCommListLifeTimeNotifi
   return Mox::writeText(stream, notifier ? notifier->toStrep() : "NULL");
 }
 
-// The group's reference is counted by hand, since other threads read the pointer meanwhile. Nobody
-// can read it while it is taken away: that happens once the group's last user is gone.
+// The group's reference to its notifier is counted by hand, since other threads read the pointer
+// meanwhile. Nobody reads it while it is taken away: the group's last user is gone then.
 
 RtExtCommClassificationList::~RtExtCommClassificationList() { lifeTimeNotifierIs(nullptr); }
 
@@ -63,15 +64,23 @@ void NotifyingRtExtCommListCollection::tell(const Notifier& notifier) {
 
 void NotifyingRtExtCommListCollection::rtExtCommListIs(const Notifier& notifier) {
   Mox::refuseNull(notifier, type.name(), "rtExtCommList");
+  Set one{notifier};
+  add(one.extract(one.begin()));
+}
+
+// A node that is not wanted goes when the lock has gone.
+void NotifyingRtExtCommListCollection::add(Set::node_type node) {
+  const Notifier notifier = node.value();
+  Set::insert_return_type added;
   {
     const std::lock_guard guard(mutex_);
-    if (!rtExtCommList_.insert(notifier).second) return;
+    added = rtExtCommList_.insert(std::move(node));
   }
-  tell(notifier);
+  if (added.inserted) tell(notifier);
 }
 
 void NotifyingRtExtCommListCollection::rtExtCommListDel(const Notifier& notifier) {
-  std::unordered_set<Notifier, ByIdentity>::node_type taken;  // it may be given as it stands there
+  Set::node_type taken;  // keeps the notifier: `notifier` may be the member itself
   {
     const std::lock_guard guard(mutex_);
     taken = rtExtCommList_.extract(notifier);
@@ -98,6 +107,13 @@ auto NotifyingRtExtCommListCollection::rtExtCommList() const -> std::vector<Noti
   return {rtExtCommList_.begin(), rtExtCommList_.end()};
 }
 
+Mox::String NotifyingRtExtCommListCollection::rtExtCommListStringForm() const {
+  Mox::String texts;
+  for (const Notifier& notifier : rtExtCommList())
+    texts += (texts.empty() ? "" : " ") + notifier->toStrep();
+  return texts;
+}
+
 void NotifyingRtExtCommListCollection::dumpState(const Mox::Ptr<const Orv::DumpContext>& context,
                                                  U32 indent) const {
   const auto notifiers = rtExtCommList();
@@ -109,8 +125,9 @@ void NotifyingRtExtCommListCollection::dumpState(const Mox::Ptr<const Orv::DumpC
 
 void NotifyingRtExtCommListCollection::NotifieeConst::notifierIs(
     const NotifyingRtExtCommListCollection::PtrConst& collection) {
-  Notifiee::notifierIs(collection);
-  if (collection) onRtExtCommList();
+  if (!Notifiee::notifierIs(collection) || !collection) return;
+  onRtExtCommListImmediate();
+  onRtExtCommList();
 }
 
 // --- The notifiee.
@@ -119,12 +136,14 @@ namespace {
 
 constexpr U32 traceLevel = 9;
 
+// A line for which there is no memory is lost: groups come and go without.
 template <class... Parts>
-void traceLine(int line, const char* function, const Parts&... parts) {
+void traceLine(int line, const char* function, const Parts&... parts) try {
   std::ostringstream text;
   text << "ZoBgpCommunityListRouteTargets.cpp:" << line << ':' << function << ' ';
   (text << ... << parts);
   Mox::trace(traceLevel, text.str());
+} catch (const std::bad_alloc&) {
 }
 
 RtExtCommClassificationList* groupOf(Orv::DedupHandle* member) {
@@ -133,15 +152,51 @@ RtExtCommClassificationList* groupOf(Orv::DedupHandle* member) {
 
 }  // namespace
 
+/// The memory of a notifier and its node of the set, until a group comes for them.
+class RtExtCommListLifeTimeNotifiee::Prepared final : public PreparedInsert {
+  using Notifier = RtExtCommListLifeTimeNotifier;
+
+ public:
+  Prepared() {
+    NotifyingRtExtCommListCollection::Set one{nullptr};
+    node_ = one.extract(one.begin());
+    memory_ = Notifier::operator new(sizeof(Notifier));
+  }
+  ~Prepared() override {
+    if (memory_) Notifier::operator delete(memory_, sizeof(Notifier));
+  }
+  Notifier::Ptr notifierOf(const Mox::Ptr<Orv::DedupHandle>& group) {
+    Notifier::Ptr notifier(::new (std::exchange(memory_, nullptr)) Notifier(group));
+    notifier->hasNotificationActiveIs(true);
+    node_.value() = notifier;
+    return notifier;
+  }
+  NotifyingRtExtCommListCollection::Set::node_type takeNode() { return std::move(node_); }
+
+ private:
+  NotifyingRtExtCommListCollection::Set::node_type node_;
+  void* memory_ = nullptr;
+};
+
+auto RtExtCommListLifeTimeNotifiee::prepareInsert() const -> std::unique_ptr<PreparedInsert> {
+  return std::make_unique<Prepared>();
+}
+
 void RtExtCommListLifeTimeNotifiee::handleInsert(const Mox::Ptr<Orv::DedupHandle>& group) const {
+  handlePreparedInsert(group, RtExtCommListLifeTimeNotifiee::prepareInsert());
+}
+
+void RtExtCommListLifeTimeNotifiee::handlePreparedInsert(
+    const Mox::Ptr<Orv::DedupHandle>& group, std::unique_ptr<PreparedInsert> prepared) const {
   auto* const rtExtCommList = groupOf(group.get());
   MOX_ASSERT(!rtExtCommList->getLifeTimeNotifier(), "__null == rtExtCommList->lifeTimeNotifier()");
-  const auto notifier = Mox::makeNew<RtExtCommListLifeTimeNotifier>(group);
+  auto& mine = static_cast<Prepared&>(*prepared);
+  const auto notifier = mine.notifierOf(group);
   rtExtCommList->lifeTimeNotifierIs(notifier);
   if (Mox::traceEnabled(traceLevel))
-    traceLine(__LINE__, __func__, this, " handle: ", rtExtCommList,
+    traceLine(__LINE__, "handleInsert", this, " handle: ", rtExtCommList,
               " rtExtCommListLifeTimeNotifier: ", notifier);
-  collection_->rtExtCommListIs(notifier);
+  collection_->add(mine.takeNode());
 }
 
 // The group is dying: its notifier is what still holds it, and then its table.

@@ -1,4 +1,4 @@
-// Which sets of route targets are in use: what imports and exports routes of VPNs listens here.
+// The sets of route targets that are in use. The import and export of routes of VPNs listens here.
 //
 //   const auto collection = table->notifyingRtExtCommListCollection();
 //   struct Watcher : NotifyingRtExtCommListCollection::NotifieeConst {
@@ -9,10 +9,28 @@
 //   };
 //   watcher.notifierIs(collection);
 //
-// 1. Every group of route targets that is interned has exactly one notifier in the collection.
-// 2. Of one group its coming is heard before its going, each once. Between two groups nothing is
+// 1. Every interned group of route targets has exactly one notifier, and it is in the collection:
+//    from the return of the call that interned the group until the group's last release begins.
+//    Another thread may find the group, through a list, a moment earlier.
+// 2. A group's coming is heard before its going, each once. Between two groups nothing is
 //    promised, even if their contents are equal: the going of one may be heard after the coming of
 //    its successor. So observers keep their books by notifier, or count per content.
+// 3. `std::bad_alloc` from interning a group leaves table and collection as they were, and nothing
+//    is heard. All memory is taken before the group enters its table; a release needs none.
+//
+// An observer that joins a running agent may find a notifier in its walk whose going it has heard
+// already. It asks again, under the lock of its own book:
+//
+//   void onRtExtCommList(const Notifier& notifier) override { look(notifier); }
+//   void look(const Notifier& notifier) {
+//     const std::lock_guard guard(mutex);
+//     if (collection->rtExtCommListHas(notifier)) book.insert(notifier);
+//     else book.erase(notifier);
+//   }
+//   watcher.notifierIs(collection);                                       // first come,
+//   for (const auto& n : collection->rtExtCommList()) watcher.look(n);    // then walk
+//
+// A notifier that goes after the question is heard of later, and waits for the lock.
 //
 // Threads: observers are called, with no lock held, on the thread that interns the group or lets go
 // of it last; they may intern and release. Several threads may call one observer at a time. The
@@ -21,7 +39,7 @@
 #pragma once
 
 #include <mutex>
-#include <unordered_set>
+#include <set>
 #include <vector>
 
 #include "Mox/NotifieeList.h"
@@ -31,19 +49,19 @@
 namespace Routing::Bgp {
 
 /// Follows one interned group of route targets. It keeps the group's memory, so its text can be
-/// had also when the group has gone; it does not keep the group interned.
+/// read also when the group has gone; it does not keep the group interned.
 class RtExtCommListLifeTimeNotifier final
     : public Mox::Entity<RtExtCommListLifeTimeNotifier, Orv::DedupHandleLifeTimeNotifier> {
  public:
   static const Mox::Type type;
   using Entity::Entity;
 
-  /// The group, which may be dying: no pointer that owns may be made of this one. See
-  /// `rtExtCommList`.
+  /// The group, which may be dying.
+  /// REQUIRES: no owning pointer is made of this one. `rtExtCommList` gives one.
   RtExtCommClassificationList* rtExtCommListRawPtr() const {
     return static_cast<RtExtCommClassificationList*>(getDedupedObjectRawPtr());
   }
-  /// The group, or null when its last user is gone.
+  /// The group, or null when its last user has let go. From any thread.
   RtExtCommClassificationList::PtrConst rtExtCommList() const;
   /// The group's community of this content, or null.
   ExtComm::PtrConst comm(const ExtCommContent& content) const {
@@ -56,9 +74,9 @@ class RtExtCommListLifeTimeNotifier final
 /// The group's text; `NULL` for null.
 std::ostream& operator<<(std::ostream& stream, const RtExtCommListLifeTimeNotifier* notifier);
 
-/// The notifiers of all groups of route targets that are interned, told to whom it concerns. The
-/// collection of a table is filled and emptied by its notifiee; what others put in or take out is
-/// heard, and no more comes of it.
+/// The notifiers of all interned groups of route targets. The collection of a table is filled and
+/// emptied by the table's notifiee. A notifier that somebody else puts in or takes out is heard,
+/// with no other effect.
 class NotifyingRtExtCommListCollection final
     : public Mox::Entity<NotifyingRtExtCommListCollection, Mox::PtrInterface> {
  public:
@@ -66,51 +84,56 @@ class NotifyingRtExtCommListCollection final
   using Notifier = RtExtCommListLifeTimeNotifier::PtrConst;
   class NotifieeConst;
 
-  /// Adds a notifier; RangeException on null. Heard unless it is there already.
+  /// Adds a notifier, which is heard unless it is there already; O(log n). RangeException on null.
+  /// On `std::bad_alloc` nothing has changed.
   void rtExtCommListIs(const Notifier& notifier);
-  /// Removes it; heard if it was there.
+  /// Removes it, which is heard if it was there; O(log n). Needs no memory.
   void rtExtCommListDel(const Notifier& notifier);
-  /// Removes all, one by one.
+  /// Removes all that are there now, one by one.
   void rtExtCommListDelAll();
   bool rtExtCommListHas(const Notifier& notifier) const;
   U32 rtExtCommLists() const;
-  /// A copy, to be walked while others change the collection.
+  /// A copy, to be walked while others change the collection; in no order.
   std::vector<Notifier> rtExtCommList() const;
+  /// The texts of the members, with a space between two.
+  Mox::String rtExtCommListStringForm() const;
   void dumpState(const Mox::Ptr<const Orv::DumpContext>& context, U32 indent) const;
 
   Mox::NotifieeList* notifieeList() const override { return &notifiees_; }
 
  private:
-  struct ByIdentity {
-    std::size_t operator()(const Notifier& notifier) const {
-      return std::hash<const void*>()(notifier.get());
-    }
-  };
+  friend class RtExtCommListLifeTimeNotifiee;
+  // Ordered by identity. A node made beforehand enters without memory, as no hash table promises.
+  using Set = std::set<Notifier>;
+
+  void add(Set::node_type node);
   void tell(const Notifier& notifier);
 
   mutable std::mutex mutex_;  // guards the set
-  std::unordered_set<Notifier, ByIdentity> rtExtCommList_;
+  Set rtExtCommList_;
   mutable Mox::NotifieeList notifiees_;
 };
 
-/// An observer of the collection. All that it hears does nothing unless it is overridden. What it
-/// overrides must not throw: it is called while a group comes or goes, which cannot be undone.
+/// An observer of the collection. The operations do nothing unless they are overridden.
+/// REQUIRES: no override throws. It is called while a group comes or goes, which cannot be undone.
 class NotifyingRtExtCommListCollection::NotifieeConst : public Mox::Notifiee {
  public:
-  /// Observes a collection, which is then heard of once as a whole, or nothing when null.
+  /// Observes a collection, or nothing when null. The observer is then told, once, to look through
+  /// the collection; not again when it observes that collection already. Threads, failure: see
+  /// Mox/NotifieeList.h.
   void notifierIs(const NotifyingRtExtCommListCollection::PtrConst& collection);
 
   /// A notifier has come or gone: `rtExtCommListHas` says which.
   virtual void onRtExtCommList(const Notifier&) {}
   /// The collection as a whole is to be looked through.
   virtual void onRtExtCommList() {}
-  // The same, told to all observers before those above; here both are told at once, and the second
-  // of a pair has nothing left to tell.
+  /// The same two. All observers hear an event here before any hears it above.
   virtual void onRtExtCommListImmediate(const Notifier&) {}
   virtual void onRtExtCommListImmediate() {}
 };
 
-/// Feeds a collection from the intern table of groups of route targets.
+/// Feeds a collection from the intern table of groups of route targets. The table calls it; a trace
+/// line of level 9 tells of each call.
 class RtExtCommListLifeTimeNotifiee final
     : public Mox::Entity<RtExtCommListLifeTimeNotifiee, Orv::DedupHashTableLifeTimeNotifiee> {
  public:
@@ -120,14 +143,23 @@ class RtExtCommListLifeTimeNotifiee final
       const NotifyingRtExtCommListCollection::Ptr& notifyingRtExtCommListCollection)
       : collection_(notifyingRtExtCommListCollection) {}
 
+  /// Makes the group's notifier and adds it. Asserts "__null == rtExtCommList->lifeTimeNotifier()".
   void handleInsert(const Mox::Ptr<Orv::DedupHandle>& group) const override;
+  /// Removes it. Asserts "__null != lifeTimeNotifier".
   void handleRemove(Orv::DedupHandle* group) const override;
+  /// Does the same for every group of the table.
   void handleNotificationStop(const Mox::Ptr<const Orv::DedupHashTable>& table) const override;
+  std::unique_ptr<PreparedInsert> prepareInsert() const override;
+  void handlePreparedInsert(const Mox::Ptr<Orv::DedupHandle>& group,
+                            std::unique_ptr<PreparedInsert> prepared) const override;
 
  private:
+  class Prepared;
+
   const NotifyingRtExtCommListCollection::Ptr collection_;
 };
 
+/// New objects, with their notifications on.
 NotifyingRtExtCommListCollection::Ptr NotifyingRtExtCommListCollectionIs();
 RtExtCommListLifeTimeNotifiee::Ptr RtExtCommListLifeTimeNotifieeIs(
     const NotifyingRtExtCommListCollection::Ptr& collection);

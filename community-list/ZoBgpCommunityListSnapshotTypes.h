@@ -10,7 +10,7 @@
 // Threads: a snapshot belongs to the thread that edits it.
 #pragma once
 
-#include "agent/CommunitySnapshot.h"
+#include "agent/CommunitySnapshotFlags.h"
 #include "community-list/ZoBgpCommunityListSnapshotTemplates.h"
 #include "community/ZoBgpCommunityValue.h"
 
@@ -19,7 +19,7 @@ namespace Routing::Bgp {
 class ExtCommClassificationList;
 
 /// The snapshot of a standard list.
-class CommListSnapshot final : public CommunitySnapshot<CommListSnapshot, U32> {
+class CommListSnapshot final : public CommunitySnapshotFlags<CommListSnapshot, U32> {
  public:
   static const Mox::Type type;
 };

@@ -23,9 +23,9 @@ struct StoredCommList {
 static_assert(offsetof(StoredCommList, begin) == offsetof(MoxStash::StoredExtent, begin) &&
               offsetof(StoredCommList, end) == offsetof(MoxStash::StoredExtent, end));
 
-/// Roots of a store are of this kind when they are lists of such an attribute.
-constexpr MoxStash::StoredKind storedListKind(BgpPathAttrType attribute) {
-  return MoxStash::storedKindHasExtent | MoxStash::StoredKind(attribute);
+/// The record type of lists of such an attribute.
+constexpr MoxStash::RecordType storedListType(BgpPathAttrType attribute) {
+  return MoxStash::recordTypeHasExtent | MoxStash::RecordType(attribute);
 }
 
 /// Appends the elements of a list and its record.

@@ -54,7 +54,7 @@ class ExtCommValue : public MoxStash::DedupHandle {
   static Mox::Ptr<typename F::Object> destash(MoxStash::StoreReference stored,
                                               const MoxStash::StoreManager& manager);
   /// The record type of this family's communities in a store.
-  static constexpr MoxStash::StoredKind storedKind = MoxStash::StoredKind(F::attribute);
+  static constexpr MoxStash::RecordType recordType = MoxStash::RecordType(F::attribute);
   /// Appends the record that `destash` reads; see StoreWriter.
   MoxStash::StoreReference store(MoxStash::StoreWriter& writer) const;
 

@@ -55,7 +55,7 @@ using ValueTableOf = decltype(detail::valueTableOf<List>());
 ///   Table                    pointer to its table, which derives from CommListDedupTableBase
 ///   ValueTable               pointer to the table of its values, made of a parse rule; without it
 ///                            values are plain numbers inside the lists
-///   storedKind               what its records in a store are of
+///   recordType               what its records in a store are of
 ///   dedupWire, dedupStored   see FlatCommList and ExtCommListOf
 ///   empty
 template <class L>
@@ -149,10 +149,10 @@ class CommunityTablesOf<PathCommunitiesOf<Lists...>> {
 template <class List>
 bool CommunityListTables<List>::restore(const MoxStash::StoredRoot& root,
                                         const MoxStash::StoreManager& store, auto use) const {
-  if (root.kind == List::storedKind) return use(dedupStored(root.reference, store)), true;
+  if (root.type == List::recordType) return use(dedupStored(root.reference, store)), true;
   if constexpr (InternsValues<List>) {
     using Value = typename List::Value;
-    if (root.kind == Value::storedKind)
+    if (root.type == Value::recordType)
       return use(values_->dedupContent(Value::destash(root.reference, store)->getContent())), true;
   }
   return false;

@@ -4,9 +4,12 @@
 #include <new>
 
 thread_local std::size_t allocations = 0;
+thread_local std::size_t allocationsLeft = std::size_t(-1);
 
 void* operator new(std::size_t octets) {
   ++allocations;
+  if (allocationsLeft == 0) throw std::bad_alloc();
+  --allocationsLeft;
   if (void* memory = std::malloc(octets ? octets : 1)) return memory;
   throw std::bad_alloc();
 }

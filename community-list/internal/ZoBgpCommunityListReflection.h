@@ -10,7 +10,7 @@ template <class Group>
 std::vector<Mox::Attribute> extCommGroupAttributes() {
   using Mox::attribute, Mox::operation;
   return {attribute<&Group::classification>("classification"),
-          Mox::collection<&Group::comms>("comm"),
+          Mox::collection<&Group::toStrep>("comm"),
           attribute<&Group::comms>("comms"),
           attribute<&Group::commVectorSorted>("commVectorSorted"),
           attribute<&Group::toStrep>("toStrep"),

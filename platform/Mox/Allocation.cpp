@@ -1,8 +1,9 @@
 #include "Mox/Allocation.h"
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <mutex>
 
 namespace Mox {
@@ -10,101 +11,104 @@ namespace {
 
 constexpr U32 maxTypes = 256;
 constexpr U32 lastSlot = maxTypes - 1;  // shared by all types for which there is no other
+constexpr U32 maxThreads = 64;
 
-// The figures of one thread: written by that thread alone, read by any, hence atomic but never
-// read-modify-write. Differences may be "negative" where one thread frees what another made; the
-// sums wrap back.
-struct Block {
+// The figures of one thread at a time. Differences may be "negative" where one thread frees what
+// another made; the sums wrap back.
+struct alignas(64) Block {
   struct Figures {
     std::atomic<std::size_t> objects{0}, octets{0};
   };
   std::array<Figures, maxTypes> figures;
+  std::atomic<bool> taken{false};
 
+  /// For the thread that has taken the block: written by it alone, read by any, hence atomic but
+  /// never read-modify-write.
   void add(U32 slot, std::size_t objects, std::size_t octets) {
     Figures& f = figures[slot];
     f.objects.store(f.objects.load(std::memory_order_relaxed) + objects, std::memory_order_relaxed);
     f.octets.store(f.octets.load(std::memory_order_relaxed) + octets, std::memory_order_relaxed);
   }
-};
-
-// Never destroyed: objects of static lifetime are counted to the very end. Slot 0 is no type's.
-struct Registry {
-  std::mutex mutex;  // guards all below, and who owns which block
-  std::vector<String> types{String()};
-  std::vector<std::unique_ptr<Block>> blocks;
-  std::vector<Block*> free;  // of threads that have ended, with their figures, for threads to come
-  Block shared;              // for threads that have given theirs back or could get none
-
-  static Registry& instance() {
-    static Registry* const registry = new Registry;
-    return *registry;
+  /// For any thread.
+  void addShared(U32 slot, std::size_t objects, std::size_t octets) {
+    figures[slot].objects.fetch_add(objects, std::memory_order_relaxed);
+    figures[slot].octets.fetch_add(octets, std::memory_order_relaxed);
   }
 };
 
-thread_local Block* t_block = nullptr;
-thread_local bool t_ended = false;
+// All storage is static, and none of it is destroyed: objects of static lifetime are counted to the
+// very end. Pages that no thread has touched take no memory.
+constinit std::array<Block, maxThreads> blocks;
+constinit Block sharedBlock;  // of the threads that have none of their own
 
-// A thread's hold on its block, from when it first counts to its end. Without memory for a block it
-// holds none, and the thread counts slowly.
-struct ThreadEntry {
-  ThreadEntry() noexcept {
-    Registry& registry = Registry::instance();
-    std::lock_guard guard(registry.mutex);
-    try {
-      if (registry.free.empty()) {
-        registry.free.reserve(registry.blocks.size() + 1);  // so that giving back needs no memory
-        registry.blocks.push_back(std::make_unique<Block>());
-        registry.free.push_back(registry.blocks.back().get());
-      }
-      t_block = registry.free.back();
-      registry.free.pop_back();
-    } catch (const std::bad_alloc&) {
-    }
+// The names of the types, one behind the other. They are copied: the library that defines a type
+// may be unloaded before the figures are read.
+struct Names {
+  std::mutex mutex;                                  // guards all below
+  std::array<std::string_view, lastSlot - 1> types;  // of slot 1, of slot 2, ...
+  U32 count = 0;
+  std::array<char, 1 << 14> characters{};
+  std::size_t used = 0;
+
+  /// A slot of its own while there is room for the name.
+  U32 slotOf(std::string_view type) {
+    const std::lock_guard guard(mutex);
+    const auto found = std::find(types.begin(), types.begin() + count, type);
+    if (found != types.begin() + count) return U32(found - types.begin()) + 1;
+    if (count == types.size() || type.size() > characters.size() - used) return lastSlot;
+    char* const copy = characters.data() + used;
+    used += type.copy(copy, type.size());
+    types[count++] = {copy, type.size()};
+    return count;
   }
-  ~ThreadEntry() {
-    Registry& registry = Registry::instance();
-    std::lock_guard guard(registry.mutex);
-    if (t_block) registry.free.push_back(t_block);
+};
+constinit Names names;
+
+// Memory for a thread's first use of a variable of its own is taken when the thread starts.
+[[gnu::tls_model("initial-exec")]] thread_local constinit Block* t_block = nullptr;
+[[gnu::tls_model("initial-exec")]] thread_local constinit bool t_asked = false;
+
+// Gives a thread's block back when the thread ends: with its figures, for a thread to come.
+class BlockReturn {
+ public:
+  BlockReturn() noexcept : made_(pthread_key_create(&key_, giveBack) == 0) {}
+  // The library is unloaded, or the process ends. Blocks stay taken.
+  ~BlockReturn() {
+    if (made_.exchange(false)) pthread_key_delete(key_);
+  }
+  bool isPromised(Block& block) { return made_ && pthread_setspecific(key_, &block) == 0; }
+
+ private:
+  static void giveBack(void* block) {
     t_block = nullptr;
-    t_ended = true;
+    static_cast<Block*>(block)->taken.store(false, std::memory_order_release);
   }
+
+  pthread_key_t key_{};
+  std::atomic<bool> made_;
 };
 
-void countSlowly(U32 slot, std::size_t objects, std::size_t octets) {
-  if (!t_ended) {
-    static thread_local ThreadEntry entry;
+// Asked once per thread. Needs no memory of the heap, except that the system may want some for the
+// return of the block; without it, and beyond 64 threads, the thread has no block.
+Block* takeBlock() {
+  static BlockReturn blockReturn;
+  for (Block& block : blocks) {
+    if (block.taken.exchange(true, std::memory_order_acquire)) continue;
+    if (blockReturn.isPromised(block)) return &block;
+    block.taken.store(false, std::memory_order_release);
+    break;
   }
-  if (t_block) return t_block->add(slot, objects, octets);
-  Registry& registry = Registry::instance();
-  std::lock_guard guard(registry.mutex);
-  registry.shared.add(slot, objects, octets);
+  return nullptr;
 }
 
-// The place of a type among the types, a new one if it has none. Types beyond the last place, and
-// any that come when there is no memory for a name, share that place.
-U32 slotOf(std::string_view type) noexcept {
-  Registry& registry = Registry::instance();
-  std::lock_guard guard(registry.mutex);
-  auto& types = registry.types;
-  const auto found = std::find(types.begin(), types.end(), type);
-  if (found != types.end()) return U32(found - types.begin());
-  if (types.size() >= lastSlot) return lastSlot;
-  try {
-    types.emplace_back(type);
-    return U32(types.size() - 1);
-  } catch (const std::bad_alloc&) {
-    return lastSlot;
-  }
-}
-
-AllocationCount sum(const Registry& registry, U32 slot, const String& name) {
-  AllocationCount total{name, 0, 0};
-  auto add = [&](const Block& block) {
+AllocationCount sum(U32 slot, std::string_view name) {
+  AllocationCount total{String(name), 0, 0};
+  const auto add = [&](const Block& block) {
     total.objects += block.figures[slot].objects.load(std::memory_order_relaxed);
     total.octets += block.figures[slot].octets.load(std::memory_order_relaxed);
   };
-  add(registry.shared);
-  for (const auto& block : registry.blocks) add(*block);
+  add(sharedBlock);
+  for (const Block& block : blocks) add(block);
   return total;
 }
 
@@ -113,25 +117,25 @@ AllocationCount sum(const Registry& registry, U32 slot, const String& name) {
 U32 AllocationTracker::slot() const noexcept {
   if (const U32 known = slot_.load(std::memory_order_relaxed)) [[likely]]
     return known;
-  const U32 slot = slotOf(type_);
+  const U32 slot = names.slotOf(type_);
   slot_.store(slot, std::memory_order_relaxed);
   return slot;
 }
 
 void AllocationTracker::count(std::size_t objects, std::size_t octets) const noexcept {
+  if (!t_block && !t_asked) [[unlikely]]
+    t_asked = true, t_block = takeBlock();
   if (t_block) [[likely]]
     t_block->add(slot(), objects, octets);
   else
-    countSlowly(slot(), objects, octets);
+    sharedBlock.addShared(slot(), objects, octets);
 }
 
 std::vector<AllocationCount> allocationCounts() {
-  Registry& registry = Registry::instance();
-  std::lock_guard guard(registry.mutex);
   std::vector<AllocationCount> all;
-  for (U32 slot = 1; slot < registry.types.size(); ++slot)
-    all.push_back(sum(registry, slot, registry.types[slot]));
-  AllocationCount others = sum(registry, lastSlot, "other types");
+  const std::lock_guard guard(names.mutex);
+  for (U32 slot = 1; slot <= names.count; ++slot) all.push_back(sum(slot, names.types[slot - 1]));
+  AllocationCount others = sum(lastSlot, "other types");
   if (others.objects) all.push_back(std::move(others));
   return all;
 }

@@ -1,12 +1,16 @@
-// What is alive, by type: objects and octets of payload, readable at any time.
+// Counts the objects that are alive and their octets, by type; readable at any time.
 //
 //   for (const Mox::AllocationCount& c : Mox::allocationCounts())
 //     std::printf("%s: %zu objects, %zu octets\n", c.type.c_str(), c.objects, c.octets);
 //
 // Each thread counts in a block of its own, written by nobody else, so counting is an addition to
 // private memory; reading adds up the blocks of all threads. A figure is exact while nobody
-// allocates and may be a moment old otherwise. Counting itself never fails: without memory for a
-// thread's block or a type's name, what is counted goes to places that all share.
+// allocates and may be a moment old otherwise.
+//
+// Counting never fails and needs no memory: all that it uses is static. There is room for 64
+// threads at a time, 254 types, and 16,384 characters of their names together. Further threads
+// share one block, which costs two atomic additions; further types share the figures of "other
+// types".
 #pragma once
 
 #include <new>
@@ -22,23 +26,26 @@ struct AllocationCount {
   std::size_t octets = 0;
 };
 
-/// All types that ever allocated, in the order in which they first did.
+/// All types that ever allocated, in the order in which they first did; then, if there are any, the
+/// other types together.
 std::vector<AllocationCount> allocationCounts();
 /// The figures of one type; zeros for a name never heard.
 AllocationCount allocationCount(std::string_view type);
 
 /// Counts one type. A named constant of the process, defined in a source file; trackers of the
-/// same name share their figures.
+/// same name share their figures. Memory comes from `PtrInterface::moxMemAlloc`.
 class AllocationTracker {
  public:
-  /// `type` must outlive the tracker.
+  /// REQUIRES: `type` outlives the tracker.
   explicit constexpr AllocationTracker(std::string_view type) : type_(type) {}
 
+  /// Throws `std::bad_alloc` and counts nothing then.
   void* allocate(std::size_t octets) const {
     void* memory = PtrInterface::moxMemAlloc(octets);
     count(1, octets);
     return memory;
   }
+  /// `octets` as given to `allocate`; the thread may be another.
   void deallocate(void* memory, std::size_t octets) const noexcept {
     count(-std::size_t{1}, -octets);
     PtrInterface::moxMemDealloc(memory);

@@ -1,4 +1,5 @@
-// Broken invariants end the process: going on would hand wrong routes to the network.
+// Assertions: a broken invariant ends the process, since going on would hand wrong routes to the
+// network. The comments of functions say "Asserts", and give the text.
 #pragma once
 
 namespace Mox {
@@ -7,9 +8,9 @@ namespace Mox {
                                   const char* text) noexcept;
 }  // namespace Mox
 
-/// Ends the process with `text` unless `condition` holds. Always on, whatever the build. The text
-/// is given in full instead of being made from the condition: operators look for it in logs, and
-/// it must not change when the code around it does.
+/// Asserts `text` unless `condition` holds, in every build. The text is given in full instead of
+/// being made from the condition: operators look for it in logs, so it stays when the code around
+/// it changes.
 #define MOX_ASSERT(condition, text)                                          \
   do {                                                                       \
     if (!(condition)) [[unlikely]]                                           \

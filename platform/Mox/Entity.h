@@ -1,5 +1,5 @@
-// What every concrete class has, written once: `T::Ptr`, `T::PtrConst`, `fwkType()`, and memory
-// that is counted under the class's own name.
+// The members that every concrete class has, written once: `T::Ptr`, `T::PtrConst`, `fwkType()`,
+// and memory that is counted under the class's own name.
 //
 //   class CommList final : public Mox::Entity<CommList, MoxStash::DedupHandle> {
 //    public:
@@ -12,6 +12,7 @@
 
 namespace Mox {
 
+/// `T` is the class that derives from this, `Base` the class that it extends.
 template <class T, class Base>
 class Entity : public Base {
  public:

@@ -1,5 +1,5 @@
 // Errors that a caller may catch: bad input from text, reflection or a program's own arguments.
-// A broken invariant is not one of them; it ends the process (Mox/Assert.h).
+// A broken invariant is not one of them; it is asserted (Mox/Assert.h).
 //
 // `what()` is the message and nothing else: no file, no prefix, no added punctuation.
 #pragma once
@@ -10,7 +10,7 @@
 
 namespace Mox {
 
-/// The base of them all.
+/// The base of all of them.
 class Exception : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -31,6 +31,7 @@ class NotDeletableException : public Exception {
 /// A text that cannot be read; `offset()` says where in it, in octets from its start.
 class ParseException : public Exception {
  public:
+  /// `offset` is where the text stops being readable.
   ParseException(const String& message, std::size_t offset) : Exception(message), offset_(offset) {}
   std::size_t offset() const { return offset_; }
 

@@ -8,7 +8,7 @@
 //   queue.dequeue();        // "a"
 //
 // 1. `enqueue` hands out the larger of the next index and the last entry's index plus one, and
-//    moves the next index behind it: what it handed out is not handed out again.
+//    moves the next index behind it: no index is handed out twice.
 // 2. Storing at an index leaves the next index as it is.
 // 3. Entries are visited by ascending index.
 #pragma once
@@ -23,7 +23,7 @@ namespace Mox {
 template <class T>
 class IndexedQueue {
  public:
-  /// The queue's own bookkeeping.
+  /// The queue's own record.
   struct Metadata {
     U64 nextIndex = 0;
     friend bool operator==(const Metadata&, const Metadata&) = default;

@@ -1,5 +1,13 @@
 // `Mox::Ptr<T>` owns one reference to a counted object, or is null. It is one pointer wide; copying
 // costs one atomic increment, moving costs nothing.
+//
+//   Mox::Ptr<Thing> a = Mox::makeNew<Thing>();
+//   Mox::PtrConst<Thing> b = a;                   // shares it
+//   Thing* const owed = a.release();              // a is null, the caller owes a reference
+//   a = Mox::Ptr<Thing>::adopt(owed);             // which is taken over
+//
+// Threads: pointers to one object may be copied and dropped on any thread; one pointer belongs to
+// one thread at a time.
 #pragma once
 
 #include <compare>
@@ -44,7 +52,7 @@ class Ptr {
     if (object_) object_->referencesDec();
   }
 
-  /// Takes over a reference that the caller owns.
+  /// Takes over a reference that the caller owns; counts nothing.
   static Ptr adopt(T* object) {
     Ptr result;
     result.object_ = object;
@@ -53,6 +61,7 @@ class Ptr {
   /// Gives the reference to the caller; null afterwards.
   [[nodiscard]] T* release() { return std::exchange(object_, nullptr); }
 
+  /// Owns nothing: valid as long as somebody holds the object.
   T* get() const { return object_; }
   T& operator*() const { return *object_; }
   T* operator->() const { return object_; }
@@ -66,6 +75,7 @@ class Ptr {
   T* object_ = nullptr;
 };
 
+/// A pointer through which the object is not changed.
 template <class T>
 using PtrConst = Ptr<const T>;
 /// Pointers that own nothing.
@@ -93,7 +103,8 @@ Ptr<T> makeNew(Args&&... args) {
   return object;
 }
 
-/// The reference moves along; the caller knows the object's class.
+/// A pointer of another class to the same object; the reference moves along.
+/// REQUIRES: the object is a `T`.
 template <class T, class U>
 Ptr<T> staticCast(Ptr<U>&& other) {
   return Ptr<T>::adopt(static_cast<T*>(other.release()));

@@ -3,13 +3,13 @@
 //   Mox::Ptr<Thing> a = Mox::makeNew<Thing>();  // count 1
 //   Mox::Ptr<Thing> b = a;                      // count 2; the last to let go destroys
 //
-// 1. Objects are born with count 0 and belong to whoever makes the first pointer.
+// 1. Objects are born with count 0 and belong to the first pointer that is made of them.
 // 2. The word holds the count, and two bits that are no part of it: bit 29 "notifications on" and
-//    bit 31 "being deleted". Whatever reports a count masks them off.
-// 3. Nothing else is stored: an interned value must not pay for notifications it never sends, so a
-//    class that sends some keeps its own list and returns it from `notifieeList()`.
+//    bit 31 "being deleted". Every reported count has them masked off.
+// 3. Nothing else is stored. An interned value does not pay for notifications that it never sends:
+//    a class that sends some keeps its own list and returns it from `notifieeList()`.
 //
-// Threads: counting is atomic and sequentially consistent; the rest is the derived class's affair.
+// Threads: counting is atomic and sequentially consistent; for the rest see the derived class.
 #pragma once
 
 #include <atomic>
@@ -71,7 +71,7 @@ class PtrInterface {
   using Counting = PtrInterface;
 
  protected:
-  // The bare steps, for classes that count in their own way.
+  // The single steps, for classes that count in their own way.
   U32 increment() const { return (roomAbove(word_.fetch_add(1)) + 1) & countMask; }
   U32 decrement() const { return (word_.fetch_sub(1) - 1) & countMask; }
   /// One reference more, but only while the count is above `keep`.
@@ -81,16 +81,17 @@ class PtrInterface {
       if (word_.compare_exchange_weak(word, roomAbove(word) + 1)) return true;
     return false;
   }
-  /// `n` references more, for an object that no other thread can see yet.
+  /// `n` references more.
+  /// REQUIRES: no other thread can see the object yet.
   void incrementUnseen(U32 n) const {
     word_.store(word_.load(std::memory_order_relaxed) + n, std::memory_order_relaxed);
   }
   void zeroReached() const { const_cast<PtrInterface*>(this)->zeroReferencesIs(true); }
   void deletionMarkIs(bool marked);
 
-  /// Keeps a plainly counted object for a scope in which `this` is handed to others, owned already
-  /// or not: without it the first pointer to come and go would destroy an object that is still
-  /// inside its own constructor. An unowned object is given back as it was, whatever the count.
+  /// Keeps a plainly counted object alive for a scope in which `this` is handed to others. Without
+  /// it the first pointer to come and go would destroy an object that is still inside its own
+  /// constructor. An object that nobody owned before is not destroyed at the end of the scope.
   class ConstructionGuard {
    public:
     explicit ConstructionGuard(const PtrInterface& object)
@@ -112,8 +113,8 @@ class PtrInterface {
   static constexpr U32 notificationBit = 1u << 29;
   static constexpr U32 deletionMarkBit = 1u << 31;
 
-  // The word itself, whose count may still grow: one more must not carry into bit 29. Checked
-  // in debug builds only: so many pointers take gigabytes.
+  // The word itself. Asserts that one more reference does not carry into bit 29; in debug builds
+  // only, since so many pointers take gigabytes.
   static U32 roomAbove(U32 word) {
 #ifndef NDEBUG
     MOX_ASSERT(~word & (notificationBit - 1), "references < 2^29");

@@ -20,8 +20,8 @@ String valueToStrep(I value) {
 inline String valueToStrep(const String& value) { return value; }
 inline String valueToStrep(const char* value) { return value; }
 
-/// Reads an unsigned decimal number: digits and nothing else. ParseException says where the first
-/// other character is, RangeException that the number is too large; `value` is then unchanged.
+/// Reads an unsigned decimal number: digits and nothing else. ParseException at the first other
+/// character, RangeException when the number is too large; `value` is then unchanged.
 void sequenceToValue(std::string_view text, U32& value);
 void sequenceToValue(std::string_view text, U64& value);
 

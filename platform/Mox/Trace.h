@@ -14,11 +14,12 @@ extern std::atomic<U32> traceLevel;
 
 inline bool traceEnabled(U32 level) { return traceLevel.load(std::memory_order_relaxed) >= level; }
 
-/// Where the lines go: standard error, unless the host says otherwise. Called on the thread that
-/// traces; lines carry no line end. To be set before traces are switched on.
+/// Takes the lines, which have no line end, on the thread that traces. Null is standard error, as
+/// at the start. REQUIRES: the sink is set before traces are switched on.
 using TraceSink = void (*)(U32 level, std::string_view line);
 void traceSinkIs(TraceSink sink);
 
+/// Hands a line to the sink. Ask `traceEnabled` before.
 void trace(U32 level, std::string_view line);
 
 }  // namespace Mox

@@ -13,7 +13,7 @@ struct TypeRegistry {
   std::mutex mutex;
   std::map<std::string_view, const Type*> types;  // the first of a name is found
 
-  // Outlives every `Type`, whatever the order in which libraries are unloaded.
+  // Outlives every `Type`, in any order in which libraries are unloaded.
   static TypeRegistry& instance() {
     static TypeRegistry* const registry = new TypeRegistry;
     return *registry;

@@ -1,4 +1,4 @@
-// Reflection: a registry from a type's qualified name to what it has.
+// Reflection: a registry from a type's qualified name to its attributes.
 //
 //   const Mox::Type* type = Mox::Type::find("Routing::Bgp::CommList");
 //   type->read(list, "commsStringForm")  // "65000:100 65000:200"
@@ -21,7 +21,7 @@ namespace Mox {
 
 class PtrInterface;
 
-/// What a type has by name: a value, a collection, or an operation that needs arguments.
+/// A named member of a type: a value, a collection, or an operation that needs arguments.
 struct Attribute {
   enum class Kind { value, collection, operation };
   /// The attribute's text; `object` is of the class that registered it. Null for operations.
@@ -32,13 +32,14 @@ struct Attribute {
   Reader read = nullptr;
 };
 
-/// A name of an enumeration. One that is no member prints its name and is yet no valid value.
+/// A name of an enumeration. One that is no member is printed by name and is yet no valid value.
 struct Enumerator {
   String name;
   U64 value = 0;
   bool member = true;
 };
 
+/// The description of a class or of an enumeration.
 class Type {
  public:
   /// A class: `base` is the description of its base class, or null.
@@ -51,6 +52,7 @@ class Type {
 
   const String& name() const { return name_; }
   const Type* base() const { return base_; }
+  /// Whether this is `other` or derives from it.
   bool isA(const Type& other) const;
   /// Its own, in the order of registration; those of the bases are found through `base()`.
   const std::vector<Attribute>& attributes() const { return attributes_; }
@@ -59,10 +61,11 @@ class Type {
   const AllocationTracker& allocation() const { return allocation_; }
 
   /// The text of an attribute of an object, its bases' included. RangeException when the class has
-  /// no readable attribute of that name. The accessor's own requirements hold.
+  /// no readable attribute of that name.
+  /// REQUIRES: as the accessor of that name.
   static String read(const PtrInterface& object, std::string_view attribute);
 
-  /// Null for a name nobody registered.
+  /// The type of that name, or null; of several, the one that was loaded first.
   static const Type* find(std::string_view name);
   /// All types, by name.
   static std::vector<const Type*> all();
@@ -75,7 +78,7 @@ class Type {
   AllocationTracker allocation_;
 };
 
-// How a class writes its rows:
+// A class writes its rows like this:
 //   {attribute<&CommList::empty>("empty"), collection<&CommList::commsStringForm>("comm"),
 //    operation("serialize")}
 

@@ -1,4 +1,4 @@
-// The words everything else is written with: integers of fixed width and the string.
+// The words that everything else is written with: integers of fixed width and the string.
 //
 // `U64` is `unsigned long long` on every word size, so that one signature and one printf
 // conversion ("%llu") serve 32-bit and 64-bit builds alike.

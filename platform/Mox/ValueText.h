@@ -1,5 +1,5 @@
-// Texts that follow from names: of values without a text of their own, of pointers, and of what is
-// refused.
+// Texts that follow from names: for values without a text of their own, for pointers, and for
+// refusals.
 #pragma once
 
 #include <initializer_list>
@@ -9,6 +9,7 @@
 
 namespace Mox {
 
+/// An attribute's name and the text of its value.
 struct NamedText {
   std::string_view name;
   String text;
@@ -17,6 +18,7 @@ struct NamedText {
 /// `Value('Routing::Bgp::Thing', ** {'first': 1, 'second': True})`
 String valueText(std::string_view type, std::initializer_list<NamedText> attributes);
 
+/// `NULL`, or the address.
 template <class T>
 String valueToStrep(const Ptr<T>& pointer) {
   return valueToStrep(static_cast<const void*>(pointer.get()));

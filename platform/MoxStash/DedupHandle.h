@@ -1,4 +1,6 @@
 // An interned value that the agent's store can hold too: the base of communities and lists.
+//
+// Threads: as Orv::DedupHandle; the storage word belongs to the store manager's thread.
 #pragma once
 
 #include "Orv/DedupHandle.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <vector>
 
@@ -32,13 +33,15 @@ FileStore::FileStore(const Mox::String& name, std::string_view octets) : name_(n
   });
 }
 
-/// Nothing is read, and no memory taken, behind a header that is no store's.
+// Nothing is read, and no memory taken, behind a header that is no store's.
 void FileStore::load(U64 size, const Read& read) {
   size_ = size;
   if (size < sizeof header_) fail("is too short for a store");
   read(reinterpret_cast<char*>(&header_), sizeof header_);
   checkHeader();
   try {
+    // A 32-bit process may be given a file larger than any memory of its own.
+    if (size > std::numeric_limits<std::size_t>::max() - sizeof(U64)) throw std::bad_alloc();
     words_ = std::make_unique_for_overwrite<U64[]>(std::size_t(size / sizeof(U64) + 1));
   } catch (const std::bad_alloc&) {
     fail("does not fit into memory");
@@ -50,6 +53,7 @@ void FileStore::load(U64 size, const Read& read) {
   roots_ = array<StoredRoot>(header_.roots);
   notes_ = array<StoredNote>(header_.notes);
   for (const StoredNote& note : notes_) text(note.name), text(note.octets);
+  checkFigures();
   checkExtents();
 }
 
@@ -79,11 +83,17 @@ void FileStore::checkChecksum() const {
     fail("the checksum is wrong: " + hexadecimal(sum) + ", not " + hexadecimal(header_.checksum));
 }
 
-/// Roots do not have elements in common.
+void FileStore::checkFigures() const {
+  U64 sum = 0;
+  for (const StoredRoot& root : roots_)
+    if (__builtin_add_overflow(sum, root.figure, &sum)) fail("the figures exceed 64 bits");
+}
+
+// Roots do not have elements in common.
 void FileStore::checkExtents() const {
   std::vector<StoredExtent> extents;
   for (const StoredRoot& root : roots_)
-    if (root.kind & storedKindHasExtent) extents.push_back(record<StoredExtent>(root.reference));
+    if (root.type & recordTypeHasExtent) extents.push_back(record<StoredExtent>(root.reference));
   std::sort(extents.begin(), extents.end(), [](const StoredExtent& a, const StoredExtent& b) {
     return a.begin != b.begin ? a.begin < b.begin : a.end < b.end;
   });

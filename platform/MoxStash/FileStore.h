@@ -2,19 +2,20 @@
 //
 //   const MoxStash::FileStore store("lists.store");   // StoreException unless it is whole
 //   for (const MoxStash::StoredRoot& root : store.roots())
-//     if (root.kind == CommList::storedKind) {
+//     if (root.type == CommList::recordType) {
 //       CommList::PtrConst list = CommList::dedupStored(table, root.reference, store);
 //       paths += root.figure;
 //     }
 //
 // 1. A store that is not exactly what a writer made of this format is refused, by name and reason:
 //    "lists.store: the checksum is wrong: ...".
-// 2. No file crashes who restores it, whether its checksum is right or not: every reference is held
+// 2. No file crashes its reader, whether its checksum is right or not: every reference is held
 //    against the file's bounds when it is followed.
 // 3. All lists among the roots together take memory in proportion to the file.
+// 4. The figures of all roots can be added up in 64 bits.
 //
-// The file is read into memory as a whole, not mapped: what was checked stays as it was, whatever
-// happens to the file, and a file that is cut later does not end the process with a signal.
+// The file is read into memory as a whole, not mapped: the octets that were checked stay when the
+// file changes, and a file that is cut later does not end the process with a signal.
 //
 // Threads: read from any.
 #pragma once
@@ -30,6 +31,7 @@ namespace MoxStash {
 
 class FileStore final : public StoreManager {
  public:
+  /// Reads a file. StoreException when it cannot be read, is refused, or does not fit into memory.
   explicit FileStore(const Mox::String& file);
   /// The same from the octets of such a file, which are copied; `name` is for errors.
   FileStore(const Mox::String& name, std::string_view octets);
@@ -37,10 +39,10 @@ class FileStore final : public StoreManager {
   const void* translate(StoreReference reference, U64 size, U32 alignment) const override;
   Mox::String name() const override { return name_; }
 
-  /// What was added to the store, in that order. Valid as long as the store.
+  /// The objects that were added to the store, in that order. Valid as long as the store.
   std::span<const StoredRoot> roots() const { return roots_; }
-  /// The octets under a name, if there are any; they start at a multiple of 8. Valid as long as the
-  /// store.
+  /// The octets under a name, or nothing when there is no such note; they start at a multiple of 8.
+  /// Linear in the number of notes. Valid as long as the store.
   std::optional<std::string_view> note(std::string_view name) const;
 
  private:
@@ -49,6 +51,7 @@ class FileStore final : public StoreManager {
   void load(U64 size, const Read& read);
   void checkHeader() const;
   void checkChecksum() const;
+  void checkFigures() const;
   void checkExtents() const;
   std::string_view text(const StoredArray& octets) const;
   template <class Record>

@@ -27,7 +27,7 @@ namespace {
 
 constexpr const char* notRegular = "is not a regular file";
 
-/// The call's result; again as long as a signal interrupts it.
+/// The call's result; the call is made again as long as a signal interrupts it.
 auto uninterrupted(auto call) {
   auto result = call();
   while (result < 0 && errno == EINTR) result = call();
@@ -54,7 +54,7 @@ class Replacement {
       if (descriptor_ < 0 && errno != EEXIST) break;
     }
     if (descriptor_ < 0) failWith(errno, target_, "cannot be written: ");
-    // What was kept from others stays so.
+    // A file that was closed to others stays so.
     struct stat replaced;
     if (stat(target.c_str(), &replaced) == 0) fchmod(descriptor_, replaced.st_mode & 0777);
   }

@@ -15,9 +15,9 @@ class StoreFile {
   StoreFile& operator=(const StoreFile&) = delete;
   ~StoreFile();
 
-  /// How many octets it had when it was opened.
+  /// Octets that it had when it was opened.
   U64 size() const { return size_; }
-  /// The next octets; an error when there are fewer.
+  /// Reads the next `size` octets; an error when there are fewer.
   void read(char* to, std::size_t size);
 
  private:
@@ -33,11 +33,11 @@ void checkReplaceable(const Mox::String& name);
 /// Asked while a file is written; true gives the writing up.
 using StopWriting = bool (*)();
 
-/// Puts a file of these pieces into the place of the one of this name, if there is one and
-/// `checkReplaceable` lets it. Readers see the old file or the new one whole, also after the
-/// machine stopped. A failure leaves the old one, and nothing beside it. A symbolic link of that
-/// name is replaced itself. `stop` is asked at least once a mebibyte, and once more before the file
-/// is put into its place.
+/// Writes a file of these pieces, which replaces the one of this name if there is one and
+/// `checkReplaceable` lets it. A reader, also after a crash of the machine, sees the old file or
+/// the new one, whole. A failure leaves the old one, and nothing beside it. A symbolic link of that
+/// name is replaced itself. `stop` is asked at least once a mebibyte, and once more before the old
+/// file is replaced.
 void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces,
                       StopWriting stop = nullptr);
 

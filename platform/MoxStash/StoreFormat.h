@@ -1,7 +1,7 @@
-// What a store file holds, octet by octet.
+// The layout of a store file, octet by octet.
 //
 //    offset
-//     0   magic        89 5A 53 54 0D 0A 1A 0A: not text, and damaged by who takes it for text
+//     0   magic        89 5A 53 54 0D 0A 1A 0A: not text, and damaged by a transfer as text
 //     8   byteOrder    01020304 in hexadecimal, in the byte order of all that follows
 //    12   version      1
 //    14   wordSize     8: octets of a reference; not those of an address, which no file holds
@@ -12,9 +12,10 @@
 //    64   records and arrays in the order of being written, each at a multiple of 8, zeros between
 //     :   the roots; the notes
 //
-// References are offsets from the start of the file. Fields have the same widths and places on
+// References are offsets from the start of the file. Fields have the same widths and offsets on
 // every word size, so 32-bit and 64-bit processes read each other's files. A file of the other byte
-// order is refused, not converted: it is made to be restored on the machine that wrote it.
+// order is refused, not converted: it is made to be restored on the machine that wrote it. The
+// figures of all roots together are less than 2^64, so a reader may add them up.
 #pragma once
 
 #include <initializer_list>
@@ -23,11 +24,13 @@
 
 namespace MoxStash {
 
+/// `count` records or octets in a row.
 struct StoredArray {
   StoreReference begin;
   U64 count;
 };
 
+/// The first 64 octets of a file.
 struct StoreHeader {
   static constexpr U8 magicOctets[8] = {0x89, 'Z', 'S', 'T', '\r', '\n', 0x1A, '\n'};
   static constexpr U32 byteOrderMark = 0x01020304;
@@ -47,26 +50,26 @@ static_assert(sizeof(StoreHeader) == 64);
 /// Where every record, array and note starts: at a multiple of this.
 inline constexpr U32 storeAlignment = 8;
 
-/// The checksum that belongs into the header of a file of these pieces, whatever it has there.
+/// The checksum of a file of these pieces. The one that `header` holds does not count.
 U64 storeChecksum(StoreHeader header, std::initializer_list<std::string_view> rest);
 
-/// What kind a record is of that no other refers to; what the numbers mean is its users' business.
-using StoredKind = U32;
+/// The type of a root's record. The classes that can be stored choose the numbers.
+using RecordType = U32;
 
-/// The bit of kinds whose record starts with a StoredExtent: that of elements of its own, which no
-/// other root's record has. Without that, a small file could hold any number of long lists.
-inline constexpr StoredKind storedKindHasExtent = 1u << 31;
+/// The bit of record types that start with a StoredExtent: of elements that no other root has. A
+/// small file could otherwise hold any number of long lists.
+inline constexpr RecordType recordTypeHasExtent = 1u << 31;
 
-/// From the first octet to the one behind the last.
+/// From the first octet of an array to the one behind its last.
 struct StoredExtent {
   StoreReference begin, end;
 };
 
-/// An object that was added to a store by its own right.
+/// An object that was added to a store, not merely referred to by one that was.
 struct StoredRoot {
   StoreReference reference;
-  U64 figure;  ///< of the writer's, for instance how many paths hold the object
-  StoredKind kind;
+  U64 figure;  ///< the writer's own, for instance how many paths hold the object
+  RecordType type;
   U32 unused;
 };
 

@@ -9,7 +9,7 @@
 
 namespace MoxStash {
 
-/// A place in the store: an offset, whose meaning is the manager's.
+/// A position in the store: an offset, counted as the manager says.
 using StoreReference = U64;
 
 /// The store cannot be read or written: `what()` says which and why.
@@ -27,7 +27,7 @@ class StoreManager {
   /// Called once for each extended community that was rebuilt, before it is handed out, and for
   /// each list of IPv6-address-specific ones before its communities are rebuilt.
   virtual void restored() const {}
-  /// What errors call the store; may be empty.
+  /// The store's name in errors; may be empty.
   virtual Mox::String name() const { return {}; }
 
   /// Throws the StoreException of this store.

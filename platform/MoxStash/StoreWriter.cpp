@@ -30,11 +30,13 @@ StoreReference StoreWriter::appendOctets(std::string_view octets) {
   return appendAt(sizeof(StoreHeader), records_, octets).begin;
 }
 
-StoreReference StoreWriter::rootIs(StoreReference reference, StoredKind kind, U64 figure) {
+StoreReference StoreWriter::rootIs(StoreReference reference, RecordType type, U64 figure) {
+  if (figure > ~U64{0} - figures_) throw StoreException("figures exceed 64 bits");
   if (roots_.size() == roots_.capacity()) roots_.reserve(2 * roots_.size() + 1);
   const auto [at, isNew] = rootAt_.emplace(reference, roots_.size());
-  if (isNew) roots_.push_back({reference, 0, kind, 0});
+  if (isNew) roots_.push_back({reference, 0, type, 0});
   roots_[at->second].figure += figure;
+  figures_ += figure;
   return reference;
 }
 

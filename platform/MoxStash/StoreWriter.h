@@ -7,13 +7,14 @@
 //   writer.noteIs("paths", "12");
 //   writer.write("lists.store");         // StoreException: "lists.store: cannot be written: ..."
 //
-// The writer knows records, not kinds. A kind that can be stored has
-//   storedKind                   what its records are of, in the directory
-//   store(StoreWriter&) const    appends its record, and first what the record refers to
+// The writer knows records, not classes. A class that can be stored has
+//   recordType                   the type of its records, as the directory names it
+//   store(StoreWriter&) const    appends its record, and first the records that it refers to
 //
 // 1. An interned object is written once, however often it is met; the writer holds it until then.
 //    A private one, which may change meanwhile, is written whenever it is met.
-// 2. The file is complete or not there: it is written beside the target and takes its place.
+// 2. The file is complete or not there: it is written beside the target and then renamed.
+// 3. An operation that throws, also for want of memory, leaves roots and notes as they were.
 //
 // Everything is kept in memory until it is written. Threads: one at a time.
 #pragma once
@@ -30,14 +31,14 @@ namespace MoxStash {
 
 class StoreWriter {
  public:
-  /// Adds a value or a list to the roots. If it is one already, the figures are summed.
-  /// StoreException for null.
+  /// Adds a value or a list to the roots, or adds to the figure of the root that it is already.
+  /// StoreException for null, and when the figures of all roots together exceed 64 bits.
   template <class Object>
   StoreReference add(const Mox::Ptr<Object>& object, U64 figure = 0) {
     if (!object) throw StoreException("null cannot be stored");
-    return rootIs(object->store(*this), Object::storedKind, figure);
+    return rootIs(object->store(*this), Object::recordType, figure);
   }
-  /// Octets under a name, in place of others under that name.
+  /// Octets under a name, instead of others under that name.
   void noteIs(std::string_view name, std::string_view octets);
 
   /// Replaces the file by one of all that was added. StoreException when that fails, and when
@@ -49,9 +50,9 @@ class StoreWriter {
   /// The octets of that file.
   Mox::String octets() const;
 
-  // --- For kinds.
+  // --- For the classes that can be stored.
 
-  /// Plain records in a row, without padding.
+  /// Appends plain records in a row, without padding, and returns the reference of the first.
   template <class Record>
   StoreReference append(std::span<const Record> records) {
     static_assert(std::is_trivially_copyable_v<Record> && alignof(Record) <= storeAlignment &&
@@ -83,10 +84,11 @@ class StoreWriter {
   };
 
   StoreReference appendOctets(std::string_view octets);
-  StoreReference rootIs(StoreReference reference, StoredKind kind, U64 figure);
+  StoreReference rootIs(StoreReference reference, RecordType type, U64 figure);
   Ends ends() const;
 
-  Mox::String records_;  // what stands behind the header
+  Mox::String records_;  // the file's octets from behind the header on
+  U64 figures_ = 0;      // of all roots together
   std::unordered_map<DedupHandle::PtrConst, StoreReference, Hash> written_;
   std::vector<StoredRoot> roots_;
   std::unordered_map<StoreReference, std::size_t> rootAt_;

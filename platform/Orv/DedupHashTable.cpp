@@ -17,6 +17,17 @@ const Mox::Type DedupHashTableLifeTimeNotifiee::type{
 const Mox::Type DedupHandleLifeTimeNotifier::type{"Orv::DedupHandleLifeTimeNotifier",
                                                   &Mox::PtrInterface::type,
                                                   {Mox::operation("getDedupedObjectRawPtr")}};
+
+std::unique_ptr<DedupHashTableLifeTimeNotifiee::PreparedInsert>
+DedupHashTableLifeTimeNotifiee::prepareInsert() const {
+  return nullptr;
+}
+
+void DedupHashTableLifeTimeNotifiee::handlePreparedInsert(const Mox::Ptr<DedupHandle>& member,
+                                                          std::unique_ptr<PreparedInsert>) const {
+  handleInsert(member);
+}
+
 void DedupHashTable::dumpState(const Mox::Ptr<const DumpContext>& context, U32 indent) const {
   context->line(indent, "members: %u\n", U32(members()));
 }

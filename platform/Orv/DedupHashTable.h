@@ -17,6 +17,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "Mox/Entity.h"
 #include "Orv/DedupHandle.h"
@@ -75,7 +76,7 @@ class DedupHashTable : public Mox::PtrInterface {
 };
 
 /// Hears what enters and leaves a table. Called on the thread that interns or lets go, with no
-/// lock held, so it may intern and release. REQUIRES: `handleInsert` throws nothing.
+/// lock held, so it may intern and release.
 ///
 /// Insertion of an object is heard before its removal. Nothing is promised between two objects,
 /// even if their contents are equal: the removal of a dying one may be heard after the insertion of
@@ -87,12 +88,27 @@ class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
   static const Mox::Type type;
   const Mox::Type& fwkType() const override { return type; }
 
-  /// REQUIRES: makes exactly one DedupHandleLifeTimeNotifier for the member.
+  /// A member has entered.
+  /// REQUIRES: it makes exactly one DedupHandleLifeTimeNotifier for the member, and does not throw:
+  /// without a notifier the member could never leave.
   virtual void handleInsert(const Mox::Ptr<DedupHandle>& member) const = 0;
   /// REQUIRES: takes no reference to the dying member, not even for the time of the call.
   virtual void handleRemove(DedupHandle* member) const = 0;
   /// The table dies; its members, which can still be visited, have been left to their holders.
   virtual void handleNotificationStop(const Mox::Ptr<const DedupHashTable>& table) const = 0;
+
+  /// What the insertion of one object needs. Destroyed unused when the object does not enter.
+  class PreparedInsert {
+   public:
+    virtual ~PreparedInsert() = default;
+  };
+  /// Called before an object enters, with no lock held. It takes what `handlePreparedInsert` will
+  /// need, memory above all, or throws; the object then stays outside and nothing has changed.
+  /// Takes nothing unless it is overridden.
+  virtual std::unique_ptr<PreparedInsert> prepareInsert() const;
+  /// As `handleInsert`, which it calls unless it is overridden.
+  virtual void handlePreparedInsert(const Mox::Ptr<DedupHandle>& member,
+                                    std::unique_ptr<PreparedInsert> prepared) const;
 };
 
 /// Follows one member of a table with a notifiee. The reference it holds was taken when the member

@@ -58,10 +58,18 @@ Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> ob
              "dedupState() == Orv::dedupHandleStateNeverDeduped() || dedupTable() == this");
   const DedupHandle* const raw = object.get();
   const U32 tag = tagOf(place);
+  const auto isEqual = [raw](const DedupHandle& member) { return member.compare(raw); };
+  std::unique_ptr<DedupHashTableLifeTimeNotifiee::PreparedInsert> prepared;
+  if (notifiee_) {
+    // What the notifiee needs is taken while nothing has changed, and only for an object that seems
+    // to be new: most are not.
+    if (Mox::Ptr<DedupHandle> member = lookup(place, isEqual)) return member;
+    prepared = notifiee_->prepareInsert();
+  }
   {
     Shard& shard = shardOf(place);
     const Guard guard(*this, shard);
-    if (DedupHandle* member = find(shard, tag, [&](auto& m) { return m.compare(raw); }))
+    if (DedupHandle* member = find(shard, tag, isEqual))
       return Mox::Ptr<DedupHandle>::adopt(member);  // `object` dies with the call, unlocked
     if (!reserveOne(shard)) throw std::bad_alloc();
     enter(*object, bool(notifiee_));
@@ -69,8 +77,8 @@ Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> ob
     ++shard.size;
   }
   interleave();
-  // A member whose notifier could not be made could never leave; so handleInsert must not throw.
-  if (notifiee_) [&]() noexcept { notifiee_->handleInsert(object); }();
+  // A member without its notifier could never leave: an exception ends the process.
+  if (notifiee_) [&]() noexcept { notifiee_->handlePreparedInsert(object, std::move(prepared)); }();
   return object;
 }
 

@@ -5,8 +5,10 @@
 //   buffer.written(4);                          // of which 4 were used
 //   buffer.text()                               // those 4
 //
-// A formatter asks once, for the worst case of its whole text: growth copies what is there, and the
-// step by which it grows is small.
+// A formatter asks once, for the worst case of its whole text: growth copies the text that is
+// there, and its step is small.
+//
+// Threads: one at a time.
 #pragma once
 
 #include <cstddef>
@@ -16,17 +18,20 @@
 
 namespace ZoFmt {
 
+/// A buffer of any inline size, as formatters take it.
 class DynamicBufferInterface {
  public:
   DynamicBufferInterface(const DynamicBufferInterface&) = delete;
   DynamicBufferInterface& operator=(const DynamicBufferInterface&) = delete;
 
-  /// Where to write; at least `required` octets may be.
+  /// Where to write: there is room for at least `required` octets. Valid until the next call.
+  /// Throws `std::bad_alloc`; the text is then as it was.
   char* allocateSpace(std::size_t required) {
     if (std::size_t(end_ - write_) < required) grow(required);
     return write_;
   }
-  /// So many octets of the space were written.
+  /// Adds so many octets of the space to the text.
+  /// REQUIRES: they were written, and fit into the space.
   void written(std::size_t octets) { write_ += octets; }
 
   std::size_t used() const { return std::size_t(write_ - begin_); }
@@ -53,8 +58,8 @@ class DynamicBufferInterface {
   const std::size_t doublingCap_;
 };
 
-/// `inlineSize` octets inside the object; growth doubles up to `doublingCap`, and beyond that gives
-/// what is asked for.
+/// A buffer with `inlineSize` octets inside the object. Growth doubles up to `doublingCap`; beyond
+/// that it adds just the octets that are asked for.
 template <std::size_t inlineSize, std::size_t doublingCap>
 class StackBackedBuffer final : public DynamicBufferInterface {
  public:

@@ -1,4 +1,4 @@
-// An IPv4 address and its text.
+// An IPv4 address and its text: a plain value, ordered as a number.
 //
 //   Zonet::Ip4Addr(0xC0A80001).toStrep()   // "192.168.0.1"
 #pragma once
@@ -19,6 +19,7 @@ class Ip4Addr {
   /// The first number of the dotted form is the most significant octet.
   constexpr explicit Ip4Addr(U32 value) : value_(value) {}
 
+  /// The number that the address was made of.
   constexpr U32 value() const { return value_; }
   /// Dotted decimal.
   Mox::String toStrep() const;

@@ -27,7 +27,7 @@ std::ostream& operator<<(std::ostream& stream, const Ip6Addr& address) {
 }
 
 void sequenceToValue(std::string_view text, Ip6Addr& address) {
-  // The parser below ends at the first zero octet: one inside the text must not cut it short.
+  // The parser below ends at the first zero octet, so a text with one inside is refused here.
   char terminated[INET6_ADDRSTRLEN] = {};
   Ip6Addr::Octets octets;
   const bool fits = text.size() < sizeof terminated && text.find('\0') == text.npos;

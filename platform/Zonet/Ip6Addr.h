@@ -22,7 +22,9 @@ class Ip6Addr {
   constexpr Ip6Addr() = default;
   constexpr explicit Ip6Addr(const Octets& octets) : octets_(octets) {}
 
-  constexpr const Octets& octets() const { return octets_; }
+  /// In network order. A temporary gives a copy, so that a loop over its octets is safe.
+  constexpr const Octets& octets() const& { return octets_; }
+  constexpr Octets octets() const&& { return octets_; }
   /// The canonical form (RFC 5952).
   Mox::String toStrep() const;
   /// Writes the text, at most `longestText` characters and a zero, and returns the text's end.

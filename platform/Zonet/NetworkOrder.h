@@ -1,4 +1,8 @@
 // Numbers on the wire: most significant octet first (RFC 1700), at any alignment.
+//
+//   U8 octets[4];
+//   Zonet::storeNetworkOrder(octets, U32{0xFDE80064});   // FD E8 00 64
+//   Zonet::loadNetworkOrder<U16>(octets + 2);            // 100
 #pragma once
 
 #include <bit>
@@ -23,6 +27,7 @@ constexpr U networkOrder(U number) {
 }
 
 /// Writes `sizeof(U)` octets.
+/// REQUIRES: there is room for them at `octets`.
 template <std::unsigned_integral U>
 void storeNetworkOrder(U8* octets, U number) {
   number = networkOrder(number);
@@ -30,6 +35,7 @@ void storeNetworkOrder(U8* octets, U number) {
 }
 
 /// Reads `sizeof(U)` octets.
+/// REQUIRES: there are so many at `octets`.
 template <std::unsigned_integral U>
 U loadNetworkOrder(const U8* octets) {
   U number;

@@ -1,7 +1,10 @@
 // A large community as policy handles it (RFC 8092): three numbers.
 //
 //   Acl::CommunityValue value(65000, 1, 2);
-//   valueToStrep(value)   // "65000:1:2"
+//   valueToStrep(value)                           // "65000:1:2"
+//   value < Acl::CommunityValue(65000, 2, 0)      // true
+//
+// 1. A value has twelve octets and no padding: lists compare and copy values as memory.
 #pragma once
 
 #include <compare>
@@ -18,6 +21,7 @@ class CommunityValue {
   constexpr CommunityValue(U32 globalAdmin, U32 localData1, U32 localData2)
       : globalAdmin_(globalAdmin), localData1_(localData1), localData2_(localData2) {}
 
+  /// The Global Administrator and the two Local Data Parts of RFC 8092.
   constexpr U32 globalAdmin() const { return globalAdmin_; }
   constexpr U32 localData1() const { return localData1_; }
   constexpr U32 localData2() const { return localData2_; }

@@ -10,7 +10,7 @@ struct Toggles {
   std::mutex mutex;
   std::map<Mox::String, bool, std::less<>> states;
 
-  // Outlives whoever asks while the process ends.
+  // Never destroyed: objects that end with the process may still ask.
   static Toggles& instance() {
     static Toggles* const toggles = new Toggles;
     return *toggles;

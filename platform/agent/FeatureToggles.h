@@ -3,7 +3,7 @@
 //   featureToggleIs("RpkiToggle", false);   // by the host, at its start
 //   getToggleState("RpkiToggle", true);     // false
 //
-// What a feature's code asks once and keeps does not follow later changes.
+// A feature that asks once and keeps the answer does not follow later changes.
 //
 // Threads: may be called from any.
 #pragma once
@@ -12,11 +12,12 @@
 
 namespace Routing {
 
-/// What the host said about the toggle, or `defaultValue` when it said nothing.
+/// The state that the host gave the toggle, or `defaultValue` when it gave none.
 bool getToggleState(const char* name, bool defaultValue);
 
+/// Switches the toggle on or off for all that ask from now on.
 void featureToggleIs(const char* name, bool on);
-/// Forgets what was said: the default holds again.
+/// Forgets the toggle's state: the default holds again.
 void featureToggleDel(const char* name);
 
 }  // namespace Routing

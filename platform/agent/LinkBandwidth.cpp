@@ -38,10 +38,12 @@ Mox::String inBitsPerSecond(double octetsPerSecond) {
   while (unit != largest && std::abs(unit->of(octetsPerSecond)) >= 1000) ++unit;
   Digits digits;
   std::string_view text = threeDecimals(unit->of(octetsPerSecond), digits);
-  // What rounding lifts to a thousand is one of the next unit: 999.9996 Mbps is 1 Gbps.
+  // A number that rounding lifts to a thousand is one of the next unit: 999.9996 Mbps is 1 Gbps.
   if (unit != largest && text.ends_with("1000.000"))
     text = threeDecimals((++unit)->of(octetsPerSecond), digits);
-  return withoutTrailingZeros(text).append(" ").append(unit->name);
+  Mox::String rounded = withoutTrailingZeros(text);
+  if (rounded == "-0") rounded = "0";
+  return rounded.append(" ").append(unit->name);
 }
 
 }  // namespace

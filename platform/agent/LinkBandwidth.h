@@ -14,7 +14,8 @@ class LinkBandwidth {
 
   /// Bits per second, rounded to at most three decimals of the largest unit that leaves something
   /// before the point. `weighted`: the octets per second as they are, in the fewest decimals that
-  /// tell them from every other number. What is no finite number is `nan`, `inf` or `-inf`.
+  /// tell them from every other number. Numbers that are not finite print as `nan`, `inf` and
+  /// `-inf`.
   Mox::String toStrep(bool weighted) const;
 
  private:

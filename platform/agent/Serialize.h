@@ -8,7 +8,7 @@
 // 4096 octets are held inside, so a message of ordinary size costs no allocation; beyond that the
 // buffer lives on the heap and doubles. It never shrinks. A copy holds the same octets.
 //
-// One thread at a time.
+// Threads: one at a time.
 #pragma once
 
 #include "Zonet/Ip6Addr.h"
@@ -27,6 +27,8 @@ class Serialize {
     if (data_ != inline_) delete[] data_;
   }
 
+  // Appending; doubles the capacity when there is no room. Asserts "octets <= largest - length_"
+  // beyond 4 GiB.
   void addU8(U8 value) { *append(1) = value; }
   void addU16hton(U16 value) { Zonet::storeNetworkOrder(append(sizeof value), value); }
   void addU32hton(U32 value) { Zonet::storeNetworkOrder(append(sizeof value), value); }

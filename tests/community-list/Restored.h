@@ -36,18 +36,18 @@ template <class Use>
 void restore(const StoreTables& tables, const MoxStash::FileStore& store,
              const MoxStash::StoredRoot& root, Use use) {
   const MoxStash::StoreReference at = root.reference;
-  switch (root.kind) {
-    case CommList::storedKind:
+  switch (root.type) {
+    case CommList::recordType:
       return use(CommList::dedupStored(tables.standard, at, store));
-    case LargeCommList::storedKind:
+    case LargeCommList::recordType:
       return use(LargeCommList::dedupStored(tables.large, at, store));
-    case ExtCommList::storedKind:
+    case ExtCommList::recordType:
       return use(ExtCommList::dedupStored(tables.extended, tables.values, at, store));
-    case ExtCommIp6List::storedKind:
+    case ExtCommIp6List::recordType:
       return use(ExtCommIp6List::dedupStored(tables.ip6, tables.ip6Values, at, store));
-    case ExtComm::storedKind:
+    case ExtComm::recordType:
       return use(tables.values->dedupContent(ExtComm::destash(at, store)->getContent()));
-    case ExtCommIp6::storedKind:
+    case ExtCommIp6::recordType:
       return use(tables.ip6Values->dedupContent(ExtCommIp6::destash(at, store)->getContent()));
   }
 }

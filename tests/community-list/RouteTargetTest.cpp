@@ -4,6 +4,7 @@
 
 #include "ExtCommFamilies.h"
 #include "Mox/Trace.h"
+#include "tests/AllocationCounter.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -25,6 +26,8 @@ class Observer final : public Collection::NotifieeConst {
   void onRtExtCommList(const Notifier& notifier) override {
     {
       const std::lock_guard guard(mutex_);
+      // Also while it goes: the group lets go of it later.
+      faults += notifier->rtExtCommListRawPtr()->getLifeTimeNotifier() != notifier;
       if (collection_->rtExtCommListHas(notifier))
         faults += !alive_.insert(notifier.get()).second, ++came;
       else
@@ -44,10 +47,121 @@ class Observer final : public Collection::NotifieeConst {
   std::set<const RtExtCommListLifeTimeNotifier*> alive_;
 };
 
+/// Keeps the book that the header's recipe keeps, joining an agent that runs.
+class Joiner final : public Collection::NotifieeConst {
+ public:
+  explicit Joiner(const Collection::PtrConst& collection) : collection_(collection) {
+    notifierIs(collection);
+    for (const Notifier& notifier : collection->rtExtCommList()) look(notifier);
+  }
+  ~Joiner() override { notifierIs(nullptr); }
+  void onRtExtCommList(const Notifier& notifier) override { look(notifier); }
+  std::set<Notifier> book;
+
+ private:
+  void look(const Notifier& notifier) {
+    const std::lock_guard guard(mutex_);
+    collection_->rtExtCommListHas(notifier) ? void(book.insert(notifier))
+                                            : void(book.erase(notifier));
+  }
+  const Collection::PtrConst collection_;
+  std::mutex mutex_;
+};
+
+/// Writes down what it hears, without memory: its letter, then "I" for immediate events, "+" and
+/// "-" for a notifier that has come or gone, "*" for the collection as a whole.
+class Listener final : public Collection::NotifieeConst {
+ public:
+  Listener(char letter, std::string& log) : letter_(letter), log_(log) { log.reserve(1000); }
+  ~Listener() override { notifierIs(nullptr); }
+  void observe(const Collection::PtrConst& collection) { notifierIs(collection_ = collection); }
+  void onRtExtCommList(const Notifier& n) override { log(sign(n)); }
+  void onRtExtCommList() override { log("*"); }
+  void onRtExtCommListImmediate(const Notifier& n) override { log("I"), log_ += sign(n); }
+  void onRtExtCommListImmediate() override { log("I*"); }
+
+ private:
+  const char* sign(const Notifier& n) const { return collection_->rtExtCommListHas(n) ? "+" : "-"; }
+  void log(const char* text) { (log_ += letter_) += text; }
+  const char letter_;
+  std::string& log_;
+  Collection::PtrConst collection_;
+};
+
 class RouteTargets : public ExtCommLists<EightOctets> {
  protected:
   Collection::Ptr collection() { return family().table->notifyingRtExtCommListCollection(); }
 };
+
+TEST_F(RouteTargets, ImmediateEventsAreToldToAllFirst) {
+  std::string log;
+  Listener a('a', log), b('b', log);
+  a.observe(collection());
+  a.observe(collection());
+  b.observe(collection());
+  interned({target(1)});
+  b.observe(nullptr);
+  EXPECT_EQ(log, "aI*a*bI*b*aI+bI+a+b+aI-bI-a-b-");
+}
+
+// A list of a group of route targets, and each allocation on its way into the tables failing.
+TEST_F(RouteTargets, ComeWholeOrNotAtAllAndGoWithoutMemory) {
+  std::string log;
+  Listener observer('a', log);
+  observer.observe(collection());
+  std::size_t count = 0;
+  for (bool entered = false; !entered; ++count) {
+    log.clear();
+    auto list = built({target(1)});
+    ExtCommList::PtrConst shared;
+    try {
+      const MemoryFor some(count);
+      shared = list->dedup(family().table);
+      entered = true;
+    } catch (const std::bad_alloc&) {
+      // The group may have come before there was no memory for the list; then it has gone.
+      EXPECT_TRUE(log.empty() || log == "aI+a+aI-a-") << log;
+      EXPECT_EQ(collection()->rtExtCommLists() + family().groups(), 0u);
+    }
+    if (!entered) continue;
+    EXPECT_EQ(log, "aI+a+");
+    EXPECT_EQ(collection()->rtExtCommLists(), 1u);
+    Listener late('b', log);
+    late.observe(collection());
+    {
+      const MemoryFor none(0);
+      list = nullptr;
+      shared = nullptr;
+    }
+    EXPECT_EQ(log, "aI+a+bI*b*aI-bI-a-b-");
+  }
+  EXPECT_GT(count, 5u);
+  EXPECT_EQ(collection()->rtExtCommLists(), 0u);
+}
+
+TEST_F(RouteTargets, ReflectionNamesThemAndPrintsTheirTexts) {
+  const auto list = interned({target(1)}), other = interned({target(2)});
+  const auto group = list->classificationList(extCommClassificationRouteTarget);
+  const auto notifiers = collection()->rtExtCommList();
+  EXPECT_EQ(Mox::Type::read(*group, "comm"), group->toStrep());
+  EXPECT_EQ(Mox::Type::read(*notifiers[0], "toStrep"), notifiers[0]->toStrep());
+  EXPECT_EQ(Mox::Type::read(*collection(), "rtExtCommList"),
+            notifiers[0]->toStrep() + " " + notifiers[1]->toStrep());
+  std::string names;
+  for (const char* const type : {"RtExtCommListLifeTimeNotifier", "RtExtCommListLifeTimeNotifiee",
+                                 "NotifyingRtExtCommListCollection"})
+    for (const auto* t = Mox::Type::find("Routing::Bgp::" + std::string(type)); t; t = t->base()) {
+      names += t->name().substr(t->name().rfind(':') + 1) + "(";
+      for (const Mox::Attribute& attribute : t->attributes()) names += attribute.name + " ";
+      names += ") ";
+    }
+  EXPECT_EQ(names,
+            "RtExtCommListLifeTimeNotifier(rtExtCommListRawPtr comm toStrep ) "
+            "DedupHandleLifeTimeNotifier(getDedupedObjectRawPtr ) PtrInterface() "
+            "RtExtCommListLifeTimeNotifiee() DedupHashTableLifeTimeNotifiee("
+            "handleInsert handleRemove handleNotificationStop ) PtrInterface() "
+            "NotifyingRtExtCommListCollection(rtExtCommList dumpState ) PtrInterface() ");
+}
 
 TEST_F(RouteTargets, FirstUseAndLastReleaseAreHeardOnce) {
   auto first = interned({target(1), target(2), color(1)});
@@ -102,7 +216,7 @@ TEST_F(RouteTargets, CollectionChangesAreHeardAndRefused) {
   }
 }
 
-// Whoever holds a group may outlive the table; observers hear of its end with the table's.
+// A group may outlive the table; observers hear of its end with the table's.
 TEST_F(RouteTargets, TableTakesItsNotifiersAlong) {
   auto list = interned({target(1)});
   auto alone = interned({target(2)})->classificationList(extCommClassificationRouteTarget);
@@ -120,7 +234,7 @@ TEST_F(RouteTargets, TableTakesItsNotifiersAlong) {
   family() = EightOctets();
 }
 
-// Whatever others do to the collection: the table ends what its own notifiee began, and no more.
+// The table ends the groups of its own notifiee, and no others, though the collection was changed.
 TEST_F(RouteTargets, TableEndsItsOwnGroupsOnly) {
   const auto other = extCommListDedupTableFactory();
   auto list = interned({target(1)});
@@ -159,11 +273,17 @@ TEST_F(RouteTargets, TracesNameNotifieeGroupAndNotifier) {
   static std::vector<Mox::String> traced;
   traced.clear();
   Mox::traceSinkIs([](U32, std::string_view line) { traced.emplace_back(line); });
+  Mox::traceLevel = 8;
+  interned({target(1)});
+  EXPECT_EQ(traced.size(), 0u);
   Mox::traceLevel = 9;
   interned({target(1)});
+  family().table->rtExtCommListLifeTimeNotifiee()->handleNotificationStop(
+      family().table->rtExtCommClassificationListDedupTable());
   Mox::traceLevel = 0;
   Mox::traceSinkIs(nullptr);
-  ASSERT_EQ(traced.size(), 2u);
+  ASSERT_EQ(traced.size(), 3u);
+  EXPECT_NE(traced[2].find(" dedupTable: 0x"), Mox::String::npos);
   const Mox::String text =
       "extCommClassificationRouteTarget : <RouteTarget2ByteASN 65000:1 0x0002fde800000001>";
   for (std::size_t i = 0; i < 2; ++i) {
@@ -197,6 +317,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   Observer observer(collection());
   observer.also = [&](const Notifier&) { interned({target(100), color(7)}); };
   std::atomic<int> walked = 0, missing = 0;
+  std::vector<std::unique_ptr<Joiner>> joiners;
   std::vector<std::thread> threads;
   for (U32 seed = 0; seed < 4; ++seed)
     threads.emplace_back([&, seed] {
@@ -212,6 +333,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   threads.emplace_back([&] {
     do {
       const Observer other(collection());
+      if (joiners.size() < 20) joiners.push_back(std::make_unique<Joiner>(collection()));
       for (const Notifier& notifier : collection()->rtExtCommList()) {
         if (const auto group = notifier->rtExtCommList()) walked += int(group->comms());
         walked += int(notifier->toStrep().size() > 0);
@@ -222,6 +344,9 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   });
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(missing, 0);
+  const auto left = collection()->rtExtCommList();
+  for (const auto& joiner : joiners)
+    EXPECT_EQ(joiner->book, std::set<Notifier>(left.begin(), left.end()));
   EXPECT_GT(walked, 0);
   EXPECT_EQ(observer.faults, 0);
   EXPECT_EQ(observer.came, observer.went);

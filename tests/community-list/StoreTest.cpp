@@ -164,7 +164,7 @@ TEST_F(StoreTest, KeepsOrderFlagAndClassificationOfPrivateObjects) {
   EXPECT_EQ(contents(sorted), (std::vector<U64>{1, 0x0002FDE800000064, 0x030B000000000003}));
   EXPECT_EQ(ExtComm::destash(value, store)->classification(), extCommClassificationColor);
 
-  // What was restored can be saved again.
+  // A restored list can be saved again.
   StoreWriter again;
   again.add(ExtCommList::destash(list, store));
   EXPECT_EQ(refusal(again.octets()), "");
@@ -180,6 +180,7 @@ TEST_F(StoreTest, WritesInternedObjectsOnceAndSumsTheirFigures) {
   writer.add(extendedOf({0x030B000000000003})->dedup(extended));
   EXPECT_EQ(writer.octets().size(), 168u + 8 + 32 + 24) << "the community is there already";
   writer.add(both, 3);
+  EXPECT_EQ(failure([&] { writer.add(both, ~U64{4}); }), "figures exceed 64 bits");
   EXPECT_EQ(writer.octets().size(), 232u);
   EXPECT_EQ(FileStore("NAME", writer.octets()).roots()[0].figure, 5u);
 }
@@ -228,7 +229,7 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
   extendedWriter.add(extendedOf({0x0002FDE800000064})->dedup(extended));
   bandwidthWriter.add(extendedOf({0x4004FDE84D000000, 0x4004FDE84E000000}));
   twoWriter.add(standardOf({1}));
-  twoWriter.add(standardOf({1}));
+  twoWriter.add(standardOf({1}), 1);
   const std::string standardList = standardWriter.octets();  // its layout is above
   const std::string extendedList = extendedWriter.octets();  // 64: the value, 80: its reference
   const std::string bandwidths = bandwidthWriter.octets();   // nothing is changed
@@ -261,6 +262,7 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
       {extendedList, 80, 8, 68, outside},
       {bandwidths, 4, 1, 0x0D, "stored list has two different link bandwidths"},
       {two, 168, 8, 72, "two roots share their elements"},
+      {two, 152, 8, ~U64{0}, "the figures exceed 64 bits"},
   };
   for (const auto& c : cases) {
     std::string bad = c.octets;

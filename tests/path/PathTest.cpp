@@ -239,7 +239,7 @@ TEST(CommunityTables, RestoreWhatAStoreHolds) {
   for (MoxStash::StoredRoot root : store.roots()) {
     EXPECT_TRUE(
         others.restore(root, store, [&](const auto& object) { restored.insert(object.get()); }));
-    root.kind = 99;
+    root.type = 99;
     EXPECT_FALSE(others.restore(root, store, [](const auto&) { FAIL() << "of no known type"; }));
   }
   EXPECT_EQ(restored, wanted);

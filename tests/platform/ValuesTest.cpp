@@ -118,6 +118,9 @@ TEST(Ip6Addr, ReadsEveryFormWritesTheCanonicalOneAndOrdersByOctets) {
                      "::1\0"sv, "::1\0x"sv, "00000000000000000000000000000000000000000000::1"});
 }
 
+// A loop over the octets of a temporary walks a copy.
+static_assert(std::is_same_v<decltype(Ip6Addr().octets()), Ip6Addr::Octets>);
+
 TEST(LinkBandwidth, TextWithUnitAndWeighted) {
   using Limits = std::numeric_limits<double>;
   const struct {
@@ -125,7 +128,8 @@ TEST(LinkBandwidth, TextWithUnitAndWeighted) {
     const char *text, *weighted;
   } cases[] = {// clang-format off
       {1250000000, "10 Gbps", "1250000000"}, {-1250000, "-10 Mbps", "-1250000"},
-      {0, "0 bps", "0"}, {0.00005, "0 bps", "0.00005"}, {124.875, "999 bps", "124.875"},
+      {0, "0 bps", "0"}, {0.00005, "0 bps", "0.00005"}, {-0.00006, "0 bps", "-0.00006"},
+      {-0.0, "0 bps", "-0"}, {-0.25, "-2 bps", "-0.25"}, {124.875, "999 bps", "124.875"},
       {125, "1 kbps", "125"}, {156.25, "1.25 kbps", "156.25"},
       {154320.986, "1.235 Mbps", "154320.986"},  // 1.234567888 Mbps
       {-124999950, "-1 Gbps", "-124999950"},     // 999.9996 Mbps

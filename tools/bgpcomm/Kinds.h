@@ -71,7 +71,7 @@ class KindTable {
   /// Adds all lists to the store; says where each is, and how many paths hold it.
   virtual std::vector<StoredUse> save(MoxStash::StoreWriter& writer) const = 0;
   /// What lists of the kind are among the roots of a store.
-  virtual MoxStash::StoredKind storedKind() const = 0;
+  virtual MoxStash::RecordType recordType() const = 0;
   /// Interns a stored list for so many paths. StoreException when the store is damaged.
   virtual void restore(const MoxStash::StoreManager& store, const StoredUse& use) = 0;
   /// What the lists do not say themselves: communities as they were on the wire.

@@ -88,7 +88,7 @@ class ListTable final : public KindTable {
       uses.push_back({writer.add(held.list, held.paths), held.paths});
     return uses;
   }
-  MoxStash::StoredKind storedKind() const override { return List::storedKind; }
+  MoxStash::RecordType recordType() const override { return List::recordType; }
   void restore(const MoxStash::StoreManager& store, const StoredUse& use) override {
     auto list = kind_.restore(use.list, store);
     if (list->empty() || list->comms() > Routing::Bgp::maxAttributeOctets / Kind::valueSize)

@@ -55,7 +55,7 @@ double NoteReader::seconds(const Json& number) const {
 U64 NoteReader::restoreLists(const Json& lists, KindTable& table) {
   std::set<MoxStash::StoreReference> left;
   for (const MoxStash::StoredRoot& root : store_.roots())
-    if (root.kind == table.storedKind()) left.insert(root.reference);
+    if (root.type == table.recordType()) left.insert(root.reference);
   U64 paths = 0;
   for (const Json& entry : lists) {
     const Json& list = entry.at(0);

@@ -1,5 +1,12 @@
 // A mutable copy of a list of plain communities: each with a flag, in ascending order.
 //
+//   CommListSnapshot::Ptr snapshot = list->commSnapshot();   // {65000:1: True}
+//   snapshot->commIs(0xFDE80002, false);
+//   snapshot->commDel(0xFDE80001);                           // true, the flag it had
+//   snapshot->comms();                                       // {65000:2: False}
+//
+// The flag is the editor's own; it does not go back into a list.
+//
 // Threads: a snapshot belongs to the thread that edits it.
 #pragma once
 
@@ -10,8 +17,9 @@
 
 namespace Routing {
 
+/// The base of the snapshot class `Snapshot`; a `Community` is a plain ordered value.
 template <class Snapshot, class Community>
-class CommunitySnapshot : public Mox::Entity<Snapshot, Mox::PtrInterface> {
+class CommunitySnapshotFlags : public Mox::Entity<Snapshot, Mox::PtrInterface> {
  public:
   /// Adds the community, or overwrites the flag that it has.
   void commIs(const Community& community, bool value) {
@@ -35,7 +43,7 @@ class CommunitySnapshot : public Mox::Entity<Snapshot, Mox::PtrInterface> {
     const auto found = comm_.find(community);
     return found != comm_.end() && found->second;
   }
-  /// All entries, ascending. Who deletes while walking them steps on before deleting.
+  /// All entries, ascending. Deleting an entry invalidates the iterators at it and no others.
   const std::map<Community, bool>& comms() const { return comm_; }
 
   /// The entries as `{1: True, 7: False}`, for reflection.
@@ -56,7 +64,8 @@ class CommunitySnapshot : public Mox::Entity<Snapshot, Mox::PtrInterface> {
 namespace RouteMap {
 
 /// Policy's copy of a list of large communities.
-class CommListSnapshot final : public CommunitySnapshot<CommListSnapshot, Acl::CommunityValue> {
+class CommListSnapshot final
+    : public CommunitySnapshotFlags<CommListSnapshot, Acl::CommunityValue> {
  public:
   static const Mox::Type type;
 };

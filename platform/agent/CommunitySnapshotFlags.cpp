@@ -1,4 +1,4 @@
-#include "agent/CommunitySnapshot.h"
+#include "agent/CommunitySnapshotFlags.h"
 
 namespace Routing::RouteMap {
 

@@ -1,0 +1,192 @@
+// Observers that come and go, also from inside their calls, also without memory.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+#include "Mox/Entity.h"
+#include "Mox/NotifieeList.h"
+#include "tests/AllocationCounter.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Mox::U32;
+
+class Shelf final : public Mox::Entity<Shelf, Mox::PtrInterface> {
+ public:
+  static const Mox::Type type;
+  struct NotifieeConst : Mox::Notifiee {
+    virtual void onBook(U32) {}
+    bool notifierIs(const Shelf::PtrConst& shelf) { return Notifiee::notifierIs(shelf); }
+  };
+  Mox::NotifieeList* notifieeList() const override { return &notifiees_; }
+  void bookIs(U32 book) {
+    notifiees_.deliver<NotifieeConst>([&](NotifieeConst& n) { n.onBook(book); });
+  }
+
+ private:
+  mutable Mox::NotifieeList notifiees_;
+};
+const Mox::Type Shelf::type{"test::Shelf", &Mox::PtrInterface::type, {}};
+
+struct Reader final : Shelf::NotifieeConst {
+  explicit Reader(const Shelf::PtrConst& shelf = nullptr) { notifierIs(shelf); }
+  ~Reader() override { notifierIs(nullptr); }
+  void onBook(U32 book) override {
+    ++heard;
+    if (act) act(book);
+  }
+  std::atomic<U32> heard = 0;
+  std::function<void(U32)> act;
+};
+
+/// Whether the condition comes to hold while a thread that should not wait has its time.
+bool soon(const std::function<bool()>& condition, std::chrono::milliseconds time = 10s) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  while (!condition() && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+  return condition();
+}
+
+// The first test: nothing has been counted yet in the process that dies.
+TEST(CountingDeathTest, FirstObjectOfAProcessAndOfAThreadNeedsNoMemoryToBeCounted) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto makeOne = [] {
+    const MemoryFor object(1);
+    Mox::makeNew<Shelf>();
+  };
+  const auto makeTwo = [&] {
+    makeOne();
+    std::thread(makeOne).join();
+    std::_Exit(Mox::allocationCount("test::Shelf").objects == 0 ? 0 : 1);
+  };
+  EXPECT_EXIT(makeTwo(), testing::ExitedWithCode(0), "");
+}
+
+TEST(Counting, FiguresHoldForMoreThreadsThanHaveBlocksOfTheirOwn) {
+  std::vector<std::thread> threads;
+  std::vector<Shelf::Ptr> shelves(100);
+  std::atomic<U32> made = 0;
+  for (Shelf::Ptr& shelf : shelves)
+    threads.emplace_back([&] {
+      shelf = Mox::makeNew<Shelf>();
+      soon([&, mine = ++made] { return mine == 0 || made == shelves.size(); });
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(Mox::allocationCount("test::Shelf").objects, shelves.size());
+  EXPECT_EQ(Mox::allocationCount("test::Shelf").octets, shelves.size() * sizeof(Shelf));
+  shelves.clear();
+  EXPECT_EQ(Mox::allocationCount("test::Shelf").octets, 0u);
+}
+
+TEST(Notifiee, HearsInOrderFromWhenItCameToWhenItWent) {
+  const auto shelf = Mox::makeNew<Shelf>();
+  Mox::String log;
+  Reader first(shelf), second(shelf), third;
+  std::optional<Reader> fourth(shelf);
+  first.act = [&](U32 book) {
+    log += "1";
+    if (book == 1) second.notifierIs(nullptr), third.notifierIs(shelf), shelf->bookIs(2);
+    if (book == 2) second.notifierIs(shelf);
+  };
+  second.act = [&](U32) { log += "2"; };
+  third.act = [&](U32) { log += "3"; };
+  fourth->act = [&](U32 book) {
+    log += "4";
+    if (book == 3) fourth.reset();  // in its own call
+  };
+  for (const U32 book : {1, 3, 4}) shelf->bookIs(book), log += " ";
+  EXPECT_EQ(log, "11434 1432 132 ");
+  EXPECT_FALSE(first.notifierIs(shelf)) << "observed already";
+  const auto other = Mox::makeNew<Shelf>();
+  EXPECT_TRUE(first.notifierIs(other));
+  shelf->bookIs(5);
+  EXPECT_EQ(first.heard, 4u);
+  other->bookIs(5);
+  EXPECT_EQ(first.heard, 5u);
+  EXPECT_EQ(other->references(), 2u) << "an observer keeps what it observes";
+}
+
+TEST(Notifiee, IsWaitedForThoughItHasGoneInsideItsOwnCall) {
+  const auto shelf = Mox::makeNew<Shelf>();
+  const auto reader = std::make_unique<Reader>(shelf);
+  std::atomic<bool> inside = false, ended = false, endedEarly = false;
+  reader->act = [&](U32) {
+    reader->notifierIs(nullptr);
+    inside = true;
+    endedEarly = soon([&] { return bool(ended); }, 100ms);
+  };
+  std::thread caller([&] { shelf->bookIs(1); });
+  ASSERT_TRUE(soon([&] { return bool(inside); }));
+  reader->notifierIs(nullptr);
+  ended = true;
+  caller.join();
+  EXPECT_FALSE(endedEarly);
+}
+
+TEST(Notifiee, MayGoFromInsideTwoCallsAtATime) {
+  const auto shelf = Mox::makeNew<Shelf>();
+  Reader reader(shelf);
+  std::atomic<U32> inside = 0;  // the threads' calls
+  reader.act = [&](U32) {
+    ++inside;
+    soon([&] { return inside == 2; });
+    reader.notifierIs(nullptr);
+  };
+  std::thread one([&] { shelf->bookIs(1); }), two([&] { shelf->bookIs(2); });
+  one.join();
+  two.join();
+  EXPECT_EQ(inside, 2u);
+  shelf->bookIs(3);
+  EXPECT_EQ(reader.heard, 2u);
+}
+
+TEST(Notifiee, HearsAndGoesWithoutMemoryAndStaysWhereItIs) {
+  const auto shelf = Mox::makeNew<Shelf>(), other = Mox::makeNew<Shelf>();
+  Reader reader(shelf), inner(other);
+  reader.act = [&](U32) { other->bookIs(1); };
+  {
+    const MemoryFor none(0);
+    shelf->bookIs(1);
+    inner.notifierIs(nullptr);
+    EXPECT_THROW(inner.notifierIs(shelf), std::bad_alloc);
+    reader.act = nullptr;
+    shelf->bookIs(2);
+  }
+  EXPECT_TRUE(reader.heard == 2 && inner.heard == 1);
+  EXPECT_TRUE(inner.notifierIs(shelf)) << "it is not deaf";
+  shelf->bookIs(3);
+  EXPECT_TRUE(reader.heard == 3 && inner.heard == 2);
+}
+
+// Threads that cause events, end the observation from inside and from outside, and destroy.
+TEST(Notifiee, ComesAndGoesUnderThreads) {
+  const auto shelf = Mox::makeNew<Shelf>(), other = Mox::makeNew<Shelf>();
+  std::atomic<bool> running = true;
+  std::vector<std::thread> callers;
+  for (int i = 0; i < 2; ++i)
+    callers.emplace_back([&] {
+      for (U32 book = 0; running; ++book) (book % 3 ? shelf : other)->bookIs(book);
+    });
+  U32 heard = 0;
+  for (U32 round = 0; round < 150; ++round) {
+    Reader reader;
+    std::vector<U32> own(100, round);
+    reader.act = [&](U32 book) {
+      for (const U32 number : own) ASSERT_EQ(number, round);
+      if (book % 2) reader.notifierIs(nullptr);
+    };
+    reader.notifierIs(shelf);
+    if (round % 4 == 0) soon([&] { return reader.heard > 0; });
+    if (round % 3 == 0) reader.notifierIs(other);
+    reader.notifierIs(nullptr);
+    heard += reader.heard;
+    own.assign(100, ~0u);
+  }
+  running = false;
+  for (std::thread& caller : callers) caller.join();
+  EXPECT_GT(heard, 30u);
+}
+
+}  // namespace
