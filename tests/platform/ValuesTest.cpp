@@ -6,11 +6,19 @@
 #include <limits>
 #include <sstream>
 
+#include "Mox/Entity.h"
 #include "Mox/Enum.h"
 #include "Mox/Exception.h"
+#include "Mox/IndexedQueue.h"
+#include "Mox/Trace.h"
+#include "Mox/ValueText.h"
 #include "Orv/HashMix.h"
 #include "Orv/MaybeU63.h"
+#include "Zonet/AutonomousSystem.h"
+#include "Zonet/Ip4Addr.h"
 #include "Zonet/Ip6Addr.h"
+#include "agent/CommunityValue.h"
+#include "agent/FeatureToggles.h"
 #include "agent/LinkBandwidth.h"
 #include "agent/Serialize.h"
 
@@ -116,6 +124,68 @@ TEST(Ip6Addr, ReadsEveryFormWritesTheCanonicalOneAndOrdersByOctets) {
   expectRefused<Mox::ParseException>(
       Ip6Addr({1}), {"", "1:2:3:4:5:6:7:8:9", "::1::", " ::1", "fe80::1%eth0", "192.0.2.1",
                      "::1\0"sv, "::1\0x"sv, "00000000000000000000000000000000000000000000::1"});
+}
+
+TEST(Texts, OfAddressesNumbersAndValues) {
+  const auto as = [](U32 number, bool asdot) {
+    return Zonet::AutonomousSystem(number).displayString(asdot);
+  };
+  EXPECT_EQ(as(65535, true) + " " + as(65536, true) + " " + as(65536, false), "65535 1.0 65536");
+  EXPECT_EQ(as(~0u, true) + " " + as(~0u, false), "65535.65535 4294967295");
+  EXPECT_EQ(Zonet::Ip4Addr(0xFF80007F).toStrep(), "255.128.0.127");
+  EXPECT_EQ(valueToStrep(Acl::CommunityValue(65000, 1, ~0u)), "65000:1:4294967295");
+  EXPECT_EQ(Mox::valueText("T", {{"a", "1"}, {"b", "True"}}), "Value('T', ** {'a': 1, 'b': True})");
+}
+
+TEST(FeatureToggles, DefaultHoldsUntilTheHostSaysOtherwise) {
+  using namespace Routing;
+  EXPECT_TRUE(getToggleState("Test", true) && !getToggleState("Test", false));
+  featureToggleIs("Test", true);
+  EXPECT_TRUE(getToggleState("Test", false));
+  featureToggleIs("Test", false);
+  EXPECT_FALSE(getToggleState("Test", true));
+  featureToggleDel("Test");
+  EXPECT_TRUE(getToggleState("Test", true));
+}
+
+TEST(Trace, GoesToStandardErrorUnlessTheHostTakesIt) {
+  static std::string taken;
+  Mox::traceSinkIs([](U32 level, std::string_view line) { (taken += char('0' + level)) += line; });
+  Mox::trace(9, "mine");
+  Mox::traceSinkIs(nullptr);
+  testing::internal::CaptureStderr();
+  Mox::trace(8, "yours");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "[8] yours\n");
+  EXPECT_EQ(taken, "9mine");
+}
+
+struct Named : Mox::Entity<Named, Mox::PtrInterface> {
+  static const Mox::Type type;
+  U32 number() const { return 7; }
+};
+const Mox::Type Named::type{"test::Named",
+                            &Mox::PtrInterface::type,
+                            {Mox::attribute<&Named::number>("number"), Mox::operation("numberIs")}};
+
+struct More final : Mox::Entity<More, Named> {
+  static const Mox::Type type;
+};
+const Mox::Type More::type{"test::More", &Named::type, {}};
+
+TEST(Type, IsFoundByNameAndReadsItsBasesAttributes) {
+  const auto named = Mox::makeNew<Named>();
+  EXPECT_TRUE(named->hasNotificationActive() && !named->deletionMark());
+  {
+    const Mox::Type derived("test::Derived", &Named::type, {}), again("test::Named", nullptr, {});
+    EXPECT_TRUE(derived.isA(Named::type) && derived.isA(derived) && !Named::type.isA(derived));
+    EXPECT_EQ(Mox::Type::find("test::Named"), &Named::type) << "the first stays";
+    EXPECT_EQ(Mox::Type::find("test::Derived"), &derived);
+  }
+  EXPECT_EQ(Mox::Type::find("test::Derived"), nullptr);
+  EXPECT_EQ(Mox::Type::find("test::Named"), &Named::type);
+  EXPECT_EQ(Mox::Type::read(*Mox::makeNew<More>(), "number"), "7");
+  EXPECT_THROW(Mox::Type::read(*named, "numberIs"), Mox::RangeException);
+  EXPECT_THROW(Mox::Type::read(*named, "none"), Mox::RangeException);
 }
 
 // A loop over the octets of a temporary walks a copy.
