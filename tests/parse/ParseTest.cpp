@@ -2,14 +2,15 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <map>
 #include <regex>
 #include <thread>
 
 #include "agent/FeatureToggles.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 #include "ip6/ExtCommIp6DedupTable.h"
-#include "parse/BgpParseExtComm.h"
 #include "tests/AllocationCounter.h"
+#include "tests/parse/Registered.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -44,33 +45,27 @@ std::string builtIp6(const BgpParseExtendedCommunityRule::Ptr& parser, U8 type, 
 TEST(Parsing, BuildsTheClassThatTheRulesSay) {
   const auto container = bgpParseExtCommContainerSmFactory();
   const auto bare = bgpParseExtendedCommunityRuleFactory(Control());
-  const struct {
-    U32 octets;
-    std::string with, without;  // the plug-ins
-  } rows[] = {{0x0002, "RouteTargetAs2 1", "AsNumber2 0"},
-              {0x0102, "RouteTargetIpv4Address 1", "Ipv4Address 0"},
-              {0x0202, "RouteTargetAs4 1", "AsNumber4 0"},
-              {0x0003, "RouteOriginAs2 2", "AsNumber2 0"},
-              {0x0103, "RouteOriginIpv4Address 2", "Ipv4Address 0"},
-              {0x0203, "RouteOriginAs4 2", "AsNumber4 0"},
-              {0x030b, "Color 8", "Subtyped 0"},
-              {0x030c, "TunnelEncap 4", "Subtyped 0"},
-              {0x030d, "DefaultGateway 5", "Subtyped 0"},
-              {0x4004, "LinkBandwidth2 7", "AsNumber2 0"},
-              {0x4300, "OriginValidationState 9", "Subtyped 0"},
-              // No sub-rule serves these; no rule the last three, two of them no members.
-              {0x0004, "AsNumber2 0", "AsNumber2 0"},
-              {0x4102, "Ipv4Address 0", "Ipv4Address 0"},
-              {0x4202, "AsNumber4 0", "AsNumber4 0"},
-              {0x8006, "Subtyped 0", "Subtyped 0"},
-              {0x8102, "Subtyped 0", "Subtyped 0"},
-              {0x8202, "Subtyped 0", "Subtyped 0"},
-              {0x0600, " 0", " 0"},
-              {0x0702, " 0", " 0"},
-              {0xFFFF, " 0", " 0"}};
-  for (const auto& [octets, with, without] : rows) {
-    EXPECT_EQ(built(container->extCommParser(), octets), with) << std::hex << octets;
-    EXPECT_EQ(built(bare, octets), without) << std::hex << octets;
+  std::map<U32, std::string> typed{{0x0002, "RouteTargetAs2 1"},
+                                   {0x0102, "RouteTargetIpv4Address 1"},
+                                   {0x0202, "RouteTargetAs4 1"},
+                                   {0x0003, "RouteOriginAs2 2"},
+                                   {0x0103, "RouteOriginIpv4Address 2"},
+                                   {0x0203, "RouteOriginAs4 2"},
+                                   {0x030b, "Color 8"},
+                                   {0x030c, "TunnelEncap 4"},
+                                   {0x030d, "DefaultGateway 5"},
+                                   {0x4004, "LinkBandwidth2 7"},
+                                   {0x4300, "OriginValidationState 9"}};
+  const std::string general[] = {" 0", "AsNumber2 0", "Ipv4Address 0", "AsNumber4 0", "Subtyped 0"};
+  const std::map<U32, int> types{{0x00, 1}, {0x01, 2}, {0x02, 3}, {0x03, 4}, {0x40, 1}, {0x41, 2},
+                                 {0x42, 3}, {0x43, 4}, {0x80, 4}, {0x81, 4}, {0x82, 4}};
+  for (U32 octets = 0; octets <= 0xFFFF; ++octets) {
+    const auto type = types.find(octets >> 8);
+    const auto& plain = general[type == types.end() ? 0 : type->second];
+    ASSERT_EQ(built(bare, octets), plain) << std::hex << octets;
+    ASSERT_EQ(built(container->extCommParser(), octets),
+              typed.try_emplace(octets, plain).first->second)
+        << std::hex << octets;
   }
   for (const auto& parser : {container->extCommParser(), bare})
     EXPECT_EQ(builtIp6(parser, 0x00, 2) + builtIp6(parser, 0x40, 2) + builtIp6(parser, 0x07, 2),
@@ -150,68 +145,59 @@ TEST(Rules, OutliveTheirRemovalWhileTheyAreAsked) {
 // Two threads at one registry without a lock: ThreadSanitizer would tell.
 TEST(Rules, EndOnAnyThreadOnceWithdrawn) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
-  const BgpParseExtendedCommunityRuleKey none;
   auto parser = bgpParseExtendedCommunityRuleFactory(Control(registry));
   parser->handleDel();
   std::thread elsewhere([last = std::move(parser)]() mutable { last = nullptr; });
   for (int i = 0; i < 1000; ++i) {
-    registry->extendedCommunityTypeRuleInstanceIs(none);
-    registry->extendedCommunityTypeRuleInstanceDel(none);
+    registry->extendedCommunityTypeRuleInstanceIs({});
+    registry->extendedCommunityTypeRuleInstanceDel({});
   }
   elsewhere.join();
-  // A key that was put back by hand is still taken out at the end.
   auto rule = Mox::makeNew<OpaqueRule>(Control(registry));
   rule->handleDel();
-  registry->extendedCommSubTypeTransOpaqueRuleInstanceIs(
-      BgpParseExtCommSubTypeTransOpaqueRuleKey(rule.get()));
+  registry->instanceIs(BgpParseExtCommSubTypeTransOpaqueRuleKey(rule.get()));
   rule = nullptr;
-  EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstance().empty());
+  EXPECT_EQ(registered(registry), 0u) << "a key that was put back by hand";
 }
 
+// Every rule that goes is held here: it is not its destructor that takes it out.
 TEST(Rules, TypeRulesAreWithdrawnWhenTheyGo) {
   const auto container = bgpParseExtCommContainerSmFactory();
   const auto parser = container->extCommParser();
   const auto registry = container->parseExtCommRuleCollections();
-
-  // A type that had no rule, one that has (and is held besides), and one that is no member.
-  const auto held = parser->typeRule(extCommPktTypeTransOpaque);
-  parser->typeRuleIs(held);
-  EXPECT_EQ(registry->extendedCommSubTypeTransOpaqueRuleInstance().size(), 1u) << "the same again";
+  const auto opaque = parser->typeRule(extCommPktTypeTransOpaque);
+  parser->typeRuleIs(opaque);
+  EXPECT_EQ(registered(registry), 13u) << "the same one again changes nothing";
+  // A type that had no rule, one that has, and one that is no member.
   for (const U32 type : {0x06, 0x03, 0x07})
     parser->typeRuleIs(Mox::makeNew<TypeMark>(Control(), BgpExtCommPktType(type)));
   EXPECT_EQ(built(parser, 0x0603) + built(parser, 0x030b) + built(parser, 0x0700),
             mark + mark + " 0");
-  EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstance().empty());
-
-  // The library's rule again: it has entered itself, and so been filled.
-  const auto again = Mox::makeNew<OpaqueRule>(parser->parseControl());
-  parser->typeRuleIs(again);
-  EXPECT_EQ(built(parser, 0x030b), "Color 8");
+  EXPECT_EQ(registered(registry), 12u);
+  parser->typeRuleIs(Mox::makeNew<OpaqueRule>(parser->parseControl()));
+  EXPECT_EQ(built(parser, 0x030b), "Color 8") << "it has entered itself, and so been filled";
 
   const auto removed = parser->typeRuleDel(extCommPktTypeTransIpv4Address);
   EXPECT_EQ(removed->pktType(), 0x01u);
-  EXPECT_TRUE(registry->extendedCommSubTypeTransIpv4AddressRuleInstance().empty());
+  EXPECT_EQ(registered(registry), 12u);
   EXPECT_FALSE(parser->typeRuleDel(extCommPktTypeTransIpv4Address));
+  const auto all = parser->typeRules();
   parser->typeRuleDelAll();
+  EXPECT_EQ(registered(registry), 2u);
   EXPECT_EQ(built(parser, 0x0102) + built(parser, 0x0002), " 0 0") << "valid, without a rule";
-  EXPECT_TRUE(registry->extendedCommSubTypeTransOpaqueRuleInstance().empty());
 
   const auto ip6 = parser->ip6TypeRuleDel(extCommIp6PktTypeTransIpv6Address);
-  EXPECT_EQ(ip6->pktType(), extCommIp6PktTypeTransIpv6Address);
-  EXPECT_TRUE(registry->extendedCommIp6SubTypeTransRuleInstance().empty());
-  const auto ip6Again = Mox::makeNew<BgpParseExtCommIp6TransRule>(parser->parseControl());
-  parser->ip6TypeRuleIs(ip6Again);
-  EXPECT_EQ(registry->extendedCommIp6SubTypeTransRuleInstance().size(), 1u);
+  EXPECT_EQ(registered(registry), 1u);
+  const auto again = Mox::makeNew<BgpParseExtCommIp6TransRule>(parser->parseControl());
+  parser->ip6TypeRuleIs(again);
+  EXPECT_EQ(registered(registry), 2u);
   parser->ip6TypeRuleDelAll();
-  EXPECT_TRUE(registry->extendedCommIp6SubTypeTransRuleInstance().empty());
   EXPECT_EQ(builtIp6(parser, 0x00, 2) + builtIp6(parser, 0x40, 2), "Ip6 0Ip6 0");
-
-  // The rule that no plug-in is offered: initialised, it is out of the registry, not in.
+  // The kind that no plug-in is offered: initialised, its rule is out of the registry, not in.
   const auto withheld = Mox::makeNew<BgpParseExtCommIp6NonTransRule>(parser->parseControl());
-  registry->extendedCommIp6SubTypeNonTransRuleInstanceIs(
-      BgpParseExtCommIp6SubTypeNonTransRuleKey(withheld.get()));
+  registry->instanceIs(BgpParseExtCommIp6SubTypeNonTransRuleKey(withheld.get()));
   withheld->handleInitialized();
-  EXPECT_TRUE(registry->extendedCommIp6SubTypeNonTransRuleInstance().empty());
+  EXPECT_EQ(registered(registry), 1u);
 }
 
 TEST(Rules, ANullIsRefused) {
@@ -219,15 +205,14 @@ TEST(Rules, ANullIsRefused) {
   const auto parser = container->extCommParser();
   const auto opaque = Mox::makeNew<OpaqueRule>(Control());
   const auto ip6 = Mox::makeNew<BgpParseExtCommIp6NonTransRule>(Control());
+  const char* const sms = "BgpParseExtCommContainerSm";
   const std::tuple<std::function<void()>, const char*, std::string> cases[] = {
       {[&] { parser->typeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule", "typeRule"},
       {[&] { parser->ip6TypeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule", "ip6TypeRule"},
       {[&] { opaque->subTypeRuleIs(nullptr); }, "BgpParseExtCommTransOpaqueRule", "subTypeRule"},
       {[&] { ip6->subTypeRuleIs(nullptr); }, "BgpParseExtCommIp6NonTransRule", "subTypeRule"},
-      {[&] { container->extCommParserSmsEnq(nullptr); }, "BgpParseExtCommContainerSm",
-       "extCommParserSms"},
-      {[&] { container->extCommParserSmsIs(0, nullptr); }, "BgpParseExtCommContainerSm",
-       "extCommParserSms"},
+      {[&] { container->extCommParserSmsEnq(nullptr); }, sms, "extCommParserSms"},
+      {[&] { container->extCommParserSmsIs(0, nullptr); }, sms, "extCommParserSms"},
       {[] { extCommDedupTableFactory(nullptr); }, "ExtCommDedupTable", "parseExtCommRule"},
       {[] { extCommIp6DedupTableFactory(nullptr); }, "ExtCommIp6DedupTable", "parseExtCommRule"}};
   for (const auto& [act, owner, attribute] : cases)
@@ -256,21 +241,18 @@ TEST(RulesDeathTest, MisuseEndsTheProcess) {
 TEST(Container, HasItsPluginsInOrderAndTheirSubRules) {
   const auto container = bgpParseExtCommContainerSmFactory();
   const auto parser = container->extCommParser();
-  std::vector<const Mox::PtrInterface*> made{&*container, &*parser, &*container->extCommCache(),
-                                             &*container->parseExtCommRuleCollections()};
-  std::string text = Mox::Type::read(*container, "extCommParserSms");
-  for (const auto& [index, sm] : container->extCommParserSms()) made.push_back(&*sm);
-  for (const auto& rule : parser->typeRules()) {
-    text += "; " + Mox::Type::read(*rule, "subTypeRule");
-    made.push_back(&*rule);
-  }
-  for (const auto& rule : parser->ip6TypeRules()) made.push_back(&*rule);
-  const auto opaque = parser->typeRule(extCommPktTypeTransOpaque);
-  for (const auto& rule : static_cast<const OpaqueRule&>(*opaque).subTypeRules())
-    made.push_back(&*rule);
-  EXPECT_EQ(made.size(), 4u + 7 + 11 + 2 + 3);
-  for (const Mox::PtrInterface* const object : made)
+  for (const Mox::PtrInterface* object : std::initializer_list<const Mox::PtrInterface*>{
+           &*container, &*parser, &*container->extCommCache(),
+           &*container->parseExtCommRuleCollections(),
+           &*parser->ip6TypeRule(extCommIp6PktTypeTransIpv6Address)})
     EXPECT_TRUE(object->hasNotificationActive()) << object->fwkType().name();
+  for (const auto& [index, sm] : container->extCommParserSms())
+    EXPECT_TRUE(sm->hasNotificationActive()) << index;
+  std::string text = Mox::Type::read(*container, "extCommParserSms");
+  for (const auto& rule : parser->typeRules()) {
+    EXPECT_TRUE(rule->hasNotificationActive());
+    text += "; " + Mox::Type::read(*rule, "subTypeRule");
+  }
   const std::regex common("Routing::Bgp::BgpParseExtCom(m|SubType)");
   EXPECT_EQ(std::regex_replace(text, common, ""),
             "0: RouteOriginSm, 1: RouteTargetSm, 2: TunnelEncapSm, 3: DefaultGatewaySm, "
@@ -289,13 +271,12 @@ TEST(Container, WithdrawsTheParserThatItReplaces) {
   const auto old = container->extCommParser();
   EXPECT_EQ(container->extCommParserIs(Control(registry)), old) << "an equal control";
   const auto bare = container->extCommParserIs(Control());
-  EXPECT_TRUE(registry->extendedCommunityTypeRuleInstance().empty());
-  EXPECT_TRUE(registry->extendedCommSubTypeNonTransOpaqueRuleInstance().empty());
+  EXPECT_EQ(registered(registry), 0u);
   EXPECT_EQ(built(old, 0x030b), "Color 8");
   EXPECT_EQ(built(bare, 0x030b), "Subtyped 0");
   const auto last = container->extCommParserIs(Control(registry));
   EXPECT_EQ(container->extCommParserDel(), last);
-  EXPECT_TRUE(registry->extendedCommunityTypeRuleInstance().empty());
+  EXPECT_EQ(registered(registry), 0u);
   EXPECT_FALSE(container->extCommParserDel());
   EXPECT_EQ(container->parseExtCommRuleCollectionsDel(), registry);
   EXPECT_FALSE(container->parseExtCommRuleCollections());
