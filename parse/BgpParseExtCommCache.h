@@ -8,8 +8,8 @@
 //     cache->insert(content.value(), text, asdot);
 //   }
 //
-// 1. The two notations of AS numbers, plain and asdot, have a text each. All users of a cache must
-//    choose alike in everything else that shapes a text: the cache does not tell such texts apart.
+// 1. The two notations of AS numbers, plain and asdot, have a text each. REQUIRES: all users of a
+//    cache choose alike in everything else that shapes a text.
 // 2. Texts stay until they are deleted. The size has no limit.
 // 3. An empty text that was inserted is found like none.
 //

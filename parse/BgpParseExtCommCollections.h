@@ -70,7 +70,7 @@ class BgpParseExtCommRuleCollections final
   /// Heard once, as a change of the whole collection.
   template <class Kind>
   void instanceDelAll();
-  /// Removes a key unheard: a rule inside its destructor must not be named to anybody.
+  /// Removes a key unheard, that of a rule inside its destructor: nobody may use such a rule.
   template <class Kind>
   void instanceForget(const BgpParseExtCommRuleKey<Kind>& key) {
     std::get<Keys<Kind>>(collections_).erase(key);

@@ -1,5 +1,6 @@
-// A parser plug-in from outside the library: the EVPN router's MAC (RFC 9135, section 8.1), which
-// the library itself leaves general. Nothing else is needed than this file and one line:
+// A parser plug-in from outside the library: the EVPN router's MAC (RFC 9135, section 8.1), of
+// which the library itself only makes a general object. This file and one line are all that it
+// takes:
 //
 //   container->extCommParserSmsEnq(
 //       Mox::makeNew<EvpnRouterMacSm>(container->parseExtCommRuleCollections()));
@@ -14,14 +15,20 @@ namespace example {
 
 using namespace Routing::Bgp;
 
-/// The value: its classification and its two texts.
+/// The value: its classification, its attribute and its two texts.
 class EvpnRouterMac final : public Mox::Entity<EvpnRouterMac, ExtCommSubtyped> {
  public:
-  inline static const Mox::Type type{"example::EvpnRouterMac", &ExtCommSubtyped::type, {}};
+  static const Mox::Type type;  // see below
 
   explicit EvpnRouterMac(const ExtCommContent& content)
       : Entity(extCommClassificationEvpn, content) {}
 
+  /// `00:50:56:00:00:01`
+  Mox::String mac() const {
+    CommText text;
+    appendMac(text);
+    return text.str();
+  }
   void formatDerivedType(std::ostream& stream) const override {
     CommText text;
     appendMac(text << "<EvpnRouterMac ");
@@ -43,9 +50,14 @@ class EvpnRouterMac final : public Mox::Entity<EvpnRouterMac, ExtCommSubtyped> {
   }
 };
 
-/// The rule: the library has none for this type, so the plug-in brings a whole one. A null leaves
-/// the content to the parser, which makes the general object of it. A type has one rule: a second
-/// plug-in for another subtype of the type would replace this one, so one plug-in serves them all.
+/// The reflection of the value. A class without attributes writes it inside itself, as the rule
+/// below does. An attribute names a member, so this stands where the class is complete.
+inline const Mox::Type EvpnRouterMac::type{
+    "example::EvpnRouterMac", &ExtCommSubtyped::type, {Mox::attribute<&EvpnRouterMac::mac>("mac")}};
+
+/// The rule: the library has none for this type, so the plug-in brings a whole one. Null leaves the
+/// content to the parser, which makes a general object of it. A type has one rule: a second plug-in
+/// with a rule for the same type would replace this one, so one rule serves all its subtypes.
 class EvpnRule final : public Mox::Entity<EvpnRule, BgpParseExtendedCommunityTypeRuleBase> {
  public:
   inline static const Mox::Type type{

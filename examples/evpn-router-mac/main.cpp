@@ -13,7 +13,10 @@ static void print(const BgpParseExtendedCommunityRule& parser, const ExtCommCont
   const ExtComm::StrepFormat format(strepFormatClassification | strepFormatUI);
   std::cout << content << ' ' << comm->fwkType().name() << ' '
             << stringValue(comm->classification()) << ' ' << comm->toStrepForPolicy(format) << ' '
-            << *comm << '\n';
+            << *comm;
+  if (comm->fwkType().isA(example::EvpnRouterMac::type))
+    std::cout << " mac=" << Mox::Type::read(*comm, "mac");
+  std::cout << '\n';
 }
 
 int main(int count, char** arguments) {
