@@ -12,8 +12,8 @@
 //    later fills the rules that are there.
 // 3. A parser that is held longer than its container goes on parsing in the same way.
 //
-// Threads: container, registry and plug-ins belong to one thread. Any thread may parse, and drop the
-// parser last once it was withdrawn; see BgpParseExtCommRules.h.
+// Threads: container, registry and plug-ins belong to one thread. Any thread may parse, and drop
+// the parser last once it was withdrawn; see BgpParseExtCommRules.h.
 #pragma once
 
 #include "Mox/IndexedQueue.h"

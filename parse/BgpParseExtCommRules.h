@@ -17,9 +17,9 @@
 // 4. A type rule enters itself in the registry at the end of its constructor, which makes plug-ins
 //    fill it. `handleDel` takes it out, and so does its destructor if that was not called.
 //
-// Threads: rules may be used from any thread as long as nobody installs or removes any. The end of a
-// rule that is still in the registry changes the registry, which has no lock.
-// REQUIRES: the last reference of a rule that was not withdrawn goes on the registry's thread.
+// Threads: rules may be used from any thread as long as nobody installs or removes any. The end of
+// a rule that is still in the registry changes the registry, which has no lock. REQUIRES: the last
+// reference of a rule that was not withdrawn goes on the registry's thread.
 #pragma once
 
 #include "parse/BgpParseExtCommCollections.h"
