@@ -15,7 +15,7 @@
 
 static int arraysUntilNoMemory = -1;  // negative: memory does not end
 
-// The arrays of a table are all that asks in this way.
+// Replaced for the whole program, in which only the arrays of tables are allocated in this way.
 void* operator new[](std::size_t octets, const std::nothrow_t&) noexcept {
   return arraysUntilNoMemory < 0 || arraysUntilNoMemory-- > 0 ? ::operator new[](octets) : nullptr;
 }
@@ -23,7 +23,7 @@ void* operator new[](std::size_t octets, const std::nothrow_t&) noexcept {
 namespace interning {
 namespace {
 
-// The least that a handle can be.
+// The smallest handle. It claims to be a member whatever its state word says.
 struct Plain final : Orv::DedupHandle {
   U32 hash() const override { return 0; }
   bool compare(const Orv::DedupHandle* other) const override { return other == this; }
