@@ -106,7 +106,7 @@ class Screen {
     ::close(descriptor_);
     ::close(slave_);
   }
-  /// Whether the text comes within ten seconds, at once if none is given.
+  /// Whether the text comes within ten seconds.
   bool shows(const std::string& text) {
     pollfd waiting{descriptor_, POLLIN, 0};
     while (got_.find(text) == got_.npos && ::poll(&waiting, 1, 10'000) > 0) {
@@ -124,22 +124,30 @@ class Screen {
   std::string got_;
 };
 
-TEST_F(Terminal, NoProgressLineIsLeftWhenASignalEndsTheTool) {
+TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
   Bytes paths;
   while (paths.size() < 600'000) paths += onePath();
   const TemporaryFile file(paths);
   ::setenv("PATHS", file.name().c_str(), 1);
-  for (const int signal : {SIGTERM, SIGHUP}) {
+  std::string faces;
+  for (int i = 0; i < 40; ++i) faces += "\U0001f600";
+  const std::pair<int, std::string> cases[] = {{SIGTERM, std::string(99, 'a')}, {SIGHUP, faces}};
+  for (const auto& [signal, name] : cases) {
+    ::setenv("PIPE", (file.name() + name).c_str(), 1);
     Screen screen;
     FILE* const script = ::popen(
-        "exec 2>&-; mkfifo $PATHS.in\n"
-        "(cat $PATHS; sleep 0.2; cat $PATHS; exec sleep 9) >$PATHS.in &"
-        "\"$BGPCOMM\" summary $PATHS.in >/dev/null 2>$SCREEN & echo $!\n"
-        "wait $!; echo $?; rm $PATHS.in",
+        "exec 2>&-; mkfifo $PIPE\n"
+        "(cat $PATHS; sleep 0.2; cat $PATHS; exec sleep 9) >$PIPE &"
+        "\"$BGPCOMM\" summary $PIPE >/dev/null 2>$SCREEN & echo $!\n"
+        "wait $!; echo $?; rm $PIPE",
         "r");
     int tool = 0, code = 0;
     ASSERT_EQ(std::fscanf(script, "%d", &tool), 1);
     EXPECT_TRUE(screen.shows("paths/s\033[K"));
+    // As wide as the terminal but for the last column; no character is cut.
+    const std::string line = screen.got().substr(0, screen.got().find('\033'));
+    EXPECT_EQ(line.substr(0, 5), '\r' + name.substr(0, 4));
+    EXPECT_TRUE(name == faces ? line.size() <= 80 : line.size() == 80) << line;
     ::kill(tool, signal);
     ASSERT_EQ(std::fscanf(script, "%d", &code), 1);
     ::pclose(script);
