@@ -54,7 +54,7 @@ class Watcher final : public Collection::NotifieeConst {
   std::string time_;
 };
 
-/// The paths as their peers have last announced them, and of each its extended communities.
+/// The paths as their peers have last announced them, each with its extended communities.
 class Replay {
  public:
   explicit Replay(const ExtCommListDedupTable::Ptr& lists) : lists_(lists) {}
@@ -105,7 +105,7 @@ int runWatchRt(const Options& options) {
                                          values.faults.add(Fault::linkBandwidth);
                                      },
                                      {.showProgress = false, .updates = PathCutter::Updates::all});
-  watcher.notifierIs(nullptr);  // what is left is not going, only no longer watched
+  watcher.notifierIs(nullptr);  // sets that are left do not go; nobody watches them any more
   reportMalformed(options.file, result);
   return result.failed ? exitBadData : 0;
 }
