@@ -253,21 +253,25 @@ TEST(Plugins, TraceWhatTheyInstallAtLevel8) {
       << lines;
 }
 
+std::string cache() {
+  return Mox::allocationCount("BgpShowCli::ExtCommCache").objects ? "cache " : "";
+}
 // A type rule that says when it goes, and whether the cache was still there.
 struct Witness final : BgpParseExtendedCommunityTypeRuleBase {
   explicit Witness(const Control& control)
       : BgpParseExtCommTypeRuleBase(control, extCommPktTypeTransEvpn) {}
-  ~Witness() override {
-    heard += Mox::allocationCount("BgpShowCli::ExtCommCache").objects ? "rules cache " : "rules ";
-  }
+  ~Witness() override { heard += "rules " + cache(); }
 };
 
 TEST(Container, GoesInOrderAndUnheard) {
   for (const bool held : {true, false}) {
     auto container = bgpParseExtCommContainerSmFactory();
     const auto registry = container->parseExtCommRuleCollections();
-    for (const char* name : {"a", "b"})
-      container->extCommParserSmsEnq(Mox::makeNew<EveryKindSm>(registry, name));
+    for (const char* name : {"a", "b"}) {
+      const auto sm = Mox::makeNew<EveryKindSm>(registry, name);
+      sm->atEnd = [] { heard += cache(); };  // gone by then
+      container->extCommParserSmsEnq(sm);
+    }
     auto parser = container->extCommParser();
     parser->typeRuleIs(Mox::makeNew<Witness>(Control(registry)));
     if (!held) parser = nullptr;
