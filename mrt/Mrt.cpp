@@ -21,7 +21,7 @@ std::optional<std::size_t> addressSize(U16 afi) {
 
 /// The form of a subtype of TABLE_DUMP_V2.
 struct RibForm {
-  AddressFamily family;  ///< afi 0: the record says.
+  AddressFamily addressFamily;  ///< afi 0: the record says.
   bool addPath;
 };
 std::optional<RibForm> ribForm(U16 subtype) {
@@ -157,7 +157,7 @@ bool PathCutter::startTableDump(const Record& record) {
   const U8 length = in_.u8();
   in_.take(1);
   path_.fromTable = true;
-  path_.family = {record.subtype, safiUnicast};
+  path_.addressFamily = {record.subtype, safiUnicast};
   path_.seconds = in_.u32();
   path_.peer.address = in_.take(*size);
   path_.peer.asNumber = in_.u16();
@@ -176,7 +176,7 @@ bool PathCutter::startTableDumpV2(const Record& record) {
   constexpr U16 peerIndexTable = 1;
   if (record.subtype == peerIndexTable) return readPeers();
   const std::optional<RibForm> form = ribForm(record.subtype);
-  return !form || startEntries(form->family, form->addPath);
+  return !form || startEntries(form->addressFamily, form->addPath);
 }
 
 //   sequence 4, prefix, count 2, then the entries
@@ -189,7 +189,7 @@ bool PathCutter::startEntries(AddressFamily family, bool addPath) {
   const std::optional<Octets> nlri = takeNlri(in_, family);
   if (!nlri) return false;
   path_.fromTable = true;
-  path_.family = family;
+  path_.addressFamily = family;
   path_.nlri = *nlri;
   entryIds_ = addPath;
   entries_ = in_.u16();
@@ -253,7 +253,7 @@ bool PathCutter::startBgp4mp(const Record& record) {
   if (form->stateChange) return readStateChange();
   path_.sent = form->sent;
   path_.addPath = form->addPath;
-  path_.family = {afiIpv4, safiUnicast};
+  path_.addressFamily = {afiIpv4, safiUnicast};
   return in_ && size && startMessage();
 }
 

@@ -127,7 +127,7 @@ struct Path {
   /// With ADD-PATH (RFC 7911): of the message's prefixes each carries its own identifier.
   bool addPath = false;
   /// Of the prefixes in `nlri` and `withdrawn`.
-  AddressFamily family;
+  AddressFamily addressFamily;
   std::optional<U32> pathId;  ///< of a RIB entry
   /// The encoded prefix of a RIB entry, or the IPv4 prefixes at the end of an UPDATE. `Nlri.h`
   /// reads these and those in the attributes.

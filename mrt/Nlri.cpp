@@ -149,13 +149,13 @@ std::string timeText(const Path& path) {
 
 PrefixReader::PrefixReader(const Path& path, Octets nlri, U8 attribute)
     : attributes_(path.attributes), attribute_(attribute), messageAddPath_(path.addPath) {
-  start(nlri, path.family);
+  start(nlri, path.addressFamily);
 }
 
 PrefixReader PrefixReader::announced(const Path& path) {
   if (!path.fromTable) return PrefixReader(path, path.nlri, mpReach);
   PrefixReader reader(path, {}, 0);
-  reader.prefix_ = {path.family, path.nlri, path.pathId};
+  reader.prefix_ = {path.addressFamily, path.nlri, path.pathId};
   reader.single_ = true;
   return reader;
 }
@@ -194,7 +194,7 @@ const Prefix* PrefixReader::next() {
   while (in_.atEnd())
     if (!startAttribute()) return nullptr;
   if (addPath_) prefix_.pathId = in_.u32();
-  if (const std::optional<Octets> nlri = takeNlri(in_, prefix_.family)) {
+  if (const std::optional<Octets> nlri = takeNlri(in_, prefix_.addressFamily)) {
     prefix_.nlri = *nlri;
     return &prefix_;
   }

@@ -2,7 +2,7 @@
 // other, and their texts.
 //
 //   PrefixReader prefixes = PrefixReader::announced(*path);
-//   while (const Prefix* prefix = prefixes.next()) std::cout << nlriText(prefix->family,
+//   while (const Prefix* prefix = prefixes.next()) std::cout << nlriText(prefix->addressFamily,
 //   prefix->nlri); if (prefixes.cutShort()) ...
 //
 // Threads: a reader is used by one thread at a time; functions by any.
@@ -16,7 +16,7 @@
 namespace Routing::Mrt {
 
 struct Prefix {
-  AddressFamily family;
+  AddressFamily addressFamily;
   Octets nlri;                ///< as encoded, its length included, the path identifier not
   std::optional<U32> pathId;  ///< with ADD-PATH (RFC 7911)
 };

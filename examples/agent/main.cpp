@@ -99,7 +99,7 @@ void append(std::string& octets, Mrt::Octets more) { octets.append(more.begin(),
 std::string pathName(const Mrt::Peer& peer, const Mrt::Prefix& prefix) {
   std::string name;
   for (const U32 number : {peer.asNumber, U32(prefix.pathId.has_value()), prefix.pathId.value_or(0),
-                           U32(prefix.family.afi) << 16 | prefix.family.safi})
+                           U32(prefix.addressFamily.afi) << 16 | prefix.addressFamily.safi})
     append(name, std::bit_cast<std::array<U8, 4>>(number));
   name += char(peer.address.size());
   append(name, peer.address);

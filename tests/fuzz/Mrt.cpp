@@ -10,7 +10,9 @@ namespace {
 
 void askEverything(const Path& path, const KindTables& tables) {
   std::string text = addressText(path.peer.address);
-  const auto addText = [&](const Prefix& prefix) { text += nlriText(prefix.family, prefix.nlri); };
+  const auto addText = [&](const Prefix& prefix) {
+    text += nlriText(prefix.addressFamily, prefix.nlri);
+  };
   visitPrefixes(path, addText);
   visitWithdrawn(path, addText);
   const CommunityValues values = findCommunities(path.attributes);

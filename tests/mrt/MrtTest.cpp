@@ -2,6 +2,7 @@
 
 #include "TestOctets.h"
 #include "mrt/Nlri.h"
+#include "mrt/PathKey.h"
 
 namespace Routing::Mrt {
 namespace {
@@ -16,7 +17,7 @@ std::string pathText(const Path& path) {
   if (path.microseconds) text += " us=" + std::to_string(*path.microseconds);
   const auto addTo = [&text](const char* before) {
     return [&text, before](const Prefix& prefix) {
-      text += before + nlriText(prefix.family, prefix.nlri);
+      text += before + nlriText(prefix.addressFamily, prefix.nlri);
       if (prefix.pathId) text += '#' + std::to_string(*prefix.pathId);
     };
   };
@@ -184,6 +185,39 @@ TEST(Mrt, TakesPrefixesOfEveryForm) {
       ASSERT_EQ(taken.has_value(), size >= prefix.size()) << digits << ' ' << size;
       EXPECT_EQ(hex(taken.value_or(view(prefix))), hex(view(prefix)));
     }
+  }
+}
+
+TEST(Mrt, TakesPrefixesApart) {
+  const struct {
+    AddressFamily addressFamily;
+    const char *nlri, *fields;
+    bool withdrawn = false;
+  } cases[] = {
+      {{1, 1}, "0d 0b0d", " 13 0b080000"},  // the last bits mean nothing
+      {{2, 2}, "20 20010db8", " 32 20010db8"},
+      {{1, 1}, "00", " 0 00000000"},
+      {{1, 4}, "30 000641 0a0102", "000641 24 0a010200"},
+      {{1, 4}, "48 000640 000651 0a0102", "000640000651 24 0a010200"},  // two, the second the last
+      {{1, 4}, "30 800000 0a0102", "800000 24 0a010200", true},
+      {{1, 4}, "30 000641 0a0103", "000641 24 0a010300", true},
+      {{1, 128}, "6f 000641 0000fde800000064 0a0103", "000641/0000fde800000064 23 0a010200"},
+      {{1, 128}, "60 800000 0000fde800000064 0a", "800000/0000fde800000064 8 0a000000", true},
+      {{1, 129}, "48 0000fde800000065 0a", "/0000fde800000065 8 0a000000"},
+      {{1, 128}, "57 000641 0000fde800000064", "none"},  // shorter than label and distinguisher
+      {{1, 4}, "40 000641 0a01020304", "none"},          // 40 bits of IPv4
+      {{1, 132}, "00", "none"},
+      {{25, 128}, "00", "none"}};
+  for (const auto& c : cases) {
+    const Bytes nlri = octets(c.nlri);
+    const auto fields = ipPrefix({c.addressFamily, view(nlri), {}}, c.withdrawn);
+    std::string text = "none";
+    if (fields) {
+      text = hex(fields->labels);
+      if (!fields->routeDistinguisher.empty()) text += '/' + hex(fields->routeDistinguisher);
+      text += ' ' + std::to_string(fields->length) + ' ' + hex(Octets(fields->address).first(4));
+    }
+    EXPECT_EQ(text, c.fields) << c.nlri;
   }
 }
 

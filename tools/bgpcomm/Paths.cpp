@@ -70,7 +70,7 @@ class PathPrinter {
     };
     const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
       separate();
-      line += nlriText(prefix.family, prefix.nlri);
+      line += nlriText(prefix.addressFamily, prefix.nlri);
       if (prefix.pathId) line += '#' + std::to_string(*prefix.pathId);
     });
     if (!whole) separate(), line += '?';
@@ -98,7 +98,7 @@ class PathPrinter {
     object["peerAs"] = path.peer.asNumber;
     nlohmann::ordered_json prefixes = nlohmann::ordered_json::array();
     const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
-      nlohmann::ordered_json entry = {{"prefix", nlriText(prefix.family, prefix.nlri)}};
+      nlohmann::ordered_json entry = {{"prefix", nlriText(prefix.addressFamily, prefix.nlri)}};
       if (prefix.pathId) entry["pathId"] = *prefix.pathId;
       prefixes.push_back(std::move(entry));
     });

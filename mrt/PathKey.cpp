@@ -1,8 +1,9 @@
-#include "PathKey.h"
+#include "mrt/PathKey.h"
 
 #include <algorithm>
+#include <optional>
 
-namespace bgpcomm {
+namespace Routing::Mrt {
 namespace {
 
 constexpr U16 afiL2vpn = 25;
@@ -29,13 +30,6 @@ std::size_t labelsSize(Octets octets, bool withdrawn) {
   for (std::size_t size = labelSize; !withdrawn && size <= octets.size(); size += labelSize)
     if (octets[size - 1] & 1) return size;
   return labelSize;
-}
-
-std::string labelledKey(Octets nlri, bool withdrawn) {
-  const Octets octets = nlri.subspan(1);
-  const std::size_t labels = labelsSize(octets, withdrawn);
-  if (nlri[0] < 8 * labels || octets.size() < labels) return std::string(asText(nlri));
-  return prefixKey(unsigned(nlri[0] - 8 * labels), octets.subspan(labels));
 }
 
 /// Fields that do not fit leave the octets as they are.
@@ -75,21 +69,37 @@ std::string evpnKey(Octets nlri) {
 
 }  // namespace
 
+std::optional<IpPrefix> ipPrefix(const Prefix& prefix, bool withdrawn) {
+  const auto [afi, safi] = prefix.addressFamily;
+  const bool plain = safi == safiUnicast || safi == safiMulticast;
+  const bool labels = safi == safiLabels || safi == safiVpn;
+  const bool distinguisher = safi == safiVpn || safi == safiVpnMulticast;
+  if ((afi != afiIpv4 && afi != afiIpv6) || !(plain || labels || distinguisher))
+    return std::nullopt;
+
+  Cursor in(prefix.nlri);
+  const unsigned bits = in.u8();
+  IpPrefix fields;
+  if (labels) fields.labels = in.take(labelsSize(in.left(), withdrawn));
+  if (distinguisher) fields.routeDistinguisher = in.take(distinguisherSize);
+  const std::size_t before = 8 * (fields.labels.size() + fields.routeDistinguisher.size());
+  const Octets address = in.left();
+  if (!in || bits < before || bits - before > (afi == afiIpv4 ? 32 : 128)) return std::nullopt;
+  fields.length = U8(bits - before);
+  std::copy(address.begin(), address.end(), fields.address.begin());
+  if (const unsigned rest = fields.length % 8)
+    fields.address[fields.length / 8] &= U8(0xff00 >> rest);
+  return fields;
+}
+
 std::string nlriKey(const Prefix& prefix, bool withdrawn) {
-  const auto [afi, safi] = prefix.family;
+  const auto [afi, safi] = prefix.addressFamily;
   if (afi == afiL2vpn && safi == safiEvpn) return evpnKey(prefix.nlri);
-  if (afi != afiIpv4 && afi != afiIpv6) return std::string(asText(prefix.nlri));
-  switch (safi) {
-    case safiUnicast:
-    case safiMulticast:
-      return prefixKey(prefix.nlri[0], prefix.nlri.subspan(1));
-    case safiLabels:
-    case safiVpn:
-    case safiVpnMulticast:
-      return labelledKey(prefix.nlri, withdrawn);
-    default:
-      return std::string(asText(prefix.nlri));
-  }
+  const std::optional<IpPrefix> fields = ipPrefix(prefix, withdrawn);
+  if (!fields) return std::string(asText(prefix.nlri));
+  std::string key(asText(fields->routeDistinguisher));
+  key += char(fields->length);
+  return key.append(fields->address.begin(), fields->address.end());
 }
 
 std::string peerKey(const Peer& peer) {
@@ -99,9 +109,9 @@ std::string peerKey(const Peer& peer) {
 }
 
 std::string pathKey(const Path& path, const Prefix& prefix, bool withdrawn) {
-  return peerKey(path.peer) + numberKey(path.sent, 1) + numberKey(prefix.family.afi, 2) +
-         numberKey(prefix.family.safi, 1) + numberKey(prefix.pathId.has_value(), 1) +
+  return peerKey(path.peer) + numberKey(path.sent, 1) + numberKey(prefix.addressFamily.afi, 2) +
+         numberKey(prefix.addressFamily.safi, 1) + numberKey(prefix.pathId.has_value(), 1) +
          numberKey(prefix.pathId.value_or(0), 4) + nlriKey(prefix, withdrawn);
 }
 
-}  // namespace bgpcomm
+}  // namespace Routing::Mrt
