@@ -1,4 +1,4 @@
-// What only one kind of flat list has: names, flags, notations, snapshots; and known lists of each.
+// Standard and large lists, each by itself: names, flags, notations, snapshots, known lists.
 #include <gtest/gtest.h>
 
 #include <iomanip>
@@ -104,8 +104,69 @@ TEST(LargeCommList, TextsHashAndWireOfKnownLists) {
                                            "\0\1\0\0\0\0\0\0\0\0\0\0"
                                            "\xFA\x56\xEA\0\0\0\0\5\0\0\0\6",
                                            39));
+  std::ostringstream out;
+  out << std::hex << std::setw(40) << list << LargeCommList::PtrConst();
+  EXPECT_EQ(out.str(), list->toStrep());
   EXPECT_EQ(list->commSnapshot()->toStrep(),
             "{65000:1:2: True, 65536:0:0: True, 4200000000:5:6: True}");
+}
+
+// Programs and people find these by name. A class has them besides those of its base.
+const char reflected[] = R"(
+ExtCommContent : value hash ;
+ExtComm : classification content pktType pktSubtype transitive toStrep toStrepForPolicy
+  formatDerivedType formatSubtype formatCommunityValue hash compare compareByContent ;
+ExtCommAsNumber : fourByteAs asNumber localAdmin2Octets localAdmin4Octets formatAsNumber ;
+ExtCommIpv4Address : ipv4Address localAdmin ;
+ExtCommLinkBandwidth : bandwidth ;
+ExtCommTunnelEncap : tunnelType ;
+ExtCommColor : color firstCoBit secondCoBit ;
+ExtCommOriginValidationState : state ;
+ExtComm::StrepFormat : value valueIs ;
+ExtCommDedupTable : dedupHashTable parseExtCommRule handleInitialized dumpState ;
+ExtCommIp6Content : type subtype addr localAdmin ExtCommIp6Content ;
+ExtCommIp6 : classification content pktType pktSubtype transitive toStrep toStrepForPolicy
+  formatDerivedType formatSubtype hash compare compareByContent ;
+ExtCommIp6::StrepFormat : value valueIs ;
+ExtCommIp6DedupTable : dedupHashTable parseExtCommRule handleInitialized dumpState ;
+CommList : comm commVectorSorted noExport noAdvertise noExportSubconfed commsStringForm
+  commsWellKnownStringForm empty comms commIs commSnapshot getStringValue wellKnownName dedup
+  serialize hash compare ;
+LargeCommList : comm commVectorSorted commsStringForm displayString getStringValue empty comms commIs
+  commSnapshot dedup serialize hash compare ;
+ExtCommList : comm classificationList commVectorSorted totalCommunities totalTransitiveCommunities
+  comms empty commsStringForm toStrep hash commIs append appendClassificationList
+  expectedCommunityCountIs sortComms lookupExtComm commSnapshot dedup serialize
+  sendNonTransExtComms compare snapshot commsWithoutClassificationStringForm getStringValue ;
+ExtCommIp6List : comm classificationList commVectorSorted totalCommunities
+  totalTransitiveCommunities comms empty commsStringForm toStrep hash commIs append
+  appendClassificationList expectedCommunityCountIs sortComms lookupExtComm commSnapshot dedup
+  serialize sendNonTransExtComms compare ;
+ExtCommClassificationList : classification comm comms commVectorSorted toStrep hash commIs compare
+  commSnapshot dedup ;
+RtExtCommClassificationList : lifeTimeNotifier ;
+ExtCommIp6ClassificationList : classification comm comms commVectorSorted toStrep hash commIs compare
+  commSnapshot dedup ;
+CommListSnapshot : comm ;
+ExtCommListSnapshot : classificationList comm ;
+ExtCommClassificationListSnapshot : classification comm ;
+ExtCommIp6ListSnapshot : classificationList comm ;
+ExtCommIp6ClassificationListSnapshot : classification comm ;
+CommListDedupTableBase : initDedupTable dedupHashTable dedup dumpState ;
+ExtCommListDedupTable : extCommClassificationListDedupTable notifyingRtExtCommListCollection
+  rtExtCommListLifeTimeNotifiee rtExtCommClassificationListDedupTable handleInitialized ;
+ExtCommIp6ListDedupTable : extComm extCommClassification handleInitialized ;
+)";
+
+TEST(Reflection, KnowsValuesListsAndTablesByName) {
+  std::istringstream in(reflected);
+  for (Mox::String type, name; in >> type >> name;) {
+    std::set<Mox::String> expected, found;
+    while (in >> name && name != ";") expected.insert(name);
+    for (const auto& one : Mox::Type::find("Routing::Bgp::" + type)->attributes())
+      found.insert(one.name);
+    EXPECT_EQ(found, expected) << type;
+  }
 }
 
 TEST(StackBackedBuffer, GrowsByItsRule) {

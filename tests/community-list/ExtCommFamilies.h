@@ -43,11 +43,11 @@ struct EightOctets {
     for (const U8 octet : octets) value = value << 8 | octet;
     return ExtCommContent(value);
   }
-  /// A content of one of ten kinds, among which no link bandwidth is.
+  /// A content of one of ten types and subtypes. None is a link bandwidth.
   static Octets some(U32 random) {
-    static constexpr U16 kinds[] = {0x0002, 0x0102, 0x0202, 0x0003, 0x030b,
+    static constexpr U16 types[] = {0x0002, 0x0102, 0x0202, 0x0003, 0x030b,
                                     0x030c, 0x4300, 0x0603, 0x4104, 0xff00};
-    return number(kinds[random % 10], 2) + number(random / 10 % 40, 6);
+    return number(types[random % 10], 2) + number(random / 10 % 40, 6);
   }
   static List::Ptr make() { return ExtCommList::ExtCommListIs(); }
   U64 groups() const {
@@ -74,8 +74,8 @@ struct TwentyOctets {
     return {octets[0], octets[1], Zonet::Ip6Addr(address), U16(octets[18] << 8 | octets[19])};
   }
   static Octets some(U32 random) {
-    static constexpr U16 kinds[] = {0x0002, 0x4002, 0x000b, 0x0004, 0x0602};
-    return number(kinds[random % 5], 2) + number(random / 5 % 7, 8) + number(0, 8) +
+    static constexpr U16 types[] = {0x0002, 0x4002, 0x000b, 0x0004, 0x0602};
+    return number(types[random % 5], 2) + number(random / 5 % 7, 8) + number(0, 8) +
            number(0x0100 + random / 35 % 6, 2);
   }
   static List::Ptr make() { return extCommIp6ListFactory(); }

@@ -1,4 +1,4 @@
-// What all lists of plain values do alike. A further kind is a further traits struct here.
+// Standard and large lists alike. A further list type is a further traits struct here.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -38,12 +38,12 @@ struct Large {
            std::to_string(value[2]);
   }
 };
-using Kinds = testing::Types<Standard, Large>;
+using ListTypes = testing::Types<Standard, Large>;
 
-template <class Kind>
+template <class Traits>
 class FlatList : public testing::Test {
  public:
-  using List = typename Kind::List;
+  using List = typename Traits::List;
   using Value = Words<List>;
   using Values = std::vector<Value>;
   static constexpr U32 size = sizeof(Value), most = 65535 / size;
@@ -79,7 +79,7 @@ class FlatList : public testing::Test {
   }
   Mox::String textOf(const Values& values) const {
     Mox::String text;
-    for (const Value& value : values) text += (text.empty() ? "" : " ") + Kind::text(value);
+    for (const Value& value : values) text += (text.empty() ? "" : " ") + Traits::text(value);
     return text;
   }
   static auto store(const Values& values, bool sorted) {
@@ -88,9 +88,9 @@ class FlatList : public testing::Test {
   }
 
   std::mt19937 random{3};
-  typename List::Table table = Kind::makeTable();
+  typename List::Table table = Traits::makeTable();
 };
-TYPED_TEST_SUITE(FlatList, Kinds);
+TYPED_TEST_SUITE(FlatList, ListTypes);
 
 TYPED_TEST(FlatList, AgreesWithASetOfItsValues) {
   using List = typename TypeParam::List;
@@ -137,6 +137,7 @@ TYPED_TEST(FlatList, AgreesWithASetOfItsValues) {
     const auto [fresh, fault, repeats] = List::fromWire(this->wireOf(values));
     EXPECT_TRUE(fresh->compare(list.get()) && !fresh->isDeduped());
     EXPECT_TRUE(fresh->dedup(this->table) == list && repeats == read.repeats);
+    EXPECT_TRUE(fresh->hasNotificationActive() && list->hasNotificationActive());
     EXPECT_EQ(this->building(values)->dedup(TypeParam::makeTable())->hash(), list->hash());
   }
   EXPECT_FALSE(this->interned(this->numbered({1, 2}))

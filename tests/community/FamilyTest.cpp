@@ -1,4 +1,4 @@
-// What both families of extended communities do alike: over every type and subtype, their formats,
+// Values of both families of extended communities: every type and subtype, their formats,
 // the way from the store, and their intern tables.
 #include <gmock/gmock.h>
 
@@ -12,6 +12,7 @@
 #include "parse/BgpParseExtComm.h"
 #include "parse/BgpParseExtCommRouteTarget.h"
 #include "tests/AllocationCounter.h"
+#include "tests/ClassShape.h"
 #include "tests/MemoryStore.h"
 
 namespace Routing::Bgp {
@@ -110,6 +111,16 @@ TYPED_TEST(Family, EveryTypeAndSubtypeIsOneObjectOfItsClassForAsLongAsItIsHeld) 
   EXPECT_EQ(this->intern(0)->references(), 2u) << "built afresh";
 }
 
+TYPED_TEST(Family, VirtualOperationsStandInTheirSlots) {
+  using Value = typename TypeParam::Value;
+  EXPECT_EQ(slotOf(&Value::pktSubtype), 12u);
+  EXPECT_EQ(slotOf(&Value::formatDerivedType), 13u);
+  EXPECT_EQ(slotOf(&Value::toStrepForPolicy), 14u);
+  EXPECT_EQ(slotOf(&Value::pktSubtypeIs), 15u);
+  EXPECT_EQ(slotOf(&ExtCommAsNumber::formatAsNumber), 16u);
+  EXPECT_THROW(TypeParam::makeTable(nullptr), Mox::RangeException);
+}
+
 TYPED_TEST(Family, ThreadsInternOverlappingContents) {
   std::vector<std::thread> threads;
   std::atomic<U32> differences{0};
@@ -182,7 +193,24 @@ TYPED_TEST(Family, DestashGivesThePlainClassAndTellsTheManagerOnce) {
                "Orv::dedupHandleStateNeverDeduped\\(\\)\n");
 }
 
-TEST(ExtCommDedupTable, KindIsDecidedWhenAContentIsFirstSeen) {
+struct FalseRule final : BgpParseExtComSubTypeTransOpaqueRuleBase {
+  using BgpParseExtComSubTypeTransOpaqueRuleBase::BgpParseExtCommSubTypeRuleBase;
+  Mox::Ptr<ExtComm> inhale(const ExtCommContent&) const override { return plainOf(1); }
+  static ExtComm::Ptr plainOf(U64 number) { return extCommFactory({}, ExtCommContent(number)); }
+};
+
+TEST(ExtCommDedupTable, RefusesAnObjectOfAnotherContent) {
+  const BgpParseExtCommControl control(bgpParseExtCommRuleCollectionsFactory());
+  const auto parser = bgpParseExtendedCommunityRuleFactory(control);
+  const auto type = Mox::makeNew<BgpParseExtCommTransOpaqueRule>(control);
+  parser->typeRuleIs(type);
+  type->subTypeRuleIs(Mox::makeNew<FalseRule>(control, BgpExtCommPktSubtypeTransOpaque(0x0b)));
+  const auto table = extCommDedupTableFactory(parser);
+  EXPECT_DEATH(table->dedupContent(ExtCommContent(0x030BULL << 48)),
+               ": getContent\\(\\) == content\n");
+}
+
+TEST(ExtCommDedupTable, ClassIsDecidedWhenAContentIsFirstSeen) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
   const auto table = extCommDedupTableFactory(
       bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry)));

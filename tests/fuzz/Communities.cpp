@@ -10,6 +10,7 @@
 #include "community-list/ZoBgpCommunityList.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 #include "ip6/ExtCommIp6DedupTable.h"
+#include "parse/BgpParseExtComm.h"
 
 using namespace Routing::Bgp;
 using namespace Mox::Words;
