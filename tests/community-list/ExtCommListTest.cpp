@@ -7,6 +7,7 @@
 #include "ExtCommFamilies.h"
 #include "Restored.h"
 #include "tests/AllocationCounter.h"
+#include "tests/MemoryStore.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -111,6 +112,9 @@ TYPED_TEST(EveryExtCommList, OneObjectPerSetWhateverTheOrderTheRepeatsAndTheWay)
       EXPECT_EQ(read.repeats, wild.size() - now.sorted.size());
       const auto [fresh, fault, repeats] = List::fromWire(f.values, wire);
       EXPECT_TRUE(!fresh->isDeduped() && repeats == read.repeats);
+      EXPECT_TRUE(fresh->hasNotificationActive());
+      for (const auto& group : now.list->classificationLists().present())
+        EXPECT_TRUE(group->hasNotificationActive());
       EXPECT_EQ(fresh->dedup(f.table), now.list);
       const std::size_t before = allocations;
       const auto found = List::lookupWire(f.table, wire);
@@ -148,7 +152,7 @@ TYPED_TEST(EveryExtCommList, BuildsSortsAndLooksUpBeforeItIsInterned) {
   EXPECT_EQ(list->comm(TypeParam::content(a)), this->value(a));
   EXPECT_EQ(list->serialize(true), attribute(TypeParam::attribute, a < b ? a + b : b + a));
   list->commIs(this->value(a));
-  EXPECT_TRUE(list->commVectorSorted()) << "the flag is the owner's word";
+  EXPECT_TRUE(list->commVectorSorted()) << "the flag is set, not checked";
   EXPECT_EQ(list->comms(), 3u);
   EXPECT_EQ(list->dedup(this->family().table), this->interned({a, b}));
   EXPECT_EQ(Mox::Type::read(*list, "totalCommunities"), "2");
@@ -207,6 +211,11 @@ TYPED_TEST(EveryExtCommList, StoresKeepTheOrderAndRefuseAFalseOne) {
   std::swap_ranges(&octets[begin], &octets[begin + 8], &octets[begin + 8]);
   const MoxStash::FileStore swapped("NAME", sealed(octets));
   EXPECT_THROW(TypeParam::List::destash(sorted, swapped), MoxStash::StoreException);
+
+  // The manager hears of each value, and of lists of one family.
+  const MemoryStore empty(StoredCommList{64, 64, 64, 1, 0});
+  EXPECT_TRUE(TypeParam::List::destash(0, empty)->commVectorSorted());
+  EXPECT_EQ(empty.restoredObjects, TypeParam::size == 20);
 }
 
 TYPED_TEST(EveryExtCommList, MalformedAttributesGiveAReason) {
@@ -431,6 +440,7 @@ TYPED_TEST(EveryExtCommList, MisuseEndsTheProcess) {
   const char* const notYet = "\\( this \\)->dedupState\\(\\) == Orv::dedupHandleStateNeverDeduped";
   const char* const never = "\\( this \\)->dedupState\\(\\) != Orv::dedupHandleStateNeverDeduped";
   EXPECT_DEATH(building->commIs(nullptr), ": __null != comm\n");
+  EXPECT_DEATH(building->expectedCommunityCountIs(1u << 29), ": size < 2\\^29\n");
   EXPECT_DEATH(building->commIs(stranger),
                ": __null == \\( comm \\) \\|\\| \\( comm \\)->dedupState\\(\\) != Orv::");
   EXPECT_DEATH(building->comm(TypeParam::content(a)), ": commVectorSorted\n");
