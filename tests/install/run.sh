@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # run.sh BUILD_FOLDER COMPILER [FLAG...]: installs into a folder of its own, moves that elsewhere,
-# and builds and runs a small agent against it.
+# and builds and runs the examples and two small programs against it.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 build=$1 compiler=$2
@@ -11,9 +11,21 @@ trap 'rm -rf "$scratch"' EXIT
 cmake --install "$build" --prefix "$scratch/staged" >/dev/null
 mv "$scratch/staged" "$scratch/prefix"
 
+# Each installed header finds what it includes among the installed ones.
+headers=$scratch/prefix/include/ZoBgpCommunity
+missing=0
+while IFS=: read -r file included; do
+  if [[ ! -e ${file%/*}/$included && ! -e $headers/$included ]]; then
+    echo "${file#"$headers"/}: \"$included\" is not installed" >&2
+    missing=1
+  fi
+done < <(grep -rHoP '^\s*#\s*include\s*"\K[^"]+' "$headers")
+if find "$headers" -path '*/internal/*' | grep .; then missing=1; fi
+((missing == 0))
+
+"$here/run-paths.sh" "$scratch/prefix"
 cmake -S "$here" -B "$scratch/build" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
   -DCMAKE_CXX_FLAGS="$*" -DCMAKE_PREFIX_PATH="$scratch/prefix"
 cmake --build "$scratch/build"
-"$scratch/build/agent"
-if [[ -x $scratch/build/reader ]]; then "$scratch/build/reader" samples/rib.bird.mrt.gz; fi
+ctest --test-dir "$scratch/build" --output-on-failure --no-tests=error
 if [[ -x $scratch/prefix/bin/bgpcomm ]]; then "$scratch/prefix/bin/bgpcomm" --help; fi
