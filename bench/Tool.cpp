@@ -33,11 +33,11 @@ class Decompressed {
 
 U64 summarise(const std::string& file) {
   bgpcomm::FileFigures figures;
-  const auto tables = bgpcomm::makeKindTables();
-  bgpcomm::readInto(file, tables, figures);
-  for (const auto& table : tables) {
-    bgpcomm::KindFigures ofKind;
-    table->figures(ofKind);
+  const bgpcomm::FileLists lists;
+  bgpcomm::readInto(file, lists, figures);
+  for (std::size_t type = 0; type < bgpcomm::listTypeCount; ++type) {
+    bgpcomm::ListFigures ofType;
+    lists[type].figures(ofType);
   }
   return figures.paths;
 }

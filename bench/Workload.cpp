@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "Zonet/NetworkOrder.h"
-#include "tools/bgpcomm/Kinds.h"
+#include "tools/bgpcomm/ListTypes.h"
 #include "tools/bgpcomm/Reading.h"
 
 namespace bench {
@@ -133,11 +133,11 @@ Workload MadeUpLists::workload() const {
 
 Workload fileWorkload(const std::string& file) {
   Workload workload{std::filesystem::path(file).filename(), {}, {}, {}};
-  const auto kind = bgpcomm::kindOfAttribute(8);
+  const auto type = bgpcomm::listTypeOf(8);
   bgpcomm::readFile(file,
                     [&](const bgpcomm::Path&, const bgpcomm::CommunityValues& values, auto) {
-                      if (!values[kind].empty() && workload.drawn.size() < drawnAttributes)
-                        workload.drawn.add(values[kind]);
+                      if (!values[type].empty() && workload.drawn.size() < drawnAttributes)
+                        workload.drawn.add(values[type]);
                     },
                     {.showProgress = false});
   if (workload.drawn.size() == 0) throw std::runtime_error(file + ": no standard communities");

@@ -8,7 +8,7 @@ using namespace bgpcomm;
 
 namespace {
 
-void askEverything(const Path& path, const KindTables& tables) {
+void askEverything(const Path& path, const CommunityTables& tables) {
   std::string text = addressText(path.peer.address);
   const auto addText = [&](const Prefix& prefix) {
     text += nlriText(prefix.addressFamily, prefix.nlri);
@@ -16,17 +16,17 @@ void askEverything(const Path& path, const KindTables& tables) {
   visitPrefixes(path, addText);
   visitWithdrawn(path, addText);
   const CommunityValues values = findCommunities(path.attributes);
-  for (std::size_t kind = 0; kind < kindCount; ++kind) {
-    if (!tables[kind] || values[kind].empty()) continue;
-    text += tables[kind]->text(values[kind], true).text;
-    text += tables[kind]->serialized(values[kind]).text;
+  for (std::size_t type = 0; type < listTypeCount; ++type) {
+    if (values[type].empty()) continue;
+    text += listTypes[type].text(tables, values[type], true).text;
+    text += listTypes[type].serialized(tables, values[type]).text;
   }
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
-  static const KindTables tables = makeKindTables();
+  static const CommunityTables tables;
   PathCutter cutter(PathCutter::Updates::all);
   Cursor in(Octets(data, size));
   while (!in.atEnd()) {

@@ -20,14 +20,14 @@ TEST(Reading, OutOfMemoryEndsAFile) {
   EXPECT_TRUE(result.failed && result.records == 2);
 }
 
-/// The values found, by kind, and the faults: `standard:fde80064 attrLength=1 `
+/// The values found, by list type, and the faults: `standard:fde80064 attrLength=1 `
 std::string communities(const char* attributes) {
   const Bytes block = octets(attributes);
   const CommunityValues values = findCommunities(view(block));
   std::string text;
-  for (std::size_t kind = 0; kind < kindCount; ++kind)
-    if (!values[kind].empty())
-      text += std::string(kindRows[kind].key) + ':' + hex(values[kind]) + ' ';
+  for (std::size_t type = 0; type < listTypeCount; ++type)
+    if (!values[type].empty())
+      text += std::string(listTypes[type].key) + ':' + hex(values[type]) + ' ';
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = values.faults[Fault(i)])
       text += std::string(faultNames[i]) + '=' + std::to_string(count) + ' ';
@@ -49,7 +49,7 @@ TEST(Attributes, AreFoundCheckedAndCounted) {
       {"header beyond the block", "c00804fde80064 c020", "standard:fde80064 attrOverrun=1 "},
       {"half a length", "d00800", "attrOverrun=1 "},
       {"length of 65535", "d008ffff fde80064", "attrOverrun=1 "},
-      {"the other kinds", "c0100800020000fc580001 c01914000220010db80000000000000000000000010007"
+      {"the other types", "c0100800020000fc580001 c01914000220010db80000000000000000000000010007"
                           "c0200c0000fc580000000100000002",
        "extended:00020000fc580001 ipv6Extended:000220010db80000000000000000000000010007 "
        "large:0000fc580000000100000002 "},

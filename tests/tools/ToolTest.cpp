@@ -44,7 +44,9 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm paths --numeric $FILE | head -1 | cut -f4", "65000:100 65535:65281\n"},
       {"bgpcomm paths --json $FILE | tail -1",
        R"({"time":"2023-11-14T22:13:20Z","peer":"192.0.2.1","peerAs":64600,"prefixes":[],)"
-       R"("standard":["65000:200"],"extended":[],"ipv6Extended":[],"large":[]})"
+       R"("standard":["65000:200"],"extended":[],"ipv6Extended":[],"large":[],)"
+       R"("standardOctets":["fde800c8"],"extendedOctets":[],"ipv6ExtendedOctets":[],)"
+       R"("largeOctets":[]})"
        "\n"},
       {"bgpcomm decode --numeric c0 08 04 ff ff ff 01", "Community (8), flags 0xc0: 65535:65281\n"},
       {"bgpcomm decode c0630101", "Unknown attribute (99), flags 0xc0: 01\n"},
@@ -60,7 +62,7 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "-: ends inside a record, 6 of 12 octets (record 4, octet 218)"},
       {"bgpcomm paths - <$MALFORMED", third + start + "-\tmalformed\n" + start + "-\tmalformed\n",
        0, "-: 3 malformed, the first attrLength (record 2, octet 62)"},
-      {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5- | tail -1",
+      {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
        "\"standard\":[],\"extended\":[],\"ipv6Extended\":[],\"large\":[],\"malformed\":["
        "\"attrLength\"]}\n"},
       {"bgpcomm summary - <&- | grep -A1 malformed | cut -c-9", "  malform\n  seconds\n", 0,
@@ -83,7 +85,7 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
 
 // One prefix of one peer: announced with a route target, with another, withdrawn; and a list with
 // two link bandwidths.
-TEST_F(Tool, KnowsAllFourKinds) {
+TEST_F(Tool, KnowsAllFourListTypes) {
   const auto message = [](const char* attributes, const char* nlri, const char* withdrawn = "") {
     return messageRecord(update(octets(attributes), octets(nlri), octets(withdrawn)));
   };
@@ -109,7 +111,15 @@ TEST_F(Tool, KnowsAllFourKinds) {
       {"bgpcomm paths --ext 000220010db80000000000000000000000010064 $KINDS 2>&-", all},
       {"bgpcomm paths --large 65000:1:2 --community 65000:100 $KINDS 2>&-", all},
       {"bgpcomm paths --rt 192.0.2.1:100 --rt 4200000000:65535 $KINDS 2>&-", ""},
-      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f5-",
+      {"bgpcomm paths --json $KINDS 2>&- | head -1 | cut -d, -f5-",
+       R"("standard":["65000:100"],"extended":["RT:65000:100","Color:CO(00):7"],)"
+       R"("ipv6Extended":["0002-IP6:2001:db8::1:100"],"large":["65000:1:1","65000:1:2"],)"
+       R"("standardOctets":["fde80064"],)"
+       R"("extendedOctets":["0002fde800000064","030b000000000007"],)"
+       R"("ipv6ExtendedOctets":["000220010db80000000000000000000000010064"],)"
+       R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"]})"
+       "\n"},
+      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f5-8,13-",
        R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["linkBandwidth"]})"
        "\n"},
       {"bgpcomm verify $KINDS 2>&-", file.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
@@ -131,6 +141,23 @@ TEST_F(Tool, KnowsAllFourKinds) {
        "--rt 65536:65536: neither AS:NUMBER nor ADDRESS:NUMBER within their bounds"},
   });
   EXPECT_EQ(runTool("bgpcomm paths $KINDS").err.substr(9, refused.size()), refused);
+}
+
+// A route target whose AS number is written in two ways, a color with and without reserved bits.
+TEST_F(Tool, TellsApartWhatHasTheSameText) {
+  const auto path = [](const char* extended) {
+    return messageRecord(update(octets(std::string("c01010") + extended), ""));
+  };
+  const TemporaryFile file(path("0002006400000001 030b000000000007") +
+                           path("0202000000640001 030b000100000007") +
+                           path("0002006400000001 0002006500000001"));
+  ::setenv("ALIKE", file.name().c_str(), 1);
+  expectRuns({{"bgpcomm summary $ALIKE | grep ' RT:\\| Color:' | tr -s ' '",
+               " 2 RT:100:1 0x0002006400000001\n 1 RT:101:1\n 1 RT:100:1 0x0202000000640001\n"
+               " 1 Color:CO(00):7 0x030b000000000007\n 1 Color:CO(00):7 0x030b000100000007\n"},
+              {"bgpcomm paths --json $ALIKE | grep -o '\"extended[^]]*' | sed -n 3,4p",
+               "\"extended\":[\"RT:100:1\",\"Color:CO(00):7\"\n"
+               "\"extendedOctets\":[\"0202000000640001\",\"030b000100000007\"\n"}});
 }
 
 TEST_F(Tool, CountsFilesAndTheirTotal) {
@@ -195,9 +222,9 @@ TEST_F(RealData, FiguresAreAsExpectedAndListsGoBackToTheWireAsTheyCame) {
     for (const char* const key : {"records", "paths", "malformed", "malformedBy"})
       EXPECT_EQ(figures[key], expected[key]) << key;
     U64 lists = 0;
-    for (const char* const kind : {"standard", "extended", "ipv6Extended", "large"}) {
-      EXPECT_EQ(figures[kind], expected[kind]) << kind;
-      lists += expected[kind]["attributes"].get<U64>();
+    for (const char* const type : {"standard", "extended", "ipv6Extended", "large"}) {
+      EXPECT_EQ(figures[type], expected[type]) << type;
+      lists += expected[type]["attributes"].get<U64>();
     }
     const nlohmann::json& faults = expected["malformedBy"];
     EXPECT_EQ(run.exitCode, faults.contains("truncatedRecord") || faults.contains("compression"));

@@ -2,29 +2,31 @@
 
 #include <utility>
 
-namespace bgpcomm {
+#include "attr/ZoBgpAttributeReader.h"
 
-Octets valueOf(Octets attribute) {
-  Cursor in(attribute);
-  takeAttributeHeader(in);
-  return in.left();
-}
+namespace bgpcomm {
 
 CommunityValues findCommunities(Octets attributes) {
   CommunityValues values{};
-  std::array<bool, kindCount> seen{};
-  Cursor in(attributes);
-  while (!in.atEnd()) {
-    const AttributeHeader header = takeAttributeHeader(in);
-    const Octets value = in.take(header.length);
-    if (!in) values.faults.add(Fault::attrOverrun);
-    const std::size_t kind = kindOfAttribute(header.type);
-    if (kind == kindCount || std::exchange(seen[kind], true)) continue;
-    values.malformed[kind] = !in || value.empty() || value.size() % kindRows[kind].valueSize != 0;
-    if (!values.malformed[kind])
-      values[kind] = value;
-    else if (in)
+  std::array<bool, listTypeCount> seen{};
+  const auto isFirst = [&seen](Routing::Bgp::BgpPathAttrType attribute, std::size_t& type) {
+    type = listTypeOf(U8(attribute));
+    return type < listTypeCount && !std::exchange(seen[type], true);
+  };
+  std::size_t type;
+  Routing::Bgp::PathAttributeReader in(attributes);
+  while (const auto attribute = in.next()) {
+    if (!isFirst(attribute->type, type)) continue;
+    const Octets value = attribute->value;
+    values.malformed[type] = value.empty() || value.size() % listTypes[type].valueSize != 0;
+    if (values.malformed[type])
       values.faults.add(Fault::attrLength);
+    else
+      values[type] = value;
+  }
+  if (const auto& overrun = in.overrun()) {
+    values.faults.add(Fault::attrOverrun);
+    if (isFirst(overrun->type, type)) values.malformed[type] = true;
   }
   return values;
 }

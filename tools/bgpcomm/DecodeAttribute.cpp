@@ -36,15 +36,16 @@ void AttributePrinter::print(Octets attribute) const {
 }
 
 void AttributePrinter::printValue(const AttributeHeader& header, Octets value) const {
-  const std::size_t kind = kindOfAttribute(header.type);
+  const std::size_t type = listTypeOf(header.type);
   std::string text = hex(value);
   std::vector<std::string> values;
-  const bool isList = kind < kindCount;
+  const bool isList = type < listTypeCount;
   if (isList) {
-    const KindTable::Text list = tables_[kind]->text(value, names_);
+    const auto read = json_ ? listTypes[type].values : listTypes[type].text;
+    const ListText list = read(tables_, value, names_);
     if (list.fault) throw DataError(list.text);
     text = list.text;
-    values = tables_[kind]->texts(value, names_);
+    for (const ValueText& one : list.values) values.push_back(one.text);
   }
   const std::string name = typeName(header.type);
   if (!json_)
@@ -52,7 +53,7 @@ void AttributePrinter::printValue(const AttributeHeader& header, Octets value) c
                           hex(Octets(&header.flags, 1)) + ": " + text + '\n');
   nlohmann::ordered_json object = {
       {"type", header.type}, {"name", name}, {"flags", header.flags}, {"value", hex(value)}};
-  if (isList) object[std::string(kindRows[kind].key)] = values;
+  if (isList) object[std::string(listTypes[type].key)] = values;
   bgpcomm::print(object.dump() + '\n');
 }
 

@@ -1,7 +1,8 @@
 // Single path attributes, header included, as text.
 #pragma once
 
-#include "Attributes.h"
+#include "ListTypes.h"
+#include "mrt/PathAttributes.h"
 
 namespace bgpcomm {
 
@@ -17,7 +18,7 @@ class AttributePrinter {
 
   bool names_;
   bool json_;
-  KindTables tables_ = makeKindTables();
+  CommunityTables tables_;
 };
 
 }  // namespace bgpcomm

@@ -5,7 +5,7 @@
 namespace bgpcomm {
 namespace {
 
-/// By its qualified name, or by the end of it when only one type ends so.
+/// Finds a type by its qualified name, or by the end of it when only one type ends so.
 const Mox::Type& findType(const std::string& name) {
   if (const Mox::Type* const type = Mox::Type::find(name)) return *type;
   const Mox::Type* found = nullptr;

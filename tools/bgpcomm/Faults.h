@@ -1,4 +1,4 @@
-// What can be wrong with a file, counted under the names that `summary --json` prints.
+// The faults of a file, counted under the names that `summary --json` prints.
 #pragma once
 
 #include <array>
@@ -33,7 +33,8 @@ class FaultCounts {
   }
   void add(Fault fault, U64 count) { counts_[std::size_t(fault)] += count; }
   U64 operator[](Fault fault) const { return counts_[std::size_t(fault)]; }
-  /// With any counted.
+  /// The first fault that was counted, in the order of the enumeration.
+  /// REQUIRES: total() > 0.
   Fault first() const {
     std::size_t i = 0;
     while (counts_[i] == 0) ++i;

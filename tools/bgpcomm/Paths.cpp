@@ -24,13 +24,13 @@ bool carries(const CommunityValues& values, const Wanted& wanted) {
       return std::equal(value.begin(), value.end(), one.begin(), one.end());
     });
   };
-  const std::size_t size = kindRows[wanted.kind].valueSize;
-  for (Octets left = values[wanted.kind]; !left.empty(); left = left.subspan(size))
+  const std::size_t size = listTypes[wanted.type].valueSize;
+  for (Octets left = values[wanted.type]; !left.empty(); left = left.subspan(size))
     if (isWanted(left.first(size))) return true;
   return false;
 }
 
-/// What all filters of the command line want.
+/// The values that the filters of the command line ask for.
 std::vector<Wanted> readWanted(const Options& options) {
   std::vector<Wanted> wanted;
   const auto add = [&](const char* option, const std::vector<std::string>& texts, auto read,
@@ -80,11 +80,11 @@ class PathPrinter {
 
   std::string communities(CommunityValues& values) {
     std::string text;
-    for (std::size_t kind = 0; kind < kindCount; ++kind) {
-      const bool isThere = !values[kind].empty();
-      if (!isThere && !values.malformed[kind]) continue;
-      KindTable::Text list;
-      if (isThere) list = tables_[kind]->text(values[kind], names_);
+    for (std::size_t type = 0; type < listTypeCount; ++type) {
+      const bool isThere = !values[type].empty();
+      if (!isThere && !values.malformed[type]) continue;
+      ListText list;
+      if (isThere) list = listTypes[type].text(tables_, values[type], names_);
       if (list.fault) values.faults.add(*list.fault);
       text += (text.empty() ? "" : " ") + (isThere && !list.fault ? list.text : "malformed");
     }
@@ -104,8 +104,7 @@ class PathPrinter {
     });
     object["prefixes"] = std::move(prefixes);
     if (!whole) object["prefixesCutShort"] = true;
-    for (std::size_t kind = 0; kind < kindCount; ++kind)
-      object[std::string(kindRows[kind].key)] = list(kind, values);
+    addLists(object, values);
     auto malformed = nlohmann::ordered_json::array();
     for (std::size_t i = 0; i < faultNames.size(); ++i)
       if (values.faults[Fault(i)]) malformed.push_back(faultNames[i]);
@@ -113,20 +112,28 @@ class PathPrinter {
     return object.dump() + '\n';
   }
 
-  nlohmann::ordered_json list(std::size_t kind, CommunityValues& values) {
-    nlohmann::ordered_json texts = nlohmann::ordered_json::array();
-    if (values[kind].empty()) return texts;
-    if (const auto fault = tables_[kind]->text(values[kind], names_).fault)
-      values.faults.add(*fault);
-    else
-      for (const std::string& text : tables_[kind]->texts(values[kind], names_))
-        texts.push_back(text);
-    return texts;
+  /// For each list type an array of texts and one of octets in hex, in the same order: different
+  /// values may have the same text.
+  void addLists(nlohmann::ordered_json& object, CommunityValues& values) const {
+    nlohmann::ordered_json octets;
+    for (std::size_t type = 0; type < listTypeCount; ++type) {
+      ListText list;
+      if (!values[type].empty()) list = listTypes[type].values(tables_, values[type], names_);
+      if (list.fault) values.faults.add(*list.fault);
+      const std::string key(listTypes[type].key);
+      auto& ofTexts = object[key] = nlohmann::ordered_json::array();
+      auto& ofOctets = octets[key + "Octets"] = nlohmann::ordered_json::array();
+      for (const ValueText& value : list.values) {
+        ofTexts.push_back(value.text);
+        ofOctets.push_back(value.octets);
+      }
+    }
+    object.update(octets);
   }
 
   bool names_;
   bool json_;
-  KindTables tables_ = makeKindTables();
+  const CommunityTables tables_{sharedParser()};
 };
 
 int runPaths(const Options& options) {

@@ -29,10 +29,10 @@ int runSave(const SaveOptions& options) {
   bool good = true;
   for (const std::string& file : options.files) {
     FileFigures figures;
-    const KindTables tables = makeKindTables();
-    const ReadResult result = readInto(file, tables, figures);
+    const FileLists lists;
+    const ReadResult result = readInto(file, lists, figures);
     good = good && !result.failed;
-    if (!result.unopened) files.push_back(noteOf(figures, tables, writer));
+    if (!result.unopened) files.push_back(noteOf(figures, lists, writer));
   }
   if (files.empty()) return exitBadData;  // nothing that would be worth a store
   writer.noteIs(noteName, files.dump(-1, ' ', false, Json::error_handler_t::replace));
@@ -57,9 +57,9 @@ int runRestore(const RestoreOptions& options) {
     NoteReader reader(store);
     bool good = true;
     for (const Json& file : files) {
-      const KindTables tables = makeKindTables();
-      FileFigures figures = reader.read(file, tables);
-      good = summary.add(std::move(figures), tables) && good;
+      const FileLists lists;
+      FileFigures figures = reader.read(file, lists);
+      good = summary.add(std::move(figures), lists) && good;
     }
     return summary.finish() && good ? 0 : exitBadData;
   } catch (const Json::exception& error) {

@@ -4,7 +4,7 @@
 
 namespace bgpcomm {
 
-Json noteOf(const FileFigures& figures, const KindTables& tables, MoxStash::StoreWriter& writer) {
+Json noteOf(const FileFigures& figures, const FileLists& lists, MoxStash::StoreWriter& writer) {
   Json file = {{"file", std::vector<U8>(figures.file.begin(), figures.file.end())},
                {"records", figures.records},
                {"paths", figures.paths},
@@ -14,10 +14,10 @@ Json noteOf(const FileFigures& figures, const KindTables& tables, MoxStash::Stor
                {"kinds", Json::object()}};
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     file["faults"][std::string(faultNames[i])] = figures.faults[Fault(i)];
-  for (std::size_t kind = 0; kind < kindCount; ++kind) {
-    Json& entry = file["kinds"][std::string(kindRows[kind].key)];
-    entry = {{"communities", tables[kind]->communities()}, {"lists", Json::array()}};
-    for (const KindTable::StoredUse& use : tables[kind]->save(writer))
+  for (std::size_t type = 0; type < listTypeCount; ++type) {
+    Json& entry = file["kinds"][std::string(listTypes[type].key)];
+    entry = {{"communities", lists[type].communities()}, {"lists", Json::array()}};
+    for (const HeldLists::StoredUse& use : lists[type].save(writer))
       entry["lists"].push_back({use.list, use.paths});
   }
   return file;
@@ -50,25 +50,25 @@ double NoteReader::seconds(const Json& number) const {
   return value;
 }
 
-/// Each list is a root of the table's type, and there at most once for a file: so a damaged note
+/// Each list is a root of the type, and there at most once for a file: so a damaged note
 /// makes nobody restore more than the store holds. Returns how many paths hold a list.
-U64 NoteReader::restoreLists(const Json& lists, KindTable& table) {
+U64 NoteReader::restoreLists(const Json& lists, HeldLists& held) {
   std::set<MoxStash::StoreReference> left;
   for (const MoxStash::StoredRoot& root : store_.roots())
-    if (root.type == table.recordType()) left.insert(root.reference);
+    if (root.type == held.recordType()) left.insert(root.reference);
   U64 paths = 0;
   for (const Json& entry : lists) {
     const Json& list = entry.at(0);
     if (!list.is_number_unsigned() || !left.erase(list.get<U64>()))
       fail("a file has a list twice, or one that is no list");
-    const KindTable::StoredUse use{list.get<U64>(), count(entry.at(1), "lists")};
-    table.restore(store_, use);
+    const HeldLists::StoredUse use{list.get<U64>(), count(entry.at(1), "lists")};
+    held.restore(store_, use);
     paths += use.paths;
   }
   return paths;
 }
 
-FileFigures NoteReader::read(const Json& file, const KindTables& tables) {
+FileFigures NoteReader::read(const Json& file, const FileLists& lists) {
   FileFigures figures;
   const auto countOf = [&](const Json& object, std::string_view name) {
     return count(object.at(std::string(name)), name);
@@ -80,10 +80,10 @@ FileFigures NoteReader::read(const Json& file, const KindTables& tables) {
   figures.seconds = seconds(file.at("seconds"));
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     figures.faults.add(Fault(i), countOf(file.at("faults"), faultNames[i]));
-  for (std::size_t kind = 0; kind < kindCount; ++kind) {
-    const Json& entry = file.at("kinds").at(std::string(kindRows[kind].key));
-    tables[kind]->communitiesIs(countOf(entry, "communities"));
-    if (restoreLists(entry.at("lists"), *tables[kind]) > figures.paths)
+  for (std::size_t type = 0; type < listTypeCount; ++type) {
+    const Json& entry = file.at("kinds").at(std::string(listTypes[type].key));
+    lists[type].communitiesIs(countOf(entry, "communities"));
+    if (restoreLists(entry.at("lists"), lists[type]) > figures.paths)
       fail("more paths hold a list than there are");
   }
   return figures;

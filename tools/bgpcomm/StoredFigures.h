@@ -18,7 +18,7 @@ namespace bgpcomm {
 using Json = nlohmann::json;
 
 /// The entry of a file, whose lists are added to the store.
-Json noteOf(const FileFigures& figures, const KindTables& tables, MoxStash::StoreWriter& writer);
+Json noteOf(const FileFigures& figures, const FileLists& lists, MoxStash::StoreWriter& writer);
 
 /// Reads the entries of a note back. Nothing in it is trusted: counts are whole numbers whose sums,
 /// and products with what a list takes, do not wrap.
@@ -26,16 +26,16 @@ class NoteReader {
  public:
   explicit NoteReader(const MoxStash::FileStore& store) : store_(store) {}
 
-  /// Interns the lists of a file in the tables. StoreException, which names the store, or
+  /// Holds the lists of a file. StoreException, which names the store, or
   /// Json::exception when the entry is damaged.
-  FileFigures read(const Json& file, const KindTables& tables);
+  FileFigures read(const Json& file, const FileLists& lists);
 
  private:
   [[noreturn]] void fail(const std::string& reason) const;
   U64 count(const Json& number, std::string_view name);
   std::string fileName(const Json& octets) const;
   double seconds(const Json& number) const;
-  U64 restoreLists(const Json& lists, KindTable& table);
+  U64 restoreLists(const Json& lists, HeldLists& held);
 
   const MoxStash::FileStore& store_;
   /// All counts of a note together are less than 2^43, and a list takes less than 2^20 octets.

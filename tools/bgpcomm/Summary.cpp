@@ -10,34 +10,35 @@
 namespace bgpcomm {
 namespace {
 
-/// Does something for each kind. Where memory does not suffice for a kind, that is
-/// an error line, and the result false.
-bool forEachKind(const std::string& file, const std::function<void(std::size_t kind)>& use) {
+/// Calls `use` for each list type. Memory that does not suffice for one is an error line, and the
+/// result false.
+bool forEachType(const std::string& file, const std::function<void(std::size_t type)>& use) {
   bool good = true;
-  for (std::size_t kind = 0; kind < kindCount; ++kind) try {
-      use(kind);
+  for (std::size_t type = 0; type < listTypeCount; ++type) try {
+      use(type);
     } catch (const std::bad_alloc&) {
-      printError(file, ": out of memory for the figures of ", kindRows[kind].title, " communities");
+      printError(file, ": out of memory for the figures of ", listTypes[type].title,
+                 " communities");
       good = false;
     }
   return good;
 }
 
-bool takeFigures(const KindTables& tables, FileFigures& figures) {
-  return forEachKind(figures.file, [&](std::size_t kind) {
-    figures.kinds.push_back({&kindRows[kind], {}});
-    tables[kind]->figures(figures.kinds.back().figures);
+bool takeFigures(const FileLists& lists, FileFigures& figures) {
+  return forEachType(figures.file, [&](std::size_t type) {
+    figures.types.push_back({&listTypes[type], {}});
+    lists[type].figures(figures.types.back().figures);
   });
 }
 
 }  // namespace
 
-ReadResult readInto(const std::string& file, const KindTables& tables, FileFigures& figures) {
+ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures) {
   const auto start = std::chrono::steady_clock::now();
   const ReadResult result = readFile(file, [&](const Path&, CommunityValues& values, Place) {
-    for (std::size_t kind = 0; kind < kindCount; ++kind) {
-      if (values[kind].empty()) continue;
-      if (const auto fault = tables[kind]->hold(values[kind])) values.faults.add(*fault);
+    for (std::size_t type = 0; type < listTypeCount; ++type) {
+      if (values[type].empty()) continue;
+      if (const auto fault = lists[type].hold(values[type])) values.faults.add(*fault);
     }
   });
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
@@ -50,19 +51,20 @@ ReadResult readInto(const std::string& file, const KindTables& tables, FileFigur
   return result;
 }
 
-Summary::Summary(bool together, bool json) : together_(together), json_(json) {
-  if (together_) tables_ = makeKindTables();
+Summary::Summary(bool together, bool json)
+    : json_(json), together_(together ? std::make_unique<FileLists>() : nullptr) {
   total_.file = "total";
 }
 
-bool Summary::add(FileFigures figures, const KindTables& tables) {
-  bool good = takeFigures(tables, figures);
+bool Summary::add(FileFigures figures, const FileLists& lists) {
+  bool good = takeFigures(lists, figures);
   total_.records += figures.records;
   total_.paths += figures.paths;
   total_.seconds += figures.seconds;
   total_.faults.add(figures.faults);
   if (together_)
-    good &= forEachKind(total_.file, [&](std::size_t kind) { tables_[kind]->add(*tables[kind]); });
+    good &=
+        forEachType(total_.file, [&](std::size_t type) { (*together_)[type].add(lists[type]); });
   if (!json_) {
     print((files_.empty() ? "" : "\n") + summaryTable(figures));
     flushOutput();
@@ -74,11 +76,11 @@ bool Summary::add(FileFigures figures, const KindTables& tables) {
 bool Summary::finish() {
   bool good = true;
   if (together_ && (json_ || files_.size() > 1))
-    good = takeFigures(tables_, total_);
+    good = takeFigures(*together_, total_);
   else if (files_.empty())
-    good = takeFigures(makeKindTables(), total_);
+    good = takeFigures(FileLists(), total_);
   else
-    total_.kinds = files_.front().kinds;
+    total_.types = files_.front().types;
   if (json_)
     print(summaryJson(files_, total_));
   else if (files_.size() > 1)
@@ -98,9 +100,9 @@ int runSummary(const Options& options) {
   bool good = true;
   for (const std::string& file : options.files) {
     FileFigures figures;
-    const KindTables tables = makeKindTables();
-    const ReadResult result = readInto(file, tables, figures);
-    if (!result.unopened) good = summary.add(std::move(figures), tables) && good;
+    const FileLists lists;
+    const ReadResult result = readInto(file, lists, figures);
+    if (!result.unopened) good = summary.add(std::move(figures), lists) && good;
     good = good && !result.failed;
   }
   return summary.finish() && good ? 0 : exitBadData;

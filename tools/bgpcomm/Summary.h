@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Faults.h"
-#include "Kinds.h"
+#include "ListTypes.h"
 #include "Reading.h"
 
 namespace bgpcomm {
@@ -17,31 +17,31 @@ struct FileFigures {
   FaultCounts faults;
   std::string firstFault;  ///< where it stands; empty when nothing is malformed
   double seconds = 0;
-  struct OfKind {
-    const KindRow* row;
-    KindFigures figures;
+  struct OfType {
+    const ListType* type;
+    ListFigures figures;
   };
-  std::vector<OfKind> kinds;
+  std::vector<OfType> types;  ///< empty until they are taken
 };
 
-/// Reads a file's lists into the tables and counts what is no list. Until its figures of kinds are
-/// taken, `kinds` is empty.
-ReadResult readInto(const std::string& file, const KindTables& tables, FileFigures& figures);
+/// Reads a file: holds its lists, and counts the rest.
+ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures);
 
-/// Prints the figures of files one after the other, and of all together in the end.
+/// Prints the figures of files one after the other, and of all together in the end. Memory that
+/// does not suffice for figures is an error line; all others are printed.
 class Summary {
  public:
-  /// With `together`, the files' lists are also counted as one.
+  /// If `together`, the lists of all files are also held as if they were one file's.
   Summary(bool together, bool json);
 
-  /// A file whose lists are in the tables. False when memory does not suffice for its figures.
-  bool add(FileFigures figures, const KindTables& tables);
-  /// To be called once, after all files. As `add`.
+  /// Adds a file and the lists that it holds. False when memory did not suffice.
+  bool add(FileFigures figures, const FileLists& lists);
+  /// Prints what is left, when all files are added. False when memory did not suffice.
   bool finish();
 
  private:
-  const bool together_, json_;
-  KindTables tables_;
+  const bool json_;
+  const std::unique_ptr<FileLists> together_;
   FileFigures total_;
   std::vector<FileFigures> files_;
 };

@@ -47,58 +47,66 @@ std::string timeLine(const FileFigures& figures) {
   return text + '\n';
 }
 
-/// One column per kind.
-std::string kindLines(const FileFigures& figures) {
+/// One column for each list type.
+std::string typeLines(const FileFigures& figures) {
   struct Row {
     std::string_view label;
-    std::function<std::string(const KindFigures&)> value;
+    std::function<std::string(const ListFigures&)> value;
   };
   static const Row rows[] = {
-      {"attributes", [](const KindFigures& kind) { return grouped(kind.attributes); }},
-      {"communities", [](const KindFigures& kind) { return grouped(kind.communities); }},
+      {"attributes", [](const ListFigures& figures) { return grouped(figures.attributes); }},
+      {"communities", [](const ListFigures& figures) { return grouped(figures.communities); }},
       {"distinct values",
-       [](const KindFigures& kind) {
-         return kind.distinctValues ? grouped(*kind.distinctValues) : "?";
+       [](const ListFigures& figures) {
+         return figures.distinctValues ? grouped(*figures.distinctValues) : "?";
        }},
-      {"distinct lists", [](const KindFigures& kind) { return grouped(kind.distinctLists); }},
+      {"distinct lists", [](const ListFigures& figures) { return grouped(figures.distinctLists); }},
       {"paths per list",
-       [](const KindFigures& kind) {
-         return decimal(ratio(kind.attributes, kind.distinctLists), 1);
+       [](const ListFigures& figures) {
+         return decimal(ratio(figures.attributes, figures.distinctLists), 1);
        }},
-      {"octets, shared", [](const KindFigures& kind) { return grouped(kind.internedOctets); }},
-      {"octets, unshared", [](const KindFigures& kind) { return grouped(kind.unsharedOctets); }},
+      {"octets, shared",
+       [](const ListFigures& figures) { return grouped(figures.internedOctets); }},
+      {"octets, unshared",
+       [](const ListFigures& figures) { return grouped(figures.unsharedOctets); }},
       {"saved",
-       [](const KindFigures& kind) {
-         return decimal(ratio(kind.unsharedOctets, kind.internedOctets), 1) + " times";
+       [](const ListFigures& figures) {
+         return decimal(ratio(figures.unsharedOctets, figures.internedOctets), 1) + " times";
        }},
   };
   std::string text = "  " + padded("", labelWidth);
-  for (const auto& kind : figures.kinds) text += padded(kind.row->title, columnWidth);
+  for (const auto& one : figures.types) text += padded(one.type->title, columnWidth);
   text += '\n';
   for (const Row& row : rows) {
     text += "  " + padded(row.label, -labelWidth);
-    for (const auto& kind : figures.kinds) text += padded(row.value(kind.figures), columnWidth);
+    for (const auto& one : figures.types) text += padded(row.value(one.figures), columnWidth);
     text += '\n';
   }
   return text;
 }
 
-std::string extendedLines(const FileFigures::OfKind& kind) {
+std::string extendedLines(const FileFigures::OfType& one) {
   std::string text;
-  if (kind.figures.distinctRouteTargetSets)
-    text += "\n" + line("route-target sets", grouped(*kind.figures.distinctRouteTargetSets)) + '\n';
-  if (!kind.figures.types || kind.figures.types->empty()) return text;
-  text += "\n  distinct " + std::string(kind.row->title) + " communities by type/subtype\n";
-  for (const auto& [type, values] : *kind.figures.types)
+  if (one.figures.distinctRouteTargetSets)
+    text += "\n" + line("route-target sets", grouped(*one.figures.distinctRouteTargetSets)) + '\n';
+  if (!one.figures.types || one.figures.types->empty()) return text;
+  text += "\n  distinct " + std::string(one.type->title) + " communities by type/subtype\n";
+  for (const auto& [type, values] : *one.figures.types)
     text += "  " + padded(grouped(values), labelWidth) + "  " + type + '\n';
   return text;
 }
 
-std::string mostUsedLines(const FileFigures::OfKind& kind) {
-  if (kind.figures.mostUsed.empty()) return "";
-  std::string text = "\n  most used " + std::string(kind.row->title) + " communities, by paths\n";
-  for (const ValueUse& value : kind.figures.mostUsed)
-    text += "  " + padded(grouped(value.uses), labelWidth) + "  " + value.text + '\n';
+/// Octets tell apart values that have the same text.
+std::string mostUsedLines(const FileFigures::OfType& one) {
+  if (one.figures.mostUsed.empty()) return "";
+  std::string text = "\n  most used " + std::string(one.type->title) + " communities, by paths\n";
+  const std::vector<ValueUse>& values = one.figures.mostUsed;
+  for (const ValueUse& value : values) {
+    text += "  " + padded(grouped(value.uses), labelWidth) + "  " + value.text;
+    const auto isAlike = [&](const ValueUse& other) { return other.text == value.text; };
+    if (std::count_if(values.begin(), values.end(), isAlike) > 1) text += "  0x" + value.octets;
+    text += '\n';
+  }
   return text;
 }
 
@@ -116,15 +124,15 @@ nlohmann::ordered_json json(const FileFigures& figures) {
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = figures.faults[Fault(i)])
       object["malformedBy"][std::string(faultNames[i])] = count;
-  for (const auto& [row, kind] : figures.kinds) {
-    nlohmann::ordered_json& entry = object[std::string(row->key)];
-    entry = {{"attributes", kind.attributes},
-             {"communities", kind.communities},
-             {"distinctValues", number(kind.distinctValues)},
-             {"distinctLists", kind.distinctLists}};
-    if (kind.distinctRouteTargetSets)
-      entry["distinctRouteTargetSets"] = *kind.distinctRouteTargetSets;
-    if (kind.types) entry["types"] = *kind.types;
+  for (const auto& [type, ofType] : figures.types) {
+    nlohmann::ordered_json& entry = object[std::string(type->key)];
+    entry = {{"attributes", ofType.attributes},
+             {"communities", ofType.communities},
+             {"distinctValues", number(ofType.distinctValues)},
+             {"distinctLists", ofType.distinctLists}};
+    if (ofType.distinctRouteTargetSets)
+      entry["distinctRouteTargetSets"] = *ofType.distinctRouteTargetSets;
+    if (ofType.types) entry["types"] = *ofType.types;
   }
   object["seconds"] = figures.seconds;
   return object;
@@ -137,8 +145,8 @@ std::string summaryTable(const FileFigures& figures) {
       std::string(colours().strong) + visible(figures.file) + std::string(colours().plain);
   text += '\n' + line("records", grouped(figures.records)) + '\n';
   text += line("paths", grouped(figures.paths)) + '\n';
-  text += malformedLines(figures) + timeLine(figures) + '\n' + kindLines(figures);
-  for (const auto& kind : figures.kinds) text += extendedLines(kind) + mostUsedLines(kind);
+  text += malformedLines(figures) + timeLine(figures) + '\n' + typeLines(figures);
+  for (const auto& one : figures.types) text += extendedLines(one) + mostUsedLines(one);
   return text;
 }
 

@@ -1,18 +1,18 @@
-// How many paths carry each value of a kind.
+// How many paths carry each value of a list type.
 //
 //   ValueUses<4> uses;
-//   for (each list) uses.add(values of the list, paths that hold it);
+//   uses.add(octets of a value, paths that carry it);   // again for every list
 //   uses.addUp();
 //   uses.distinct();
 #pragma once
 
 #include <algorithm>
 #include <array>
-#include <string>
 #include <utility>
 #include <vector>
 
 #include "ReaderNames.h"
+#include "Zonet/NetworkOrder.h"
 
 namespace bgpcomm {
 
@@ -20,17 +20,11 @@ namespace bgpcomm {
 template <std::size_t valueSize>
 class ValueUses {
  public:
-  /// Values one behind the other.
-  void add(Octets values, U64 paths) {
-    Cursor in(values);
-    while (!in.atEnd()) {
-      Value value;
-      for (U32& word : value) word = in.u32();
-      uses_.emplace_back(value, paths);
-    }
-  }
+  using Value = std::array<U8, valueSize>;
 
-  /// To be called once, when all is there.
+  void add(const Value& value, U64 paths) { uses_.emplace_back(wordsOf(value), paths); }
+
+  /// Sums what was added of equal values. The functions below need it.
   void addUp() {
     if (uses_.empty()) return;
     std::sort(uses_.begin(), uses_.end());
@@ -46,35 +40,41 @@ class ValueUses {
 
   U64 distinct() const { return uses_.size(); }
 
-  /// Calls `use` with the octets of each value, once it is added up.
+  /// Calls `use` with the octets of each value.
   void forEach(auto use) const {
     for (const Use& one : uses_) use(Octets(octetsOf(one.first)));
   }
 
-  /// Values, by their octets, and the paths that carry them: at most `count`, the most used first;
-  /// of equally used ones those that are smaller.
-  std::vector<std::pair<std::vector<U8>, U64>> mostUsed(std::size_t count) const {
+  /// Values and the paths that carry them: at most `count`, the most used first; of equally used
+  /// ones the smaller.
+  std::vector<std::pair<Value, U64>> mostUsed(std::size_t count) const {
     std::vector<Use> most(std::min(count, uses_.size()));
     std::partial_sort_copy(uses_.begin(), uses_.end(), most.begin(), most.end(),
                            [](const Use& a, const Use& b) {
                              return a.second != b.second ? a.second > b.second : a.first < b.first;
                            });
-    std::vector<std::pair<std::vector<U8>, U64>> found;
+    std::vector<std::pair<Value, U64>> found;
     found.reserve(most.size());
-    for (const auto& [value, paths] : most) found.emplace_back(octetsOf(value), paths);
+    for (const auto& [words, paths] : most) found.emplace_back(octetsOf(words), paths);
     return found;
   }
 
  private:
-  /// In network order, so that values sort as their octets do.
-  using Value = std::array<U32, valueSize / sizeof(U32)>;
-  using Use = std::pair<Value, U64>;
+  /// Numbers compare faster than octets, and in the same order.
+  using Words = std::array<U32, valueSize / sizeof(U32)>;
+  using Use = std::pair<Words, U64>;
 
-  static std::vector<U8> octetsOf(const Value& value) {
-    std::vector<U8> octets;
-    for (const U32 word : value)
-      for (int shift = 24; shift >= 0; shift -= 8) octets.push_back(U8(word >> shift));
-    return octets;
+  static Words wordsOf(const Value& value) {
+    Words words;
+    for (std::size_t i = 0; i < words.size(); ++i)
+      words[i] = Zonet::loadNetworkOrder<U32>(value.data() + i * sizeof(U32));
+    return words;
+  }
+  static Value octetsOf(const Words& words) {
+    Value value;
+    for (std::size_t i = 0; i < words.size(); ++i)
+      Zonet::storeNetworkOrder(value.data() + i * sizeof(U32), words[i]);
+    return value;
   }
 
   std::vector<Use> uses_;

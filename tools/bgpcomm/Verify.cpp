@@ -9,17 +9,17 @@
 namespace bgpcomm {
 namespace {
 
-/// What the list of an attribute must be on the wire: optional and transitive, the values sorted
-/// as octets, without repeats. Made from the octets alone, by none of the library's code.
-std::string canonical(const KindRow& kind, Octets value) {
+/// The attribute that a list must write: optional and transitive, the values sorted as octets,
+/// without repeats. Made from the octets alone, by none of the library's code.
+std::string canonical(const ListType& type, Octets value) {
   std::vector<std::string> values;
-  for (Octets left = value; !left.empty(); left = left.subspan(kind.valueSize))
-    values.emplace_back(left.begin(), left.begin() + std::ptrdiff_t(kind.valueSize));
+  for (Octets left = value; !left.empty(); left = left.subspan(type.valueSize))
+    values.emplace_back(left.begin(), left.begin() + std::ptrdiff_t(type.valueSize));
   std::sort(values.begin(), values.end());
   values.erase(std::unique(values.begin(), values.end()), values.end());
 
-  const std::size_t length = values.size() * kind.valueSize;
-  std::string attribute = {char(length > 255 ? 0xd0 : 0xc0), char(kind.attribute)};
+  const std::size_t length = values.size() * type.valueSize;
+  std::string attribute = {char(length > 255 ? 0xd0 : 0xc0), char(type.attribute)};
   if (length > 255) attribute += char(length >> 8);
   attribute += char(length);
   for (const std::string& one : values) attribute += one;
@@ -28,19 +28,19 @@ std::string canonical(const KindRow& kind, Octets value) {
 
 class Verifier {
  public:
-  /// What is refused is malformed, and nothing to be compared.
+  /// Compares the lists of a path; a list that is refused is one of its faults.
   void compare(const std::string& file, CommunityValues& values, Place place) {
-    for (std::size_t kind = 0; kind < kindCount; ++kind) {
-      if (values[kind].empty()) continue;
-      const KindTable::Text written = tables_[kind]->serialized(values[kind]);
+    for (std::size_t type = 0; type < listTypeCount; ++type) {
+      if (values[type].empty()) continue;
+      const ListText written = listTypes[type].serialized(tables_, values[type]);
       if (written.fault) {
         values.faults.add(*written.fault);
         continue;
       }
-      const std::string expected = canonical(kindRows[kind], values[kind]);
+      const std::string expected = canonical(listTypes[type], values[type]);
       ++compared_;
       if (written.text != expected && ++differing_ <= shownDifferences)
-        show(visible(file) + ": " + std::string(kindRows[kind].title) + placeText(place), expected,
+        show(visible(file) + ": " + std::string(listTypes[type].title) + placeText(place), expected,
              written.text);
     }
   }
@@ -58,7 +58,7 @@ class Verifier {
     print("  wire    " + hex(asOctets(expected)) + "\n  written " + hex(asOctets(written)) + '\n');
   }
 
-  KindTables tables_ = makeKindTables();
+  const CommunityTables tables_{sharedParser()};
   U64 compared_ = 0;
   U64 differing_ = 0;
 };

@@ -1,27 +1,28 @@
 #include "Wanted.h"
 
 #include "Hex.h"
-#include "LargeKind.h"
 #include "Numbers.h"
-#include "StandardKind.h"
 #include "Zonet/Ip4Addr.h"
-#include "attr/BgpPathAttributeEnums.h"
+#include "community-list/ZoBgpCommunityListStandard.h"
 
 namespace bgpcomm {
 namespace {
 
 using Routing::Bgp::BgpPathAttrType;
 
-std::optional<Wanted> oneOf(BgpPathAttrType kind, std::vector<std::vector<U8>> values) {
+std::optional<Wanted> oneOf(BgpPathAttrType attribute, std::vector<std::vector<U8>> values) {
   if (values.empty()) return std::nullopt;
-  return Wanted{kindOfAttribute(U8(kind)), std::move(values)};
+  return Wanted{listTypeOf(U8(attribute)), std::move(values)};
 }
 
-template <class Kind>
-std::optional<Wanted> readOne(const std::string& text) {
-  auto value = Kind::readValue(text);
-  if (!value) return std::nullopt;
-  return oneOf(Kind::attributeType, {std::move(*value)});
+/// All communities that have names lie in the two ends of the numbers.
+std::optional<U32> readName(std::string_view text) {
+  using Routing::Bgp::CommList;
+  if (text.empty()) return std::nullopt;
+  for (U32 wellKnown = 0xffff0000; wellKnown != 0; ++wellKnown)
+    if (CommList::wellKnownName(wellKnown) == text) return wellKnown;
+  if (CommList::wellKnownName(0) == text) return 0;
+  return std::nullopt;
 }
 
 /// Type octet, the subtype of route targets, then two numbers that fill the rest.
@@ -48,10 +49,24 @@ std::optional<U32> readAddress(std::string text) {
 }  // namespace
 
 std::optional<Wanted> wantedCommunity(const std::string& text) {
-  return readOne<StandardKind>(text);
+  std::optional<U32> community;
+  if (const auto numbers = readNumbers<2>(text, 0xFFFF))
+    community = U32((*numbers)[0] << 16 | (*numbers)[1]);
+  else
+    community = readName(text);
+  if (!community) return std::nullopt;
+  std::vector<U8> octets;
+  appendNumber(octets, *community, 4);
+  return oneOf(BgpPathAttrType::community, {octets});
 }
 
-std::optional<Wanted> wantedLarge(const std::string& text) { return readOne<LargeKind>(text); }
+std::optional<Wanted> wantedLarge(const std::string& text) {
+  const auto numbers = readNumbers<3>(text, 0xFFFFFFFF);
+  if (!numbers) return std::nullopt;
+  std::vector<U8> octets;
+  for (const U64 number : *numbers) appendNumber(octets, number, 4);
+  return oneOf(BgpPathAttrType::largeCommunity, {octets});
+}
 
 std::optional<Wanted> wantedRouteTarget(const std::string& text) {
   constexpr U64 most16 = 0xFFFF, most32 = 0xFFFFFFFF;

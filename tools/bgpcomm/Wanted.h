@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "Kinds.h"
+#include "ListTypes.h"
 
 namespace bgpcomm {
 
-/// One of these values of a kind, by their octets: some texts stand for several.
+/// One of these values of a list type, by their octets: some texts stand for several.
 struct Wanted {
-  std::size_t kind;
+  std::size_t type;
   std::vector<std::vector<U8>> values;
 };
 

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "Commands.h"
-#include "ExtendedKind.h"
+#include "ListTypes.h"
 #include "PathKey.h"
 #include "Reading.h"
 #include "Terminal.h"
@@ -88,7 +88,7 @@ class Replay {
       at = paths_.erase(at);
   }
 
-  ExtCommDedupTable::Ptr values_ = extCommDedupTableFactory(sharedParser());
+  ExtCommDedupTable::Ptr values_ = extCommDedupTableFactory(sharedParser()->extCommParser());
   ExtCommListDedupTable::Ptr lists_;
   std::map<std::string, ExtCommList::PtrConst> paths_;
 };

@@ -1,0 +1,162 @@
+// HeldLists of a type. All types have the same code, but for the memory that they take.
+#pragma once
+
+#include <unordered_map>
+
+#include "Hex.h"
+#include "ListTypes.h"
+#include "ListValues.h"
+#include "Mox/Allocation.h"
+#include "ValueUses.h"
+
+namespace bgpcomm {
+
+Fault faultOf(const Routing::Bgp::WireFault& fault);
+
+/// The octets of all values, one behind the other.
+template <class List>
+void appendOctets(std::vector<U8>& octets, const List& list) {
+  forEachValue(list, [&](const auto& value) {
+    const auto one = octetsOf(value);
+    octets.insert(octets.end(), one.begin(), one.end());
+  });
+}
+
+/// The memory that lists of a type take. Values that are numbers stand in the list itself.
+template <class List>
+struct ListMemory {
+  using Tables = Routing::Bgp::CommunityListTables<List>;
+  /// Whether an object of this type is part of such lists.
+  static bool counts(const Mox::Type& type) { return type.isA(List::type); }
+  /// The octets of the tables themselves, without their members.
+  static U64 ofTables(const Tables& tables) { return tables.lists()->dedupHashTable()->octets(); }
+  /// The octets of a list that a path shares with no other.
+  static U64 ofOwnList(const List& list) {
+    return sizeof(List) + list.comms() * sizeof(typename List::Value);
+  }
+};
+
+/// Values that are objects count too, and the groups of the list.
+template <Routing::Bgp::InternsValues List>
+struct ListMemory<List> {
+  using Tables = Routing::Bgp::CommunityListTables<List>;
+  static bool counts(const Mox::Type& type) {
+    return type.isA(List::type) || type.isA(List::Group::type) || type.isA(List::Value::type) ||
+           (std::same_as<List, Routing::Bgp::ExtCommList> &&
+            type.isA(Routing::Bgp::RtExtCommListLifeTimeNotifier::type));
+  }
+  static U64 ofTables(const Tables& tables) {
+    U64 octets = tables.lists()->dedupHashTable()->octets() +
+                 tables.values()->dedupHashTable()->octets() +
+                 tables.lists()->extCommClassificationListDedupTable()->octets();
+    if constexpr (requires { tables.lists()->rtExtCommClassificationListDedupTable(); })
+      octets += tables.lists()->rtExtCommClassificationListDedupTable()->octets();
+    return octets;
+  }
+  static U64 ofOwnList(const List& list) {
+    U64 octets = sizeof(List) + list.comms() * (2 * sizeof(void*) + sizeof(typename List::Value));
+    for (const auto& group : list.classificationLists().present())
+      octets += sizeof(group) + sizeof *group;
+    return octets;
+  }
+};
+
+template <class List>
+class HeldListsOf final : public HeldLists {
+ public:
+  explicit HeldListsOf(const CommunityTables& tables) : tables_(tables.of<List>()) {}
+
+  std::optional<Fault> hold(Octets value) override {
+    auto interned = tables_.dedupWire(value);
+    if (!interned) return faultOf(*interned.fault);
+    addPaths(std::move(interned.list), 1);
+    communities_ += value.size() / valueSizeOf<List>;
+    return std::nullopt;
+  }
+
+  void add(const HeldLists& lists) override {
+    const auto& other = static_cast<const HeldListsOf&>(lists);
+    std::vector<U8> octets;
+    for (const auto& [list, held] : other.held_) {
+      octets.clear();
+      appendOctets(octets, *list);
+      addPaths(tables_.dedupWire(octets).list, held.paths);
+    }
+    communities_ += other.communities_;
+  }
+
+  void figures(ListFigures& figures) const override {
+    figures.communities = communities_;
+    figures.internedOctets = memory() - memoryBefore_ + Memory::ofTables(tables_);
+    figures.distinctLists = tables_.lists()->dedupHashTable()->members();
+    for (const auto& [list, held] : held_) {
+      figures.attributes += held.paths;
+      figures.unsharedOctets += held.paths * Memory::ofOwnList(*list);
+    }
+    ValueUses<valueSizeOf<List>> uses;
+    for (const auto& [list, held] : held_)
+      forEachValue(*list, [&](const auto& value) { uses.add(octetsOf(value), held.paths); });
+    uses.addUp();
+    addMostUsed(figures, uses);
+    if constexpr (requires { tables_.lists()->notifyingRtExtCommListCollection(); }) {
+      figures.distinctRouteTargetSets =
+          tables_.lists()->notifyingRtExtCommListCollection()->rtExtCommLists();
+      auto& types = figures.types.emplace();
+      uses.forEach(
+          [&](Octets value) { ++types[hex(value.first(1)) + '/' + hex(value.subspan(1, 1))]; });
+    }
+    figures.distinctValues = uses.distinct();
+  }
+
+  std::vector<StoredUse> save(MoxStash::StoreWriter& writer) const override {
+    std::vector<StoredUse> uses;
+    for (const auto& [list, held] : held_)
+      uses.push_back({writer.add(held.list, held.paths), held.paths});
+    return uses;
+  }
+  MoxStash::StoredKind recordType() const override { return List::storedKind; }
+  void restore(const MoxStash::StoreManager& store, const StoredUse& use) override {
+    auto list = tables_.dedupStored(use.list, store);
+    if (list->empty() || list->comms() > Routing::Bgp::maxAttributeOctets / valueSizeOf<List>)
+      store.fail("a list is one that no attribute can have");
+    addPaths(std::move(list), use.paths);
+  }
+
+ private:
+  using Memory = ListMemory<List>;
+  struct Held {
+    Mox::Ptr<const List> list;
+    U64 paths = 0;
+  };
+
+  void addPaths(Mox::Ptr<const List> list, U64 paths) {
+    Held& held = held_[list.get()];
+    if (!held.list) held.list = std::move(list);
+    held.paths += paths;
+  }
+
+  void addMostUsed(ListFigures& figures, const ValueUses<valueSizeOf<List>>& uses) const {
+    constexpr std::size_t shown = 10;
+    for (const auto& [value, paths] : uses.mostUsed(shown)) {
+      const auto list = tables_.dedupWire(value).list;  // of this one value
+      forEachValue(*list, [&](const auto& one) {
+        figures.mostUsed.push_back({textOf(one, true), hex(value), paths});
+      });
+    }
+  }
+
+  static U64 memory() {
+    U64 octets = 0;
+    for (const Mox::AllocationCount& count : Mox::allocationCounts()) {
+      const Mox::Type* const type = Mox::Type::find(count.type);
+      if (type && Memory::counts(*type)) octets += count.octets;
+    }
+    return octets;
+  }
+
+  const Routing::Bgp::CommunityListTables<List>& tables_;
+  const U64 memoryBefore_ = memory();
+  std::unordered_map<const List*, Held> held_;
+};
+
+}  // namespace bgpcomm

@@ -1,0 +1,48 @@
+// The values of lists: their octets on the wire, and their texts.
+//
+//   octetsOf(0xfde80064u);        // fd e8 00 64
+//   textOf(0xffffff01u, true);    // "no-export"
+//   textOf(community, true);      // "RT:65000:100"
+#pragma once
+
+#include <array>
+#include <string>
+#include <utility>
+
+#include "ReaderNames.h"
+#include "community-list/ZoBgpCommunityListLarge.h"
+#include "community/ZoBgpCommunity.h"
+#include "ip6/ExtCommIp6.h"
+
+namespace bgpcomm {
+
+/// In network order.
+std::array<U8, 4> octetsOf(U32 community);
+std::array<U8, 12> octetsOf(const Acl::CommunityValue& community);
+std::array<U8, 8> octetsOf(const Routing::Bgp::ExtComm& community);
+std::array<U8, 20> octetsOf(const Routing::Bgp::ExtCommIp6& community);
+
+/// `65000:100`; with `names`, a well-known community by its name.
+std::string textOf(U32 community, bool names);
+/// `65000:1:2`.
+std::string textOf(const Acl::CommunityValue& community, bool names);
+/// The short policy text of a community that has a meaning, or else the long one, which names type
+/// and subtype. Octets without a meaning are shorter in hex, as `0x0400000000000001`. Different
+/// communities may have the same text: `RT:100:1` does not tell how the AS number is written.
+std::string textOf(const Routing::Bgp::ExtComm& community, bool names);
+std::string textOf(const Routing::Bgp::ExtCommIp6& community, bool names);
+
+/// How many octets each value of a list has.
+template <class List>
+inline constexpr std::size_t valueSizeOf =
+    sizeof(octetsOf(std::declval<const typename List::Value&>()));
+
+/// Calls `use` with each value of a list.
+void forEachValue(const auto& list, auto use) {
+  if constexpr (requires { list.values(); })
+    for (const auto& value : list.values()) use(value);
+  else
+    for (const auto& value : list.commVector()) use(*value);
+}
+
+}  // namespace bgpcomm
