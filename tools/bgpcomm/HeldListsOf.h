@@ -16,7 +16,7 @@ Fault faultOf(const Routing::Bgp::WireFault& fault);
 /// The octets of all values, one behind the other.
 template <class List>
 void appendOctets(std::vector<U8>& octets, const List& list) {
-  forEachValue(list, [&](const auto& value) {
+  list.forEachValue([&](const auto& value) {
     const auto one = octetsOf(value);
     octets.insert(octets.end(), one.begin(), one.end());
   });
@@ -95,7 +95,7 @@ class HeldListsOf final : public HeldLists {
     }
     ValueUses<valueSizeOf<List>> uses;
     for (const auto& [list, held] : held_)
-      forEachValue(*list, [&](const auto& value) { uses.add(octetsOf(value), held.paths); });
+      list->forEachValue([&](const auto& value) { uses.add(octetsOf(value), held.paths); });
     uses.addUp();
     addMostUsed(figures, uses);
     if constexpr (requires { tables_.lists()->notifyingRtExtCommListCollection(); }) {
@@ -139,7 +139,7 @@ class HeldListsOf final : public HeldLists {
     constexpr std::size_t shown = 10;
     for (const auto& [value, paths] : uses.mostUsed(shown)) {
       const auto list = tables_.dedupWire(value).list;  // of this one value
-      forEachValue(*list, [&](const auto& one) {
+      forEachCommunity(*list, [&](const auto& one) {
         figures.mostUsed.push_back({textOf(one, true), hex(value), paths});
       });
     }

@@ -35,7 +35,7 @@ ListText read(const CommunityTables& tables, Octets value, auto fill) {
 template <class List>
 ListText text(const CommunityTables& tables, Octets value, bool names) {
   return read<List>(tables, value, [names](const List& list, ListText& text) {
-    forEachValue(list, [&](const auto& one) {
+    forEachCommunity(list, [&](const auto& one) {
       (text.text += text.text.empty() ? "" : " ") += textOf(one, names);
     });
   });
@@ -44,7 +44,7 @@ ListText text(const CommunityTables& tables, Octets value, bool names) {
 template <class List>
 ListText values(const CommunityTables& tables, Octets value, bool names) {
   return read<List>(tables, value, [names](const List& list, ListText& text) {
-    forEachValue(list, [&](const auto& one) {
+    forEachCommunity(list, [&](const auto& one) {
       text.values.push_back({textOf(one, names), hex(octetsOf(one))});
     });
   });

@@ -3,7 +3,6 @@
 #include "Hex.h"
 #include "Zonet/NetworkOrder.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
-#include "ip6/ExtCommIp6List.h"
 
 namespace bgpcomm {
 
@@ -35,14 +34,6 @@ std::string policyText(const Value& value) {
 std::array<U8, 4> octetsOf(U32 community) { return octetsOfWords(community); }
 std::array<U8, 12> octetsOf(const Acl::CommunityValue& community) {
   return octetsOfWords(community.globalAdmin(), community.localData1(), community.localData2());
-}
-std::array<U8, 8> octetsOf(const ExtComm& community) {
-  return octetsOfWords(community.getContent().value());
-}
-std::array<U8, 20> octetsOf(const ExtCommIp6& community) {
-  std::array<U8, 20> octets;
-  ExtCommIp6List::Family::store(community.getContent(), octets.data());
-  return octets;
 }
 
 std::string textOf(U32 community, bool names) {

@@ -16,11 +16,16 @@
 
 namespace bgpcomm {
 
-/// In network order.
+// The octets on the wire.
+
 std::array<U8, 4> octetsOf(U32 community);
 std::array<U8, 12> octetsOf(const Acl::CommunityValue& community);
-std::array<U8, 8> octetsOf(const Routing::Bgp::ExtComm& community);
-std::array<U8, 20> octetsOf(const Routing::Bgp::ExtCommIp6& community);
+auto octetsOf(const auto& content) requires requires { content.octets(); }
+{ return content.octets(); }
+auto octetsOf(const auto& community) requires requires { community.getContent(); }
+{ return community.getContent().octets(); }
+
+// The texts.
 
 /// `65000:100`; with `names`, a well-known community by its name.
 std::string textOf(U32 community, bool names);
@@ -37,8 +42,8 @@ template <class List>
 inline constexpr std::size_t valueSizeOf =
     sizeof(octetsOf(std::declval<const typename List::Value&>()));
 
-/// Calls `use` with each value of a list.
-void forEachValue(const auto& list, auto use) {
+/// Calls `use` with each community of a list, as `textOf` takes it.
+void forEachCommunity(const auto& list, auto use) {
   if constexpr (requires { list.values(); })
     for (const auto& value : list.values()) use(value);
   else

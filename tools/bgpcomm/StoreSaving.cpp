@@ -48,7 +48,7 @@ bool writeStore(const MoxStash::StoreWriter& writer, const std::string& name) {
     return true;
   } catch (const MoxStash::StoreException& error) {
     if (HeldSignals::caught())
-      printError(name + ": is not written: " + strsignal(caughtSignal));
+      printError(name, ": is not written: ", strsignal(caughtSignal));
     else
       printError(error.what());
   } catch (const std::bad_alloc&) {

@@ -35,8 +35,8 @@ int runSave(const SaveOptions& options) {
     if (!result.unopened) files.push_back(noteOf(figures, lists, writer));
   }
   if (files.empty()) return exitBadData;  // nothing that would be worth a store
-  writer.noteIs(noteName, files.dump(-1, ' ', false, Json::error_handler_t::replace));
   workingOn(options.store);
+  writer.noteIs(noteName, files.dump(-1, ' ', false, Json::error_handler_t::replace));
   return writeStore(writer, options.store) && good ? 0 : exitBadData;
 }
 

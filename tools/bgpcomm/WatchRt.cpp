@@ -97,7 +97,7 @@ int runWatchRt(const Options& options) {
   const auto lists = extCommListDedupTableFactory();
   Replay replay(lists);
   Watcher watcher(lists->notifyingRtExtCommListCollection(), options.json);
-  const std::size_t extended = kindOfAttribute(U8(BgpPathAttrType::extCommunity));
+  const std::size_t extended = listTypeOf(U8(BgpPathAttrType::extCommunity));
   const ReadResult result = readFile(options.file,
                                      [&](const Path& path, CommunityValues& values, Place) {
                                        watcher.timeIs(path);
