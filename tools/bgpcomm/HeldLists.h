@@ -62,7 +62,7 @@ class HeldLists {
   /// Adds all lists to the store; says where each is, and how many paths hold it.
   virtual std::vector<StoredUse> save(MoxStash::StoreWriter& writer) const = 0;
   /// The record type of such lists among the roots of a store.
-  virtual MoxStash::StoredKind recordType() const = 0;
+  virtual MoxStash::RecordType recordType() const = 0;
   /// Interns a stored list for so many paths. StoreException when the store is damaged.
   virtual void restore(const MoxStash::StoreManager& store, const StoredUse& use) = 0;
   /// Communities as they were on the wire, repeats included: the lists do not tell.

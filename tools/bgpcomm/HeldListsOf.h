@@ -114,7 +114,7 @@ class HeldListsOf final : public HeldLists {
       uses.push_back({writer.add(held.list, held.paths), held.paths});
     return uses;
   }
-  MoxStash::StoredKind recordType() const override { return List::storedKind; }
+  MoxStash::RecordType recordType() const override { return List::recordType; }
   void restore(const MoxStash::StoreManager& store, const StoredUse& use) override {
     auto list = tables_.dedupStored(use.list, store);
     if (list->empty() || list->comms() > Routing::Bgp::maxAttributeOctets / valueSizeOf<List>)
