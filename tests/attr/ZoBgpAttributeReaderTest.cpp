@@ -20,7 +20,8 @@ std::string found(std::span<const U8> octets) {
   }
   EXPECT_FALSE(in.next()) << "the end is the end";
   if (const auto& overrun = in.overrun())
-    text += '@' + std::to_string(overrun->offset) + ": " + overrun->toStrep();
+    text += std::to_string(U32(overrun->type)) + '@' + std::to_string(overrun->offset) + ": " +
+            overrun->toStrep();
   return text;
 }
 
@@ -32,14 +33,14 @@ TEST(PathAttributeReader, FindsWhatIsThereAndWhereItIsCutShort) {
       {"c00802 0102", "192 8@0=1.2. "},
       {"ff630000 ef6300", "255 99@0= 239 99@4= "},
       {"400100 d0100001ff", "64 1@0= 208 16@3=255. "},
-      {"d010010000", "@0: Extended Community attribute: 1 octet left of 256"},
-      {"400100 c00803 0102", "64 1@0= @3: Community attribute: 2 octets left of 3"},
-      {"c00801", "@0: Community attribute: 0 octets left of 1"},
-      {"c06301", "@0: Attribute 99: 0 octets left of 1"},
-      {"c00001", "@0: Attribute 0: 0 octets left of 1"},
-      {"400100 c0", "64 1@0= @3: an attribute's header is cut short"},
-      {"c008", "@0: an attribute's header is cut short"},
-      {"d00800", "@0: an attribute's header is cut short"},
+      {"d010010000", "16@0: Extended Community attribute: 1 octet left of 256"},
+      {"400100 c00803 0102", "64 1@0= 8@3: Community attribute: 2 octets left of 3"},
+      {"c00801", "8@0: Community attribute: 0 octets left of 1"},
+      {"c06301", "99@0: Attribute 99: 0 octets left of 1"},
+      {"c00001", "0@0: Attribute 0: 0 octets left of 1"},
+      {"400100 c0", "64 1@0= 0@3: an attribute's header is cut short"},
+      {"c008", "8@0: an attribute's header is cut short"},
+      {"d00800", "8@0: an attribute's header is cut short"},
   };
   for (const auto& [octets, expected] : cases)
     EXPECT_EQ(found(hexOctets(octets)), expected) << octets;
