@@ -4,9 +4,9 @@
 
 #include "Commands.h"
 #include "ListTypes.h"
-#include "PathKey.h"
 #include "Reading.h"
 #include "Terminal.h"
+#include "mrt/PathKey.h"
 
 namespace bgpcomm {
 namespace {
