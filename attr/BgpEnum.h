@@ -7,14 +7,14 @@
 /// The table of an enumeration in Routing::Bgp, and the instance that is named after it. A third
 /// argument is the type of its rows:
 ///
-///   BGP_ENUM_TABLE(BgpPathAttrFlag, ROWS)
-///   BGP_ENUM_TABLE(BgpPathAttrType, ROWS, BgpPathAttrTypeRow)
-#define BGP_ENUM_TABLE(Enum, ROWS, ...)                                           \
-  consteval auto enumTable(Enum) {                                                \
-    using enum Enum;                                                              \
-    return Mox::enumRows<Enum __VA_OPT__(, ) __VA_ARGS__>("Routing::Bgp::" #Enum, \
-                                                          {ROWS(MOX_ENUM_ROW)});  \
-  }                                                                               \
+///   BGP_ENUM_TABLE(BgpPathAttrFlag, MOX_ROWS)
+///   BGP_ENUM_TABLE(BgpPathAttrType, MOX_ROWS, BgpPathAttrTypeRow)
+#define BGP_ENUM_TABLE(Enum, MOX_ROWS, ...)                                          \
+  consteval auto enumTable(Enum) {                                                   \
+    using enum Enum;                                                                 \
+    return Mox::enumRows<Enum __VA_OPT__(, ) __VA_ARGS__>("Routing::Bgp::" #Enum,    \
+                                                          {MOX_ROWS(MOX_ENUM_ROW)}); \
+  }                                                                                  \
   inline constexpr Mox::EnumInstance<Enum> Enum##Instance {}
 
 namespace Routing::Bgp {

@@ -12,7 +12,7 @@ namespace Routing::Bgp {
 
 /// The type code of a path attribute, as on the wire (RFC 4271 and the IANA registry of BGP path
 /// attributes). Code 11 and every other code that is not listed is no member.
-#define ROWS(X)                                                                     \
+#define MOX_ROWS(X)                                                                 \
   X(invalidPathAttr, 0, "Invalid Path Attribute")                                   \
   X(origin, 1, "Origin")                                                            \
   X(asPath, 2, "AS Path")                                                           \
@@ -37,7 +37,7 @@ namespace Routing::Bgp {
   X(largeCommunity, 32, "Large Community")                           /* RFC 8092 */ \
   X(prefixSid, 40, "BGP Prefix-SID")                                 /* RFC 8669 */ \
   X(reservedForDevelopment, 255, "Reserved for Development")
-enum class BgpPathAttrType : U32 { ROWS(MOX_ENUMERATOR) };
+enum class BgpPathAttrType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 
 /// The row of a type also has the name that show commands print.
 struct BgpPathAttrTypeRow {
@@ -46,8 +46,8 @@ struct BgpPathAttrTypeRow {
   const char* showString;
   bool member = true;
 };
-BGP_ENUM_TABLE(BgpPathAttrType, ROWS, BgpPathAttrTypeRow);
-#undef ROWS
+BGP_ENUM_TABLE(BgpPathAttrType, MOX_ROWS, BgpPathAttrTypeRow);
+#undef MOX_ROWS
 
 /// The name that show commands print. Asserts "Unknown BgpPathAttrType" for a code that is no
 /// member.
@@ -55,30 +55,30 @@ const char* bgpPathAttrTypeShowString(BgpPathAttrType type);
 
 /// The flags octet of a path attribute (RFC 4271, section 4.3). The values are bit patterns, the
 /// last two of them combinations.
-#define ROWS(X)               \
+#define MOX_ROWS(X)           \
   X(opt, 0x80)                \
   X(transitive, 0x40)         \
   X(partial, 0x20)            \
   X(extLen, 0x10)             \
   X(optionalTransitive, 0xC0) \
   X(optionalTransitivePartial, 0xE0)
-enum class BgpPathAttrFlag : U32 { ROWS(MOX_ENUMERATOR) };
+enum class BgpPathAttrFlag : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 
 /// Both patterns together; the result need not be a member.
 constexpr BgpPathAttrFlag operator|(BgpPathAttrFlag a, BgpPathAttrFlag b) {
   return BgpPathAttrFlag(U32(a) | U32(b));
 }
-BGP_ENUM_TABLE(BgpPathAttrFlag, ROWS);
-#undef ROWS
+BGP_ENUM_TABLE(BgpPathAttrFlag, MOX_ROWS);
+#undef MOX_ROWS
 
 /// The type of a TLV inside the Prefix-SID attribute (RFC 8669).
-#define ROWS(X)       \
+#define MOX_ROWS(X)   \
   X(invalidTlv, 0)    \
   X(labelIndexTlv, 1) \
   X(ipv6SidTlv, 2)    \
   X(originatorSrgbTlv, 3)
-enum class PrefixSidTlvType : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(PrefixSidTlvType, ROWS);
-#undef ROWS
+enum class PrefixSidTlvType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(PrefixSidTlvType, MOX_ROWS);
+#undef MOX_ROWS
 
 }  // namespace Routing::Bgp

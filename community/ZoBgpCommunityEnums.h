@@ -13,7 +13,7 @@
 namespace Routing::Bgp {
 
 /// The type octet. Bit 0x40 set: not transitive across autonomous systems.
-#define ROWS(X)                                       \
+#define MOX_ROWS(X)                                   \
   X(extCommPktTypeTransTwoOctetAs, 0x00)              \
   X(extCommPktTypeTransIpv4Address, 0x01)             \
   X(extCommPktTypeTransFourOctetAs, 0x02)             \
@@ -31,22 +31,22 @@ namespace Routing::Bgp {
   X(extCommPktTypeNonTransOpaque, 0x43)               \
   X(extCommPktTypeNonTransQosMarking, 0x44)           \
   X(extCommPktTypeUnknown, 256, false)
-enum BgpExtCommPktType : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktType, ROWS);
-#undef ROWS
+enum BgpExtCommPktType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktType, MOX_ROWS);
+#undef MOX_ROWS
 
 /// The type octet of a 20-octet community. Not every type of the 8-octet family is one here.
-#define ROWS(X)                                 \
+#define MOX_ROWS(X)                             \
   X(extCommIp6PktTypeTransIpv6Address, 0x00)    \
   X(extCommIp6PktTypeNonTransIpv6Address, 0x40) \
   X(extCommIp6PktTypeUnknown, 256, false)
-enum BgpExtCommIp6PktType : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommIp6PktType, ROWS);
-#undef ROWS
+enum BgpExtCommIp6PktType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommIp6PktType, MOX_ROWS);
+#undef MOX_ROWS
 
 /// The meaning of a community, as far as lists group by it; the order is that of the groups. The
 /// last one counts the others: it is a member, and yet no object carries it.
-#define ROWS(X)                                    \
+#define MOX_ROWS(X)                                \
   X(extCommClassificationUnSpecified, 0)           \
   X(extCommClassificationRouteTarget, 1)           \
   X(extCommClassificationRouteOrigin, 2)           \
@@ -58,8 +58,8 @@ BGP_ENUM_TABLE(BgpExtCommIp6PktType, ROWS);
   X(extCommClassificationColor, 8)                 \
   X(extCommClassificationOriginValidationState, 9) \
   X(extCommClassificationOneBeyondLast, 10)
-enum ExtCommClassification : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(ExtCommClassification, ROWS);
-#undef ROWS
+enum ExtCommClassification : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(ExtCommClassification, MOX_ROWS);
+#undef MOX_ROWS
 
 }  // namespace Routing::Bgp

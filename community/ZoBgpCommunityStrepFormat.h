@@ -17,16 +17,16 @@ namespace Routing::Bgp {
 /// - `UI`: in full words; alone it changes nothing
 /// - `Asdot`: large AS numbers as `1.100` instead of `65636`
 /// - `LinkBwWeighted`: link bandwidth as the number instead of with a unit
-#define ROWS(X)                      \
+#define MOX_ROWS(X)                  \
   X(strepFormatDefault, 0x01)        \
   X(strepFormatQualifier, 0x02)      \
   X(strepFormatClassification, 0x04) \
   X(strepFormatUI, 0x08)             \
   X(strepFormatAsdot, 0x10)          \
   X(strepFormatLinkBwWeighted, 0x20)
-enum StrepFormatFlag : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(StrepFormatFlag, ROWS);
-#undef ROWS
+enum StrepFormatFlag : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(StrepFormatFlag, MOX_ROWS);
+#undef MOX_ROWS
 
 // Bodies that both families share.
 [[noreturn]] void raiseStrepFormatRange();

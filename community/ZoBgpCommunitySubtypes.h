@@ -14,7 +14,7 @@
 namespace Routing::Bgp {
 
 /// Type 0x00. The subtype 0x14 has a name, which says non-transitive, and is yet no member.
-#define ROWS(X)                                                       \
+#define MOX_ROWS(X)                                                   \
   X(extCommPktSubtypeTransTwoOctetAsRouteTarget, 0x02)                \
   X(extCommPktSubtypeTransTwoOctetAsRouteOrigin, 0x03)                \
   X(extCommPktSubtypeTransTwoOctetAsOspfDomainIdentifier, 0x05)       \
@@ -24,12 +24,12 @@ namespace Routing::Bgp {
   X(extCommPktSubtypeTransTwoOctetAsCiscoVpnDistinguisher, 0x10)      \
   X(extCommPktSubtypeNonTransTwoOctetAsLinkBandwidthAny, 0x14, false) \
   X(extCommPktSubtypeTransTwoOctetAsUnknown, 256, false)
-enum BgpExtCommPktSubtypeTransTwoOctetAs : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransTwoOctetAs, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransTwoOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransTwoOctetAs, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x01.
-#define ROWS(X)                                                   \
+#define MOX_ROWS(X)                                               \
   X(extCommPktSubtypeTransIpv4AddressRouteTarget, 0x02)           \
   X(extCommPktSubtypeTransIpv4AddressRouteOrigin, 0x03)           \
   X(extCommPktSubtypeTransIpv4AddressOspfDomainIdentifier, 0x05)  \
@@ -39,12 +39,12 @@ BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransTwoOctetAs, ROWS);
   X(extCommPktSubtypeTransIpv4AddressFlowspecRedirectIp, 0x0c)    \
   X(extCommPktSubtypeTransIpv4AddressCiscoVpnDistinguisher, 0x10) \
   X(extCommPktSubtypeTransIpv4AddressUnknown, 256, false)
-enum BgpExtCommPktSubtypeTransIpv4Address : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransIpv4Address, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransIpv4Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransIpv4Address, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x02.
-#define ROWS(X)                                                   \
+#define MOX_ROWS(X)                                               \
   X(extCommPktSubtypeTransFourOctetAsRouteTarget, 0x02)           \
   X(extCommPktSubtypeTransFourOctetAsRouteOrigin, 0x03)           \
   X(extCommPktSubtypeTransFourOctetAsGeneric, 0x04)               \
@@ -53,12 +53,12 @@ BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransIpv4Address, ROWS);
   X(extCommPktSubtypeTransFourOctetAsSourceAs, 0x09)              \
   X(extCommPktSubtypeTransFourOctetAsCiscoVpnDistinguisher, 0x10) \
   X(extCommPktSubtypeTransFourOctetAsUnknown, 256, false)
-enum BgpExtCommPktSubtypeTransFourOctetAs : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFourOctetAs, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransFourOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFourOctetAs, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x03.
-#define ROWS(X)                                                       \
+#define MOX_ROWS(X)                                                   \
   X(extCommPktSubtypeTransOpaqueCostCommunity, 0x01)                  \
   X(extCommPktSubtypeTransOpaqueOutboundRouteFilter, 0x03)            \
   X(extCommPktSubtypeTransOpaqueOspfRouteType, 0x06)                  \
@@ -66,32 +66,32 @@ BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFourOctetAs, ROWS);
   X(extCommPktSubtypeTransOpaqueEncapsulationExtendedCommunity, 0x0c) \
   X(extCommPktSubtypeTransOpaqueDefaultGateway, 0x0d)                 \
   X(extCommPktSubtypeTransOpaqeUnknown, 256, false)
-enum BgpExtCommPktSubtypeTransOpaque : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransOpaque, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransOpaque : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransOpaque, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x06 (RFC 7432).
-#define ROWS(X)                                  \
+#define MOX_ROWS(X)                              \
   X(extCommPktSubtypeEvpnMacMobility, 0x00)      \
   X(extCommPktSubtypeEvpnEsiMplsLabel, 0x01)     \
   X(extCommPktSubtypeEvpnEsImport, 0x02)         \
   X(extCommPktSubtypeEvpnRouterMac, 0x03)        \
   X(extCommPktSubtypeEvpnLayer2Attributes, 0x04) \
   X(extCommPktSubtypeEvpnUnknown, 256, false)
-enum BgpExtCommPktSubtypeEvpn : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeEvpn, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeEvpn : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeEvpn, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x08.
-#define ROWS(X)                                     \
+#define MOX_ROWS(X)                                 \
   X(extCommPktSubtypeFlowspecRedirectNexthop, 0x00) \
   X(extCommPktSubtypeFlowspecRedirectUnknown, 256, false)
-enum BgpExtCommPktSubtypeTransFlowspecRedirectNexthop : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFlowspecRedirectNexthop, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransFlowspecRedirectNexthop : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFlowspecRedirectNexthop, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x80 (RFC 8955).
-#define ROWS(X)                                                     \
+#define MOX_ROWS(X)                                                 \
   X(extCommPktSubtypeTransGenericFlowspecTrafficRate, 0x06)         \
   X(extCommPktSubtypeTransGenericFlowspecTrafficAction, 0x07)       \
   X(extCommPktSubtypeTransGenericFlowspecRedirectAs2Byte, 0x08)     \
@@ -99,60 +99,60 @@ BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFlowspecRedirectNexthop, ROWS);
   X(extCommPktSubtypeTransGenericLayer2InfoExtendedCommunity, 0x0a) \
   X(extCommPktSubtypeTransGenericEtreeInfo, 0x0b)                   \
   X(extCommPktSubtypeTransGenericUnknown, 256, false)
-enum BgpExtCommPktSubtypeTransGeneric : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGeneric, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransGeneric : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGeneric, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x81 (RFC 8955).
-#define ROWS(X)                                                   \
+#define MOX_ROWS(X)                                               \
   X(extCommPktSubtypeTransGenericPart2FlowspecRedirectIpv4, 0x08) \
   X(extCommPktSubtypeTransGenericPart2Unknown, 256, false)
-enum BgpExtCommPktSubtypeTransGenericPart2 : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGenericPart2, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransGenericPart2 : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGenericPart2, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x82 (RFC 8955).
-#define ROWS(X)                                                      \
+#define MOX_ROWS(X)                                                  \
   X(extCommPktSubtypeTransGenericPart3FlowspecRedirectAs4Byte, 0x08) \
   X(extCommPktSubtypeTransGenericPart3Unknown, 256, false)
-enum BgpExtCommPktSubtypeTransGenericPart3 : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGenericPart3, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeTransGenericPart3 : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGenericPart3, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x40.
-#define ROWS(X)                                                        \
+#define MOX_ROWS(X)                                                    \
   X(extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth, 0x04)            \
   X(extCommPktSubtypeNonTransTwoOctetAsVirtualNetworkIdentifier, 0x80) \
   X(extCommPktSubtypeNonTransTwoOctetAsUnknown, 256, false)
-enum BgpExtCommPktSubtypeNonTransTwoOctetAs : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransTwoOctetAs, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeNonTransTwoOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransTwoOctetAs, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x41, none of whose subtypes has a name.
-#define ROWS(X) X(extCommPktSubtypeNonTransIpv4AddressUnknown, 256, false)
-enum BgpExtCommPktSubtypeNonTransIpv4Address : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransIpv4Address, ROWS);
-#undef ROWS
+#define MOX_ROWS(X) X(extCommPktSubtypeNonTransIpv4AddressUnknown, 256, false)
+enum BgpExtCommPktSubtypeNonTransIpv4Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransIpv4Address, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x42.
-#define ROWS(X)                                        \
+#define MOX_ROWS(X)                                    \
   X(extCommPktSubtypeNonTransFourOctetAsGeneric, 0x04) \
   X(extCommPktSubNonTransFourOctetAsUnknown, 256, false)
-enum BgpExtCommPktSubtypeNonTransFourOctetAs : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransFourOctetAs, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeNonTransFourOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransFourOctetAs, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x43.
-#define ROWS(X)                                           \
+#define MOX_ROWS(X)                                       \
   X(extCommPktSubtypeNonTransOriginValidationState, 0x00) \
   X(extCommPktSubtypeNonTransCostCommunity, 0x01)         \
   X(extCommPktSubtypeNonTransOpaqueUnknown, 256, false)
-enum BgpExtCommPktSubtypeNonTransOpaque : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransOpaque, ROWS);
-#undef ROWS
+enum BgpExtCommPktSubtypeNonTransOpaque : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransOpaque, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x00 of the 20-octet family.
-#define ROWS(X)                                      \
+#define MOX_ROWS(X)                                  \
   X(extCommIp6PktSubtypeRouteTarget, 0x02)           \
   X(extCommIp6PktSubtypeRouteOrigin, 0x03)           \
   X(extCommIp6PktSubtypeOspf3RouteAttributes, 0x04)  \
@@ -162,15 +162,15 @@ BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransOpaque, ROWS);
   X(extCommIp6PktSubtypeUuidRouteTarget, 0x11)       \
   X(extCommIp6PktSubtypeInterAreaP2MPNextHop, 0x12)  \
   X(extCommIp6PktSubtypeTransIpv6AddressUnknown, 256, false)
-enum BgpExtCommIp6PktSubtypeTransIpv6Address : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommIp6PktSubtypeTransIpv6Address, ROWS);
-#undef ROWS
+enum BgpExtCommIp6PktSubtypeTransIpv6Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommIp6PktSubtypeTransIpv6Address, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Type 0x40 of the 20-octet family, none of whose subtypes has a name.
-#define ROWS(X) X(extCommIp6PktSubtypeNonTransIpv6AddressUnknown, 256, false)
-enum BgpExtCommIp6PktSubtypeNonTransIpv6Address : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(BgpExtCommIp6PktSubtypeNonTransIpv6Address, ROWS);
-#undef ROWS
+#define MOX_ROWS(X) X(extCommIp6PktSubtypeNonTransIpv6AddressUnknown, 256, false)
+enum BgpExtCommIp6PktSubtypeNonTransIpv6Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(BgpExtCommIp6PktSubtypeNonTransIpv6Address, MOX_ROWS);
+#undef MOX_ROWS
 
 /// The name of a subtype octet; empty when it is no member.
 template <Mox::Enumeration Subtypes>

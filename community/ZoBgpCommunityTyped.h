@@ -105,7 +105,7 @@ class ExtCommLinkBandwidth final : public Mox::Entity<ExtCommLinkBandwidth, ExtC
 };
 
 /// A tunnel type of the encapsulation community (RFC 9012, IANA registry of tunnel types).
-#define ROWS(X)                \
+#define MOX_ROWS(X)            \
   X(tunnelTypeL2tpv3OverIp, 1) \
   X(tunnelTypeGre, 2)          \
   X(tunnelTypeIpInIp, 7)       \
@@ -114,9 +114,9 @@ class ExtCommLinkBandwidth final : public Mox::Entity<ExtCommLinkBandwidth, ExtC
   X(tunnelTypeMpls, 10)        \
   X(tunnelTypeMplsInGre, 11)   \
   X(tunnelTypeVxlanGpe, 12)
-enum TunnelType : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(TunnelType, ROWS);
-#undef ROWS
+enum TunnelType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(TunnelType, MOX_ROWS);
+#undef MOX_ROWS
 
 /// Tunnel encapsulation (RFC 9012, section 4.1).
 ///
@@ -151,11 +151,11 @@ class ExtCommColor final : public Mox::Entity<ExtCommColor, ExtCommSubtyped> {
 };
 
 /// The result of a router's check of a route's origin (RFC 8097).
-#define ROWS(X)              \
+#define MOX_ROWS(X)          \
   X(valid, 0, "Valid")       \
   X(notFound, 1, "NotFound") \
   X(invalid, 2, "Invalid")
-enum class OriginValidationState : U32 { ROWS(MOX_ENUMERATOR) };
+enum class OriginValidationState : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 
 /// The row of a state also says how texts spell it.
 struct OriginValidationStateRow {
@@ -164,8 +164,8 @@ struct OriginValidationStateRow {
   std::string_view shownAs;
   bool member = true;
 };
-BGP_ENUM_TABLE(OriginValidationState, ROWS, OriginValidationStateRow);
-#undef ROWS
+BGP_ENUM_TABLE(OriginValidationState, MOX_ROWS, OriginValidationStateRow);
+#undef MOX_ROWS
 
 /// Origin validation state (RFC 8097).
 ///

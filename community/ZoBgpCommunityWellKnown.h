@@ -6,13 +6,13 @@
 namespace Routing::Bgp {
 
 /// Each with its name in texts. "local-as" is older than the value's name in code; both are in use.
-#define ROWS(X)                                         \
+#define MOX_ROWS(X)                                     \
   X(communityInternet, 0x00000000, "internet")          \
   X(communityNoExport, 0xFFFFFF01, "no-export")         \
   X(communityNoAdvertise, 0xFFFFFF02, "no-advertise")   \
   X(communityNoExportSubconfed, 0xFFFFFF03, "local-as") \
   X(communityGshut, 0xFFFF0000, "GSHUT")
-enum BgpCommunityValue : U32 { ROWS(MOX_ENUMERATOR) };
+enum BgpCommunityValue : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 
 /// The row of a value also says how lists print it.
 struct BgpCommunityValueRow {
@@ -21,7 +21,7 @@ struct BgpCommunityValueRow {
   std::string_view wellKnownName;
   bool member = true;
 };
-BGP_ENUM_TABLE(BgpCommunityValue, ROWS, BgpCommunityValueRow);
-#undef ROWS
+BGP_ENUM_TABLE(BgpCommunityValue, MOX_ROWS, BgpCommunityValueRow);
+#undef MOX_ROWS
 
 }  // namespace Routing::Bgp

@@ -21,10 +21,10 @@ namespace Routing::Bgp {
 ///   none              go on: nothing is wrong
 ///   attributeDiscard  go on without the attribute
 ///   treatAsWithdraw   withdraw the prefixes of the message, as if it had done so
-#define ROWS(X) X(none, 0) X(attributeDiscard, 1) X(treatAsWithdraw, 2)
-enum class PathFaultApproach : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(PathFaultApproach, ROWS);
-#undef ROWS
+#define MOX_ROWS(X) X(none, 0) X(attributeDiscard, 1) X(treatAsWithdraw, 2)
+enum class PathFaultApproach : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(PathFaultApproach, MOX_ROWS);
+#undef MOX_ROWS
 
 /// What is wrong. Sections are of RFC 7606 unless another is named.
 ///   repeated        Not the first attribute of its type: the first counts, also when that one is
@@ -40,12 +40,12 @@ BGP_ENUM_TABLE(PathFaultApproach, ROWS);
 ///                   imported (section 2 has attribute discard only for what has no such effect).
 ///   overrun         The octets end inside an attribute of any type (section 4). Attributes behind
 ///                   it cannot be found, so the path may lack lists.
-#define ROWS(X)                                            \
+#define MOX_ROWS(X)                                        \
   X(repeated, 0, PathFaultApproach::attributeDiscard)      \
   X(wrongFlags, 1, PathFaultApproach::treatAsWithdraw)     \
   X(malformedValue, 2, PathFaultApproach::treatAsWithdraw) \
   X(overrun, 3, PathFaultApproach::treatAsWithdraw)
-enum class PathFaultReason : U32 { ROWS(MOX_ENUMERATOR) };
+enum class PathFaultReason : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 
 struct PathFaultReasonRow {
   PathFaultReason value;
@@ -53,8 +53,8 @@ struct PathFaultReasonRow {
   PathFaultApproach approach;
   bool member = true;
 };
-BGP_ENUM_TABLE(PathFaultReason, ROWS, PathFaultReasonRow);
-#undef ROWS
+BGP_ENUM_TABLE(PathFaultReason, MOX_ROWS, PathFaultReasonRow);
+#undef MOX_ROWS
 
 struct PathFault {
   PathFaultReason reason = {};

@@ -1,14 +1,14 @@
 // Enumerations with names. An enumerator is written once, as a row: name, value, and what else its
 // row in the table has. The type and its table are both made from the rows.
 //
-//   #define ROWS(X) X(invalidTlv, 0) X(labelIndexTlv, 1)
-//   enum class PrefixSidTlvType : U32 { ROWS(MOX_ENUMERATOR) };
+//   #define MOX_ROWS(X) X(invalidTlv, 0) X(labelIndexTlv, 1)
+//   enum class PrefixSidTlvType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 //   consteval auto enumTable(PrefixSidTlvType) {
 //     using enum PrefixSidTlvType;
 //     return Mox::enumRows<PrefixSidTlvType>("Routing::Bgp::PrefixSidTlvType",
-//                                            {ROWS(MOX_ENUM_ROW)});
+//                                            {MOX_ROWS(MOX_ENUM_ROW)});
 //   }
-//   #undef ROWS
+//   #undef MOX_ROWS
 //   inline constexpr Mox::EnumInstance<PrefixSidTlvType> PrefixSidTlvTypeInstance{};
 //
 //   stringValue(PrefixSidTlvType::labelIndexTlv)   // "labelIndexTlv"

@@ -17,10 +17,10 @@
 namespace Routing::Bgp {
 namespace {
 
-#define ROWS(X) X(testFruitPear, 9) X(testFruitUnknown, 256, false)
-enum TestFruit : U32 { ROWS(MOX_ENUMERATOR) };
-BGP_ENUM_TABLE(TestFruit, ROWS);
-#undef ROWS
+#define MOX_ROWS(X) X(testFruitPear, 9) X(testFruitUnknown, 256, false)
+enum TestFruit : U32 { MOX_ROWS(MOX_ENUMERATOR) };
+BGP_ENUM_TABLE(TestFruit, MOX_ROWS);
+#undef MOX_ROWS
 
 TEST(PathAttributeEnums, HaveExactlyTheseMembersAndShowStrings) {
   std::string members;

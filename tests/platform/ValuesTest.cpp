@@ -49,12 +49,13 @@ void expectRefused(const Value& unchanged, std::initializer_list<std::string_vie
 }
 
 // Neither values nor names in order, the largest value, and a name that is no member.
-#define ROWS(X) X(fruitPear, 9) X(fruitApple, 2) X(fruitFig, 0xFFFFFFFF) X(fruitUnknown, 256, false)
-enum Fruit : U32 { ROWS(MOX_ENUMERATOR) };
+#define MOX_ROWS(X) \
+  X(fruitPear, 9) X(fruitApple, 2) X(fruitFig, 0xFFFFFFFF) X(fruitUnknown, 256, false)
+enum Fruit : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 consteval auto enumTable(Fruit) {
-  return Mox::enumRows<Fruit>("Test::Fruit", {ROWS(MOX_ENUM_ROW)});
+  return Mox::enumRows<Fruit>("Test::Fruit", {MOX_ROWS(MOX_ENUM_ROW)});
 }
-#undef ROWS
+#undef MOX_ROWS
 const Mox::Type fruitType = Mox::enumType<Fruit>();
 
 std::string instanceText(const auto& key) try {
