@@ -145,6 +145,15 @@ TEST_F(RouteTargets, ReflectionNamesThemAndPrintsTheirTexts) {
   const auto notifiers = collection()->rtExtCommList();
   EXPECT_EQ(Mox::Type::read(*group, "comm"), group->toStrep());
   EXPECT_EQ(Mox::Type::read(*notifiers[0], "toStrep"), notifiers[0]->toStrep());
+  EXPECT_TRUE(notifiers[0]->hasNotificationActive());
+  std::ostringstream out;
+  out << Notifier() << ' ' << notifiers[0];
+  EXPECT_EQ(out.str(), "NULL " + notifiers[0]->toStrep());
+  const auto context = Mox::makeNew<Orv::DumpContext>();
+  collection()->dumpState(context, 1);
+  EXPECT_EQ(context->text(),
+            " NotifyingRtExtCommListCollection rtExtCommLists #2;\n   rtExtCommList " +
+                notifiers[0]->toStrep() + "\n   rtExtCommList " + notifiers[1]->toStrep() + "\n");
   EXPECT_EQ(Mox::Type::read(*collection(), "rtExtCommList"),
             notifiers[0]->toStrep() + " " + notifiers[1]->toStrep());
   std::string names;

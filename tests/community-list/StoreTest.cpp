@@ -336,6 +336,7 @@ TEST_F(StoreTest, WritingReplacesTheFileOrLeavesIt) {
             folder + "/none/lists: cannot be written: No such file or directory");
   EXPECT_EQ(failure([&] { writer.write(folder); }), folder + ": is not a regular file");
   StoreWriter().write(file);
+  chmod(file.c_str(), 0640);
   const auto old = std::filesystem::file_size(file);
 
   const auto handler = std::signal(SIGXFSZ, SIG_IGN);
@@ -360,6 +361,7 @@ TEST_F(StoreTest, WritingReplacesTheFileOrLeavesIt) {
   EXPECT_EQ(filesInFolder(), 1u);
 
   writer.write(file, [] { return false; });
+  EXPECT_EQ(unsigned(std::filesystem::status(file).permissions()), 0640u) << "as before";
   EXPECT_EQ(FileStore(file).note("size")->size(), std::size_t(1 << 16));
   EXPECT_EQ(filesInFolder(), 1u);
   const std::string longName = folder + '/' + std::string(250, 'x');

@@ -80,6 +80,16 @@ TEST(Counting, FiguresHoldForMoreThreadsThanHaveBlocksOfTheirOwn) {
   EXPECT_EQ(Mox::allocationCount("test::Shelf").octets, 0u);
 }
 
+TEST(Counting, TrackersOfOneNameShareTheirFigures) {
+  static constinit const Mox::AllocationTracker one("test::Shared"), two("test::Shared");
+  two.deallocate(one.allocate(8), 8);
+  void* const memory[] = {one.allocate(8), two.allocate(4)};
+  EXPECT_EQ(Mox::allocationCount("test::Shared").objects, 2u);
+  EXPECT_EQ(Mox::allocationCount("test::Shared").octets, 12u);
+  one.deallocate(memory[0], 8);
+  one.deallocate(memory[1], 4);
+}
+
 TEST(Notifiee, HearsInOrderFromWhenItCameToWhenItWent) {
   const auto shelf = Mox::makeNew<Shelf>();
   Mox::String log;
