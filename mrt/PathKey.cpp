@@ -21,7 +21,8 @@ std::string numberKey(U64 number, int octets) {
 /// A length in bits and the prefix, the bits behind it cleared.
 std::string prefixKey(unsigned bits, Octets prefix) {
   std::string key = char(bits) + std::string(asText(prefix));
-  if (bits % 8 && key.size() > bits / 8 + 1) key[bits / 8 + 1] &= char(0xff00 >> bits % 8);
+  const std::size_t last = bits / 8 + 1;
+  if (bits % 8 && key.size() > last) key[last] = char(key[last] & 0xff00 >> bits % 8);
   return key;
 }
 

@@ -94,8 +94,10 @@ class HeldListsOf final : public HeldLists {
       figures.unsharedOctets += held.paths * Memory::ofOwnList(*list);
     }
     ValueUses<valueSizeOf<List>> uses;
-    for (const auto& [list, held] : held_)
-      list->forEachValue([&](const auto& value) { uses.add(octetsOf(value), held.paths); });
+    for (const auto& entry : held_) {
+      const Held& held = entry.second;
+      held.list->forEachValue([&](const auto& value) { uses.add(octetsOf(value), held.paths); });
+    }
     uses.addUp();
     addMostUsed(figures, uses);
     if constexpr (requires { tables_.lists()->notifyingRtExtCommListCollection(); }) {
@@ -137,10 +139,10 @@ class HeldListsOf final : public HeldLists {
 
   void addMostUsed(ListFigures& figures, const ValueUses<valueSizeOf<List>>& uses) const {
     constexpr std::size_t shown = 10;
-    for (const auto& [value, paths] : uses.mostUsed(shown)) {
-      const auto list = tables_.dedupWire(value).list;  // of this one value
+    for (const auto& use : uses.mostUsed(shown)) {
+      const auto list = tables_.dedupWire(use.first).list;  // of this one value
       forEachCommunity(*list, [&](const auto& one) {
-        figures.mostUsed.push_back({textOf(one, true), hex(value), paths});
+        figures.mostUsed.push_back({textOf(one, true), hex(use.first), use.second});
       });
     }
   }
