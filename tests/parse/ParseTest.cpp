@@ -138,6 +138,7 @@ TEST(Rules, OutliveTheirRemovalWhileTheyAreAsked) {
     rule->subTypeRuleDelAll();
     EXPECT_FALSE(ended);
   };
+  rule->subTypeRuleIs(remover);
   remover = nullptr;
   rule->inhale(ExtCommContent(0x030bULL << 48));
   EXPECT_TRUE(ended);
