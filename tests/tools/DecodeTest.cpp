@@ -72,6 +72,10 @@ TEST_F(Decode, SaysWhatIsWrongInOneLineAndGoesOn) {
        "argument 2 (g002fde800000064): no hexadecimal digit at character 1\n"
        "bgpcomm: argument 3 (0x): " +
            neither + "too short for flags, type and length"},
+      {"bgpcomm decode 40010100 400101aabb 2>&1",
+       origin + "bgpcomm: argument 2 (400101aabb): " + neither +
+           "its length is 1, but 2 octets follow\n",
+       1},
       {"bgpcomm decode 000220010db8000000000000000000000001006400", "", 1,
        "argument 1 (000220010db8000000000000...): " + neither +
            "its length is 32, but 18 octets follow"},

@@ -47,6 +47,10 @@ TEST_F(Terminal, AClosedStandardDescriptorIsNoOtherFile) {
        0, "-: Bad file descriptor (record 1, octet 0)"},
       {"bgpcomm verify $FILE >&-", "", 1, "standard output: Bad file descriptor"},
       {"bgpcomm verify $FILE >&- 2>&-", "", 1},
+      // A reader that has gone away is no fault.
+      {"{ sleep 0.2; bgpcomm paths $FILE; echo $? >$FILE.code; } | true\n"
+       "cat $FILE.code; rm $FILE.code",
+       "0\n"},
       {"mkfifo $FILE.in\n"
        "\"$BGPCOMM\" verify $FILE.in <&- >&- 2>&- & exec 3>$FILE.in\n"
        "cd /proc/$!/fd && ls -l 0 1 2 | grep -c /dev/null; kill $!; rm $FILE.in",

@@ -6,12 +6,13 @@ namespace {
 
 using WatchRt = ToolTest;
 
-/// The targets that come and go, by number: `+1 -1 `.
+/// The targets that come and go, by number: `+1 -1 `. An error line follows from behind the file's
+/// name on.
 std::string eventsOf(const Bytes& file) {
   const TemporaryFile stored(file);
   const ToolRun run = runTool("bgpcomm watch-rt " + stored.name() +
                               " | cut -f2- | sed 's/\tRT:65000://' | tr '\\n' ' '");
-  return run.out + run.err;
+  return run.out + (run.err.empty() ? "" : run.err.substr(9 + stored.name().size()));
 }
 
 Bytes target(U32 number_) { return octets("c01008 0002 fde8") + number(number_, 4); }
@@ -62,6 +63,10 @@ TEST_F(WatchRt, APrefixIsKnownByItsKeyAlone) {
        "01 19 0000fde800000064 00010203040506070809 00000005 000101",
        "01 19 0000fde800000064 00010203040506070809 00000005 000000",
        "01 19 0000fde800000064 00010203040506070808 00000005 000101"},
+      {"EVPN, segment: tag", "0019 46",
+       "01 19 0000fde800000064 00010203040506070809 00000005 000101",
+       "01 19 0000fde800000064 00010203040506070809 00000005 000201",
+       "01 19 0000fde800000064 00010203040506070809 00000006 000101"},
       {"EVPN, MAC: segment and label", "0019 46",
        "02 21 0000fde800000064 00010203040506070809 00000005 30 020000000001 00 000101",
        "02 21 0000fde800000064 00000000000000000000 00000005 30 020000000001 00 000000",
@@ -71,11 +76,11 @@ TEST_F(WatchRt, APrefixIsKnownByItsKeyAlone) {
        "02 25 0000fde800000064 00000000000000000000 00000005 30 020000000001 20 0a010203 000000",
        "02 25 0000fde800000064 00000000000000000000 00000005 30 020000000001 20 0a010204 000101"},
       {"EVPN, multicast", "0019 46", "03 11 0000fde800000064 00000005 20 c0000201",
-       "03 11 0000fde800000064 00000005 20 c0000201", "03 11 0000fde800000064 00000006 20 c0000201"},
+       "03 11 0000fde800000064 00000005 20 c0000201", "03 11 0000fde800000065 00000005 20 c0000201"},
       {"EVPN, prefix: segment, gateway, label, bits behind", "0019 46",
-       "05 22 0000fde800000064 00010203040506070809 00000005 17 0a010300 c0000201 000101",
-       "05 22 0000fde800000064 00000000000000000000 00000005 17 0a010200 00000000 000000",
-       "05 22 0000fde800000064 00010203040506070809 00000005 18 0a010300 c0000201 000101"},
+       "05 22 0000fde800000064 00010203040506070809 00000005 1f 0a010303 c0000201 000101",
+       "05 22 0000fde800000064 00000000000000000000 00000005 1f 0a010302 00000000 000000",
+       "05 22 0000fde800000064 00010203040506070809 00000005 1f 0a010304 c0000201 000101"},
       {"others as they are", "0001 84", "60 0000fde8 0002fde8 00000001",
        "60 0000fde8 0002fde8 00000001", "60 0000fde8 0002fde8 00000002"},
       // clang-format on
@@ -94,9 +99,10 @@ TEST_F(WatchRt, APrefixIsKnownByItsKeyAlone) {
 TEST_F(WatchRt, PeersTablesAndPathIdentifiersAreApart) {
   const Bytes route = update(target(1), octets("180a0102")),
               gone = update("", "", octets("180a0102"));
-  const auto ofOther = [](const char* peer, const Bytes& message) {
+  const auto ofOther = [](const char* peer, const char* address, const Bytes& message) {
     return mrtRecord(16, 4,
-                     octets(peer) + octets("0000fc59 0001 0001 c0000203 c0000202") + message);
+                     octets(peer) + octets("0000fc59 0001 0001") + octets(address) +
+                         octets("c0000202") + message);
   };
   const Bytes ids = announced("0001 01", "00000001 180a0102 00000002 180a0102");
   const Bytes entry = octets("00000001 18 0a0102 0001 0000 6553f100") + counted(target(1), 2);
@@ -106,10 +112,19 @@ TEST_F(WatchRt, PeersTablesAndPathIdentifiersAreApart) {
     Bytes file;
     const char* events;
   } cases[] = {
-      {"another AS", sent({route}) + ofOther("0000fc57", gone), "+1 "},
-      {"another address", sent({route}) + ofOther("0000fc58", gone), "+1 "},
+      {"another AS", sent({route}) + ofOther("0000fc57", "c0000201", gone), "+1 "},
+      {"another address", sent({route}) + ofOther("0000fc58", "c0000203", gone), "+1 "},
       {"sent by the collector", sent({route}) + sent({gone}, 7), "+1 "},
       {"another family", sent({route, withdrawn("0001 02", "180a0102")}), "+1 "},
+      {"IPv6, of the same octets", sent({route, withdrawn("0002 01", "180a0102")}), "+1 "},
+      {"no identifier, and 0", sent({route}) + sent({withdrawn("0001 01", "00000000 180a0102")}, 9),
+       "+1 "},
+      {"announced again without targets",
+       sent({route, update(octets("40010100"), octets("180a0102"))}), "+1 -1 "},
+      {"announced again with a list that is refused",
+       sent(
+           {route, update(octets("c01010 4004fde84e000000 4004fde84d000000"), octets("180a0102"))}),
+       "+1 -1 : 1 malformed, the first linkBandwidth (record 2, octet 70)\n"},
       {"the same in MP_UNREACH_NLRI", sent({route, withdrawn("0001 01", "180a0102")}), "+1 -1 "},
       {"two identifiers, one withdrawn", sent({ids, withdrawn("0001 01", "00000001 180a0102")}, 9),
        "+1 "},
@@ -128,6 +143,17 @@ TEST_F(WatchRt, PeersTablesAndPathIdentifiersAreApart) {
        "+1 -1 "},
   };
   for (const auto& [what, file, events] : cases) EXPECT_EQ(eventsOf(file), events) << what;
+}
+
+TEST_F(WatchRt, PrintsJson) {
+  const TemporaryFile file(
+      sent({update(target(1), octets("180a0102")), update("", "", octets("180a0102"))}));
+  const auto line = [](const std::string& event) {
+    return R"({"time":"2023-11-14T22:13:20Z","event":")" + event +
+           R"(","routeTargets":["RT:65000:1"]})"
+           "\n";
+  };
+  expectRuns({{"bgpcomm watch-rt --json " + file.name(), line("come") + line("gone")}});
 }
 
 TEST_F(WatchRt, APeerThatGoesDownKeepsNothing) {
