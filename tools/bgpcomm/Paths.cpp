@@ -115,7 +115,7 @@ class PathPrinter {
   /// For each list type an array of texts and one of octets in hex, in the same order: different
   /// values may have the same text.
   void addLists(nlohmann::ordered_json& object, CommunityValues& values) const {
-    nlohmann::ordered_json octets;
+    auto octets = nlohmann::ordered_json::object();
     for (std::size_t type = 0; type < listTypeCount; ++type) {
       ListText list;
       if (!values[type].empty()) list = listTypes[type].values(tables_, values[type], names_);
