@@ -20,9 +20,12 @@ std::string numberKey(U64 number, int octets) {
 
 /// A length in bits and the prefix, the bits behind it cleared.
 std::string prefixKey(unsigned bits, Octets prefix) {
-  std::string key = char(bits) + std::string(asText(prefix));
-  const std::size_t last = bits / 8 + 1;
-  if (bits % 8 && key.size() > last) key[last] = char(key[last] & 0xff00 >> bits % 8);
+  std::string key(1, char(bits));
+  for (std::size_t i = 0; i < prefix.size(); ++i) {
+    const unsigned before = unsigned(8 * i);
+    const unsigned kept = bits <= before ? 0 : std::min(bits - before, 8u);
+    key += char(prefix[i] & 0xff00 >> kept);
+  }
   return key;
 }
 
