@@ -13,7 +13,7 @@
 #include "Mox/Allocation.h"
 #include "RouteTargets.h"
 #include "Shard.h"
-#include "mrt/Nlri.h"
+#include "mrt/PathKey.h"
 
 namespace example {
 
@@ -92,24 +92,9 @@ void Agent::take(const Mrt::Path& path) {
   cutShort_ += withdrawn.cutShort() || announced.cutShort();
 }
 
-void append(std::string& octets, Mrt::Octets more) { octets.append(more.begin(), more.end()); }
-
-/// Octets that stand for one prefix of one peer. The prefix is named as it was sent, which suffices
-/// for plain ones: a withdrawal may carry other labels.
-std::string pathName(const Mrt::Peer& peer, const Mrt::Prefix& prefix) {
-  std::string name;
-  for (const U32 number : {peer.asNumber, U32(prefix.pathId.has_value()), prefix.pathId.value_or(0),
-                           U32(prefix.addressFamily.afi) << 16 | prefix.addressFamily.safi})
-    append(name, std::bit_cast<std::array<U8, 4>>(number));
-  name += char(peer.address.size());
-  append(name, peer.address);
-  append(name, prefix.nlri);
-  return name;
-}
-
 /// To the shard of the path, always the same one.
 void Agent::give(const Mrt::Path& path, const Mrt::Prefix& prefix, bool announced) {
-  Change change{pathName(path.peer, prefix), {}};
+  Change change{Mrt::pathKey(path, prefix, !announced), {}};
   if (announced) change.attributes.emplace(path.attributes.begin(), path.attributes.end());
   Shard& shard = shards_[std::hash<std::string>()(change.path) % shards_.size()];
   shard.add(std::move(change));
@@ -205,7 +190,7 @@ void Agent::dumpState() const {
   std::cout << context->text();
 }
 
-/// What is alive besides `before`, by type.
+/// The objects that are alive besides those of `before`, by type.
 std::map<std::string, Mox::AllocationCount> grown(const std::vector<Mox::AllocationCount>& before) {
   std::map<std::string, Mox::AllocationCount> counts;
   for (const Mox::AllocationCount& now : Mox::allocationCounts()) counts[now.type] = now;

@@ -33,12 +33,13 @@ update() {
   message=0000fc580000fc5900010001c0000201c0000202$body
   printf "$(sed 's/../\\x&/g' <<<"0000000000100004$(length 8 "$message")$message")"
 }
-# 65000:100 with and without no-export, a route target, and a community of three octets.
+# 65000:100 with and without no-export, a route target, and a community of three octets. The bits
+# behind a prefix differ between announcement and withdrawal.
 {
   update '' c00808fde80064ffffff01 180a0101
   update '' c00804fde80064 180a0102
-  update '' c010080002fde800000064 180a0103180a0104
-  update 180a0103 '' ''
+  update '' c010080002fde800000064 170a0203180a0104
+  update 170a0202 '' ''
   update '' c00803fde800 180a0104
 } | expect - 2 'paths +2' '  announced +5' '  withdrawn +1' '  malformed, so withdrawn +1' \
   '    first: Community attribute, offset 0: 3 octets, expected a value of 4' \
