@@ -8,6 +8,7 @@
 #pragma once
 
 #include <bit>
+
 #include "Orv/DedupHashTableUnorderedSet.h"
 #include "community-list/ZoBgpCommunityListImpl.h"
 #include "community-list/internal/ZoBgpCommunityListGroupBodies.h"
@@ -63,6 +64,7 @@ auto ExtCommListOf<F>::dedup(const Table& table) -> ConstList {
     return Mox::staticCast<const List>(table->dedup(std::move(reference)));
   } catch (...) {
     groups_.groupsAre({}, nullptr);  // as if nothing had been tried
+    totalTransitive_ = 0;
     throw;
   }
 }

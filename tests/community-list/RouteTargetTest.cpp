@@ -122,6 +122,7 @@ TEST_F(RouteTargets, ComeWholeOrNotAtAllAndGoWithoutMemory) {
       // The group may have come before there was no memory for the list; then it has gone.
       EXPECT_TRUE(log.empty() || log == "aI+a+aI-a-") << log;
       EXPECT_EQ(collection()->rtExtCommLists() + family().groups(), 0u);
+      EXPECT_EQ(list->totalTransitiveCommunities(), 0u);
     }
     if (!entered) continue;
     EXPECT_EQ(log, "aI+a+");
