@@ -22,7 +22,7 @@
 
 namespace Routing::Bgp {
 
-/// What stands in front of an attribute's value (RFC 4271, section 4.3).
+/// The header in front of an attribute's value (RFC 4271, section 4.3).
 struct PathAttributeHeader {
   BgpPathAttrFlag flags = {};
   BgpPathAttrType type = {};

@@ -1,4 +1,4 @@
-// Lists of the other kinds: large ones, and extended ones of both families with their groups and
+// Lists of the other types: large ones, and extended ones of both families with their groups and
 // values, all interned from the octets of an attribute.
 #include <random>
 #include <set>

@@ -107,7 +107,7 @@ class Bzip2 final : public Decoder {
     }
   }
 
-  /// What was wrong with it comes after what it gave.
+  /// A fault of the block is told after the octets that it gave.
   void leaveBlock() {
     if (block_->state() == Bzip2Block::State::damaged) {
       const Bzip2Piece& piece = block_->piece();

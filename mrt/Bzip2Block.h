@@ -11,7 +11,7 @@
 
 namespace Routing::Mrt {
 
-/// What decoding takes, kept from one block for the next: the pages of new memory cost time.
+/// The memory of decoding, kept from one block for the next: the pages of new memory cost time.
 class Bzip2Memory {
  public:
   /// The functions that the decompressor calls.
@@ -46,7 +46,7 @@ class Bzip2Block {
   /// Decodes the next part. Blocks that are not made to be large have only one.
   void decode();
   State state() const { return state_; }
-  /// What was decoded. Nothing of a part in which a fault was found, unless it is a whole block
+  /// The decoded octets. Nothing of a part in which a fault was found, unless it is a whole block
   /// with the right check sum and the fault stands behind.
   Octets part() const { return Octets(memory_->part()).first(size_); }
   const Bzip2Piece& piece() const { return piece_; }

@@ -103,7 +103,7 @@ Octets Input::ahead(std::size_t size) {
       if (!nextBlock()) return {};
     if (current_.size() >= size) return current_;
   }
-  // What lies across blocks is copied, no more than asked for.
+  // Octets that lie across blocks are copied, no more than asked for.
   joined_.erase(joined_.begin(), joined_.begin() + std::ptrdiff_t(joinedTaken_));
   joinedTaken_ = 0;
   while (joined_.size() < size) {

@@ -49,7 +49,7 @@ class Input {
   /// Where `ahead` starts, counted in plain octets.
   U64 offset() const { return offset_; }
 
-  /// What stopped the data early; known once `ahead` has delivered less than asked for.
+  /// The failure that stopped the data early; known once `ahead` has delivered less than asked for.
   const std::optional<Failure>& failure() const { return failure_; }
 
   /// Progress in octets of the file as it lies there; its size is 0 when unknown.

@@ -60,7 +60,7 @@ class RecordReader {
   std::optional<Record> next();
   /// Complete records so far.
   U64 records() const { return records_; }
-  /// Of the record that was read last, or that could not be read to its end.
+  /// The position of the record that was read last, or that could not be read to its end.
   const Position& position() const { return position_; }
   /// How much of the unfinished record at the file's end is there, in octets.
   struct Truncation {
@@ -81,7 +81,7 @@ class RecordReader {
   std::optional<Truncation> truncation_;
 };
 
-/// Address family and subsequent address family (RFC 4760): what kind of prefixes there are.
+/// Address family and subsequent address family (RFC 4760): which prefixes there are.
 struct AddressFamily {
   U16 afi = 0;
   U8 safi = 0;
@@ -112,8 +112,8 @@ struct StateChange {
 /// A RIB entry, an UPDATE message, or a change of the peer's state.
 struct Path {
   U32 seconds = 0;  ///< since 1970, UTC
-  /// Of BGP4MP_ET, below 1,000,000. Nothing when the record holds a greater number, which is no
-  /// part of a second: such a record is read like one without.
+  /// The microseconds of BGP4MP_ET, below 1,000,000. Nothing when the record holds a greater
+  /// number, which is no part of a second: such a record is read like one without.
   std::optional<U32> microseconds;
   Peer peer;
   /// As in an UPDATE: attributes one after the other. `PathAttributes.h` takes them apart.
@@ -126,7 +126,7 @@ struct Path {
   bool sent = false;
   /// With ADD-PATH (RFC 7911): of the message's prefixes each carries its own identifier.
   bool addPath = false;
-  /// Of the prefixes in `nlri` and `withdrawn`.
+  /// The address family of the prefixes in `nlri` and `withdrawn`.
   AddressFamily addressFamily;
   std::optional<U32> pathId;  ///< of a RIB entry
   /// The encoded prefix of a RIB entry, or the IPv4 prefixes at the end of an UPDATE. `Nlri.h`
@@ -194,7 +194,7 @@ class PathCutter {
   const Updates updates_;
   std::vector<IndexedPeer> peers_;
 
-  // Of the record.
+  // State of the record.
   Path path_;
   Cursor in_{Octets()};
   bool ready_ = false;    // `path_` is complete and not yet delivered
@@ -217,13 +217,14 @@ class PathReader {
   /// cannot be read on: `truncation` and the input's `failure` say why.
   const Path* next();
 
-  /// Of the record that the last path came from; behind the last path, where the file ended.
+  /// The position of the record that the last path came from; behind the last path, that of the
+  /// file's end.
   const Position& position() const { return records_.position(); }
   /// Complete records so far.
   U64 records() const { return records_.records(); }
   /// Records so far whose fields do not fit, or that are too long.
   U64 badRecords() const { return badRecords_; }
-  /// Of the first of them.
+  /// The position of the first of them.
   const std::optional<Position>& firstBadRecord() const { return firstBadRecord_; }
   const std::optional<RecordReader::Truncation>& truncation() const {
     return records_.truncation();

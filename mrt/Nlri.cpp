@@ -14,7 +14,7 @@ namespace {
 constexpr U16 afiL2vpn = 25;
 constexpr U16 afiLinkState = 16388;
 
-/// Those whose prefixes are no plain ones.
+/// The SAFIs whose prefixes are no plain ones.
 enum Safi : U8 {
   safiMulticastVpn = 5,
   safiVpls = 65,
@@ -129,7 +129,7 @@ std::string nlriText(AddressFamily family, Octets nlri) {
     return std::to_string(family.afi) + '/' + std::to_string(family.safi) + ':' + hex(nlri);
   std::array<U8, 16> address{};
   std::copy(nlri.begin() + 1, nlri.end(), address.begin());
-  // What stands behind the prefix in its last octet means nothing (RFC 4271, 4.3).
+  // The bits behind the prefix in its last octet mean nothing (RFC 4271, 4.3).
   if (const unsigned bits = nlri[0] % 8) address[nlri[0] / 8] &= U8(0xff00 >> bits);
   return addressText(Octets(address).first(family.afi == afiIpv4 ? 4 : 16)) + '/' +
          std::to_string(nlri[0]);

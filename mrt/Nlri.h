@@ -2,8 +2,9 @@
 // other, and their texts.
 //
 //   PrefixReader prefixes = PrefixReader::announced(*path);
-//   while (const Prefix* prefix = prefixes.next()) std::cout << nlriText(prefix->addressFamily,
-//   prefix->nlri); if (prefixes.cutShort()) ...
+//   while (const Prefix* prefix = prefixes.next())
+//     std::cout << nlriText(prefix->addressFamily, prefix->nlri);
+//   if (prefixes.cutShort()) ...
 //
 // Threads: a reader is used by one thread at a time; functions by any.
 #pragma once
@@ -21,7 +22,7 @@ struct Prefix {
   std::optional<U32> pathId;  ///< with ADD-PATH (RFC 7911)
 };
 
-/// Of an UPDATE, first the IPv4 prefixes of the message, then those of MP_REACH_NLRI or
+/// Reads, of an UPDATE, first the IPv4 prefixes of the message, then those of MP_REACH_NLRI or
 /// MP_UNREACH_NLRI; of a RIB entry its one prefix. Nothing is allocated.
 class PrefixReader {
  public:
@@ -29,8 +30,8 @@ class PrefixReader {
   static PrefixReader announced(const Path& path);
   static PrefixReader withdrawn(const Path& path);
 
-  /// The next prefix, valid until the next call; null behind the last. What follows a prefix that
-  /// does not fit cannot be read: the prefixes of the attribute come next then.
+  /// The next prefix, valid until the next call; null behind the last. Octets behind a prefix
+  /// that does not fit cannot be read: the prefixes of the attribute come next then.
   const Prefix* next();
   /// Whether a prefix did not fit. Known once `next` has returned null.
   bool cutShort() const { return cutShort_; }

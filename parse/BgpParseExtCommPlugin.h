@@ -19,8 +19,7 @@
 //
 //   container->extCommParserSmsEnq(Mox::makeNew<ColorSm>(container->parseExtCommRuleCollections()));
 //
-// 1. A plug-in is asked to `instantiate` its sub-rules for every rule of its kinds, whether the
-// rule
+// 1. A plug-in is asked to `instantiate` its sub-rules for every rule of its kinds, whether that
 //    is there already or made later. It is asked again for a rule that is being withdrawn.
 // 2. The sub-rule installed last for an octet serves it.
 // 3. A plug-in that is marked deleted, or has been released, is asked nothing more. Its sub-rules

@@ -27,8 +27,8 @@
 
 namespace Routing::Bgp {
 
-/// What every rule is given: the registry, which it keeps alive. A rule without one works alone: no
-/// plug-in fills it.
+/// The setting of every rule: the registry, which it keeps alive. A rule without one works alone:
+/// no plug-in fills it.
 class BgpParseExtCommControl {
  public:
   static const Mox::Type type;
@@ -166,8 +166,8 @@ class BgpParseExtCommTypeRule
   explicit BgpParseExtCommTypeRule(const BgpParseExtCommControl& control);
   ~BgpParseExtCommTypeRule() override;
 
-  /// What the sub-rule of the content's subtype builds, else a general object of the type; never
-  /// null. Costs one allocation, that of the object.
+  /// The object that the sub-rule of the content's subtype builds, else a general object of the
+  /// type; never null. Costs one allocation, that of the object.
   Mox::Ptr<Object> inhale(const Content& content) const override;
 
   const BgpParseExtCommRuleMap<SubRule>& subTypeRules() const { return subTypeRules_; }

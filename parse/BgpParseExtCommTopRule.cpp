@@ -8,8 +8,8 @@ namespace {
 using Mox::collection;
 using Mox::operation;
 
-/// What the type rule of the content builds, else a general object of the family. The rule is held:
-/// it may be removed while it is asked.
+/// The object that the type rule of the content builds, else a general object of the family. The
+/// rule is held: it may be removed while it is asked.
 template <class TypeRule>
 auto parse(const BgpParseExtCommRuleMap<TypeRule>& rules,
            const typename TypeRule::Content& content) {

@@ -29,10 +29,9 @@ BGP_ENUM_TABLE(PathFaultApproach, MOX_ROWS);
 /// What is wrong. Sections are of RFC 7606 unless another is named.
 ///   repeated        Not the first attribute of its type: the first counts, also when that one is
 ///                   malformed (section 3 g). Told once for each type.
-///   wrongFlags      Not optional, or not transitive (section 3 c). Other bits are no fault:
-///   anybody
-///                   on the way may set `partial`, and unused bits are ignored (RFC 4271, section
-///                   4.3).
+///   wrongFlags      Not optional, or not transitive (section 3 c). Other bits are no fault: any
+///                   speaker on the way may set `partial`, and unused bits are ignored (RFC 4271,
+///                   section 4.3).
 ///   malformedValue  The value is no list. Its length is zero or no multiple of a community's
 ///                   (sections 4, 7.8, 7.14 and 7.15; RFC 8092, section 6), or an extended list has
 ///                   two different link bandwidths. No RFC names an approach for the latter. The

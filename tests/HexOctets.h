@@ -6,7 +6,7 @@
 
 #include "Mox/Types.h"
 
-/// Of hexadecimal digits; blanks are for the reader.
+/// The octets of hexadecimal digits; blanks are for the reader.
 inline std::vector<Mox::U8> hexOctets(std::string digits) {
   std::erase(digits, ' ');
   std::vector<Mox::U8> octets;

@@ -12,7 +12,7 @@
 
 namespace example {
 
-/// What a peer says of one prefix.
+/// A peer's announcement or withdrawal of one prefix.
 struct Change {
   std::string path;  ///< octets that name peer and prefix
   /// Path attributes of the route that is announced; nothing when it is withdrawn.

@@ -97,7 +97,8 @@ class DedupHashTableLifeTimeNotifiee : public Mox::PtrInterface {
   /// The table dies; its members, which can still be visited, have been left to their holders.
   virtual void handleNotificationStop(const Mox::Ptr<const DedupHashTable>& table) const = 0;
 
-  /// What the insertion of one object needs. Destroyed unused when the object does not enter.
+  /// The means for the insertion of one object, above all memory. Destroyed unused when the
+  /// object does not enter.
   class PreparedInsert {
    public:
     virtual ~PreparedInsert() = default;

@@ -61,7 +61,7 @@ Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> ob
   const auto isEqual = [raw](const DedupHandle& member) { return member.compare(raw); };
   std::unique_ptr<DedupHashTableLifeTimeNotifiee::PreparedInsert> prepared;
   if (notifiee_) {
-    // What the notifiee needs is taken while nothing has changed, and only for an object that seems
+    // The notifiee takes its memory while nothing has changed, and only for an object that seems
     // to be new: most are not.
     if (Mox::Ptr<DedupHandle> member = lookup(place, isEqual)) return member;
     prepared = notifiee_->prepareInsert();

@@ -8,9 +8,9 @@
 // insertion costs a constant on average. Octets: 12 for each place on 64 bits, at most seven
 // eighths of the places taken.
 //
-// Lock order: a shard's lock is taken with nothing held, and while it
-// is held nothing is called but the equality of members. It guards the three steps that nobody may
-// see half done: a look-up takes its reference, an object becomes a member, a member is erased.
+// Lock order: a shard's lock is taken with nothing held, and while it is held nothing is called but
+// the equality of members. It guards the three steps that nobody may see half done: a look-up takes
+// its reference, an object becomes a member, a member is erased.
 #pragma once
 
 #include <memory>

@@ -8,7 +8,7 @@
 namespace Routing::Bgp {
 namespace {
 
-/// What is found: `flags type@offset=octets of the value`, decimal, and the overrun.
+/// The attributes found: `flags type@offset=octets of the value`, decimal, and the overrun.
 std::string found(std::span<const U8> octets) {
   std::string text;
   PathAttributeReader in(octets);

@@ -13,7 +13,7 @@ void require(bool condition) {
   if (!condition) std::abort();
 }
 
-/// What is read, with the invariants that hold for any octets.
+/// Reads the octets, and checks the invariants that hold for any octets.
 PathFaults readAll(const CommunityTables& tables, std::span<const U8> octets,
                    PathCommunities& path) {
   const PathFaults faults = tables.readAll(octets, path);

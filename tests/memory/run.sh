@@ -15,7 +15,7 @@ trap 'rm -r "$folder"' EXIT
 cd "$folder"
 
 hex() { tr -d ' \n' | sed 's/../\\x&/g' | xargs -0 printf; }
-# One UPDATE of a BGP4MP_ET record, with a community of every kind and a withdrawn prefix.
+# One UPDATE of a BGP4MP_ET record, with a community of every list type and a withdrawn prefix.
 hex > one.mrt <<<'
   6553f100 0011 0004 00000095  00000001 0000fc58 0000fc59 0001 0001 c0000201 c0000202
   ffffffffffffffffffffffffffffffff 007d 02  0004 180a0103  005e

@@ -30,8 +30,8 @@ Bytes randomOf(const std::vector<U8>& octets, std::size_t size) {
   return bytes;
 }
 
-/// A block says which octets it uses, by 16 bits for each 16 of them. Those of octets 0 to 47 make
-/// up a mark here.
+/// A block says which octets it uses, by 16 bits for each 16 of them. The bits of octets 0 to 47
+/// make up a mark here.
 Bytes usingTheBitsOf(U64 mark) {
   std::vector<U8> used;
   for (unsigned octet = 0; octet < 48; ++octet)

@@ -113,7 +113,7 @@ TEST(Input, DeliversWhatWasCompressedUpToAFault) {
   }
 }
 
-/// What is read of a file, and why no more.
+/// The octets read of a file, and why no more.
 std::pair<Bytes, std::string> readFile(const Bytes& stored) {
   const TemporaryFile file(stored);
   Input input(file.name());

@@ -12,7 +12,7 @@ namespace Routing::Mrt {
 
 using Bytes = std::string;
 
-/// Of hexadecimal digits; blanks are for the reader.
+/// The octets of hexadecimal digits; blanks are for the reader.
 inline Bytes octets(std::string digits) {
   std::erase(digits, ' ');
   Bytes out;

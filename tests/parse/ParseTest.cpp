@@ -18,8 +18,8 @@ namespace {
 using Control = BgpParseExtCommControl;
 using OpaqueRule = BgpParseExtCommTransOpaqueRule;
 
-/// What a parser builds of a content of these two octets: the class, an AS number's width and the
-/// classification, always in a new object at the cost of one allocation.
+/// The object that a parser builds of a content of these two octets: the class, an AS number's
+/// width and the classification, always in a new object at the cost of one allocation.
 template <class Parse, class Content>
 std::string builtBy(Parse parse, const Content& content) {
   parse(content);  // the first of a class enters its name where allocations are counted

@@ -1,4 +1,4 @@
-// Who watches the registry: when plug-ins are asked, and when no more.
+// Observers of the registry: when plug-ins are asked, and when no more.
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -16,7 +16,7 @@ using Control = BgpParseExtCommControl;
 using OpaqueRule = BgpParseExtCommTransOpaqueRule;
 using OpaqueKey = BgpParseExtCommSubTypeTransOpaqueRuleKey;
 
-/// What plug-ins and observers were told, in order, since the last call of `take`.
+/// All that plug-ins and observers were told, in order, since the last call of `take`.
 std::string heard;
 std::string take() { return std::exchange(heard, {}); }
 
@@ -153,7 +153,7 @@ TEST(Plugins, ReactionsEndWithTheMarkTheRegistryOrThePlugin) {
   EXPECT_EQ(take() + atARule(), "end: bIp6Trans ~a " + other) << "not even what it brings about";
 }
 
-// What a plug-in does while it is asked must not pull the ground from under those who ask.
+// A plug-in may do anything while it is asked: the callers keep alive all that they still use.
 TEST(Plugins, MayLeaveOrTakeRulesAwayWhileTheyAreAsked) {
   const auto container = bgpParseExtCommContainerSmFactory();
   const auto registry = container->parseExtCommRuleCollections();

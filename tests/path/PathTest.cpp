@@ -110,7 +110,7 @@ TEST(Read, TakesOneAttributeAtATime) {
   const auto repeated = tables.read(BgpPathAttrType::community, second, path);
   ASSERT_TRUE(repeated);
   EXPECT_EQ(repeated->approach(), PathFaultApproach::attributeDiscard);
-  // What the path has already is the first for `readAll` too.
+  // A list that the path has already is the first for `readAll` too.
   EXPECT_EQ(outcome(path, tables.readAll(hexOctets("c00804fde80065"), path)),
             "65000:100 ; repeated@0 attributeDiscard");
 }

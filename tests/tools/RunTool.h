@@ -13,7 +13,7 @@ struct ToolRun {
   std::string out, err;
 };
 
-/// By the shell, which sees the tool as `bgpcomm`.
+/// Runs a line in the shell, which sees the tool as `bgpcomm`.
 inline ToolRun runTool(const std::string& commandLine) {
   const TemporaryFile out, err;
   const std::string script = "bgpcomm() { \"$BGPCOMM\" \"$@\"; }\n{ " + commandLine + "\n} >" +

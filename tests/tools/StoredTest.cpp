@@ -1,4 +1,4 @@
-// What `save` writes and `restore` reads.
+// Stores that `save` writes and `restore` reads.
 #include <sys/resource.h>
 
 #include <csignal>

@@ -38,7 +38,7 @@ FileReading::FileReading(const std::string& file, ReadOptions options) : file_(f
   try {
     opened_ = std::make_unique<Opened>(file, options);
   } catch (const std::system_error& error) {
-    // What a thread needs is missing, most often its stack.
+    // Memory for a thread is missing, most often for its stack.
     if (error.code() == std::errc::resource_unavailable_try_again)
       printOutOfMemory(" for a thread");
     else
@@ -88,7 +88,7 @@ void FileReading::countBadRecords() {
   result_.faults.add(Fault::badRecord, bad - counted);
 }
 
-/// What ended the file before its end.
+/// Prints why the file ended before its end.
 void FileReading::reportEnd() {
   const auto& truncation = opened_->reader.truncation();
   const auto& failure = opened_->input.failure();

@@ -12,7 +12,7 @@
 
 namespace bgpcomm {
 
-/// Of a record in a file.
+/// The position of a record in a file.
 using Place = Position;
 /// ` (record N, octet M)`
 std::string placeText(Place place);
@@ -38,7 +38,7 @@ struct ReadOptions {
   PathCutter::Updates updates = PathCutter::Updates::withAttributes;
 };
 
-/// A file that is being read. What ends the reading early is printed as an error line. Malformed
+/// A file that is being read. An early end is printed as an error line, with its reason. Malformed
 /// attributes and records are counted and passed.
 class FileReading {
  public:
@@ -48,7 +48,7 @@ class FileReading {
   /// The next path, valid until the next call; null when there is none, or the file could not be
   /// opened. Counts the faults of the path before. Throws std::bad_alloc.
   const Path* next();
-  /// Of the path that `next` returned; more faults of it may be added.
+  /// The values of the path that `next` returned; more faults of it may be added.
   CommunityValues& values() { return values_; }
   Place place() const;
   /// Ends the reading: prints an error line of memory that did not suffice.
@@ -68,7 +68,7 @@ class FileReading {
   ReadResult result_;
 };
 
-/// Calls `visit(path, values, place)` for each path. Whatever was read before the end has been
+/// Calls `visit(path, values, place)` for each path. All paths before the end have been
 /// visited; running out of memory, also in `visit`, is such an end.
 template <class Visit>
 ReadResult readFile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
@@ -81,8 +81,8 @@ ReadResult readFile(const std::string& file, const Visit& visit, ReadOptions opt
   return reading.result();
 }
 
-/// One error line of what was passed over, if anything was. What ended the file has had a line of
-/// its own.
+/// One error line of what was passed over, if anything was. An early end of the file
+/// has had a line of its own.
 void reportMalformed(const std::string& file, const ReadResult& result);
 
 }  // namespace bgpcomm

@@ -51,7 +51,7 @@ double NoteReader::seconds(const Json& number) const {
 }
 
 /// Each list is a root of the type, and there at most once for a file: so a damaged note
-/// makes nobody restore more than the store holds. Returns how many paths hold a list.
+/// restores no more than the store holds. Returns how many paths hold a list.
 U64 NoteReader::restoreLists(const Json& lists, HeldLists& held) {
   std::set<MoxStash::StoreReference> left;
   for (const MoxStash::StoredRoot& root : store_.roots())
