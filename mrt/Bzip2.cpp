@@ -90,7 +90,7 @@ class Bzip2 final : public Decoder {
     return block.state() == Bzip2Block::State::damaged && block.part().empty();
   }
 
-  /// Values may look like a mark, which cuts their block in two. That happens once in 2^48 bits
+  /// Values may look like a mark, which cuts their block in two. It happens once in 2^48 bits
   /// unless somebody means it to, so a few attempts are enough.
   void joinWithNext() {
     constexpr int attempts = 8;

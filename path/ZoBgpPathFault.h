@@ -16,8 +16,8 @@
 
 namespace Routing::Bgp {
 
-/// What a speaker does with the message (RFC 7606, section 2), the strongest last. The library
-/// never asks for a reset of the session.
+/// A speaker's handling of the message (RFC 7606, section 2), the strongest last. The library never
+/// asks for a reset of the session.
 ///   none              go on: nothing is wrong
 ///   attributeDiscard  go on without the attribute
 ///   treatAsWithdraw   withdraw the prefixes of the message, as if it had done so
@@ -26,7 +26,7 @@ enum class PathFaultApproach : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(PathFaultApproach, MOX_ROWS);
 #undef MOX_ROWS
 
-/// What is wrong. Sections are of RFC 7606 unless another is named.
+/// The reason of a fault. Sections are of RFC 7606 unless another is named.
 ///   repeated        Not the first attribute of its type: the first counts, also when that one is
 ///                   malformed (section 3 g). Told once for each type.
 ///   wrongFlags      Not optional, or not transitive (section 3 c). Other bits are no fault: any

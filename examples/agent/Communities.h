@@ -1,4 +1,4 @@
-// What the agent does to the communities of a path: an import policy that drops no-export.
+// The agent's policy for the communities of a path: an import drops no-export.
 #pragma once
 
 #include "path/ZoBgpCommunityTables.h"
