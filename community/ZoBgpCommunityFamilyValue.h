@@ -63,8 +63,8 @@ class ExtCommValue : public MoxStash::DedupHandle {
   Content getContent() const { return content_; }
   /// The type octet, or `Unknown` when it is no member.
   PktType pktType() const {
-    const auto type = PktType(content_.type());
-    return bgpIsValidEnumMember(type) ? type : F::unknownType;
+    const auto known = PktType(content_.type());
+    return bgpIsValidEnumMember(known) ? known : F::unknownType;
   }
   bool transitive() const { return content_.transitive(); }
 
