@@ -13,5 +13,13 @@ void* operator new(std::size_t octets) {
   if (void* memory = std::malloc(octets ? octets : 1)) return memory;
   throw std::bad_alloc();
 }
+// The standard library asks this one for buffers that it can do without.
+void* operator new(std::size_t octets, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(octets);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }

@@ -10,8 +10,8 @@ TEST(Reading, OutOfMemoryEndsAFile) {
   const Bytes good = messageRecord(update(octets("40010100"), ""));
   const TemporaryFile file(good + good + good);
   testing::internal::CaptureStderr();
-  const auto visit = [](const Path&, const CommunityValues&, Place place) {
-    if (place.record == 2) throw std::bad_alloc();
+  const auto visit = [](const Path&, const CommunityValues&, Position position) {
+    if (position.record == 2) throw std::bad_alloc();
   };
   const ReadResult result = readFile(file.name(), visit);
   // A record of 12 + 20 + 23 + 4 octets stands before.

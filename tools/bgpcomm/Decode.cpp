@@ -78,23 +78,23 @@ class Decoding {
  public:
   explicit Decoding(const Options& options) : printer_(options) {}
 
-  /// `place` and `number` say in messages where the text stands.
-  void decode(std::string_view text, const char* place, U64 number) try {
+  /// `position` and `number` say in messages where the text stands.
+  void decode(std::string_view text, const char* position, U64 number) try {
     printer_.print(text);
   } catch (const DataError& error) {
-    refuse(place + std::to_string(number) + " (" + excerpt(text) + ')', error.what());
+    refuse(position + std::to_string(number) + " (" + excerpt(text) + ')', error.what());
   }
 
   void decodeLines() try {
     workingOn("standard input");
-    constexpr const char* place = "standard input, line ";
+    constexpr const char* position = "standard input, line ";
     Lines lines;
     while (const std::optional<Lines::Line> line = lines.next()) {
       if (const std::string_view text = trimmed(line->text); line->tooLong)
-        refuse(place + std::to_string(line->number),
+        refuse(position + std::to_string(line->number),
                "longer than " + std::to_string(Lines::longestLine) + " characters");
       else if (!text.empty())
-        decode(text, place, line->number);
+        decode(text, position, line->number);
     }
   } catch (const std::system_error& error) {
     refuse("standard input", error.code().message());
@@ -104,8 +104,8 @@ class Decoding {
   bool good() const { return good_; }
 
  private:
-  void refuse(const std::string& place, const std::string& why) {
-    printError(place, ": ", why);
+  void refuse(const std::string& position, const std::string& why) {
+    printError(position, ": ", why);
     good_ = false;
   }
 

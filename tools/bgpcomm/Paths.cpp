@@ -139,7 +139,7 @@ class PathPrinter {
 int runPaths(const Options& options) {
   const std::vector<Wanted> wanted = readWanted(options);
   PathPrinter printer(!options.text.numeric, options.text.json);
-  const auto printWanted = [&](const Path& path, CommunityValues& values, Place) {
+  const auto printWanted = [&](const Path& path, CommunityValues& values, Position) {
     const bool all = std::all_of(wanted.begin(), wanted.end(),
                                  [&](const Wanted& one) { return carries(values, one); });
     if (all) printer.print(path, values);

@@ -11,18 +11,18 @@
 namespace bgpcomm {
 namespace {
 
-/// As `placeText`, without allocating.
-std::array<char, 64> placeCharacters(Place place) {
+/// As `positionText`, without allocating.
+std::array<char, 64> positionCharacters(Position position) {
   std::array<char, 64> text;
   std::snprintf(text.data(), text.size(), " (record %llu, octet %llu)",
-                static_cast<unsigned long long>(place.record),
-                static_cast<unsigned long long>(place.octet));
+                static_cast<unsigned long long>(position.record),
+                static_cast<unsigned long long>(position.octet));
   return text;
 }
 
 }  // namespace
 
-std::string placeText(Place place) { return placeCharacters(place).data(); }
+std::string positionText(Position position) { return positionCharacters(position).data(); }
 
 struct FileReading::Opened {
   Opened(const std::string& file, ReadOptions options)
@@ -51,7 +51,7 @@ FileReading::~FileReading() = default;
 
 const Path* FileReading::next() {
   if (!opened_) return nullptr;
-  if (result_.paths > 0) count(values_.faults, place());
+  if (result_.paths > 0) count(values_.faults, position());
   const Path* const path = opened_->reader.next();
   countBadRecords();
   if (path) {
@@ -65,18 +65,18 @@ const Path* FileReading::next() {
   return path;
 }
 
-Place FileReading::place() const { return opened_->reader.position(); }
+Position FileReading::position() const { return opened_->reader.position(); }
 
 void FileReading::outOfMemory() {
-  printOutOfMemory(placeCharacters(place()).data());
+  printOutOfMemory(positionCharacters(position()).data());
   result_.records = opened_->reader.records();
   result_.failed = true;
 }
 
-/// Counts what was found at a place.
-void FileReading::count(const FaultCounts& faults, Place place) {
+/// Counts what was found at a position of the file.
+void FileReading::count(const FaultCounts& faults, Position position) {
   if (faults.total() == 0) return;
-  if (!result_.firstFault) result_.firstFault = {faults.first(), place};
+  if (!result_.firstFault) result_.firstFault = {faults.first(), position};
   result_.faults.add(faults);
 }
 
@@ -92,7 +92,7 @@ void FileReading::countBadRecords() {
 void FileReading::reportEnd() {
   const auto& truncation = opened_->reader.truncation();
   const auto& failure = opened_->input.failure();
-  const std::string text = placeText(place());
+  const std::string text = positionText(position());
   FaultCounts faults;
   if (truncation) faults.add(Fault::truncatedRecord);
   if (failure) {
@@ -102,7 +102,7 @@ void FileReading::reportEnd() {
     printError(file_ + ": ends inside a record, " + std::to_string(truncation->there) + " of " +
                std::to_string(truncation->wanted) + " octets" + text);
   }
-  count(faults, place());
+  count(faults, position());
   result_.failed = truncation || failure;
 }
 
@@ -112,7 +112,7 @@ void reportMalformed(const std::string& file, const ReadResult& result) {
   if (passed == 0) return;
   printError(file + ": " + grouped(passed) + " malformed, the first " +
              std::string(faultNames[std::size_t(result.firstFault->fault)]) +
-             placeText(result.firstFault->place));
+             positionText(result.firstFault->position));
 }
 
 }  // namespace bgpcomm

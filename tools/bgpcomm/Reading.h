@@ -13,9 +13,9 @@
 namespace bgpcomm {
 
 /// The position of a record in a file.
-using Place = Position;
+using Position = Position;
 /// ` (record N, octet M)`
-std::string placeText(Place place);
+std::string positionText(Position position);
 
 struct ReadResult {
   U64 records = 0;
@@ -23,7 +23,7 @@ struct ReadResult {
   FaultCounts faults;
   struct FirstFault {
     Fault fault;
-    Place place;
+    Position position;
   };
   std::optional<FirstFault> firstFault;  ///< of those counted
 
@@ -50,7 +50,7 @@ class FileReading {
   const Path* next();
   /// The values of the path that `next` returned; more faults of it may be added.
   CommunityValues& values() { return values_; }
-  Place place() const;
+  Position position() const;
   /// Ends the reading: prints an error line of memory that did not suffice.
   void outOfMemory();
   const ReadResult& result() const { return result_; }
@@ -58,7 +58,7 @@ class FileReading {
  private:
   struct Opened;
 
-  void count(const FaultCounts& faults, Place place);
+  void count(const FaultCounts& faults, Position position);
   void countBadRecords();
   void reportEnd();
 
@@ -68,13 +68,14 @@ class FileReading {
   ReadResult result_;
 };
 
-/// Calls `visit(path, values, place)` for each path. All paths before the end have been
+/// Calls `visit(path, values, position)` for each path. All paths before the end have been
 /// visited; running out of memory, also in `visit`, is such an end.
 template <class Visit>
 ReadResult readFile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
   FileReading reading(file, options);
   try {
-    while (const Path* const path = reading.next()) visit(*path, reading.values(), reading.place());
+    while (const Path* const path = reading.next())
+      visit(*path, reading.values(), reading.position());
   } catch (const std::bad_alloc&) {
     reading.outOfMemory();
   }

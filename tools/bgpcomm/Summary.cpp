@@ -35,7 +35,7 @@ bool takeFigures(const FileLists& lists, FileFigures& figures) {
 
 ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures) {
   const auto start = std::chrono::steady_clock::now();
-  const ReadResult result = readFile(file, [&](const Path&, CommunityValues& values, Place) {
+  const ReadResult result = readFile(file, [&](const Path&, CommunityValues& values, Position) {
     for (std::size_t type = 0; type < listTypeCount; ++type) {
       if (values[type].empty()) continue;
       if (const auto fault = lists[type].hold(values[type])) values.faults.add(*fault);
@@ -46,7 +46,7 @@ ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures
   figures.records = result.records;
   figures.paths = result.paths;
   figures.faults = result.faults;
-  if (result.firstFault) figures.firstFault = placeText(result.firstFault->place);
+  if (result.firstFault) figures.firstFault = positionText(result.firstFault->position);
   figures.seconds = elapsed.count();
   return result;
 }

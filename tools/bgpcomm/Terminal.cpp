@@ -138,8 +138,8 @@ void workingOn(std::string_view file) {
   fileWorkedOn[file.copy(fileWorkedOn, sizeof fileWorkedOn - 1)] = '\0';
 }
 
-void printOutOfMemory(std::string_view place) {
-  printError(fileWorkedOn, *fileWorkedOn ? ": " : "", "out of memory", place);
+void printOutOfMemory(std::string_view position) {
+  printError(fileWorkedOn, *fileWorkedOn ? ": " : "", "out of memory", position);
 }
 
 const Colours& colours() {

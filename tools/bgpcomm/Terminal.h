@@ -31,8 +31,9 @@ void printError(const Pieces&... pieces) {
 
 /// Names the file that is worked on from now on, for `printOutOfMemory`. Allocates nothing.
 void workingOn(std::string_view file);
-/// The error line of memory that is not there. `place` says where in the file. Allocates nothing.
-void printOutOfMemory(std::string_view place = "");
+/// The error line of memory that is not there. `position` says where in the file. Allocates
+/// nothing.
+void printOutOfMemory(std::string_view position = "");
 
 /// Colours, empty unless standard output is a terminal and NO_COLOR is unset or empty.
 struct Colours {

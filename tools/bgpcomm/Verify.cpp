@@ -29,7 +29,7 @@ std::string canonical(const ListType& type, Octets value) {
 class Verifier {
  public:
   /// Compares the lists of a path; a list that is refused is one of its faults.
-  void compare(const std::string& file, CommunityValues& values, Place place) {
+  void compare(const std::string& file, CommunityValues& values, Position position) {
     for (std::size_t type = 0; type < listTypeCount; ++type) {
       if (values[type].empty()) continue;
       const ListText written = listTypes[type].serialized(tables_, values[type]);
@@ -40,8 +40,8 @@ class Verifier {
       const std::string expected = canonical(listTypes[type], values[type]);
       ++compared_;
       if (written.text != expected && ++differing_ <= shownDifferences)
-        show(visible(file) + ": " + std::string(listTypes[type].title) + placeText(place), expected,
-             written.text);
+        show(visible(file) + ": " + std::string(listTypes[type].title) + positionText(position),
+             expected, written.text);
     }
   }
 
@@ -68,8 +68,8 @@ int runVerify(const std::vector<std::string>& files) {
   for (const std::string& file : files) {
     Verifier verifier;
     const ReadResult result =
-        readFile(file, [&](const Path&, CommunityValues& values, Place place) {
-          verifier.compare(file, values, place);
+        readFile(file, [&](const Path&, CommunityValues& values, Position position) {
+          verifier.compare(file, values, position);
         });
     good = good && !result.failed && verifier.differing() == 0;
     if (result.unopened) continue;
