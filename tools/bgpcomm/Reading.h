@@ -12,8 +12,6 @@
 
 namespace bgpcomm {
 
-/// The position of a record in a file.
-using Position = Position;
 /// ` (record N, octet M)`
 std::string positionText(Position position);
 
