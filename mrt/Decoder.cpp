@@ -54,7 +54,15 @@ bool isBzip2(Octets octets) {
 
 bool isXz(Octets octets) { return startsWith(octets, "\xfd\x37zXZ\0"sv); }
 
-bool isZstd(Octets octets) { return startsWith(octets, "\x28\xb5\x2f\xfd"sv); }
+/// A frame, or one to be skipped over (RFC 8878, 3.1.2), as compressors that work in parallel put
+/// in front of each: 16 marks, then a size, the least octet first. Some of those marks are times of
+/// 2012 to 2020, so sizes that could be the type of a record are left out.
+bool isZstd(Octets octets) {
+  const bool skippable = octets.size() >= 6 && octets[0] >> 4 == 5 &&
+                         startsWith(octets.subspan(1), "\x2a\x4d\x18"sv) &&
+                         (octets[4] != 0 || octets[5] == 0);
+  return skippable || startsWith(octets, "\x28\xb5\x2f\xfd"sv);
+}
 
 std::size_t Decoder::decode(std::span<U8> into) {
   if (fault_) std::rethrow_exception(fault_);

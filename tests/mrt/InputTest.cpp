@@ -152,6 +152,14 @@ TEST(Input, KeepsWhatStandsBeforeAFault) {
   }
 }
 
+TEST(Input, PassesOverSkippableFramesOfZstd) {
+  const Bytes plain = pattern(1000), frame = zstd(plain);
+  for (const char* const skipped : {"502a4d18 04000000 61626364", "5f2a4d18 00000000"})
+    EXPECT_EQ(readFile(octets(skipped) + frame + octets(skipped) + frame + octets(skipped)),
+              std::pair(plain + plain, std::string()))
+        << skipped;
+}
+
 TEST(Input, UnpacksOneLayer) {
   for (const Format& outer : compressedFormats)
     for (const Format& inner : compressedFormats) {
@@ -177,8 +185,9 @@ TEST(Input, LimitsTheMemoryThatDataAskFor) {
 
 TEST(Input, TellsFormatsByTheirWholeSignature) {
   // All begin with a time that is also the start of a signature.
-  for (const char* const start : {"425a6839 0010 0004", "425a6830 3141 5926 5359",
-                                  "425a683a 3141 5926 5359", "5d000080 000d 0002", "1f8b0010"}) {
+  for (const char* const start :
+       {"425a6839 0010 0004", "425a6830 3141 5926 5359", "425a683a 3141 5926 5359",
+        "5d000080 000d 0002", "1f8b0010", "502a4d18 000d 0002"}) {
     const Bytes plain = octets(start) + pattern(100);
     const TemporaryFile file(plain);
     Input input(file.name());
