@@ -38,7 +38,7 @@ std::size_t labelsSize(Octets octets, bool withdrawn) {
 
 /// Fields that do not fit leave the octets as they are.
 std::string evpnKey(Octets nlri) {
-  enum Type : U8 { segment = 1, mac = 2, prefix = 5 };
+  enum Type : U8 { segment = 1, mac = 2, prefix = 5, selective = 6, join = 7, leave = 8 };
   Cursor in(nlri);
   std::string key(1, char(in.u8()));
   const auto keep = [&](std::size_t size) { key += asText(in.take(size)); };
@@ -65,6 +65,13 @@ std::string evpnKey(Octets nlri) {
       key += prefixKey(bits, in.take(size));
       break;
     }
+    case selective:
+    case join:
+      keep(in.left().size() - 1);  // flags
+      break;
+    case leave:
+      keep(in.left().size() - 6);  // reserved, response time, flags
+      break;
     default:
       keep(in.left().size());
   }

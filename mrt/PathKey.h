@@ -33,8 +33,9 @@ std::optional<IpPrefix> ipPrefix(const Prefix& prefix, bool withdrawn);
 /// The octets that tell an encoded prefix from others of its address family:
 ///
 ///   IPv4 and IPv6   route distinguisher, length, address; no labels
-///   EVPN            type, then the fields that are the key (RFC 7432, 7.1 to 7.4; RFC 9136, 3.1):
-///                   no labels, no gateway, the segment only of types 1 and 4
+///   EVPN            type, then the fields that are the key (RFC 7432, 7.1 to 7.4; RFC 9136, 3.1;
+///                   RFC 9251, 9): no labels, no gateway, no flags or response time of multicast,
+///                   the segment only of types 1, 4, 7 and 8
 ///   others          as they are
 std::string nlriKey(const Prefix& prefix, bool withdrawn);
 
