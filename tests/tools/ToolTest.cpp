@@ -51,7 +51,8 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm decode --numeric c0 08 04 ff ff ff 01", "Community (8), flags 0xc0: 65535:65281\n"},
       {"bgpcomm decode c0630101", "Unknown attribute (99), flags 0xc0: 01\n"},
       {"bgpcomm decode --json c00804ffffff01",
-       R"({"type":8,"name":"Community","flags":192,"value":"ffffff01","standard":["no-export"]})"
+       R"({"type":8,"name":"Community","flags":192,"value":"ffffff01",)"
+       R"("standard":["no-export"],"standardOctets":["ffffff01"]})"
        "\n"},
       {"bgpcomm describe BgpPathAttrFlag | head -2", "Routing::Bgp::BgpPathAttrFlag\n  128 opt\n"},
       {"bgpcomm paths $FILE | head -0", ""},
@@ -157,7 +158,14 @@ TEST_F(Tool, TellsApartWhatHasTheSameText) {
                " 1 Color:CO(00):7 0x030b000000000007\n 1 Color:CO(00):7 0x030b000100000007\n"},
               {"bgpcomm paths --json $ALIKE | grep -o '\"extended[^]]*' | sed -n 3,4p",
                "\"extended\":[\"RT:100:1\",\"Color:CO(00):7\"\n"
-               "\"extendedOctets\":[\"0202000000640001\",\"030b000100000007\"\n"}});
+               "\"extendedOctets\":[\"0202000000640001\",\"030b000100000007\"\n"},
+              {"bgpcomm decode --json c01010 0202000000640001 0002006400000001 | cut -d, -f6-",
+               R"("RT:100:1"],"extendedOctets":["0002006400000001","0202000000640001"]})"
+               "\n"},
+              {"bgpcomm watch-rt --json $ALIKE | cut -d, -f2- | sed -n 2p",
+               R"("event":"come","routeTargets":["RT:100:1"],)"
+               R"("routeTargetsOctets":["0202000000640001"]})"
+               "\n"}});
 }
 
 TEST_F(Tool, CountsFilesAndTheirTotal) {

@@ -38,14 +38,17 @@ void AttributePrinter::print(Octets attribute) const {
 void AttributePrinter::printValue(const AttributeHeader& header, Octets value) const {
   const std::size_t type = listTypeOf(header.type);
   std::string text = hex(value);
-  std::vector<std::string> values;
+  std::vector<std::string> values, octets;
   const bool isList = type < listTypeCount;
   if (isList) {
     const auto read = json_ ? listTypes[type].values : listTypes[type].text;
     const ListText list = read(tables_, value, names_);
     if (list.fault) throw DataError(list.text);
     text = list.text;
-    for (const ValueText& one : list.values) values.push_back(one.text);
+    for (const ValueText& one : list.values) {
+      values.push_back(one.text);
+      octets.push_back(one.octets);
+    }
   }
   const std::string name = typeName(header.type);
   if (!json_)
@@ -53,7 +56,11 @@ void AttributePrinter::printValue(const AttributeHeader& header, Octets value) c
                           hex(Octets(&header.flags, 1)) + ": " + text + '\n');
   nlohmann::ordered_json object = {
       {"type", header.type}, {"name", name}, {"flags", header.flags}, {"value", hex(value)}};
-  if (isList) object[std::string(listTypes[type].key)] = values;
+  if (isList) {
+    const std::string key(listTypes[type].key);
+    object[key] = values;
+    object[key + "Octets"] = octets;
+  }
   bgpcomm::print(object.dump() + '\n');
 }
 

@@ -3,7 +3,9 @@
 #include <set>
 
 #include "Commands.h"
+#include "Hex.h"
 #include "ListTypes.h"
+#include "ListValues.h"
 #include "Reading.h"
 #include "Terminal.h"
 #include "mrt/PathKey.h"
@@ -31,10 +33,12 @@ class Watcher final : public Collection::NotifieeConst {
 
   void onRtExtCommList(const Collection::Notifier& set) override {
     const bool come = collection_->rtExtCommListHas(set);
-    std::vector<std::string> targets;
-    for (const auto& target : set->rtExtCommListRawPtr()->commVector())
+    std::vector<std::string> targets, octets;
+    for (const auto& target : set->rtExtCommListRawPtr()->commVector()) {
       targets.push_back(target->toStrepForPolicy(ExtComm::StrepFormat(strepFormatClassification)));
-    print(json_ ? jsonLine(come, targets) : textLine(come, targets));
+      octets.push_back(hex(octetsOf(*target)));
+    }
+    print(json_ ? jsonLine(come, targets, octets) : textLine(come, targets));
   }
 
  private:
@@ -43,9 +47,13 @@ class Watcher final : public Collection::NotifieeConst {
     for (std::size_t i = 0; i < targets.size(); ++i) line += (i ? " " : "") + targets[i];
     return line + '\n';
   }
-  std::string jsonLine(bool come, const std::vector<std::string>& targets) const {
-    const nlohmann::ordered_json object = {
-        {"time", time_}, {"event", come ? "come" : "gone"}, {"routeTargets", targets}};
+  /// Octets tell apart targets that have the same text.
+  std::string jsonLine(bool come, const std::vector<std::string>& targets,
+                       const std::vector<std::string>& octets) const {
+    const nlohmann::ordered_json object = {{"time", time_},
+                                           {"event", come ? "come" : "gone"},
+                                           {"routeTargets", targets},
+                                           {"routeTargetsOctets", octets}};
     return object.dump() + '\n';
   }
 
