@@ -159,10 +159,10 @@ TEST_F(Tool, TellsApartWhatHasTheSameText) {
               {"bgpcomm paths --json $ALIKE | grep -o '\"extended[^]]*' | sed -n 3,4p",
                "\"extended\":[\"RT:100:1\",\"Color:CO(00):7\"\n"
                "\"extendedOctets\":[\"0202000000640001\",\"030b000100000007\"\n"},
-              {"bgpcomm decode --json c01010 0202000000640001 0002006400000001 | cut -d, -f6-",
+              {"bgpcomm decode --json c0101002020000006400010002006400000001 | cut -d, -f6-",
                R"("RT:100:1"],"extendedOctets":["0002006400000001","0202000000640001"]})"
                "\n"},
-              {"bgpcomm watch-rt --json $ALIKE | cut -d, -f2- | sed -n 2p",
+              {"bgpcomm watch-rt --json $ALIKE | cut -d, -f2- | sed -n 3p",
                R"("event":"come","routeTargets":["RT:100:1"],)"
                R"("routeTargetsOctets":["0202000000640001"]})"
                "\n"}});

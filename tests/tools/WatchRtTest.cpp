@@ -162,7 +162,7 @@ TEST_F(WatchRt, PrintsJson) {
       sent({update(target(1), octets("180a0102")), update("", "", octets("180a0102"))}));
   const auto line = [](const std::string& event) {
     return R"({"time":"2023-11-14T22:13:20Z","event":")" + event +
-           R"(","routeTargets":["RT:65000:1"]})"
+           R"(","routeTargets":["RT:65000:1"],"routeTargetsOctets":["0002fde800000001"]})"
            "\n";
   };
   expectRuns({{"bgpcomm watch-rt --json " + file.name(), line("come") + line("gone")}});

@@ -107,7 +107,7 @@ int runWatchRt(const Options& options) {
   Watcher watcher(lists->notifyingRtExtCommListCollection(), options.json);
   const std::size_t extended = listTypeOf(U8(BgpPathAttrType::extCommunity));
   const ReadResult result = readFile(options.file,
-                                     [&](const Path& path, CommunityValues& values, Place) {
+                                     [&](const Path& path, CommunityValues& values, Position) {
                                        watcher.timeIs(path);
                                        if (replay.take(path, values[extended]))
                                          values.faults.add(Fault::linkBandwidth);
