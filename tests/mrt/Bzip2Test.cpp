@@ -1,21 +1,9 @@
-#include <bzlib.h>
-
-#include "TestOctets.h"
+#include "Compressed.h"
 #include "mrt/Bzip2Pieces.h"
 #include "mrt/Input.h"
 
 namespace Routing::Mrt {
 namespace {
-
-Bytes bzip2(const Bytes& plain) {
-  Bytes out(plain.size() + plain.size() / 50 + 600, '\0');
-  unsigned size = unsigned(out.size());
-  EXPECT_EQ(BZ2_bzBuffToBuffCompress(out.data(), &size, const_cast<char*>(plain.data()),
-                                     unsigned(plain.size()), 9, 0, 0),
-            BZ_OK);
-  out.resize(size);
-  return out;
-}
 
 /// None equal to the one before: runs would be stored as counts, which are further octets.
 Bytes randomOf(const std::vector<U8>& octets, std::size_t size) {

@@ -1,13 +1,12 @@
 #include "mrt/Input.h"
 
-#include <bzlib.h>
 #include <lzma.h>
 #include <zlib.h>
 #include <zstd.h>
 
 #include <random>
 
-#include "TestOctets.h"
+#include "Compressed.h"
 
 namespace Routing::Mrt {
 namespace {
@@ -38,16 +37,6 @@ Bytes gzip(const Bytes& plain) {
   EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
   out.resize(stream.total_out);
   deflateEnd(&stream);
-  return out;
-}
-
-Bytes bzip2(const Bytes& plain) {
-  Bytes out(plain.size() + plain.size() / 50 + 600, '\0');
-  unsigned size = unsigned(out.size());
-  EXPECT_EQ(BZ2_bzBuffToBuffCompress(out.data(), &size, const_cast<char*>(plain.data()),
-                                     unsigned(plain.size()), 9, 0, 0),
-            BZ_OK);
-  out.resize(size);
   return out;
 }
 
