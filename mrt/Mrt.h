@@ -116,7 +116,7 @@ struct Path {
   /// number, which is no part of a second: such a record is read like one without.
   std::optional<U32> microseconds;
   Peer peer;
-  /// As in an UPDATE: attributes one after the other. `PathAttributes.h` takes them apart.
+  /// As in an UPDATE, one after the other: `Bgp::PathAttributeReader` takes them apart.
   Octets attributes;
 
   bool fromTable = false;  ///< A RIB entry.

@@ -6,8 +6,6 @@
 #include <ctime>
 #include <utility>
 
-#include "mrt/PathAttributes.h"
-
 namespace Routing::Mrt {
 namespace {
 
@@ -105,6 +103,21 @@ bool fits(Cursor in, AddressFamily family, bool addPath) {
 
 constexpr U8 mpReach = 14;
 constexpr U8 mpUnreach = 15;
+
+//   attribute:  flags (0x10: length of two octets), type, length 1 or 2, value
+/// The value of the first attribute of a type (RFC 4271, section 4.3); nothing when there is none
+/// before the first that does not fit.
+std::optional<Octets> findAttribute(Octets attributes, U8 type) {
+  constexpr U8 extendedLength = 0x10;
+  Cursor in(attributes);
+  while (!in.atEnd()) {
+    const U8 flags = in.u8(), found = in.u8();
+    const Octets value = in.take(flags & extendedLength ? in.u16() : in.u8());
+    if (!in) break;
+    if (found == type) return value;
+  }
+  return std::nullopt;
+}
 
 }  // namespace
 

@@ -29,10 +29,17 @@ std::string prefixKey(unsigned bits, Octets prefix) {
   return key;
 }
 
-/// How many octets of labels stand in front: up to the one marked as the last, or a single one.
-std::size_t labelsSize(Octets octets, bool withdrawn) {
-  for (std::size_t size = labelSize; !withdrawn && size <= octets.size(); size += labelSize)
-    if (octets[size - 1] & 1) return size;
+/// How many octets of labels stand in front: up to the one marked as the last (RFC 8277, section
+/// 2.3). A peer that announces one label need not mark it (section 2.2); before a distinguisher it
+/// shows, since only types 0, 1 and 2 of those are assigned.
+std::size_t labelsSize(Octets octets, bool withdrawn, bool distinguisher) {
+  if (withdrawn) return labelSize;
+  for (std::size_t size = labelSize; size <= octets.size(); size += labelSize) {
+    if (!(octets[size - 1] & 1)) continue;
+    const Octets behind = octets.subspan(size);
+    const bool fits = behind.size() >= 2 && behind[0] == 0 && behind[1] <= 2;
+    if (size == labelSize || !distinguisher || fits) return size;
+  }
   return labelSize;
 }
 
@@ -91,7 +98,7 @@ std::optional<IpPrefix> ipPrefix(const Prefix& prefix, bool withdrawn) {
   Cursor in(prefix.nlri);
   const unsigned bits = in.u8();
   IpPrefix fields;
-  if (labels) fields.labels = in.take(labelsSize(in.left(), withdrawn));
+  if (labels) fields.labels = in.take(labelsSize(in.left(), withdrawn, distinguisher));
   if (distinguisher) fields.routeDistinguisher = in.take(distinguisherSize);
   const std::size_t before = 8 * (fields.labels.size() + fields.routeDistinguisher.size());
   const Octets address = in.left();

@@ -12,11 +12,12 @@
 
 namespace example {
 
-/// A peer's announcement or withdrawal of one prefix.
+/// A peer's announcement or withdrawal of one prefix, or of all that it has announced.
 struct Change {
-  std::string path;  ///< octets that name peer and prefix
-  /// Path attributes of the route that is announced; nothing when it is withdrawn.
-  std::optional<std::vector<U8>> attributes;
+  enum class Kind { announced, withdrawn, peerDown };
+  Kind kind;
+  std::string key;                  ///< octets that name peer and prefix, or the peer alone
+  std::vector<U8> attributes = {};  ///< of the route that is announced
 };
 
 /// On the way from one thread to another. `put` waits while there are too many, so a reader that is
@@ -106,22 +107,31 @@ class Shard {
   void send() { queue_.put(std::exchange(gathered_, {})); }
 
   void apply(const Change& change) {
-    if (!change.attributes) {
-      figures_.withdrawn += paths_.erase(change.path);
-      return;
+    switch (change.kind) {
+      case Change::Kind::announced:
+        return announce(change);
+      case Change::Kind::withdrawn:
+        figures_.withdrawn += paths_.erase(change.key);
+        break;
+      case Change::Kind::peerDown:
+        figures_.withdrawn += std::erase_if(
+            paths_, [&](const auto& entry) { return entry.first.starts_with(change.key); });
     }
+  }
+
+  void announce(const Change& change) {
     ++figures_.announced;
     PathCommunities path;
-    const PathFaults faults = tables_.readAll(*change.attributes, path);
+    const PathFaults faults = tables_.readAll(change.attributes, path);
     if (faults.approach() == PathFaultApproach::treatAsWithdraw) return refuse(change, faults);
     dropNoExport(tables_, path);
-    paths_.insert_or_assign(change.path, std::move(path));
+    paths_.insert_or_assign(change.key, std::move(path));
   }
 
   /// The session stays (RFC 7606, section 2).
   void refuse(const Change& change, const PathFaults& faults) {
     if (figures_.malformed++ == 0) figures_.firstFault = faults.begin()->toStrep();
-    paths_.erase(change.path);
+    paths_.erase(change.key);
   }
 
   const CommunityTables& tables_;

@@ -5,16 +5,15 @@
 #include "Errors.h"
 #include "Hex.h"
 #include "Terminal.h"
-#include "attr/BgpPathAttributeEnums.h"
 
 namespace bgpcomm {
 namespace {
 
-std::string typeName(U8 type) {
-  using Routing::Bgp::BgpPathAttrType;
-  const auto known = BgpPathAttrType(type);
-  if (!Routing::Bgp::bgpIsValidEnumMember(known)) return "Unknown attribute";
-  return Routing::Bgp::bgpPathAttrTypeShowString(known);
+using Routing::Bgp::BgpPathAttrType;
+using Routing::Bgp::PathAttributeHeader;
+
+std::string typeName(BgpPathAttrType type) {
+  return bgpIsValidEnumMember(type) ? bgpPathAttrTypeShowString(type) : "Unknown attribute";
 }
 
 /// The octets may also be a mistyped community, so the message names both.
@@ -25,18 +24,18 @@ std::string typeName(U8 type) {
 }  // namespace
 
 void AttributePrinter::print(Octets attribute) const {
-  Cursor in(attribute);
-  const AttributeHeader header = takeAttributeHeader(in);
-  if (!in) refuse("too short for flags, type and length");
-  const std::size_t there = in.left().size();
-  if (there != header.length)
-    refuse("its length is " + std::to_string(header.length) + ", but " + std::to_string(there) +
-           " octets follow");
-  printValue(header, in.left());
+  const auto header = Routing::Bgp::readPathAttributeHeader(attribute);
+  if (!header) refuse("too short for flags, type and length");
+  const Octets value = attribute.subspan(header->headerSize);
+  if (value.size() != header->attrSize)
+    refuse("its length is " + std::to_string(header->attrSize) + ", but " +
+           std::to_string(value.size()) + " octets follow");
+  printValue(*header, value);
 }
 
-void AttributePrinter::printValue(const AttributeHeader& header, Octets value) const {
-  const std::size_t type = listTypeOf(header.type);
+void AttributePrinter::printValue(const PathAttributeHeader& header, Octets value) const {
+  const U8 code = U8(header.type), flags = U8(header.flags);
+  const std::size_t type = listTypeOf(code);
   std::string text = hex(value);
   std::vector<std::string> values, octets;
   const bool isList = type < listTypeCount;
@@ -52,10 +51,10 @@ void AttributePrinter::printValue(const AttributeHeader& header, Octets value) c
   }
   const std::string name = typeName(header.type);
   if (!json_)
-    return bgpcomm::print(name + " (" + std::to_string(header.type) + "), flags 0x" +
-                          hex(Octets(&header.flags, 1)) + ": " + text + '\n');
+    return bgpcomm::print(name + " (" + std::to_string(code) + "), flags 0x" +
+                          hex(Octets(&flags, 1)) + ": " + text + '\n');
   nlohmann::ordered_json object = {
-      {"type", header.type}, {"name", name}, {"flags", header.flags}, {"value", hex(value)}};
+      {"type", code}, {"name", name}, {"flags", flags}, {"value", hex(value)}};
   if (isList) {
     const std::string key(listTypes[type].key);
     object[key] = values;

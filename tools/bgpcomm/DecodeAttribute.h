@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ListTypes.h"
-#include "mrt/PathAttributes.h"
+#include "attr/ZoBgpAttributeReader.h"
 
 namespace bgpcomm {
 
@@ -14,7 +14,7 @@ class AttributePrinter {
   void print(Octets attribute) const;
 
  private:
-  void printValue(const AttributeHeader& header, Octets value) const;
+  void printValue(const Routing::Bgp::PathAttributeHeader& header, Octets value) const;
 
   bool names_;
   bool json_;
