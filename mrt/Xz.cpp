@@ -44,6 +44,9 @@ class Xz final : public Decoder {
         throw std::bad_alloc();
       case LZMA_MEMLIMIT_ERROR:
         throw std::runtime_error("xz data would take more than 256 MiB of memory");
+      case LZMA_OPTIONS_ERROR:
+        throw CompressionError(
+            "xz data need a newer version of the format or a filter not known here");
       case LZMA_BUF_ERROR:
         throw CompressionError("xz data end too early");
       default:

@@ -168,6 +168,8 @@ TEST(Input, LimitsTheMemoryThatDataAskFor) {
   const U32 sum = lzma_crc32(view(dictionary).data() + 12, size, 0);
   for (int i = 0; i < 4; ++i) dictionary[12 + size + i] = char(sum >> 8 * i);
   EXPECT_EQ(readFile(dictionary).second, "xz data would take more than 256 MiB of memory");
+  EXPECT_EQ(readFile(octets("fd377a585a00 0014 82c6035b")).second,  // a reserved flag is set
+            "xz data need a newer version of the format or a filter not known here");
   const Bytes window = octets("28b52ffd 00 98 010000");  // 512 MiB
   EXPECT_EQ(readFile(window).second, "zstd data would take more than 128 MiB of memory");
 }
