@@ -84,7 +84,7 @@ class DedupHashTableUnorderedSet final
     ShardLock* lock_;
   };
 
-  // A place has 32 bits, all of which are the tag; the upper ones choose the shard.
+  // The lower 32 bits of a place are the tag; the upper ones of these choose the shard.
   Shard& shardOf(U64 place) const {
     return shards_[shardBits_ ? U32(place) >> (32 - shardBits_) : 0];
   }
