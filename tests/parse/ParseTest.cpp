@@ -1,22 +1,15 @@
 // How a content finds its rule: the two levels of rules, and the container that brings them up.
-#include <gmock/gmock.h>
-
-#include <functional>
 #include <map>
-#include <regex>
 #include <thread>
 
 #include "agent/FeatureToggles.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 #include "ip6/ExtCommIp6DedupTable.h"
 #include "tests/AllocationCounter.h"
-#include "tests/parse/Registered.h"
+#include "tests/parse/Parsing.h"
 
 namespace Routing::Bgp {
 namespace {
-
-using Control = BgpParseExtCommControl;
-using OpaqueRule = BgpParseExtCommTransOpaqueRule;
 
 /// The object that a parser builds of a content of these two octets: the class, an AS number's
 /// width and the classification, always in a new object at the cost of one allocation.
@@ -42,9 +35,8 @@ std::string builtIp6(const BgpParseExtendedCommunityRule::Ptr& parser, U8 type, 
                  ExtCommIp6Content{type, subtype, {}, 1});
 }
 
-TEST(Parsing, BuildsTheClassThatTheRulesSay) {
-  const auto container = bgpParseExtCommContainerSmFactory();
-  const auto bare = bgpParseExtendedCommunityRuleFactory(Control());
+TEST_F(Parsing, BuildsTheClassThatTheRulesSay) {
+  const auto bare = newParser();
   std::map<U32, std::string> typed{{0x0002, "RouteTargetAs2 1"},
                                    {0x0102, "RouteTargetIpv4Address 1"},
                                    {0x0202, "RouteTargetAs4 1"},
@@ -63,33 +55,24 @@ TEST(Parsing, BuildsTheClassThatTheRulesSay) {
     if (octets & 0xE0) continue;  // no type has such subtypes
     const auto type = types.find(octets >> 8);
     const auto& plain = general[type == types.end() ? 0 : type->second];
+    const auto& own = typed.try_emplace(octets, plain).first->second;
     ASSERT_EQ(built(bare, octets), plain) << std::hex << octets;
-    ASSERT_EQ(built(container->extCommParser(), octets),
-              typed.try_emplace(octets, plain).first->second)
-        << std::hex << octets;
+    ASSERT_EQ(built(parser, octets), own) << std::hex << octets;
   }
-  for (const auto& parser : {container->extCommParser(), bare})
-    EXPECT_EQ(builtIp6(parser, 0x00, 2) + builtIp6(parser, 0x40, 2) + builtIp6(parser, 0x07, 2),
+  for (const auto& any : {parser, bare})
+    EXPECT_EQ(builtIp6(any, 0x00, 2) + builtIp6(any, 0x40, 2) + builtIp6(any, 0x07, 2),
               "Ip6Subtyped 0Ip6Subtyped 0Ip6 0");
 }
 
-// Rules of one's own: one that knows nothing, and some that build plain objects of a mark.
-struct NullRule final : BgpParseExtComSubTypeTransOpaqueRuleBase {
-  using BgpParseExtComSubTypeTransOpaqueRuleBase::BgpParseExtCommSubTypeRuleBase;
-  Mox::Ptr<ExtComm> inhale(const ExtCommContent&) const override { return nullptr; }
-};
+// A rule that builds plain objects of a mark, or leaves that to the level above when `act` says no.
 template <class Base>
 struct MarkRule final : Base {
   using Base::Base;
-  ~MarkRule() override {
-    if (ended) *ended = true;
-  }
   Mox::Ptr<typename Base::Object> inhale(const typename Base::Content& content) const override {
-    if (act) act();
+    if (act && !act()) return nullptr;
     return Mox::makeNew<typename Base::Object>(extCommClassificationEvpn, content);
   }
-  std::function<void()> act;
-  bool* ended = nullptr;
+  std::function<bool()> act;
 };
 const std::string mark = " 3";
 using OpaqueMark = MarkRule<BgpParseExtComSubTypeTransOpaqueRuleBase>;
@@ -99,27 +82,38 @@ static_assert(BgpParseExtCommPluginRule<OpaqueMark> && BgpParseExtCommPluginRule
 static_assert(!BgpParseExtCommPluginRule<BgpParseExtCommIp6SubTypeNonTransRuleBase>);
 
 TEST(Rules, OfOneSubtypeTheLastInstalledServes) {
-  using Subtype = BgpExtCommPktSubtypeTransOpaque;
-  const auto parser = bgpParseExtendedCommunityRuleFactory(Control());
+  const auto parser = newParser();
   const auto rule = Mox::makeNew<OpaqueRule>(Control());
   parser->typeRuleIs(rule);
-  const auto first = Mox::makeNew<OpaqueMark>(Control(), Subtype(0x0b));
+  const auto first = Mox::makeNew<OpaqueMark>(Control(), OpaqueSubtype(0x0b));
   for (int twice = 0; twice < 2; ++twice) rule->subTypeRuleIs(first);
   EXPECT_EQ(first->references(), 2u) << "the same one again changes nothing";
-  EXPECT_EQ(rule->subTypeRule(Subtype(0x0b)), first);
+  EXPECT_EQ(rule->subTypeRule(OpaqueSubtype(0x0b)), first);
   EXPECT_EQ(built(parser, 0x030b), mark);
-  rule->subTypeRuleIs(Mox::makeNew<NullRule>(Control(), Subtype(0x0b)));
+  auto second = Mox::makeNew<OpaqueMark>(Control(), OpaqueSubtype(0x0b));
+  second->act = [] { return false; };
+  rule->subTypeRuleIs(second);
   EXPECT_EQ(first->references(), 1u) << "replaced and released";
   EXPECT_EQ(built(parser, 0x030b), "Subtyped 0") << "null is as good as no rule";
 
   // 0x0e is no member, and not even looked up; 0x01 and 0x06 are.
   for (const U32 subtype : {0x0e, 0x06, 0x01, 256})
-    rule->subTypeRuleIs(Mox::makeNew<OpaqueMark>(Control(), Subtype(subtype)));
+    rule->subTypeRuleIs(Mox::makeNew<OpaqueMark>(Control(), OpaqueSubtype(subtype)));
   EXPECT_EQ(built(parser, 0x030e) + built(parser, 0x0306), "Subtyped 0" + mark);
-  EXPECT_EQ(rule->subTypeRuleDel(Subtype(0x06))->pktSubType(), 6u);
-  EXPECT_FALSE(rule->subTypeRuleDel(Subtype(0x06)));
+  EXPECT_EQ(rule->subTypeRuleDel(OpaqueSubtype(0x06))->pktSubType(), 6u);
+  EXPECT_FALSE(rule->subTypeRuleDel(OpaqueSubtype(0x06)));
   EXPECT_EQ(built(parser, 0x0306) + built(parser, 0x0301), "Subtyped 0" + mark);
-  rule->subTypeRuleDelAll();
+
+  // It is removed, and held by nobody else, while it is asked.
+  const auto alive = [] { return Mox::allocationCount(OpaqueMark::type.name()).objects; };
+  second->act = [&] {
+    rule->subTypeRuleDelAll();
+    EXPECT_EQ(alive(), 2u);
+    return true;
+  };
+  second = nullptr;
+  rule->inhale(ExtCommContent(0x030bULL << 48));
+  EXPECT_EQ(alive(), 1u);
   EXPECT_EQ(built(parser, 0x0301), "Subtyped 0");
 
   const auto ip6 = Mox::makeNew<BgpParseExtCommIp6TransRule>(Control());
@@ -129,25 +123,10 @@ TEST(Rules, OfOneSubtypeTheLastInstalledServes) {
   EXPECT_EQ(builtIp6(parser, 0x00, 2) + builtIp6(parser, 0x00, 3), "Ip6 3Ip6Subtyped 0");
 }
 
-TEST(Rules, OutliveTheirRemovalWhileTheyAreAsked) {
-  const auto rule = Mox::makeNew<OpaqueRule>(Control());
-  auto remover = Mox::makeNew<OpaqueMark>(Control(), BgpExtCommPktSubtypeTransOpaque(0x0b));
-  bool ended = false;
-  remover->ended = &ended;
-  remover->act = [&] {
-    rule->subTypeRuleDelAll();
-    EXPECT_FALSE(ended);
-  };
-  rule->subTypeRuleIs(remover);
-  remover = nullptr;
-  rule->inhale(ExtCommContent(0x030bULL << 48));
-  EXPECT_TRUE(ended);
-}
-
 // Two threads at one registry without a lock: ThreadSanitizer would tell.
 TEST(Rules, EndOnAnyThreadOnceWithdrawn) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
-  auto parser = bgpParseExtendedCommunityRuleFactory(Control(registry));
+  auto parser = newParser(registry);
   parser->handleDel();
   std::thread elsewhere([last = std::move(parser)]() mutable { last = nullptr; });
   for (int i = 0; i < 1000; ++i) {
@@ -163,10 +142,7 @@ TEST(Rules, EndOnAnyThreadOnceWithdrawn) {
 }
 
 // Every rule that goes is held here: it is not its destructor that takes it out.
-TEST(Rules, TypeRulesAreWithdrawnWhenTheyGo) {
-  const auto container = bgpParseExtCommContainerSmFactory();
-  const auto parser = container->extCommParser();
-  const auto registry = container->parseExtCommRuleCollections();
+TEST_F(Parsing, WithdrawsTypeRulesWhenTheyGo) {
   const auto opaque = parser->typeRule(extCommPktTypeTransOpaque);
   parser->typeRuleIs(opaque);
   EXPECT_EQ(registered(registry), 13u) << "the same one again changes nothing";
@@ -202,30 +178,29 @@ TEST(Rules, TypeRulesAreWithdrawnWhenTheyGo) {
   EXPECT_EQ(registered(registry), 1u);
 }
 
-TEST(Rules, ANullIsRefused) {
-  const auto container = bgpParseExtCommContainerSmFactory();
-  const auto parser = container->extCommParser();
+TEST_F(Parsing, RefusesANull) {
   const auto opaque = Mox::makeNew<OpaqueRule>(Control());
   const auto ip6 = Mox::makeNew<BgpParseExtCommIp6NonTransRule>(Control());
-  const char* const sms = "BgpParseExtCommContainerSm";
-  const std::tuple<std::function<void()>, const char*, std::string> cases[] = {
-      {[&] { parser->typeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule", "typeRule"},
-      {[&] { parser->ip6TypeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule", "ip6TypeRule"},
-      {[&] { opaque->subTypeRuleIs(nullptr); }, "BgpParseExtCommTransOpaqueRule", "subTypeRule"},
-      {[&] { ip6->subTypeRuleIs(nullptr); }, "BgpParseExtCommIp6NonTransRule", "subTypeRule"},
-      {[&] { container->extCommParserSmsEnq(nullptr); }, sms, "extCommParserSms"},
-      {[&] { container->extCommParserSmsIs(0, nullptr); }, sms, "extCommParserSms"},
-      {[] { extCommDedupTableFactory(nullptr); }, "ExtCommDedupTable", "parseExtCommRule"},
-      {[] { extCommIp6DedupTableFactory(nullptr); }, "ExtCommIp6DedupTable", "parseExtCommRule"}};
-  for (const auto& [act, owner, attribute] : cases)
+  const std::pair<std::function<void()>, std::string> cases[] = {
+      {[&] { parser->typeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule::typeRule"},
+      {[&] { parser->ip6TypeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule::ip6TypeRule"},
+      {[&] { opaque->subTypeRuleIs(nullptr); }, "BgpParseExtCommTransOpaqueRule::subTypeRule"},
+      {[&] { ip6->subTypeRuleIs(nullptr); }, "BgpParseExtCommIp6NonTransRule::subTypeRule"},
+      {[&] { container->extCommParserSmsEnq(nullptr); },
+       "BgpParseExtCommContainerSm::extCommParserSms"},
+      {[&] { container->extCommParserSmsIs(0, nullptr); },
+       "BgpParseExtCommContainerSm::extCommParserSms"},
+      {[] { extCommDedupTableFactory(nullptr); }, "ExtCommDedupTable::parseExtCommRule"},
+      {[] { extCommIp6DedupTableFactory(nullptr); }, "ExtCommIp6DedupTable::parseExtCommRule"}};
+  for (const auto& [act, name] : cases)
     EXPECT_THAT(act, testing::ThrowsMessage<Mox::RangeException>(
-                         "null _" + attribute + " parameter to mutator for Routing::Bgp::" + owner +
-                         "::" + attribute + " not allowed\""));
+                         "null _" + name.substr(name.find("::") + 2) +
+                         " parameter to mutator for Routing::Bgp::" + name + " not allowed\""));
 }
 
 TEST(RulesDeathTest, MisuseEndsTheProcess) {
   const auto sm = BgpParseExtCommPluginBaseSmIs(bgpParseExtCommRuleCollectionsFactory());
-  const auto subRule = Mox::makeNew<NullRule>(Control(), BgpExtCommPktSubtypeTransOpaque(0x0b));
+  const auto subRule = Mox::makeNew<OpaqueMark>(Control(), OpaqueSubtype(0x0b));
   const char* const override = "0 && \"Must override in derived class\"";
   const std::pair<std::function<void()>, std::string> cases[] = {
       {[&] { BgpParseExtComSubTypeTransGenericRuleBase(Control(), {}).inhale({}); }, override},
@@ -240,21 +215,9 @@ TEST(RulesDeathTest, MisuseEndsTheProcess) {
     EXPECT_DEATH(act(), ": " + std::regex_replace(text, std::regex("[()]"), "\\$&") + "\n");
 }
 
-TEST(Container, HasItsPluginsInOrderAndTheirSubRules) {
-  const auto container = bgpParseExtCommContainerSmFactory();
-  const auto parser = container->extCommParser();
-  for (const Mox::PtrInterface* object : std::initializer_list<const Mox::PtrInterface*>{
-           &*container, &*parser, &*container->extCommCache(),
-           &*container->parseExtCommRuleCollections(),
-           &*parser->ip6TypeRule(extCommIp6PktTypeTransIpv6Address)})
-    EXPECT_TRUE(object->hasNotificationActive()) << object->fwkType().name();
-  for (const auto& [index, sm] : container->extCommParserSms())
-    EXPECT_TRUE(sm->hasNotificationActive()) << index;
+TEST_F(Parsing, HasItsPluginsInOrderAndTheirSubRules) {
   std::string text = Mox::Type::read(*container, "extCommParserSms");
-  for (const auto& rule : parser->typeRules()) {
-    EXPECT_TRUE(rule->hasNotificationActive());
-    text += "; " + Mox::Type::read(*rule, "subTypeRule");
-  }
+  for (const auto& rule : parser->typeRules()) text += "; " + Mox::Type::read(*rule, "subTypeRule");
   const std::regex common("Routing::Bgp::BgpParseExtCom(m|SubType)");
   EXPECT_EQ(std::regex_replace(text, common, ""),
             "0: RouteOriginSm, 1: RouteTargetSm, 2: TunnelEncapSm, 3: DefaultGatewaySm, "
@@ -267,15 +230,12 @@ TEST(Container, HasItsPluginsInOrderAndTheirSubRules) {
             "0: NonTransOpaqueOriginValidationStateRule; ; ; ");
 }
 
-TEST(Container, WithdrawsTheParserThatItReplaces) {
-  const auto container = bgpParseExtCommContainerSmFactory();
-  const auto registry = container->parseExtCommRuleCollectionsIs();
-  const auto old = container->extCommParser();
-  EXPECT_EQ(container->extCommParserIs(Control(registry)), old) << "an equal control";
+TEST_F(Parsing, WithdrawsTheParserThatItReplaces) {
+  EXPECT_EQ(container->parseExtCommRuleCollectionsIs(), registry);
+  EXPECT_EQ(container->extCommParserIs(Control(registry)), parser) << "an equal control";
   const auto bare = container->extCommParserIs(Control());
   EXPECT_EQ(registered(registry), 0u);
-  EXPECT_EQ(built(old, 0x030b), "Color 8");
-  EXPECT_EQ(built(bare, 0x030b), "Subtyped 0");
+  EXPECT_EQ(built(parser, 0x030b) + built(bare, 0x030b), "Color 8Subtyped 0");
   const auto last = container->extCommParserIs(Control(registry));
   EXPECT_EQ(container->extCommParserDel(), last);
   EXPECT_EQ(registered(registry), 0u);
@@ -284,8 +244,7 @@ TEST(Container, WithdrawsTheParserThatItReplaces) {
   EXPECT_FALSE(container->parseExtCommRuleCollections());
 }
 
-TEST(Container, QueueHandsOutEveryIndexOnce) {
-  const auto container = bgpParseExtCommContainerSmFactory();
+TEST_F(Parsing, QueueHandsOutEveryIndexOnce) {
   const BgpParseExtCommPluginBaseSm::PtrConst sm = BgpParseExtCommPluginBaseSmIs(nullptr);
   container->extCommParserSmsIs(20, sm);
   EXPECT_EQ(container->extCommParserSmsMetadata().nextIndex, 7u);
@@ -306,41 +265,41 @@ TEST(Container, QueueHandsOutEveryIndexOnce) {
 TEST(ContainerDeathTest, ReadsTheToggleOncePerProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   const auto inAFreshProcess = [] {
-    std::size_t plugins = 0;
+    std::string sizes;
     for (const bool toggle : {false, true}) {
       featureToggleIs("RpkiToggle", toggle);
       const auto container = bgpParseExtCommContainerSmFactory();
-      plugins += container->extCommParserSms().size();
-      if (built(container->extCommParser(), 0x4300) != "Subtyped 0") std::exit(1);
+      sizes += std::to_string(container->extCommParserSms().size());
+      sizes += built(container->extCommParser(), 0x4300);
     }
-    std::exit(plugins == 12 ? 0 : 1);
+    std::exit(sizes == "6Subtyped 06Subtyped 0" ? 0 : 1);
   };
   EXPECT_EXIT(inAFreshProcess(), testing::ExitedWithCode(0), "");
 }
 
-TEST(ShowCache, KeepsTheTwoNotationsApart) {
-  const auto cache = bgpParseExtCommContainerSmFactory()->extCommCache();
-  const U64 content = 0x0202000100640001, swapped = 0x0064000102020001;
-  const auto both = [&] {
+TEST_F(Parsing, CacheKeepsTheTwoNotationsApart) {
+  const auto cache = container->extCommCache();
+  const U64 content = 0x0202000100640001, swapped = 0x0064000102020001;  // of one hash
+  const auto texts = [&] {
     return Mox::Type::read(*cache, "extCommToString") + " | " +
            Mox::Type::read(*cache, "extCommToAsdotString");
   };
   cache->insert(content, "65636:1", false);
   EXPECT_EQ(cache->lookup(content, true), "");
   for (const char* text : {"1.100:0", "1.100:1"}) cache->insert(content, text, true);
-  EXPECT_EQ(both(), "144678142330798081: 65636:1 | 144678142330798081: 1.100:1");
+  EXPECT_EQ(texts(), "144678142330798081: 65636:1 | 144678142330798081: 1.100:1");
   cache->extCommToStringIs(swapped, "other");
-  EXPECT_THAT(both(), testing::HasSubstr(", "));
+  EXPECT_THAT(texts(), testing::HasSubstr(", "));
   EXPECT_EQ(cache->lookup(content, false) + cache->lookup(swapped, false), "65636:1other");
   EXPECT_EQ(cache->lookup(content, true), "1.100:1");
   EXPECT_EQ(cache->extCommToStringDel(swapped) + cache->extCommToStringDel(swapped), "other");
   cache->extCommToAsdotStringDelAll();
-  EXPECT_EQ(both(), "144678142330798081: 65636:1 | ");
+  EXPECT_EQ(texts(), "144678142330798081: 65636:1 | ");
   cache->extCommToAsdotStringIs(content, "1.100:2");
   cache->extCommToStringDelAll();
-  EXPECT_EQ(both(), " | 144678142330798081: 1.100:2");
+  EXPECT_EQ(texts(), " | 144678142330798081: 1.100:2");
   EXPECT_EQ(cache->extCommToAsdotStringDel(content), "1.100:2");
-  EXPECT_EQ(both(), " | ");
+  EXPECT_EQ(texts(), " | ");
 }
 
 }  // namespace

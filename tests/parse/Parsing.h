@@ -1,0 +1,38 @@
+// Parsers and registries, for all tests of parsing.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <regex>
+
+#include "parse/BgpParseExtComm.h"
+
+namespace Routing::Bgp {
+
+using Control = BgpParseExtCommControl;
+using OpaqueRule = BgpParseExtCommTransOpaqueRule;
+using OpaqueSubtype = BgpExtCommPktSubtypeTransOpaque;
+
+/// A new parser, filled by the registry's plug-ins if there is one.
+inline auto newParser(const BgpParseExtCommRuleCollections::Ptr& registry = nullptr) {
+  return bgpParseExtendedCommunityRuleFactory(Control(registry));
+}
+
+/// A container with the library's plug-ins, and what it holds.
+struct Parsing : testing::Test {
+  const BgpParseExtCommContainerSm::Ptr container = bgpParseExtCommContainerSmFactory();
+  const BgpParseExtCommRuleCollections::Ptr registry = container->parseExtCommRuleCollections();
+  const BgpParseExtendedCommunityRule::Ptr parser = container->extCommParser();
+};
+
+/// How many rules a registry names, of all kinds.
+inline std::size_t registered(const BgpParseExtCommRuleCollections::Ptr& registry) {
+  std::size_t rules = 0;
+#define ZOBGP_KIND(Kind, ...) rules += registry->instances<kind::Kind>().size();
+#define ZOBGP_TOP_KIND ZOBGP_KIND
+#include "parse/BgpParseExtCommKindList.h"
+  return rules;
+}
+
+}  // namespace Routing::Bgp
