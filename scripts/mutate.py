@@ -6,29 +6,35 @@ and run with it. A fault is caught when a test fails, crashes or hangs. A fault 
 compile is not counted, and another is drawn. Some survivors change nothing that anybody could see;
 the rest are work.
 
-Faults are drawn with a seed, which is printed. Results are kept in build/mutate/results.json by
-file content, so a run that was interrupted goes on, and a file that changed is tried afresh.
+Faults are drawn with a seed, which is printed. A run works on a copy of the tree as it was when the
+run began. Results are kept in build/mutate/results.json by the content of the file and of the
+tests, so a run that was interrupted goes on, and a file that changed, or whose tests did, is tried
+afresh.
 """
 
 import argparse
 import collections
+import contextlib
+import fcntl
 import hashlib
 import json
 import os
 import pathlib
 import random
 import re
+import resource
 import shutil
 import signal
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutate"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 RESULTS = WORK / "results.json"
-TEST_SECONDS = 120
+TEST_MEMORY = 8 << 30  # so much address space, should a fault ask for more and more
 
 # The test programs that a folder's faults are held against: its own, and the next one up where the
 # folder is mostly used through that.
@@ -121,12 +127,30 @@ def is_statement(lines, code, number):
 # --- Planting one.
 
 
-def run(command, **options):
-    return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
+def run(command, seconds=None, **options):
+    """The exit code, or None after that time. What was started has ended on every way out."""
+    process = subprocess.Popen(
+        command, start_new_session=True,
+        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options,
+    )
+    try:
+        return process.wait(seconds)
+    except subprocess.TimeoutExpired:
+        return None
+    finally:
+        # Ninja, asked to end, ends its compilers, which are in groups of their own.
+        for number in (signal.SIGTERM, signal.SIGKILL):
+            with contextlib.suppress(ProcessLookupError, subprocess.TimeoutExpired):
+                os.killpg(process.pid, number)
+                process.wait(10)
+
+
+def build(programs):
+    return run(["ninja", "-C", BUILD, *programs]) == 0
 
 
 def prepare(programs):
-    """A copy of the tree as it is now, built without faults."""
+    """A copy of the tree as it is now, built without faults. How long each program may run."""
     TREE.mkdir(parents=True, exist_ok=True)
     listed = subprocess.run(
         ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
@@ -146,32 +170,28 @@ def prepare(programs):
     flags = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DCMAKE_CXX_FLAGS=-w"]
     configure = ["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", *flags]
     subprocess.run(configure, stdout=subprocess.DEVNULL, check=True)
-    subprocess.run(["cmake", "--build", BUILD, "--target", *programs], stdout=subprocess.DEVNULL, check=True)
+    if not build(programs):
+        sys.exit("mutate: the tree does not build without any fault")
+    seconds = {}
     for program in programs:
+        begin = time.monotonic()
         if not passes(program):
             sys.exit(f"mutate: {program} fails without any fault")
+        # The machine may have more to do later.
+        seconds[program] = 30 + 10 * (time.monotonic() - begin)
+    return seconds
 
 
-def passes(program):
+def passes(program, seconds=None):
     """Whether all of the program's tests do; stops at the first that does not."""
-    environment = dict(os.environ, BGPCOMM=str(BUILD / "bin" / "bgpcomm"))
-    # A session of its own, so that what the tests started ends with them.
-    process = subprocess.Popen(
-        [BUILD / "bin" / program, "--gtest_fail_fast", "--gtest_brief=1"],
-        cwd=TREE, env=environment, start_new_session=True,
-        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-    )
-    try:
-        return process.wait(TEST_SECONDS) == 0
-    except subprocess.TimeoutExpired:
-        return False
-    finally:
-        if process.poll() is None:
-            os.killpg(process.pid, signal.SIGKILL)
-            process.wait()
+    return run(
+        [BUILD / "bin" / program, "--gtest_fail_fast", "--gtest_brief=1"], seconds,
+        cwd=TREE, env=dict(os.environ, BGPCOMM=str(BUILD / "bin" / "bgpcomm")),
+        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (TEST_MEMORY, TEST_MEMORY)),
+    ) == 0
 
 
-def try_fault(name, fault, programs):
+def try_fault(name, fault, programs, seconds):
     """`caught`, `survived`, or `refused` when it does not compile."""
     copy = TREE / name
     good = copy.read_text()
@@ -179,10 +199,10 @@ def try_fault(name, fault, programs):
     lines[fault.line] = fault.after + "\n"
     copy.write_text("".join(lines))
     try:
-        build = ["cmake", "--build", BUILD, "--target", *programs]
-        if run(build).returncode != 0:
+        if not build(programs):
             return "refused"
-        return "survived" if all(passes(program) for program in programs) else "caught"
+        passed = all(passes(program, seconds[program]) for program in programs)
+        return "survived" if passed else "caught"
     finally:
         copy.write_text(good)
 
@@ -196,12 +216,21 @@ def files_of(arguments):
         if not path.exists():
             sys.exit(f"mutate: {argument}: no such file or folder")
         found = sorted(path.rglob("*")) if path.is_dir() else [path]
-        yield from (file for file in found if file.suffix in (".h", ".cpp"))
+        yield from (file.relative_to(ROOT) for file in found if file.suffix in (".h", ".cpp"))
 
 
-def key_of(file, fault):
-    content = hashlib.sha256(file.read_bytes()).hexdigest()[:16]
-    return f"{file.relative_to(ROOT)} {content} {fault.line + 1} {fault.after.strip()}"
+def digest(*files):
+    return hashlib.sha256(b"\0".join(file.read_bytes() for file in files)).hexdigest()[:16]
+
+
+def digest_of_tests(programs):
+    """That of what the programs are made of: their folders, and every header of the tests."""
+    tests = TREE / "tests"
+    folders = {program.removeprefix("test_") for program in programs}
+    return digest(*sorted(
+        file for file in tests.rglob("*.*")
+        if file.suffix == ".h" or file.parent == tests or file.relative_to(tests).parts[0] in folders
+    ))
 
 
 def load_results():
@@ -221,8 +250,10 @@ def report(tried):
     print(f"\n{'folder':<16}{'tried':>7}{'caught':>8}{'survived':>10}")
     for folder, count in sorted(tried.items()):
         both = count["caught"] + count["survived"]
-        share = f"{100 * count['caught'] / both:5.0f} %" if both else ""
+        share = f"{100 * count['caught'] / both:5.0f} %"
         print(f"{folder:<16}{both:>7}{count['caught']:>8}{count['survived']:>10} {share}")
+    if before := sum(count["before"] for count in tried.values()):
+        print(f"\n{before} were caught by the tests as they were; without --again they are tried afresh")
 
 
 def main():
@@ -235,9 +266,11 @@ def main():
     parser.add_argument("--list", action="store_true", help="show the faults, plant none")
     options = parser.parse_args()
 
+    # Whichever way it is told to stop, also as a job in the background.
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, signal.default_int_handler)
     WORK.mkdir(parents=True, exist_ok=True)
-    files = list(files_of(options.paths))
-    folders = {file: file.relative_to(ROOT).parts[0] for file in files}
+    folders = {name: name.parts[0] for name in files_of(options.paths)}
     unknown = sorted({folder for folder in folders.values() if folder not in PROGRAMS})
     if unknown:
         sys.exit(f"mutate: no tests are named for {', '.join(unknown)}")
@@ -246,37 +279,50 @@ def main():
     if seed is None:
         seed = int(seed_file.read_text()) if seed_file.exists() else random.randrange(1 << 31)
     seed_file.write_text(str(seed))
-    print(f"seed {seed}")
+    print(f"seed {seed}", flush=True)
 
     results = load_results()
     tried = collections.defaultdict(collections.Counter)
     if not options.list:
-        prepare(sorted({program for folder in folders.values() for program in PROGRAMS[folder]}))
-    for file, folder in folders.items():
-        name = file.relative_to(ROOT)
+        lock = open(WORK / "lock", "w")  # held until this run ends
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            sys.exit("mutate: another run is at work in this tree")
+        programs = {program for folder in folders.values() for program in PROGRAMS[folder]}
+        seconds = prepare(sorted(programs))
+    for name, folder in folders.items():
+        file = (ROOT if options.list else TREE) / name
         faults = list(dict.fromkeys(faults_of(file)))
         random.Random(f"{seed} {name}").shuffle(faults)
         counted = 0
         for fault in faults:
-            if counted == options.faults:
+            if counted == options.faults and not options.again:
                 break
             shown = f"{name}:{fault.line + 1}: {fault.before.strip()}  ->  {fault.after.strip()}"
             if options.list:
                 print(f"{fault.kind:<10} {shown}")
                 counted += 1
                 continue
-            key = key_of(file, fault)
-            known = results.get(key)
-            if known is None and options.again:
-                continue
-            if known is None or (options.again and known == "survived"):
-                results[key] = try_fault(name, fault, PROGRAMS[folder])
+            key = f"{name} {digest(file)} {fault.line + 1} {fault.after.strip()}"
+            tests = digest_of_tests(PROGRAMS[folder])
+            outcome, _, by = results.get(key, "").partition(" ")
+            if options.again:
+                wanted = outcome == "survived" and by != tests
+                if not outcome:
+                    continue
+            else:
+                wanted = outcome != "refused" and by != tests
+            if wanted:
+                outcome, by = try_fault(name, fault, PROGRAMS[folder], seconds), tests
+                results[key] = f"{outcome} {by}"
                 save_results(results)
-            if results[key] == "refused":
+            if outcome == "refused":
                 continue
             counted += 1
-            tried[folder][results[key]] += 1
-            if results[key] == "survived":
+            tried[folder][outcome] += 1
+            tried[folder]["before"] += by != tests
+            if outcome == "survived":
                 print(f"survived   {shown}", flush=True)
     if not options.list:
         report(tried)
