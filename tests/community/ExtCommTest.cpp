@@ -1,12 +1,5 @@
 // Extended communities of 8 octets: contents, the vocabulary, and every text.
 
-namespace Routing::Bgp {  // users name classes before they include them: none is an alias
-class ExtCommRouteTargetAs;
-class ExtCommRouteTargetIpv4Address;
-class ExtCommRouteOriginAs;
-class ExtCommRouteOriginIpv4Address;
-}  // namespace Routing::Bgp
-
 #include <gtest/gtest.h>
 
 #include <iomanip>
@@ -20,15 +13,16 @@ class ExtCommRouteOriginIpv4Address;
 namespace Routing::Bgp {
 namespace {
 
-// An object of a content: plain ones, what a parser without plug-ins makes, and one with all.
+// An object of a content: of the general classes, and what a parser with all plug-ins makes.
 using Content = const ExtCommContent&;
 ExtComm::Ptr plain(Content content) { return extCommFactory({}, content); }
 ExtComm::Ptr subtyped(Content content) { return ExtCommSubtyped::ExtCommSubtypedIs({}, content); }
+ExtComm::Ptr as2(Content content) { return ExtCommAsNumber::ExtCommAsNumberIs({}, content, false); }
 ExtComm::Ptr as4(Content content) { return ExtCommAsNumber::ExtCommAsNumberIs({}, content, true); }
-ExtComm::Ptr rtAs4(Content content) { return extCommRouteTargetAsFactory(content, true); }
-ExtComm::Ptr general(Content content) {
-  return bgpParseExtendedCommunityRuleFactory({})->parseExtendedCommunity(content);
+ExtComm::Ptr ip4(Content content) {
+  return Mox::makeNew<ExtCommIpv4Address>(ExtCommClassification{}, content);
 }
+ExtComm::Ptr rtAs4(Content content) { return extCommRouteTargetAsFactory(content, true); }
 ExtComm::Ptr typed(Content content) {
   return bgpParseExtCommContainerSmFactory()->extCommParser()->parseExtendedCommunity(content);
 }
@@ -49,8 +43,7 @@ TEST(ExtCommContent, HashesAndIsStoredInDecimalAndOrderedUnsigned) {
     sequenceToValue(decimal, read);
     EXPECT_EQ(read, content);
   }
-  for (const char* text : {"", "0x1", "-1", "18446744073709551616"})
-    EXPECT_THROW(sequenceToValue(text, read), Mox::Exception) << text;
+  EXPECT_THROW(sequenceToValue("18446744073709551616", read), Mox::RangeException);
 }
 
 // An enumeration, the type octet whose subtypes it names, or -, and what its names begin with,
@@ -158,41 +151,23 @@ struct Texts {
   ExtComm::Ptr (*make)(Content) = typed;
 };
 const Texts texts[] = {
-    {0x0002FDE800000064, "extCommPktTypeTransTwoOctetAs", "{CU:0002:0xfd 0xe8 0x00 0x00 0x00 0x64}",
-     plain},
-    {0x4304000000000005, "extCommPktTypeNonTransOpaque",
-     "{CU:0304(NT):0x00 0x00 0x00 0x00 0x00 0x05}", plain},
-    {0x0400000000000001, "extCommPktTypeTransQosMarking", "{CU:0400:0x00 0x00 0x00 0x00 0x00 0x01}",
-     plain},
+    {0x4304FDE800000005, "extCommPktTypeNonTransOpaque",
+     "{CU:0304(NT):0xfd 0xe8 0x00 0x00 0x00 0x05}", plain},
     {0x070200000000000F, "extCommPktTypeUnknown none", "{CU:0702:0x00 0x00 0x00 0x00 0x00 0x0f}",
      subtyped},
     {0x0002FDE800000064,
-     "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget",
-     "{CU:0002:0xfd 0xe8 0x00 0x00 0x00 0x64}", subtyped},
-    {0x0002FDE800000064,
      "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget ASN=65000",
-     "{CU:0002-AS:}65000:100", general},
-    {0x0202000100640001,
-     "extCommPktTypeTransFourOctetAs extCommPktSubtypeTransFourOctetAsRouteTarget ASN=65636",
-     "{CU:0202-AS4:}{D:1.100|Q:65636L|:65636}:1", general},
-    {0x4202000100640001, "extCommPktTypeNonTransFourOctetAs subtype=2 ASN=65636",
-     "{CU:0202-AS4(NT):}{D:1.100|Q:65636L|:65636}:1", general},
+     "{CU:0002-AS:}65000:100", as2},
     // The layout is the maker's choice, whatever the type says.
-    {0x0002000100640001,
-     "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget ASN=65636",
-     "{CU:0002-AS4:}{D:1.100|Q:65636L|:65636}:1", as4},
+    {0x4055000100640001, "extCommPktTypeNonTransTwoOctetAs subtype=85 ASN=65636",
+     "{CU:0055-AS4(NT):}{D:1.100|Q:65636L|:65636}:1", as4},
     {0x0002000100640001, "RouteTarget2ByteASN 65636:1",
      "{CU:Route-Target-AS4:|C:RT:}{D:1.100|Q:65636L|:65636}:1", rtAs4},
-    {0x0102C0A800010064,
-     "extCommPktTypeTransIpv4Address extCommPktSubtypeTransIpv4AddressRouteTarget 192.168.0.1",
-     "{CU:0102-IP:}192.168.0.1:100", general},
-    {0x410200000001FFFE, "extCommPktTypeNonTransIpv4Address subtype=2 0.0.0.1",
-     "{CU:0102-IP(NT):}0.0.0.1:65534", general},
+    {0x415500000001FFFE, "extCommPktTypeNonTransIpv4Address subtype=85 0.0.0.1",
+     "{CU:0155-IP(NT):}0.0.0.1:65534", ip4},
     {0x0002FDE800000064, "RouteTarget2ByteASN 65000:100", "{CU:Route-Target-AS:|C:RT:}65000:100"},
     {0x02020000FFFF0001, "RouteTarget4ByteASN 65535:1",
      "{CU:Route-Target-AS4:|C:RT:}{D:65535|Q:65535L|:65535}:1"},
-    {0x0202000100000001, "RouteTarget4ByteASN 65536:1",
-     "{CU:Route-Target-AS4:|C:RT:}{D:1.0|Q:65536L|:65536}:1"},
     {0x0202FFFFFFFF0001, "RouteTarget4ByteASN 4294967295:1",
      "{CU:Route-Target-AS4:|C:RT:}{D:65535.65535|Q:4294967295L|:4294967295}:1"},
     {0x0102C0A800010064, "RouteTarget 192.168.0.1:100",
@@ -206,11 +181,11 @@ const Texts texts[] = {
     // 0x4E9502F9 is 1.25e9 octets per second, ten gigabits.
     {0x4004FDE84E9502F9, "LinkBandwidth 65000:1.25e+09",
      "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CUW:1250000000|CU:10 Gbps|:1.25e+09}"},
-    {0x4004FDE8BF800000, "LinkBandwidth 65000:-1",
-     "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CUW:-1|CU:-8 bps|:-1}"},
     {0x4004FDE8FFC00000, "LinkBandwidth 65000:-nan",
      "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CU:nan|:-nan}"},
-    {0x4004FDE87F7FFFFF, "LinkBandwidth 65000:3.40282e+38", nullptr},
+    {0x4004FDE87F7FFFFF, "LinkBandwidth 65000:3.40282e+38",
+     "{CU:Link-Bandwidth-AS:|C:lbw }65000:"
+     "{CUW:340282346638528859811704183484516925440|CU:2722258773108231 Ybps|:3.40282e+38}"},
     {0x030CFFFFFFFF0008, "TunnelEncap 8:tunnelTypeVxlan", "{C:TunnelEncap:}tunnelTypeVxlan"},
     {0x030C00000001FFFF, "TunnelEncap 65535:tunnelTypeUnknown",
      "{C:TunnelEncap:}tunnelTypeUnknown-65535"},
@@ -224,22 +199,19 @@ const Texts texts[] = {
     {0x030D000000000000, "DefaultGateway", "DefaultGateway"},
 };
 
-Mox::String underFlags(std::string_view policy, U32 flags) {
-  std::istringstream in{Mox::String(policy)};
-  Mox::String text, choices, choice;
-  std::getline(in, text, '{');
-  while (std::getline(in, choices, '}')) {
+Mox::String underFlags(const char* policy, U32 flags) {
+  std::istringstream in(policy);
+  Mox::String text, choices, letters, choice, rest;
+  for (std::getline(in, text, '{'); std::getline(in, choices, '}'); text += rest) {
     std::istringstream each(choices);
-    while (std::getline(each, choice, '|')) {
-      const std::size_t colon = choice.find(':');
+    while (std::getline(each, letters, ':') && std::getline(each, choice, '|')) {
       U32 needed = 0;
-      for (std::size_t at = 0; at < colon; ++at)
-        needed |= 1u << std::string_view("-QCUDW").find(choice[at]);
-      if ((flags & needed) != needed) continue;
-      text += choice.substr(colon + 1);
-      break;
+      for (const char letter : letters) needed |= 1u << std::string_view("-QCUDW").find(letter);
+      if ((flags & needed) == needed) break;
+      choice.clear();
     }
-    if (std::getline(in, choice, '{')) text += choice;
+    std::getline(in, rest, '{');
+    text += choice;
   }
   return text;
 }
@@ -252,14 +224,11 @@ TEST(ExtCommText, ShowAndPolicyUnderAllFlags) {
     stream << comm << *comm << static_cast<const ExtComm*>(nullptr);
     EXPECT_EQ(comm->toStrep(), expected.str());
     EXPECT_EQ(stream.str(), expected.str() + expected.str() + "NULL");
-    for (U32 flags = 0; policy && flags <= ExtComm::StrepFormat::max; ++flags)
+    for (U32 flags = 0; flags <= ExtComm::StrepFormat::max; ++flags)
       EXPECT_EQ(comm->toStrepForPolicy(ExtComm::StrepFormat(flags)), underFlags(policy, flags))
           << flags;
   }
-  EXPECT_EQ(typed(ExtCommContent(0x4004FDE87F7FFFFF))->toStrepForPolicy(ExtComm::StrepFormat(0x2c)),
-            "Link-Bandwidth-AS:65000:340282346638528859811704183484516925440");
   EXPECT_EQ(ExtComm::extCommTypeAsString("-X", 0xC3, 0x0b, true), "830b-X");
-  EXPECT_EQ(ExtComm::extCommTypeAsString("", 0x03, 0xfe, false), "03fe(NT)");
   EXPECT_DEATH(rtAs4(ExtCommContent(0x42ULL << 56))->toStrep(), "0 && \"unexpected type\"");
 }
 
@@ -279,9 +248,7 @@ TEST(ExtCommText, TakesUpperCaseFromTheStreamAndNothingElse) {
   subtyped(ExtCommContent(0x00FF000000000000))->formatSubtype(stream);
   plain(ExtCommContent(1))->formatSubtype(stream);
   plain(ExtCommContent(1))->formatCommunityValue(stream);
-  EXPECT_EQ(stream.flags(), flags);
-  EXPECT_EQ(stream.width(), 40);
-  EXPECT_EQ(stream.fill(), '*');
+  EXPECT_TRUE(stream.flags() == flags && stream.width() == 40 && stream.fill() == '*');
   EXPECT_EQ(stream.str(),
             "0X0002FDE8000000AB000000000000000000<LinkBandwidth 65000:1.25e+09 0X4004FDE84E9502F9>"
             "subtype=255unspecified0X0000000000000001");
