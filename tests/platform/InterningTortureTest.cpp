@@ -196,10 +196,9 @@ TEST(InterningTorture, ThreadsInternAndReleaseTheSameContents) {
     World world;
     {
       Mail mail;
-      std::vector<std::thread> workers;
-      for (U32 i = 0; i < threads; ++i)
-        workers.emplace_back([&, i] { work(world, mail, rounds, i + 1); });
-      for (auto& worker : workers) worker.join();
+      std::vector<std::jthread> workers;
+      for (U32 i = 1; i <= threads; ++i)
+        workers.emplace_back([&, i] { work(world, mail, rounds, i); });
     }
     EXPECT_EQ(world.things->members() + world.pairs->members(), 0u);
     EXPECT_EQ(world.collection->heardIn, world.collection->heardOut);
