@@ -2,7 +2,7 @@
 #include <mutex>
 #include <thread>
 
-#include "ExtCommFamilies.h"
+#include "Lists.h"
 #include "Mox/Trace.h"
 #include "tests/AllocationCounter.h"
 
@@ -88,10 +88,15 @@ class Listener final : public Collection::NotifieeConst {
   Collection::PtrConst collection_;
 };
 
-class RouteTargets : public ExtCommLists<EightOctets> {
+class RouteTargets : public ListsOf<EightOctets> {
  protected:
-  Collection::Ptr collection() { return family().table->notifyingRtExtCommListCollection(); }
+  Collection::Ptr collection() { return table()->notifyingRtExtCommListCollection(); }
+  auto notifiee() const { return table()->rtExtCommListLifeTimeNotifiee(); }
 };
+const RtExtCommClassificationList::PtrConst groupOf(const ExtCommList::PtrConst& list) {
+  return Mox::staticCast<const RtExtCommClassificationList>(
+      list->classificationList(extCommClassificationRouteTarget));
+}
 
 TEST_F(RouteTargets, ImmediateEventsAreToldToAllFirst) {
   std::string log;
@@ -116,12 +121,12 @@ TEST_F(RouteTargets, ComeWholeOrNotAtAllAndGoWithoutMemory) {
     ExtCommList::PtrConst shared;
     try {
       const MemoryFor some(count);
-      shared = list->dedup(family().table);
+      shared = list->dedup(table());
       entered = true;
     } catch (const std::bad_alloc&) {
       // The group may have come before there was no memory for the list; then it has gone.
       EXPECT_TRUE(log.empty() || log == "aI+a+aI-a-") << log;
-      EXPECT_EQ(collection()->rtExtCommLists() + family().groups(), 0u);
+      EXPECT_EQ(collection()->rtExtCommLists() + groups(), 0u);
       EXPECT_EQ(list->totalTransitiveCommunities(), 0u);
     }
     if (!entered) continue;
@@ -142,7 +147,7 @@ TEST_F(RouteTargets, ComeWholeOrNotAtAllAndGoWithoutMemory) {
 
 TEST_F(RouteTargets, ReflectionNamesThemAndPrintsTheirTexts) {
   const auto list = interned({target(1)}), other = interned({target(2)});
-  const auto group = list->classificationList(extCommClassificationRouteTarget);
+  const auto group = groupOf(list);
   const auto notifiers = collection()->rtExtCommList();
   EXPECT_EQ(Mox::Type::read(*group, "comm"), group->toStrep());
   EXPECT_EQ(Mox::Type::read(*notifiers[0], "toStrep"), notifiers[0]->toStrep());
@@ -157,38 +162,19 @@ TEST_F(RouteTargets, ReflectionNamesThemAndPrintsTheirTexts) {
                 notifiers[0]->toStrep() + "\n   rtExtCommList " + notifiers[1]->toStrep() + "\n");
   EXPECT_EQ(Mox::Type::read(*collection(), "rtExtCommList"),
             notifiers[0]->toStrep() + " " + notifiers[1]->toStrep());
-  std::string names;
-  for (const char* const type : {"RtExtCommListLifeTimeNotifier", "RtExtCommListLifeTimeNotifiee",
-                                 "NotifyingRtExtCommListCollection"})
-    for (const auto* t = Mox::Type::find("Routing::Bgp::" + std::string(type)); t; t = t->base()) {
-      names += t->name().substr(t->name().rfind(':') + 1) + "(";
-      for (const Mox::Attribute& attribute : t->attributes()) names += attribute.name + " ";
-      names += ") ";
-    }
-  EXPECT_EQ(names,
-            "RtExtCommListLifeTimeNotifier(rtExtCommListRawPtr comm toStrep ) "
-            "DedupHandleLifeTimeNotifier(getDedupedObjectRawPtr ) PtrInterface() "
-            "RtExtCommListLifeTimeNotifiee() DedupHashTableLifeTimeNotifiee("
-            "handleInsert handleRemove handleNotificationStop ) PtrInterface() "
-            "NotifyingRtExtCommListCollection(rtExtCommList dumpState ) PtrInterface() ");
 }
 
 TEST_F(RouteTargets, FirstUseAndLastReleaseAreHeardOnce) {
   auto first = interned({target(1), target(2), color(1)});
   Observer observer(collection());
   EXPECT_EQ(observer.looked, 1) << "what is there already is looked through";
-  const auto rtGroup = [](const auto& list) {
-    return Mox::Ptr<const RtExtCommClassificationList>(
-        static_cast<const RtExtCommClassificationList*>(
-            list->classificationList(extCommClassificationRouteTarget).get()));
-  };
   auto second = interned({target(2), target(1), color(2)});
-  EXPECT_EQ(rtGroup(first), rtGroup(second));
+  EXPECT_EQ(groupOf(first), groupOf(second));
   EXPECT_EQ(collection()->rtExtCommLists(), 1u) << "two lists, one group, one notifier";
   EXPECT_EQ(observer.came, 0);
   auto third = interned({target(3)});
-  auto notifier = rtGroup(third)->getLifeTimeNotifier();
-  EXPECT_EQ(notifier->rtExtCommList(), rtGroup(third));
+  auto notifier = groupOf(third)->getLifeTimeNotifier();
+  EXPECT_EQ(notifier->rtExtCommList(), groupOf(third));
   EXPECT_EQ(notifier->comm(ExtCommContent(0x0002FDE800000003)), value(target(3)));
   EXPECT_FALSE(notifier->comm(ExtCommContent(0)));
   EXPECT_TRUE(collection()->rtExtCommListHas(notifier));
@@ -226,50 +212,41 @@ TEST_F(RouteTargets, CollectionChangesAreHeardAndRefused) {
   }
 }
 
-// A group may outlive the table; observers hear of its end with the table's.
+// The table ends the groups of its own notifiee, though the collection was changed, and no others;
+// observers hear of it. Groups and lists may outlive the table.
 TEST_F(RouteTargets, TableTakesItsNotifiersAlong) {
-  auto list = interned({target(1)});
-  auto alone = interned({target(2)})->classificationList(extCommClassificationRouteTarget);
-  const auto collection = this->collection();
-  {
-    Observer observer(collection);
-    family().table = nullptr;
-    EXPECT_EQ(observer.went, 2);
-    EXPECT_EQ(observer.faults, 2) << "they came before it was there";
-  }
-  EXPECT_EQ(collection->rtExtCommLists(), 0u);
-  EXPECT_EQ(alone->comms(), 1u);
-  list = nullptr;
-  alone = nullptr;
-  family() = EightOctets();
-}
-
-// The table ends the groups of its own notifiee, and no others, though the collection was changed.
-TEST_F(RouteTargets, TableEndsItsOwnGroupsOnly) {
   const auto other = extCommListDedupTableFactory();
   auto list = interned({target(1)});
-  const auto foreign = built({target(2)})->dedup(other);
-  collection()->rtExtCommListDelAll();
-  collection()->rtExtCommListIs(other->notifyingRtExtCommListCollection()->rtExtCommList()[0]);
-  family().table = nullptr;
-  list = nullptr;
-  family() = EightOctets();
+  auto alone = groupOf(interned({target(2)}));
+  auto foreign = built({target(3)})->dedup(other);
+  const auto collection = this->collection();
+  const auto kept = groupOf(foreign)->getLifeTimeNotifier();
+  collection->rtExtCommListDel(groupOf(list)->getLifeTimeNotifier());
+  collection->rtExtCommListIs(kept);
+  {
+    Observer observer(collection);
+    tables.reset();
+    EXPECT_EQ(observer.went, 1);
+    EXPECT_EQ(observer.faults, 1) << "it came before the observer was there";
+  }
+  EXPECT_EQ(collection->rtExtCommList(), std::vector<Notifier>{kept});
+  EXPECT_EQ(alone->comms(), 1u);
+  EXPECT_EQ(list->comms(), 1u);
 }
 
 TEST_F(RouteTargets, NotifieeEndsTheProcessOnGroupsThatItDoesNotKnow) {
-  const auto& notifiee = family().table->rtExtCommListLifeTimeNotifiee();
   const auto list = interned({target(1)});
-  const Mox::Ptr<Orv::DedupHandle> known(const_cast<ExtCommClassificationList*>(
-      list->classificationList(extCommClassificationRouteTarget).get()));
+  const Mox::Ptr<Orv::DedupHandle> known(
+      const_cast<RtExtCommClassificationList*>(groupOf(list).get()));
   const auto unknown =
       RtExtCommClassificationList::RtExtCommClassificationListIs(extCommClassificationRouteTarget);
-  EXPECT_DEATH(notifiee->handleInsert(known),
+  EXPECT_DEATH(notifiee()->handleInsert(known),
                ": __null == rtExtCommList->lifeTimeNotifier\\(\\)\n");
-  EXPECT_DEATH(notifiee->handleRemove(unknown.get()), ": __null != lifeTimeNotifier\n");
+  EXPECT_DEATH(notifiee()->handleRemove(unknown.get()), ": __null != lifeTimeNotifier\n");
 }
 
 TEST_F(RouteTargets, DroppedPartsLiveOnWithTheirOtherHolders) {
-  auto& table = *family().table;
+  auto& table = *this->table();
   const auto collection = this->collection();
   EXPECT_EQ(table.notifyingRtExtCommListCollectionIs(), collection) << "a live one stays";
   table.notifyingRtExtCommListCollectionDel();
@@ -288,8 +265,7 @@ TEST_F(RouteTargets, TracesNameNotifieeGroupAndNotifier) {
   EXPECT_EQ(traced.size(), 0u);
   Mox::traceLevel = 9;
   interned({target(1)});
-  family().table->rtExtCommListLifeTimeNotifiee()->handleNotificationStop(
-      family().table->rtExtCommClassificationListDedupTable());
+  notifiee()->handleNotificationStop(table()->rtExtCommClassificationListDedupTable());
   Mox::traceLevel = 0;
   Mox::traceSinkIs(nullptr);
   ASSERT_EQ(traced.size(), 3u);
@@ -336,7 +312,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
       for (int round = 0; round < 2000; ++round) {
         const auto list = mine[random() % 3] =
             interned({target(random() % 3), target(random() % 3), color(random() % 2)});
-        missing += !list->classificationList(extCommClassificationRouteTarget);
+        missing += !groupOf(list);
       }
       --running;
     });

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -7,10 +6,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <random>
 
+#include "Lists.h"
 #include "MoxStash/StoreWriter.h"
 #include "Restored.h"
+#include "tests/path/PathProperties.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -19,7 +19,7 @@ using MoxStash::FileStore;
 using MoxStash::StoreException;
 using MoxStash::StoreWriter;
 
-class StoreTest : public testing::Test, protected StoreTables {
+class StoreTest : public ListTest {
  protected:
   // Both processes of a test have the same folder.
   StoreTest() {
@@ -28,10 +28,7 @@ class StoreTest : public testing::Test, protected StoreTables {
     folder = inherited ? inherited : mkdtemp(made.data());
     file = folder + "/lists";
   }
-  ~StoreTest() override {
-    std::filesystem::remove_all(folder);
-    EXPECT_EQ(members(), 0u);
-  }
+  ~StoreTest() override { std::filesystem::remove_all(folder); }
 
   CommList::Ptr standardOf(const std::vector<U32>& numbers) {
     auto list = CommList::CommListIs();
@@ -40,15 +37,17 @@ class StoreTest : public testing::Test, protected StoreTables {
   }
   ExtCommList::Ptr extendedOf(const std::vector<U64>& contents) {
     auto list = ExtCommList::ExtCommListIs();
-    for (const U64 content : contents) list->commIs(values->dedupContent(ExtCommContent(content)));
+    for (const U64 content : contents) list->commIs(value(content));
     return list;
   }
-  ExtCommIp6::PtrConst ip6Value(U32 number) {
-    return ip6Values->dedupContent(
-        {U8(number % 2 * 0x40), 0x02, Zonet::Ip6Addr({0x20, 1, U8(number)}), U16(number * 257)});
+  ExtComm::PtrConst value(U64 content) {
+    return tables->of<ExtCommList>().values()->dedupContent(ExtCommContent(content));
   }
-  // Lists of every kind, of up to `most` communities.
-  std::vector<MoxStash::DedupHandle::PtrConst> addSome(StoreWriter& writer, U32 lists, U32 most) {
+  auto interned(const auto& list) {
+    return list->dedup(tables->of<typename std::remove_cvref_t<decltype(*list)>>().lists());
+  }
+  // The lists of so many paths, an empty list of every type, and values.
+  std::vector<MoxStash::DedupHandle::PtrConst> addSome(StoreWriter& writer, U32 paths, U32 most) {
     std::mt19937 random(4);
     std::vector<MoxStash::DedupHandle::PtrConst> added;
     const auto add = [&](const auto& object) {
@@ -56,33 +55,24 @@ class StoreTest : public testing::Test, protected StoreTables {
       writer.add(object, added.size());
       added.push_back(object);
     };
-    for (U32 i = 0; i < lists; ++i) {
-      const auto list = CommList::CommListIs();
-      const auto largeList = LargeCommList::LargeCommListIs();
-      const auto extendedList = ExtCommList::ExtCommListIs();
-      const auto ip6List = extCommIp6ListFactory();
-      for (U32 count = i ? random() % most + 1 : 0; count > 0; --count) {
-        list->commIs(random() % 8 ? random() : 0xFFFFFF01);
-        largeList->commIs({U32(random()), U32(random() % 3), 7});
-        extendedList->commIs(
-            values->dedupContent(ExtCommContent(0x0002FDE800000000 + random() % 9)));
-        extendedList->commIs(values->dedupContent(ExtCommContent(U64{random()} << 32)));
-        ip6List->commIs(ip6Value(random() % 9));
-      }
-      add(list->dedup(standard));
-      add(largeList->dedup(large));
-      add(extendedList->dedup(extended));
-      add(ip6List->dedup(ip6));
+    tables->forEachKind(
+        [&]<class List>(const CommunityListTables<List>&) { add(interned(Mox::makeNew<List>())); });
+    for (U32 i = 0; i < paths; ++i) {
+      PathCommunities path;
+      tables->readAll(randomPath(random, most).octets, path);
+      path.forEachList(add);
     }
-    add(values->dedupContent(ExtCommContent(0x0002FDE800000064)));
-    add(ip6Value(100));
+    add(value(0x0002FDE800000064));
+    add(tables->of<ExtCommIp6List>().values()->dedupContent({0x40, 2, {}, 1}));
     return added;
   }
   // The interned objects of all roots.
   std::vector<MoxStash::DedupHandle::PtrConst> restoreAll(const FileStore& store) {
     std::vector<MoxStash::DedupHandle::PtrConst> all;
-    for (const auto& root : store.roots())
-      restore(*this, store, root, [&](const auto& object) { all.push_back(object); });
+    for (const auto& root : store.roots()) {
+      EXPECT_EQ(root.figure, all.size());
+      tables->restore(root, store, [&](const auto& object) { all.push_back(object); });
+    }
     return all;
   }
   // Why the octets are refused; empty when they are restored.
@@ -91,7 +81,7 @@ class StoreTest : public testing::Test, protected StoreTables {
       const FileStore store("NAME", octets);
       store.note("paths");
       for (const auto& root : store.roots())
-        restore(*this, store, root, [&](const auto& object) { restoredTexts += allTexts(object); });
+        tables->restore(root, store, [](const auto& object) { allTexts(object); });
       return {};
     } catch (const StoreException& error) {
       return error.what();
@@ -109,75 +99,31 @@ class StoreTest : public testing::Test, protected StoreTables {
     return std::size_t(std::distance(std::filesystem::directory_iterator(folder), {}));
   }
 
-  std::string folder, file, restoredTexts;
+  std::string folder, file;
 };
-
-TEST_F(StoreTest, RestoresToTheVeryObjects) {
-  StoreWriter writer;
-  const auto added = addSome(writer, 50, 20);
-  writer.write(file);
-  const FileStore store(file);
-  EXPECT_EQ(restoreAll(store), added);
-  for (std::size_t i = 0; i < added.size(); ++i) EXPECT_EQ(store.roots()[i].figure, i);
-}
 
 TEST_F(StoreTest, AnotherProcessRestoresWhatOneSaved) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // the other has addresses and seeds of its own
   setenv("STORE_TEST_FOLDER", folder.c_str(), 1);
   const auto save = [&] {
     StoreWriter writer;
-    addSome(writer, 9, 9);
+    addSome(writer, 50, 20);
     writer.write(file);
     std::_Exit(0);
   };
   EXPECT_EXIT(save(), testing::ExitedWithCode(0), "");
   unsetenv("STORE_TEST_FOLDER");
   StoreWriter writer;
-  EXPECT_EQ(restoreAll(FileStore(file)), addSome(writer, 9, 9));
-}
-
-TEST_F(StoreTest, KeepsOrderFlagAndClassificationOfPrivateObjects) {
-  const auto unsorted = extendedOf({0x030B000000000003, 0x0002FDE800000064, 0x030B000000000003});
-  StoreWriter writer;
-  const auto lists = {writer.add(standardOf({9, 1, 9})), writer.add(standardOf({9, 1, 9}))};
-  const auto list = writer.add(unsorted);
-  unsorted->sortComms();
-  const auto sorted = writer.add(unsorted);
-  const auto value =
-      writer.add(extCommFactory(extCommClassificationColor, ExtCommContent(0x0002FDE800000064)));
-  const FileStore store("NAME", writer.octets());
-  ASSERT_EQ(store.roots().size(), 5u);
-  for (const auto reference : lists) {
-    const auto restored = CommList::destash(reference, store);
-    EXPECT_EQ(restored->toStrep(), "0:9 0:1 0:9");
-    EXPECT_FALSE(restored->commVectorSorted());
-  }
-  const auto contents = [&](MoxStash::StoreReference reference) {
-    std::vector<U64> contents;
-    const auto restored = ExtCommList::destash(reference, store);
-    contents.push_back(restored->commVectorSorted());
-    for (const auto& comm : restored->commVector()) contents.push_back(comm->getContent().value());
-    return contents;
-  };
-  EXPECT_EQ(contents(list),
-            (std::vector<U64>{0, 0x030B000000000003, 0x0002FDE800000064, 0x030B000000000003}));
-  EXPECT_EQ(contents(sorted), (std::vector<U64>{1, 0x0002FDE800000064, 0x030B000000000003}));
-  EXPECT_EQ(ExtComm::destash(value, store)->classification(), extCommClassificationColor);
-
-  // A restored list can be saved again.
-  StoreWriter again;
-  again.add(ExtCommList::destash(list, store));
-  EXPECT_EQ(refusal(again.octets()), "");
-  EXPECT_NE(restoredTexts.find("0x0002fde800000064"), std::string::npos);
+  EXPECT_EQ(restoreAll(FileStore(file)), addSome(writer, 50, 20));
 }
 
 TEST_F(StoreTest, WritesInternedObjectsOnceAndSumsTheirFigures) {
-  const auto both = extendedOf({0x0002FDE800000064, 0x030B000000000003})->dedup(extended);
+  const auto both = interned(extendedOf({0x0002FDE800000064, 0x030B000000000003}));
   StoreWriter writer;
   writer.add(both, 2);
   // The header; two communities, two references, the list; the root.
   EXPECT_EQ(writer.octets().size(), 64u + 2 * 16 + 2 * 8 + 32 + 24);
-  writer.add(extendedOf({0x030B000000000003})->dedup(extended));
+  writer.add(interned(extendedOf({0x030B000000000003})));
   EXPECT_EQ(writer.octets().size(), 168u + 8 + 32 + 24) << "the community is there already";
   writer.add(both, 3);
   EXPECT_EQ(failure([&] { writer.add(both, ~U64{4}); }), "figures exceed 64 bits");
@@ -189,7 +135,7 @@ TEST_F(StoreTest, FileIsAsItsLayoutSays) {
   if constexpr (std::endian::native != std::endian::little)
     GTEST_SKIP() << "octets of a little-endian machine";
   StoreWriter writer;
-  EXPECT_EQ(writer.add(standardOf({0xFDE80064, 0x00010002})->dedup(standard), 3), 72u);
+  EXPECT_EQ(writer.add(interned(standardOf({0xFDE80064, 0x00010002})), 3), 72u);
   writer.noteIs("paths", "to be replaced");
   writer.noteIs("paths", "12");
   const U8 expected[] = {
@@ -225,8 +171,8 @@ TEST_F(StoreTest, FileIsAsItsLayoutSays) {
 
 TEST_F(StoreTest, NamesWhatIsWrong) {
   StoreWriter standardWriter, extendedWriter, bandwidthWriter, twoWriter;
-  standardWriter.add(standardOf({0x00010002, 0xFDE80064})->dedup(standard));
-  extendedWriter.add(extendedOf({0x0002FDE800000064})->dedup(extended));
+  standardWriter.add(interned(standardOf({0x00010002, 0xFDE80064})));
+  extendedWriter.add(interned(extendedOf({0x0002FDE800000064})));
   bandwidthWriter.add(extendedOf({0x4004FDE84D000000, 0x4004FDE84E000000}));
   twoWriter.add(standardOf({1}));
   twoWriter.add(standardOf({1}), 1);

@@ -17,18 +17,18 @@ void require(bool condition) {
   if (!condition) std::abort();
 }
 
-bool restoreInto(MoxStash::StoreWriter& writer, const StoreTables& tables,
+bool restoreInto(MoxStash::StoreWriter& writer, const CommunityTables& tables,
                  const MoxStash::FileStore& store, const MoxStash::StoredRoot& root,
                  std::map<MoxStash::StoreReference, std::string>& texts) try {
-  restore(tables, store, root,
-          [&](const auto& object) { texts[writer.add(object, root.figure)] = allTexts(object); });
-  return true;
+  return tables.restore(root, store, [&](const auto& object) {
+    texts[writer.add(object, root.figure)] = allTexts(object);
+  });
 } catch (const MoxStash::StoreException& error) {
   require(std::string_view(error.what()).starts_with("NAME: "));
   return false;
 }
 
-void saveAndRestore(const StoreTables& tables, const std::string& octets) try {
+void saveAndRestore(const CommunityTables& tables, const std::string& octets) try {
   const MoxStash::FileStore store("NAME", octets);
   store.note("a note");
   MoxStash::StoreWriter writer;
@@ -47,8 +47,12 @@ void saveAndRestore(const StoreTables& tables, const std::string& octets) try {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
-  static const StoreTables tables;
+  static const CommunityTables tables;
   saveAndRestore(tables, sealed({data, data + size}));
-  require(tables.members() == 0);
+  tables.forEachKind([](const auto& kind) {
+    require(kind.lists()->dedupHashTable()->members() == 0);
+    if constexpr (requires { kind.values(); })
+      require(kind.values()->dedupHashTable()->members() == 0);
+  });
   return 0;
 }

@@ -1,0 +1,229 @@
+// What holds of lists of every type. A further list type is a further struct in Lists.h.
+#include "Lists.h"
+#include "Mox/Trace.h"
+#include "MoxStash/FileStore.h"
+#include "Restored.h"
+#include "attr/ZoBgpGlobals.h"
+#include "tests/AllocationCounter.h"
+
+namespace Routing::Bgp {
+namespace {
+
+template <class T>
+class EveryList : public ListsOf<T> {};
+using ListTypes = testing::Types<Standard, Large, EightOctets, TwentyOctets>;
+TYPED_TEST_SUITE(EveryList, ListTypes);
+
+/// The attribute, header and value.
+Mox::String attribute(U32 type, const Octets& value) {
+  const Octets header = value.size() > 255 ? Octets{0xD0, U8(type)} + number(value.size(), 2)
+                                           : Octets{0xC0, U8(type), U8(value.size())};
+  const Octets all = header + value;
+  return {all.begin(), all.end()};
+}
+
+template <class T>
+void expectContents(const typename T::List& list, const Contents& sorted) {
+  EXPECT_EQ(contentsOf(list), sorted);
+  EXPECT_EQ(list.comms(), sorted.size());
+  EXPECT_EQ(list.empty(), sorted.empty());
+  for (const Octets& octets : sorted) EXPECT_TRUE(list.comm(T::content(octets)));
+  const std::set<Octets> model(sorted.begin(), sorted.end());
+  for (U32 n = 0; n < 20; ++n)
+    EXPECT_EQ(bool(list.comm(T::content(T::some(n)))), model.contains(T::some(n)));
+  if constexpr (InternsValues<typename T::List>) {
+    Contents transitive;
+    for (const Octets& octets : sorted)
+      if (!(octets[0] & 0x40)) transitive.push_back(octets);
+    EXPECT_EQ(list.totalTransitiveCommunities(), transitive.size());
+    for (const auto& [all, sent] : {std::pair(true, sorted), std::pair(false, transitive)})
+      EXPECT_EQ(list.serialize(all), sent.empty() ? "" : attribute(T::attribute, joined(sent)));
+  } else {
+    EXPECT_EQ(list.serialize(), attribute(T::attribute, joined(sorted)));
+    Mox::String text;
+    for (const Octets& octets : sorted) text += T::text(octets);
+    EXPECT_EQ(list.commsStringForm(), text.substr(0, text.size() - !text.empty()));
+    EXPECT_EQ(Mox::Type::read(list, "commsStringForm"), list.commsStringForm());
+  }
+}
+
+// The model is a set of octet strings: it shares neither order nor equality with what it checks.
+TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
+  using List = typename TypeParam::List;
+  constexpr U32 room = 65535 / TypeParam::size, most = std::min(TypeParam::values, room);
+  const auto& table = this->table();
+  std::mt19937 random(4);
+  std::vector<std::pair<Mox::Ptr<const List>, Contents>> held(30);
+  for (U32 round = 0; round < 300; ++round) {
+    SCOPED_TRACE(round);
+    const U32 count = round % 100 == 99 ? most : round % 50 == 0 ? 60 : random() % 5;
+    const U32 values = count > 5 ? TypeParam::values : 20;
+    std::set<Octets> model;
+    while (model.size() < count) model.insert(TypeParam::some(U32(random() % values)));
+    auto& [list, sorted] = held[round % held.size()] = {nullptr, {model.begin(), model.end()}};
+    Contents wild = sorted;
+    for (const Octets& octets : sorted)
+      if (random() % 4 == 0 && wild.size() < room) wild.push_back(octets);
+    std::shuffle(wild.begin(), wild.end(), random);
+
+    list = this->interned(wild);
+    expectContents<TypeParam>(*list, sorted);
+    if (wild.empty()) continue;  // an attribute without values is malformed
+    const Octets wire = joined(wild);
+    const auto dedupWire = [&] { return this->kind().dedupWire(wire); };
+    if (round % 2) {  // made anew, of octets
+      list = nullptr;
+      const auto missed = List::lookupWire(table, wire);
+      EXPECT_FALSE(missed.fault);
+      list = dedupWire().list;
+      EXPECT_TRUE(!missed || missed.list == list) << "another round holds it";
+      expectContents<TypeParam>(*list, sorted);
+    }
+    const auto [fresh, fault, repeats] = this->fromWire(wire);
+    EXPECT_TRUE(!fresh->isDeduped() && fresh->hasNotificationActive());
+    EXPECT_EQ(repeats, wild.size() - sorted.size());
+    EXPECT_EQ(fresh->dedup(table), list);
+    const std::size_t before = allocations;
+    for (const auto& found : {List::lookupWire(table, wire), dedupWire()})
+      EXPECT_TRUE(found.list == list && found.repeats == repeats);
+    EXPECT_EQ(allocations, before) << "a hit allocates nothing";
+    EXPECT_TRUE(list->hasNotificationActive());
+  }
+  std::set<Contents> lists;
+  for (const auto& [list, sorted] : held) lists.insert(sorted);
+  EXPECT_EQ(table->dedupHashTable()->members(), lists.size());
+}
+
+TYPED_TEST(EveryList, MalformedAttributesGiveAReason) {
+  const auto size = std::to_string(TypeParam::size), expected = ", expected a value of " + size;
+  const std::pair<std::size_t, Mox::String> cases[] = {
+      {0, "0: no octets, expected at least one value of " + size},
+      {1, "0: 1 octet" + expected},
+      {TypeParam::size + 3, size + ": 3 octets" + expected},
+      {65536, "65535: 1 octet beyond the 65535 that an attribute can have"},
+      {65540, "65535: 5 octets beyond the 65535 that an attribute can have"}};
+  for (const auto& [length, text] : cases) {
+    const Octets octets(length);
+    for (const auto& fault : {this->fromWire(octets).fault, this->kind().dedupWire(octets).fault,
+                              TypeParam::List::lookupWire(this->table(), octets).fault})
+      EXPECT_EQ(fault.value().toStrep(), TypeParam::name + (" attribute, offset " + text));
+  }
+  Octets longest(65535 / TypeParam::size * TypeParam::size);
+  EXPECT_EQ(this->kind().dedupWire(longest).list->comms(), 1u);
+}
+
+// A table that placed by part of the content, or by what everybody knows, could be flooded.
+TYPED_TEST(EveryList, PlacesDependOnAllOfTheContentAndOnTheSeed) {
+  std::set<U64> places;
+  const U32 lists = std::min(TypeParam::values, 10000u) - 1;
+  for (U32 n = 1; n <= lists; ++n)
+    for (const U64 seed : {0x9E3779B97F4A7C15, 0xC2B2AE3D27D4EB4F})
+      places.insert(TypeParam::List::placeOfMember(
+          *this->interned({TypeParam::some(0), TypeParam::some(n)}), seed));
+  EXPECT_GE(places.size(), 2 * lists - 2) << "of 2^32 places, hardly one twice";
+  EXPECT_LT(*places.rbegin(), U64{1} << 32);
+}
+
+// The manager of a store, told of each object that is restored.
+class HeardStore final : public MoxStash::StoreManager {
+ public:
+  explicit HeardStore(const MoxStash::StoreWriter& writer) : store("NAME", writer.octets()) {}
+  const void* translate(MoxStash::StoreReference at, U64 size, U32 alignment) const override {
+    return store.translate(at, size, alignment);
+  }
+  void restored() const override { ++heard; }
+  const MoxStash::FileStore store;
+  mutable U32 heard = 0;
+};
+
+TYPED_TEST(EveryList, StoresKeepTheOrderAndRefuseAFalseOne) {
+  using List = typename TypeParam::List;
+  static std::vector<Mox::String> traced;
+  const Octets a = TypeParam::some(5), b = TypeParam::some(17);
+  const Contents contents = {std::max(a, b), std::min(a, b), std::max(a, b)};
+  const Contents ascending = {contents[1], contents[0]};
+  const auto list = this->interned(contents);
+  MoxStash::StoreWriter writer, again;
+  const auto unsorted = writer.add(this->built(contents)), sorted = writer.add(list);
+  EXPECT_NE(writer.add(this->built(contents)), unsorted) << "a private list may change";
+  const HeardStore store(writer);
+  Mox::traceSinkIs([](U32, std::string_view line) { traced.emplace_back(line); });
+  Mox::traceLevel = 8;
+  const auto restored = List::destash(unsorted, store);
+  Mox::traceLevel = 0;
+  Mox::traceSinkIs(nullptr);
+  if constexpr (InternsValues<List>) {
+    EXPECT_EQ(store.heard, TypeParam::size == 20 ? 4u : 3u) << "values, and lists of one family";
+    EXPECT_EQ(contentsOf(*restored), contents);
+  } else {
+    const auto text = this->built(contents)->toStrep();
+    EXPECT_EQ(restored->toStrep(), text);
+    EXPECT_EQ(std::exchange(traced, {}),
+              (std::vector{"Destashing " + List::type.name(), "  destashed: " + text}));
+  }
+  EXPECT_TRUE(!restored->commVectorSorted() && !restored->isDeduped());
+  EXPECT_EQ(contentsOf(*List::destash(sorted, store)), ascending);
+  EXPECT_TRUE(List::destash(sorted, store)->commVectorSorted());
+  for (const auto reference : {unsorted, sorted})
+    EXPECT_EQ(this->kind().dedupStored(reference, store), list);
+  const auto saved = again.add(restored);
+  EXPECT_EQ(this->kind().dedupStored(saved, HeardStore(again)), list);
+
+  // The record says that it is sorted.
+  std::string octets = writer.octets();
+  octets[unsorted + offsetof(StoredCommList, commVectorSorted)] = 1;
+  const MoxStash::FileStore claimed("NAME", sealed(octets));
+  EXPECT_THROW(List::destash(unsorted, claimed), MoxStash::StoreException);
+}
+
+TYPED_TEST(EveryList, MisuseEndsTheProcess) {
+  const Octets a = TypeParam::some(0), b = TypeParam::some(1);
+  const auto list = this->built({std::max(a, b), std::min(a, b)});
+  std::vector<std::function<void()>> reads = {[&] { list->comm(TypeParam::content(a)); },
+                                              [&] { this->table()->dedup(list); }};
+  if constexpr (InternsValues<typename TypeParam::List>)
+    reads.insert(reads.end(), {[&] { list->serialize(false); }, [&] { list->totalCommunities(); }});
+  else
+    reads.insert(reads.end(), {[&] { list->serialize(); }, [&] { list->hash(); },
+                               [&] { list->commSnapshot(); }, [&] { list->compare(list.get()); }});
+  for (const auto& read : reads) EXPECT_DEATH(read(), ": commVectorSorted(\\(\\))?\n");
+  list->dedup(this->table());
+  EXPECT_DEATH(list->commIs(this->value(a)),
+               ": (!commVectorSorted\\(\\)\n|.*dedupHandleStateNever)");
+}
+
+TEST_F(ListTest, TablesDumpAndAreThreadSafeWhenTheAgentIs) {
+  const auto octets = [](bool threadSafe) {
+    return Orv::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(threadSafe)->octets();
+  };
+  EXPECT_NE(octets(true), octets(false));
+  tables->forEachKind([&](const auto& kind) {
+    EXPECT_EQ(kind.lists()->dedupHashTable()->octets(), octets(ZoBgpGlobals::multiThreaded()));
+  });
+  const auto& extended = tables->of<ExtCommList>();
+  const auto list =
+      extended.dedupWire(number(0x0002FDE800000064, 8) + number(0x030b000000000007, 8)).list;
+  const auto context = Mox::makeNew<Orv::DumpContext>();
+  tables->forEachKind([&](const auto& kind) { kind.lists()->dumpState(context, 1); });
+  extended.lists()->notifyingRtExtCommListCollection()->dumpState(context, 0);
+  EXPECT_EQ(context->text(), R"( DedupTable   members: 0
+ ExtCommListDedupTable
+   extComm
+     members: 1
+   extCommClassification
+     members: 1
+   rtExtCommClassification
+     members: 1
+ ExtCommListDedupTable
+   extComm
+     members: 0
+   extCommClassification
+     members: 0
+ DedupTable   members: 0
+NotifyingRtExtCommListCollection rtExtCommLists #1;
+  rtExtCommList extCommClassificationRouteTarget : <RouteTarget2ByteASN 65000:100 0x0002fde800000064>
+)");
+}
+
+}  // namespace
+}  // namespace Routing::Bgp
