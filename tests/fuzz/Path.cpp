@@ -5,6 +5,7 @@
 #include "tests/path/PathProperties.h"
 
 using namespace Routing::Bgp;
+using namespace Mox::Words;
 
 // The first octet says where the others are cut.
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
