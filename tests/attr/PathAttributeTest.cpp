@@ -105,7 +105,7 @@ TEST(PathAttributeReader, FindsWhatIsThereAndWhereItIsCutShort) {
   const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"ff630000 ef6300", "255 99@0= 239 99@4= "},
-      {"400100 d0100001ff", "64 1@0= 208 16@3=255. "},
+      {"400100 d0100001ff d0100000", "64 1@0= 208 16@3=255. 208 16@8= "},
       {"d010010000", "16@0: Extended Community attribute: 1 octet left of 256"},
       {"c00802 0102 c00803 0102", "192 8@0=1.2. 8@5: Community attribute: 2 octets left of 3"},
       {"c06301", "99@0: Attribute 99: 0 octets left of 1"},
