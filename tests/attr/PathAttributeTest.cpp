@@ -84,7 +84,8 @@ TEST(PathAttributeDeathTest, RefusesWhatNoHeaderCanSay) {
   for (const auto& [act, text] : refused) EXPECT_DEATH(act(), "ZoBgpSerialize.*: " + text + "\n");
 }
 
-/// The attributes found: `flags type@offset=octets of the value`, decimal, and the overrun.
+/// The attributes found: `flags type@offset=octets of the value`, decimal, and the overrun:
+/// `type@offset+octets of the value: text`.
 std::string found(std::span<const U8> octets) {
   std::string text;
   PathAttributeReader in(octets);
@@ -96,8 +97,8 @@ std::string found(std::span<const U8> octets) {
   }
   EXPECT_FALSE(in.next()) << "the end is the end";
   if (const auto& overrun = in.overrun())
-    text += std::to_string(U32(overrun->type)) + '@' + std::to_string(overrun->offset) + ": " +
-            overrun->toStrep();
+    text += std::to_string(U32(overrun->type)) + '@' + std::to_string(overrun->offset) + '+' +
+            std::to_string(overrun->found) + ": " + overrun->toStrep();
   return text;
 }
 
@@ -106,13 +107,13 @@ TEST(PathAttributeReader, FindsWhatIsThereAndWhereItIsCutShort) {
       {"", ""},
       {"ff630000 ef6300", "255 99@0= 239 99@4= "},
       {"400100 d0100001ff d0100000", "64 1@0= 208 16@3=255. 208 16@8= "},
-      {"d010010000", "16@0: Extended Community attribute: 1 octet left of 256"},
-      {"c00802 0102 c00803 0102", "192 8@0=1.2. 8@5: Community attribute: 2 octets left of 3"},
-      {"c06301", "99@0: Attribute 99: 0 octets left of 1"},
-      {"c00001", "0@0: Attribute 0: 0 octets left of 1"},
-      {"400100 c0", "64 1@0= 0@3: an attribute's header is cut short"},
-      {"c008", "8@0: an attribute's header is cut short"},
-      {"d00800", "8@0: an attribute's header is cut short"}};
+      {"d010010000", "16@0+1: Extended Community attribute: 1 octet left of 256"},
+      {"c00802 0102 c00803 0102", "192 8@0=1.2. 8@5+2: Community attribute: 2 octets left of 3"},
+      {"c06301", "99@0+0: Attribute 99: 0 octets left of 1"},
+      {"c00001", "0@0+0: Attribute 0: 0 octets left of 1"},
+      {"400100 c0", "64 1@0= 0@3+0: an attribute's header is cut short"},
+      {"c008", "8@0+0: an attribute's header is cut short"},
+      {"d00800", "8@0+0: an attribute's header is cut short"}};
   for (const auto& [octets, expected] : cases)
     EXPECT_EQ(found(hexOctets(octets)), expected) << octets;
 }

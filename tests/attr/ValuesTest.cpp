@@ -52,6 +52,18 @@ TEST(PathAttributeEnums, HaveExactlyTheseMembersAndShowStrings) {
   EXPECT_EQ(Mox::enumTableOf<TestFruit>.qualifiedName(), "Routing::Bgp::TestFruit");
 }
 
+/// The message of the error that `act` raises, after its class or place.
+std::string raised(const std::function<void()>& act) try {
+  act();
+  return "nothing";
+} catch (const Mox::RangeException& error) {
+  return std::string("range: ") + error.what();
+} catch (const Mox::NotDeletableException& error) {
+  return std::string("not deletable: ") + error.what();
+} catch (const Mox::ParseException& error) {
+  return "at " + std::to_string(error.offset()) + ": " + error.what();
+}
+
 /// Sets the variables, or none for null.
 void environmentIs(const char* disableMt, const char* disableRxMt) {
   disableMt ? ::setenv("DISABLE_ZOBGP_MT", disableMt, 1) : ::unsetenv("DISABLE_ZOBGP_MT");
@@ -82,17 +94,7 @@ TEST(ZoBgpGlobalsDeathTest, FindsEachAnswerInTheEnvironmentWhenItIsFirstAskedFor
             "       bribMultiThreaded : 0\n");
   ZoBgpGlobals globals;
   expectText(globals, "");
-  EXPECT_THROW(sequenceToValue(" ", globals), Mox::ParseException);
-}
-
-/// The message of the error that `act` raises, after the name of its class.
-std::string raised(const std::function<void()>& act) try {
-  act();
-  return "nothing";
-} catch (const Mox::RangeException& error) {
-  return std::string("range: ") + error.what();
-} catch (const Mox::NotDeletableException& error) {
-  return std::string("not deletable: ") + error.what();
+  EXPECT_EQ(raised([&] { sequenceToValue(" ", globals); }), "at 0: text where none is expected");
 }
 
 /// Bounds that exclude 0 at one end and the top bit at the other.
