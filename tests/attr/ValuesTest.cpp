@@ -144,8 +144,7 @@ TEST(BgpMaybeU63, KeepsNoNumberThatItsBoundsRefuse) {
 
 TEST(BgpDenseU32Attr, ViewsOneWordInThreeWaysAndRefusesByTheNameOfTheOperation) {
   using Word = BgpDenseU32Attr;
-  Word word(1);
-  word.valueIs(0);
+  Word word;
   word.valueU16Is(1, 0xFEDC);
   word.valueU8Is(1, 0xAB);
   word.valueBoolIs(0, true);
@@ -169,7 +168,9 @@ TEST(BgpDenseU32Attr, ViewsOneWordInThreeWaysAndRefusesByTheNameOfTheOperation) 
       {[](Word& word) { word.valueU8Del(9); }, "not deletable: BgpDenseU32Attr::valueU8Del"},
       {[](Word& word) { word.valueU16Del(1); }, "not deletable: BgpDenseU32Attr::valueU16Del"}};
   for (const auto& one : refused) EXPECT_EQ(raised([&] { one.first(word); }), one.second);
-  EXPECT_EQ(word.value(), 0x80DC2B01u);
+  EXPECT_EQ(word, Word(0x80DC2B01));
+  word.valueIs(7);
+  EXPECT_EQ(word.value(), 7u);
 }
 
 }  // namespace
