@@ -37,17 +37,17 @@ std::string builtIp6(const BgpParseExtendedCommunityRule::Ptr& parser, U8 type, 
 
 TEST_F(Parsing, BuildsTheClassThatTheRulesSay) {
   const auto bare = newParser();
-  std::map<U32, std::string> typed{{0x0002, "RouteTargetAs2 1"},
-                                   {0x0102, "RouteTargetIpv4Address 1"},
-                                   {0x0202, "RouteTargetAs4 1"},
-                                   {0x0003, "RouteOriginAs2 2"},
-                                   {0x0103, "RouteOriginIpv4Address 2"},
-                                   {0x0203, "RouteOriginAs4 2"},
-                                   {0x030b, "Color 8"},
-                                   {0x030c, "TunnelEncap 4"},
-                                   {0x030d, "DefaultGateway 5"},
-                                   {0x4004, "LinkBandwidth2 7"},
-                                   {0x4300, "OriginValidationState 9"}};
+  std::map<U32, std::string> typed = {{0x0002, "RouteTargetAs2 1"},
+                                      {0x0102, "RouteTargetIpv4Address 1"},
+                                      {0x0202, "RouteTargetAs4 1"},
+                                      {0x0003, "RouteOriginAs2 2"},
+                                      {0x0103, "RouteOriginIpv4Address 2"},
+                                      {0x0203, "RouteOriginAs4 2"},
+                                      {0x030b, "Color 8"},
+                                      {0x030c, "TunnelEncap 4"},
+                                      {0x030d, "DefaultGateway 5"},
+                                      {0x4004, "LinkBandwidth2 7"},
+                                      {0x4300, "OriginValidationState 9"}};
   const std::string general[] = {" 0", "AsNumber2 0", "Ipv4Address 0", "AsNumber4 0", "Subtyped 0"};
   const std::map<U32, int> types{{0x00, 1}, {0x01, 2}, {0x02, 3}, {0x03, 4}, {0x40, 1}, {0x41, 2},
                                  {0x42, 3}, {0x43, 4}, {0x80, 4}, {0x81, 4}, {0x82, 4}};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <functional>
+#include <latch>
 #include <map>
 #include <mutex>
 #include <new>
@@ -212,13 +213,13 @@ TEST(Interning, TableAgreesWithAMap) {
 TEST(Interning, MemoryIsCountedAcrossThreadsThatComeAndGo) {
   for (int round = 0; round < 3; ++round) {
     std::vector<Thing::Ptr> kept(100);
-    std::atomic<U32> made = 0;
+    std::latch made(100);
     std::vector<std::jthread> threads;
     for (Thing::Ptr& place : kept)
       threads.emplace_back([&] {
         place = Mox::makeNew<Thing>(1);
         Mox::makeNew<Thing>(2);
-        for (++made; made < kept.size();) std::this_thread::yield();
+        made.arrive_and_wait();
       });
     threads.clear();
     EXPECT_EQ(Mox::allocationCount("test::Thing").objects, kept.size());
