@@ -41,10 +41,43 @@ void expectContents(const typename T::List& list, const Contents& sorted) {
   } else {
     EXPECT_EQ(list.serialize(), attribute(T::attribute, joined(sorted)));
     Mox::String text;
-    for (const Octets& octets : sorted) text += T::text(octets);
+    for (const Octets& octets : sorted) text += T::List::getStringValue(T::content(octets)) + ' ';
     EXPECT_EQ(list.commsStringForm(), text.substr(0, text.size() - !text.empty()));
     EXPECT_EQ(Mox::Type::read(list, "commsStringForm"), list.commsStringForm());
   }
+}
+
+/// The groups of the lists, of which there are so many different ones.
+template <class List>
+void expectGroups(const std::vector<std::pair<Mox::Ptr<const List>, Contents>>& lists, U64 count) {
+  std::map<std::pair<U32, Contents>, const void*> known;
+  for (const auto& [list, sorted] : lists) {
+    std::map<U32, Contents> groups;
+    for (U32 i = 0; i < list->comms(); ++i)
+      groups[list->commVector()[i]->classification()].push_back(sorted[i]);
+    EXPECT_EQ(list->classificationLists().size(), groups.empty() ? 0 : groups.rbegin()->first + 1);
+    Orv::HashMix identities;
+    for (U32 c = 0; c <= 12; ++c) {
+      const auto group = list->classificationList(ExtCommClassification(c));
+      ASSERT_EQ(bool(group), groups.contains(c)) << c;
+      if (!group) continue;
+      const auto& [at, isNew] = known.insert({{c, groups[c]}, group.get()});
+      EXPECT_TRUE(isNew || at->second == group.get()) << "equal groups are one";
+      EXPECT_TRUE(group->classification() == c && group->hasNotificationActive());
+      ASSERT_EQ(group->comms(), groups[c].size());
+      Orv::HashMix members;
+      for (U32 i = 0; i < group->comms(); ++i) {
+        const auto& comm = group->commVector()[i];
+        EXPECT_TRUE(std::ranges::equal(comm->getContent().octets(), groups[c][i]));
+        EXPECT_EQ(group->comm(comm->getContent()), comm);
+        members.feed(reinterpret_cast<std::uintptr_t>(comm.get()));
+      }
+      EXPECT_EQ(group->hash(), members.finish());
+      identities.feed(reinterpret_cast<std::uintptr_t>(group.get()));
+    }
+    EXPECT_EQ(list->hash(), groups.empty() ? 0 : identities.finish());
+  }
+  EXPECT_EQ(count, known.size());
 }
 
 // The model is a set of octet strings: it shares neither order nor equality with what it checks.
@@ -92,6 +125,7 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
   std::set<Contents> lists;
   for (const auto& [list, sorted] : held) lists.insert(sorted);
   EXPECT_EQ(table->dedupHashTable()->members(), lists.size());
+  if constexpr (InternsValues<List>) expectGroups(held, this->groups());
 }
 
 TYPED_TEST(EveryList, MalformedAttributesGiveAReason) {

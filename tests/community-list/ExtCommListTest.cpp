@@ -15,72 +15,18 @@ class EveryExtCommList : public ListsOf<T> {};
 using Families = testing::Types<EightOctets, TwentyOctets>;
 TYPED_TEST_SUITE(EveryExtCommList, Families);
 
-using Groups = std::map<U32, Contents>;
-
-void expectGroups(const auto& list, const Groups& groups) {
-  EXPECT_EQ(list.classificationLists().size(), groups.empty() ? 0 : groups.rbegin()->first + 1);
-  Orv::HashMix identities;
-  for (U32 c = 0; c <= 12; ++c) {
-    const auto group = list.classificationList(ExtCommClassification(c));
-    ASSERT_EQ(bool(group), groups.contains(c)) << c;
-    if (!group) continue;
-    EXPECT_TRUE(group->classification() == c && group->hasNotificationActive());
-    ASSERT_EQ(group->comms(), groups.at(c).size());
-    Orv::HashMix members;
-    for (U32 i = 0; i < group->comms(); ++i) {
-      const auto& comm = group->commVector()[i];
-      const auto octets = comm->getContent().octets();
-      EXPECT_EQ(Octets(octets.begin(), octets.end()), groups.at(c)[i]);
-      EXPECT_EQ(group->comm(comm->getContent()), comm);
-      members.feed(reinterpret_cast<std::uintptr_t>(comm.get()));
-    }
-    EXPECT_EQ(group->hash(), members.finish());
-    identities.feed(reinterpret_cast<std::uintptr_t>(group.get()));
-  }
-  EXPECT_EQ(list.hash(), groups.empty() ? 0 : identities.finish());
-}
-
-// However a list was made: of values, of the groups of another, of octets.
-TYPED_TEST(EveryExtCommList, ListsShareTheirGroups) {
-  using List = typename TypeParam::List;
-  std::mt19937 random(4);
-  std::vector<Mox::Ptr<const List>> held;
-  std::map<std::pair<U32, Contents>, const void*> known;
-  for (std::size_t round = 0; round < 60; ++round) {
-    std::set<Octets> model;
-    for (U32 count = round % 20 == 19 ? TypeParam::values : random() % 9; model.size() < count;)
-      model.insert(TypeParam::some(U32(random() % (count < 9 ? 30 : TypeParam::values))));
-    const Contents contents(model.begin(), model.end());
-    Groups groups;
-    for (const Octets& octets : contents)
-      groups[this->value(octets)->classification()].push_back(octets);
-    auto list = this->interned(contents);
-    expectGroups(*list, groups);
-    const auto appended = Mox::makeNew<List>();
-    appended->expectedCommunityCountIs(3);
-    for (const auto& group : list->classificationLists().present())
-      appended->appendClassificationList(group);
-    appended->append(this->built(contents));
-    appended->append(appended);
-    appended->append(nullptr);
-    EXPECT_EQ(appended->dedup(this->table()), list);
-    if (round % 2 && !contents.empty()) {
-      list = nullptr;
-      list = this->kind().dedupWire(joined(contents)).list;
-      expectGroups(*list, groups);
-    }
-    for (const auto& group : list->classificationLists().present()) {
-      const auto c = group->classification();
-      const auto& [at, isNew] = known.insert({{c, groups[c]}, group.get()});
-      EXPECT_TRUE(isNew || at->second == group.get()) << "equal groups are one";
-    }
-    held.push_back(list);
-  }
-  EXPECT_EQ(this->groups(), known.size());
-}
-
 TYPED_TEST(EveryExtCommList, BuildsSortsAndLooksUpBeforeItIsInterned) {
-  const Octets a = TypeParam::some(5), b = TypeParam::some(17);
+  const Octets a = TypeParam::some(5), b = TypeParam::some(17), c = TypeParam::some(29);
+  const auto other = this->built({c, a}), appended = this->built({});
+  appended->expectedCommunityCountIs(3);
+  const auto held = this->interned({a, b});
+  for (const auto& group : held->classificationLists().present())
+    appended->appendClassificationList(group);
+  appended->append(other);
+  appended->append(appended);
+  appended->append(nullptr);
+  EXPECT_EQ(appended->comms(), 8u);
+  EXPECT_EQ(appended->dedup(this->table()), this->interned({a, b, c}));
   const auto list = this->built({b, a, b});
   EXPECT_EQ(list->totalTransitiveCommunities(), 0u);
   EXPECT_EQ(list->comms(), 3u);

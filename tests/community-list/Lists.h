@@ -33,8 +33,8 @@ inline U32 word(const Octets& octets, std::size_t at = 0) {
   return U32(octets[at] << 24 | octets[at + 1] << 16 | octets[at + 2] << 8 | octets[at + 3]);
 }
 
-// A list type: its attribute, the octets and the text of values, and `some(n)`, another value for
-// each `n` below `values`.
+// A list type: its attribute, the octets of its values, and `some(n)`, another value for each `n`
+// below `values`.
 
 struct Standard {
   using List = CommList;
@@ -42,9 +42,6 @@ struct Standard {
   static constexpr const char* name = "Community";
   static Octets some(U32 n) { return number(n * 0x9E3779B1, 4); }
   static U32 content(const Octets& octets) { return word(octets); }
-  static Mox::String text(const Octets& octets) {
-    return std::to_string(word(octets) >> 16) + ':' + std::to_string(word(octets) & 0xFFFF) + ' ';
-  }
 };
 struct Large {
   using List = LargeCommList;
@@ -57,12 +54,6 @@ struct Large {
   }
   static Acl::CommunityValue content(const Octets& octets) {
     return {word(octets), word(octets, 4), word(octets, 8)};
-  }
-  static Mox::String text(const Octets& octets) {
-    Mox::String text;
-    for (const std::size_t at : {0, 4, 8})
-      text += std::to_string(word(octets, at)) + (at == 8 ? ' ' : ':');
-    return text;
   }
 };
 /// None is a link bandwidth.

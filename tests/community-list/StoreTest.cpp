@@ -10,6 +10,7 @@
 #include "Lists.h"
 #include "MoxStash/StoreWriter.h"
 #include "Restored.h"
+#include "tests/HexOctets.h"
 #include "tests/path/PathProperties.h"
 
 namespace Routing::Bgp {
@@ -30,22 +31,12 @@ class StoreTest : public ListTest {
   }
   ~StoreTest() override { std::filesystem::remove_all(folder); }
 
-  CommList::Ptr standardOf(const std::vector<U32>& numbers) {
-    auto list = CommList::CommListIs();
-    for (const U32 number : numbers) list->commIs(number);
-    return list;
+  // The interned list of these values, and one that is not interned.
+  template <class List>
+  auto list(const char* values) const {
+    return tables->of<List>().dedupWire(hexOctets(values)).list;
   }
-  ExtCommList::Ptr extendedOf(const std::vector<U64>& contents) {
-    auto list = ExtCommList::ExtCommListIs();
-    for (const U64 content : contents) list->commIs(value(content));
-    return list;
-  }
-  ExtComm::PtrConst value(U64 content) {
-    return tables->of<ExtCommList>().values()->dedupContent(ExtCommContent(content));
-  }
-  auto interned(const auto& list) {
-    return list->dedup(tables->of<typename std::remove_cvref_t<decltype(*list)>>().lists());
-  }
+  static auto standardOf(const char* values) { return CommList::fromWire(hexOctets(values)).list; }
   // The lists of so many paths, an empty list of every type, and values.
   std::vector<MoxStash::DedupHandle::PtrConst> addSome(StoreWriter& writer, U32 paths, U32 most) {
     std::mt19937 random(4);
@@ -55,14 +46,15 @@ class StoreTest : public ListTest {
       writer.add(object, added.size());
       added.push_back(object);
     };
-    tables->forEachKind(
-        [&]<class List>(const CommunityListTables<List>&) { add(interned(Mox::makeNew<List>())); });
+    tables->forEachKind([&]<class List>(const CommunityListTables<List>& kind) {
+      add(Mox::makeNew<List>()->dedup(kind.lists()));
+    });
     for (U32 i = 0; i < paths; ++i) {
       PathCommunities path;
       tables->readAll(randomPath(random, most).octets, path);
       path.forEachList(add);
     }
-    add(value(0x0002FDE800000064));
+    add(tables->of<ExtCommList>().values()->dedupContent(ExtCommContent(0x0002FDE800000064)));
     add(tables->of<ExtCommIp6List>().values()->dedupContent({0x40, 2, {}, 1}));
     return added;
   }
@@ -113,12 +105,12 @@ TEST_F(StoreTest, AnotherProcessRestoresWhatOneSaved) {
 }
 
 TEST_F(StoreTest, WritesInternedObjectsOnceAndSumsTheirFigures) {
-  const auto both = interned(extendedOf({0x0002FDE800000064, 0x030B000000000003}));
+  const auto both = list<ExtCommList>("0002fde800000064 030b000000000003");
   StoreWriter writer;
   writer.add(both, 2);
   // The header; two communities, two references, the list; the root.
   EXPECT_EQ(writer.octets().size(), 64u + 2 * 16 + 2 * 8 + 32 + 24);
-  writer.add(interned(extendedOf({0x030B000000000003})));
+  writer.add(list<ExtCommList>("030b000000000003"));
   EXPECT_EQ(writer.octets().size(), 168u + 8 + 32 + 24) << "the community is there already";
   writer.add(both, 3);
   EXPECT_EQ(failure([&] { writer.add(both, ~U64{4}); }), "figures exceed 64 bits");
@@ -130,7 +122,7 @@ TEST_F(StoreTest, FileIsAsItsLayoutSays) {
   if constexpr (std::endian::native != std::endian::little)
     GTEST_SKIP() << "octets of a little-endian machine";
   StoreWriter writer;
-  EXPECT_EQ(writer.add(interned(standardOf({0xFDE80064, 0x00010002})), 3), 72u);
+  EXPECT_EQ(writer.add(list<CommList>("fde80064 00010002"), 3), 72u);
   writer.noteIs("paths", "to be replaced");
   writer.noteIs("paths", "12");
   const U8 expected[] = {
@@ -171,13 +163,15 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
     return writer.octets();
   };
   // Its layout is above.
-  const std::string standardList = stored(interned(standardOf({0x00010002, 0xFDE80064})));
+  const std::string standardList = stored(list<CommList>("fde80064 00010002"));
   // 64: the value, 80: its reference.
-  const std::string extendedList = stored(interned(extendedOf({0x0002FDE800000064})));
-  // Nothing is changed.
-  const std::string bandwidths = stored(extendedOf({0x4004FDE84D000000, 0x4004FDE84E000000}));
+  const std::string extendedList = stored(list<ExtCommList>("0002fde800000064"));
+  const auto both = ExtCommList::ExtCommListIs();
+  for (const char* const one : {"4004fde84d000000", "4004fde84e000000"})
+    both->append(list<ExtCommList>(one));
+  const std::string bandwidths = stored(both);  // nothing is changed
   // 72 and 112: lists, 144: roots.
-  const std::string two = stored(standardOf({1}), standardOf({1}));
+  const std::string two = stored(standardOf("00000001"), standardOf("00000001"));
   const char* const outside = "stored reference is out of bounds";
   const struct {
     const std::string& octets;
