@@ -18,8 +18,11 @@ class Thing : public Mox::Entity<Thing, MoxStash::DedupHandle> {
 
   static U32 hashOf(U64 content) { return U32(content % hashes); }
 
+  using PtrInterface::deletionMarkIs;
+
   explicit Thing(U64 content) : content_(content) { ++alive; }
   ~Thing() override {
+    MOX_ASSERT(deletionMark(), "it is marked before it ends");
     content_ = ~U64{0};
     --alive;
   }

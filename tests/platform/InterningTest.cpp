@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <functional>
+#include <iomanip>
 #include <latch>
 #include <map>
 #include <mutex>
@@ -13,6 +14,7 @@
 
 #include "InternedThing.h"
 #include "Mox/Exception.h"
+#include "Mox/ValueText.h"
 #include "Orv/ShardLock.h"
 #include "tests/ClassShape.h"
 
@@ -234,6 +236,12 @@ TEST(Type, IsFoundByNameAndReadsItsBasesAttributes) {
   const Thing::Ptr thing = Mox::makeNew<Thing>(1);
   thing->userDataIs(5);
   EXPECT_TRUE(thing->hasNotificationActive() && !thing->deletionMark());
+  for (const bool on : {true, false}) {
+    thing->deletionMarkIs(on);
+    thing->hasNotificationActiveIs(!on);
+    EXPECT_TRUE(thing->deletionMark() == on && thing->hasNotificationActive() == !on);
+    EXPECT_EQ(thing->references(), 1u);
+  }
   EXPECT_EQ(Mox::Type::read(*thing, "userData"), "5") << "of the base's base";
   for (const char* name : {"setBitsAtomic", "none"})
     EXPECT_THROW(Mox::Type::read(*thing, name), Mox::RangeException) << name;
@@ -259,9 +267,12 @@ TEST(Interning, TablesDumpAndPointersPrint) {
   context->child(table.get(), 3);
   context->child(static_cast<Orv::DedupHashTable*>(nullptr), 1);
   EXPECT_EQ(context->text(), "members: 2\n   members: 2\n NULL\n");
-  std::ostringstream out;
-  out << std::hex << Table() << table;
-  EXPECT_EQ(out.str().substr(0, 6), "NULL0x");
+  std::ostringstream out, standard;
+  out << std::hex << std::setw(30) << Table() << table;
+  standard << "NULL" << static_cast<const void*>(table.get());
+  EXPECT_EQ(out.str(), standard.str());
+  Mox::refuseNull(table, "Owner", "table");
+  EXPECT_THROW(Mox::refuseNull(Table(), "Owner", "table"), Mox::RangeException);
 }
 
 // The holder keeps the lock for so long that the others go to sleep, and lets go in this program

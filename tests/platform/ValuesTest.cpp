@@ -158,6 +158,10 @@ TEST(Trace, GoesToStandardErrorUnlessTheHostTakesIt) {
   Mox::trace(8, "yours");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "[8] yours\n");
   EXPECT_EQ(taken, "9mine");
+  EXPECT_FALSE(Mox::traceEnabled(1)) << "off by default";
+  Mox::traceLevel = 8;
+  EXPECT_TRUE(Mox::traceEnabled(8) && !Mox::traceEnabled(9));
+  Mox::traceLevel = 0;
 }
 
 // A loop over the octets of a temporary walks a copy.
