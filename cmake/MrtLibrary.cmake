@@ -11,8 +11,6 @@ set(mrt_formats ZLIB::ZLIB BZip2::BZip2 LibLZMA::LibLZMA zstd_shared)
 
 file(GLOB mrt_sources CONFIGURE_DEPENDS mrt/*.cpp)
 file(GLOB mrt_headers CONFIGURE_DEPENDS mrt/*.h)
-# How compressed data are taken apart is nobody else's business, nor are the headers that it takes.
-list(FILTER mrt_headers EXCLUDE REGEX "/(Bzip2Block|Bzip2Pieces|Decoder)[.]h$")
 add_library(ZoBgpMrt SHARED ${mrt_sources})
 target_sources(ZoBgpMrt PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${mrt_headers})
 target_link_libraries(ZoBgpMrt

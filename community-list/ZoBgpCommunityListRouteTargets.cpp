@@ -127,7 +127,7 @@ void NotifyingRtExtCommListCollection::NotifieeConst::notifierIs(
     const NotifyingRtExtCommListCollection::PtrConst& collection) {
   if (!Notifiee::notifierIs(collection) || !collection) return;
   onRtExtCommListImmediate();
-  onRtExtCommList();
+  if (isObserving(collection)) onRtExtCommList();
 }
 
 // --- The notifiee.
@@ -225,6 +225,8 @@ NotifyingRtExtCommListCollection::Ptr NotifyingRtExtCommListCollectionIs() {
 
 RtExtCommListLifeTimeNotifiee::Ptr RtExtCommListLifeTimeNotifieeIs(
     const NotifyingRtExtCommListCollection::Ptr& collection) {
+  Mox::refuseNull(collection, RtExtCommListLifeTimeNotifiee::type.name(),
+                  "notifyingRtExtCommListCollection");
   return Mox::makeNew<RtExtCommListLifeTimeNotifiee>(collection);
 }
 

@@ -61,7 +61,8 @@ class RtExtCommListLifeTimeNotifier final
   RtExtCommClassificationList* rtExtCommListRawPtr() const {
     return static_cast<RtExtCommClassificationList*>(getDedupedObjectRawPtr());
   }
-  /// The group, or null when its last user has let go. From any thread.
+  /// The group, or null when its last user has let go; not null once the group's table has died,
+  /// since the notifier counts as a user then. From any thread.
   RtExtCommClassificationList::PtrConst rtExtCommList() const;
   /// The group's community of this content, or null.
   ExtComm::PtrConst comm(const ExtCommContent& content) const {
@@ -116,6 +117,7 @@ class NotifyingRtExtCommListCollection final
 
 /// An observer of the collection. The operations do nothing unless they are overridden.
 /// REQUIRES: no override throws. It is called while a group comes or goes, which cannot be undone.
+/// Nor does one end the observer's life while `notifierIs` is telling it to look.
 class NotifyingRtExtCommListCollection::NotifieeConst : public Mox::Notifiee {
  public:
   /// Observes a collection, or nothing when null. The observer is then told, once, to look through
@@ -159,7 +161,7 @@ class RtExtCommListLifeTimeNotifiee final
   const NotifyingRtExtCommListCollection::Ptr collection_;
 };
 
-/// New objects, with their notifications on.
+/// New objects, with their notifications on. RangeException on null.
 NotifyingRtExtCommListCollection::Ptr NotifyingRtExtCommListCollectionIs();
 RtExtCommListLifeTimeNotifiee::Ptr RtExtCommListLifeTimeNotifieeIs(
     const NotifyingRtExtCommListCollection::Ptr& collection);

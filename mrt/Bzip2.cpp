@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "mrt/Bzip2Block.h"
+#include "mrt/internal/Bzip2Block.h"
 
 namespace Routing::Mrt {
 namespace {

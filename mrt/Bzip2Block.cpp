@@ -1,4 +1,4 @@
-#include "mrt/Bzip2Block.h"
+#include "mrt/internal/Bzip2Block.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "mrt/Bzip2Pieces.h"
+#include "mrt/internal/Bzip2Pieces.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "mrt/Decoder.h"
+#include "mrt/internal/Decoder.h"
 
 #include <string_view>
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "mrt/Decoder.h"
+#include "mrt/internal/Decoder.h"
 
 namespace Routing::Mrt {
 

@@ -101,12 +101,12 @@ struct Peer {
 
 /// The states of a session with a peer before and after a change (RFC 6396, section 4.4.1), by the
 /// numbers of RFC 4271: from 1, Idle, to 6, Established.
+///
+/// All that the peer has announced is void then (RFC 4271, section 8): when a session ends, and
+/// when one comes up, which begins with nothing, though the end of the one before was not recorded.
 struct StateChange {
-  static constexpr U16 established = 6;
   U16 before = 0;
   U16 after = 0;
-  /// All that the peer has announced is void (RFC 4271, section 8).
-  bool isDown() const { return after != established; }
 };
 
 /// A RIB entry, an UPDATE message, or a change of the peer's state.

@@ -8,7 +8,13 @@ namespace {
 
 constexpr U16 afiL2vpn = 25;
 
-enum Safi : U8 { safiLabels = 4, safiEvpn = 70, safiVpn = 128, safiVpnMulticast = 129 };
+enum Safi : U8 {
+  safiLabels = 4,
+  safiEvpn = 70,
+  safiVpn = 128,
+  safiVpnMulticast = 129,
+  safiRouteTargets = 132,
+};
 
 constexpr std::size_t labelSize = 3, distinguisherSize = 8, segmentSize = 10, tagSize = 4;
 
@@ -30,14 +36,17 @@ std::string prefixKey(unsigned bits, Octets prefix) {
 }
 
 /// How many octets of labels stand in front: up to the one marked as the last (RFC 8277, section
-/// 2.3). A peer that announces one label need not mark it (section 2.2); before a distinguisher it
-/// shows, since only types 0, 1 and 2 of those are assigned.
-std::size_t labelsSize(Octets octets, bool withdrawn, bool distinguisher) {
-  if (withdrawn) return labelSize;
+/// 2.3). A peer that announces one label need not mark it (section 2.2), and a withdrawal has one
+/// field of any value, mostly 0x800000 or 0 (section 2.4), or the labels as they were announced.
+/// Before a distinguisher it shows where they end, since only types 0, 1 and 2 of those are
+/// assigned.
+std::size_t labelsSize(Octets octets, bool distinguisher) {
+  if (octets.size() < labelSize || (octets[1] == 0 && octets[2] == 0 && (octets[0] & 0x7f) == 0))
+    return labelSize;
   for (std::size_t size = labelSize; size <= octets.size(); size += labelSize) {
     if (!(octets[size - 1] & 1)) continue;
     const Octets behind = octets.subspan(size);
-    const bool fits = behind.size() >= 2 && behind[0] == 0 && behind[1] <= 2;
+    const bool fits = behind.size() >= distinguisherSize && behind[0] == 0 && behind[1] <= 2;
     if (size == labelSize || !distinguisher || fits) return size;
   }
   return labelSize;
@@ -87,7 +96,7 @@ std::string evpnKey(Octets nlri) {
 
 }  // namespace
 
-std::optional<IpPrefix> ipPrefix(const Prefix& prefix, bool withdrawn) {
+std::optional<IpPrefix> ipPrefix(const Prefix& prefix) {
   const auto [afi, safi] = prefix.addressFamily;
   const bool plain = safi == safiUnicast || safi == safiMulticast;
   const bool labels = safi == safiLabels || safi == safiVpn;
@@ -98,7 +107,7 @@ std::optional<IpPrefix> ipPrefix(const Prefix& prefix, bool withdrawn) {
   Cursor in(prefix.nlri);
   const unsigned bits = in.u8();
   IpPrefix fields;
-  if (labels) fields.labels = in.take(labelsSize(in.left(), withdrawn, distinguisher));
+  if (labels) fields.labels = in.take(labelsSize(in.left(), distinguisher));
   if (distinguisher) fields.routeDistinguisher = in.take(distinguisherSize);
   const std::size_t before = 8 * (fields.labels.size() + fields.routeDistinguisher.size());
   const Octets address = in.left();
@@ -110,10 +119,11 @@ std::optional<IpPrefix> ipPrefix(const Prefix& prefix, bool withdrawn) {
   return fields;
 }
 
-std::string nlriKey(const Prefix& prefix, bool withdrawn) {
+std::string nlriKey(const Prefix& prefix) {
   const auto [afi, safi] = prefix.addressFamily;
   if (afi == afiL2vpn && safi == safiEvpn) return evpnKey(prefix.nlri);
-  const std::optional<IpPrefix> fields = ipPrefix(prefix, withdrawn);
+  if (safi == safiRouteTargets) return prefixKey(prefix.nlri[0], prefix.nlri.subspan(1));
+  const std::optional<IpPrefix> fields = ipPrefix(prefix);
   if (!fields) return std::string(asText(prefix.nlri));
   std::string key(asText(fields->routeDistinguisher));
   key += char(fields->length);
@@ -126,10 +136,10 @@ std::string peerKey(const Peer& peer) {
   return key + numberKey(peer.asNumber, 4);
 }
 
-std::string pathKey(const Path& path, const Prefix& prefix, bool withdrawn) {
+std::string pathKey(const Path& path, const Prefix& prefix) {
   return peerKey(path.peer) + numberKey(path.sent, 1) + numberKey(prefix.addressFamily.afi, 2) +
          numberKey(prefix.addressFamily.safi, 1) + numberKey(prefix.pathId.has_value(), 1) +
-         numberKey(prefix.pathId.value_or(0), 4) + nlriKey(prefix, withdrawn);
+         numberKey(prefix.pathId.value_or(0), 4) + nlriKey(prefix);
 }
 
 }  // namespace Routing::Mrt

@@ -1,6 +1,6 @@
 #include <lzma.h>
 
-#include "mrt/Decoder.h"
+#include "mrt/internal/Decoder.h"
 
 namespace Routing::Mrt {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "mrt/Decoder.h"
+#include "mrt/internal/Decoder.h"
 
 namespace Routing::Mrt {
 namespace {

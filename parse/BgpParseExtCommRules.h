@@ -80,7 +80,8 @@ class BgpParseExtCommRuleBase : public Mox::Entity<BgpParseExtCommRuleBase, Mox:
 
   const BgpParseExtCommControl parseControl_;
   // Set by the registry as it takes the key in, cleared by a withdrawal. A rule that was withdrawn
-  // leaves the registry alone for good: its last reference may go on another thread.
+  // leaves the registry alone for good: its last reference may go on another thread. A rule whose
+  // key somebody took out of the registry by hand does not know, and looks there as it dies.
   mutable bool registered_ = false;
 };
 

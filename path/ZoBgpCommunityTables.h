@@ -7,7 +7,7 @@
 //   if (faults.approach() == PathFaultApproach::treatAsWithdraw) log(faults.begin()->toStrep());
 //   path.list<CommList>()->toStrep();                  // "65000:100 no-export"
 //   path == other                                      // four pointers are compared
-//   tables.of<CommList>().lists->dedupHashTable()->members();   // distinct lists in use
+//   tables.of<CommList>().lists()->dedupHashTable()->members();   // distinct lists in use
 //
 // 1. Every list and every value exists once in one `CommunityTables`, as long as a path holds it.
 //    Paths may outlive the tables.
@@ -22,6 +22,7 @@
 
 #include <bitset>
 
+#include "Mox/ValueText.h"
 #include "MoxStash/StoreFormat.h"
 #include "ip6/ExtCommIp6DedupTable.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
@@ -55,6 +56,8 @@ using ValueTableOf = decltype(detail::valueTableOf<List>());
 ///   Table                    pointer to its table, which derives from CommListDedupTableBase
 ///   ValueTable               pointer to the table of its values, made of a parse rule; without it
 ///                            values are plain numbers inside the lists
+///   Value                    with ValueTable: the interned value, which has `recordType` and
+///                            `destash` of its own
 ///   recordType               what its records in a store are of
 ///   dedupWire, dedupStored   see FlatCommList and ExtCommListOf
 ///   empty
@@ -91,9 +94,9 @@ class CommunityTablesOf<PathCommunitiesOf<Lists...>> {
   using Parser = BgpParseExtCommContainerSm::Ptr;
 
   /// Tables that share a parser with others, by default with none. Each has its own values: the
-  /// same list is another object in other tables.
+  /// same list is another object in other tables. RangeException on a null parser.
   explicit CommunityTablesOf(Parser parser = bgpParseExtCommContainerSmFactory())
-      : parser_(std::move(parser)), tables_(makeTables<Lists>(*parser_)...) {}
+      : parser_(notNull(std::move(parser))), tables_(makeTables<Lists>(*parser_)...) {}
   CommunityTablesOf(const CommunityTablesOf&) = delete;
   CommunityTablesOf& operator=(const CommunityTablesOf&) = delete;
 
@@ -133,6 +136,10 @@ class CommunityTablesOf<PathCommunitiesOf<Lists...>> {
   struct Seen {
     std::bitset<256> once, twice;
   };
+  static Parser notNull(Parser parser) {
+    Mox::refuseNull(parser, "Routing::Bgp::CommunityTables", "parser");
+    return parser;
+  }
   template <class List>
   static CommunityListTables<List> makeTables(const BgpParseExtCommContainerSm& parser) {
     return CommunityListTables<List>(parser.extCommParser());

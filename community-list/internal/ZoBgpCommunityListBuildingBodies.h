@@ -56,6 +56,7 @@ void ExtCommListOf<F>::sortComms() {
 
 template <class F>
 auto ExtCommListOf<F>::dedup(const Table& table) -> ConstList {
+  MOX_ASSERT(table, "__null != table");
   assertNeverDeduped();
   Mox::Ptr<Orv::DedupHandle> reference(static_cast<List*>(this));
   sortComms();

@@ -20,6 +20,7 @@ void FlatCommList<List, Traits>::commIs(const Value& value) {
 
 template <class List, class Traits>
 auto FlatCommList<List, Traits>::dedup(const Table& table) -> ConstList {
+  MOX_ASSERT(table, "__null != table");
   auto* const self = static_cast<List*>(this);
   Mox::Ptr<Orv::DedupHandle> reference(self);
   if (this->dedupState() == Orv::dedupHandleStateNeverDeduped()) {
@@ -105,6 +106,7 @@ template <class List, class Traits>
 template <bool insert>
 FromWire<const List> FlatCommList<List, Traits>::findWire(const Table& table,
                                                           std::span<const U8> octets) {
+  MOX_ASSERT(table, "__null != table");
   if (auto fault = checkWireLength(Traits::attribute, octets.size(), sizeof(Value))) [[unlikely]]
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Value);

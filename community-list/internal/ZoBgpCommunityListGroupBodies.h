@@ -44,6 +44,7 @@ auto ExtCommGroupOf<F>::comm(const Content& content) const -> ConstValue {
 
 template <class F>
 auto ExtCommGroupOf<F>::dedup(const Table& table) -> Mox::Ptr<const typename F::Group> {
+  MOX_ASSERT(table, "__null != table");
   Mox::Ptr<Orv::DedupHandle> reference(this);
   if (this->dedupState() == Orv::dedupHandleStateNeverDeduped()) {
     ExtCommVectorSort(comm_);

@@ -37,6 +37,7 @@ auto ExtCommListOf<F>::store(MoxStash::StoreWriter& writer) const -> MoxStash::S
 template <class F>
 auto ExtCommListOf<F>::dedupContentsIfAllowed(const Table& table, const ValueTable& values) const
     -> ConstList {
+  MOX_ASSERT(table && values, "__null != table && __null != values");
   ExtCommVector<Value> sorted;
   sorted.reserve(comms());
   for (const ConstValue& comm : comm_) sorted.add(values->dedupContent(comm->getContent()));

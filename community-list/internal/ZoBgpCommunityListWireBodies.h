@@ -69,6 +69,7 @@ WireFault ExtCommListOf<F>::linkBandwidthFault(std::span<const U8> octets,
 template <class F>
 auto ExtCommListOf<F>::fromWire(const ValueTable& table, std::span<const U8> octets)
     -> FromWire<List> {
+  MOX_ASSERT(table, "__null != table");
   if (const auto fault = checkWireLength(F::attribute, octets.size(), sizeof(Content)))
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Content);
@@ -86,6 +87,7 @@ template <class F>
 template <bool insert>
 auto ExtCommListOf<F>::findWire(const Table& table, const ValueTable* valueTable,
                                 std::span<const U8> octets) -> FromWire<const List> {
+  MOX_ASSERT(table && (!insert || *valueTable), "__null != table && __null != values");
   if (const auto fault = checkWireLength(F::attribute, octets.size(), sizeof(Content)))
     return {nullptr, fault, 0};
   const std::size_t count = octets.size() / sizeof(Content);

@@ -14,8 +14,8 @@ namespace example {
 
 /// A peer's announcement or withdrawal of one prefix, or of all that it has announced.
 struct Change {
-  enum class Kind { announced, withdrawn, peerDown };
-  Kind kind;
+  enum class What { announced, withdrawn, allGone };
+  What what;
   std::string key;                  ///< octets that name peer and prefix, or the peer alone
   std::vector<U8> attributes = {};  ///< of the route that is announced
 };
@@ -107,13 +107,13 @@ class Shard {
   void send() { queue_.put(std::exchange(gathered_, {})); }
 
   void apply(const Change& change) {
-    switch (change.kind) {
-      case Change::Kind::announced:
+    switch (change.what) {
+      case Change::What::announced:
         return announce(change);
-      case Change::Kind::withdrawn:
+      case Change::What::withdrawn:
         figures_.withdrawn += paths_.erase(change.key);
         break;
-      case Change::Kind::peerDown:
+      case Change::What::allGone:
         figures_.withdrawn += std::erase_if(
             paths_, [&](const auto& entry) { return entry.first.starts_with(change.key); });
     }

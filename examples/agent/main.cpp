@@ -83,11 +83,11 @@ bool Agent::read(Mrt::Input& input) noexcept {
   return !input.failure() && !reader.truncation();
 }
 
-/// A peer that goes down takes with it all that it has announced. An UPDATE that both withdraws and
+/// All that a peer has announced is void when its state changes. An UPDATE that both withdraws and
 /// announces a prefix announces it (RFC 4271, section 4.3).
 void Agent::take(const Mrt::Path& path) {
-  if (path.stateChange && path.stateChange->isDown())
-    for (Shard& shard : shards_) shard.add({Change::Kind::peerDown, Mrt::peerKey(path.peer)});
+  if (path.stateChange)
+    for (Shard& shard : shards_) shard.add({Change::What::allGone, Mrt::peerKey(path.peer)});
   Mrt::PrefixReader withdrawn = Mrt::PrefixReader::withdrawn(path);
   while (const Mrt::Prefix* prefix = withdrawn.next()) give(path, *prefix, false);
   Mrt::PrefixReader announced = Mrt::PrefixReader::announced(path);
@@ -97,8 +97,8 @@ void Agent::take(const Mrt::Path& path) {
 
 /// To the shard of the path, always the same one.
 void Agent::give(const Mrt::Path& path, const Mrt::Prefix& prefix, bool announced) {
-  Change change{announced ? Change::Kind::announced : Change::Kind::withdrawn,
-                Mrt::pathKey(path, prefix, !announced)};
+  Change change{announced ? Change::What::announced : Change::What::withdrawn,
+                Mrt::pathKey(path, prefix)};
   if (announced) change.attributes.assign(path.attributes.begin(), path.attributes.end());
   Shard& shard = shards_[std::hash<std::string>()(change.key) % shards_.size()];
   shard.add(std::move(change));

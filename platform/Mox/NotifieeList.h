@@ -117,12 +117,13 @@ class Notifiee {
   /// observing what it did; null never fails. The interface makes this public for the class that it
   /// observes.
   bool notifierIs(PtrConst<PtrInterface> notifier);
+  /// Whether it observes `notifier` now. From any thread.
+  bool isObserving(const PtrConst<PtrInterface>& notifier);
 
  private:
   friend class NotifieeList::Delivery;
   using Delivery = NotifieeList::Delivery;
 
-  bool isObserving(const PtrConst<PtrInterface>& notifier);
   void callBegins(Delivery& call);
   void callEnds(Delivery& call);
   void waitForCalls(const NotifieeList* but);

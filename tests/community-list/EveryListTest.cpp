@@ -221,6 +221,14 @@ TYPED_TEST(EveryList, MisuseEndsTheProcess) {
     reads.insert(reads.end(), {[&] { list->serialize(); }, [&] { list->hash(); },
                                [&] { list->commSnapshot(); }, [&] { list->compare(list.get()); }});
   for (const auto& read : reads) EXPECT_DEATH(read(), ": commVectorSorted(\\(\\))?\n");
+  std::vector<std::function<void()>> withoutTable = {
+      [&] { list->dedup(nullptr); }, [&] { TypeParam::List::lookupWire(nullptr, a); }};
+  if constexpr (InternsValues<typename TypeParam::List>)
+    withoutTable.insert(withoutTable.end(),
+                        {[&] { TypeParam::List::fromWire(nullptr, a); },
+                         [&] { TypeParam::List::dedupWire(this->table(), nullptr, a); },
+                         [&] { list->dedupContents(this->table(), nullptr); }});
+  for (const auto& use : withoutTable) EXPECT_DEATH(use(), ": __null != (table|.*values)\n");
   list->dedup(this->table());
   EXPECT_DEATH(list->commIs(this->value(a)),
                ": (!commVectorSorted\\(\\)\n|.*dedupHandleStateNever)");

@@ -64,7 +64,7 @@ class Listener final : public Collection::NotifieeConst {
   void onRtExtCommList(const Notifier& n) override { log(sign(n)); }
   void onRtExtCommList() override { log("*"); }
   void onRtExtCommListImmediate(const Notifier& n) override { log("I"), log_ += sign(n); }
-  void onRtExtCommListImmediate() override { log("I*"); }
+  void onRtExtCommListImmediate() override { log("I*"), shy ? notifierIs(nullptr) : void(); }
 
  private:
   const char* sign(const Notifier& n) const { return collection_->rtExtCommListHas(n) ? "+" : "-"; }
@@ -72,6 +72,9 @@ class Listener final : public Collection::NotifieeConst {
   const char letter_;
   std::string& log_;
   Collection::PtrConst collection_;
+
+ public:
+  bool shy = false;  // goes as soon as it is called
 };
 
 class RouteTargets : public ListsOf<EightOctets> {
@@ -89,7 +92,10 @@ TEST_F(RouteTargets, ComeWholeOrNotAtAllAndGoWithoutMemory) {
   std::string log;
   Listener observer('a', log), late('b', log);
   for (int twice = 0; twice < 2; ++twice) observer.observe(collection());
-  EXPECT_EQ(log, "aI*a*");
+  Listener shy('s', log);
+  shy.shy = true;
+  shy.observe(collection());
+  EXPECT_EQ(log, "aI*a*sI*");
   std::size_t count = 0;
   for (bool entered = false; !entered; ++count) {
     log.clear();
@@ -173,6 +179,7 @@ TEST_F(RouteTargets, CollectionChangesAreHeardAndRefused) {
   other->rtExtCommListDel(notifier);
   EXPECT_EQ(observer.came, 1);
   EXPECT_EQ(observer.went, 1);
+  EXPECT_THROW(rtExtCommListLifeTimeNotifieeFactory(nullptr), Mox::RangeException);
   EXPECT_THAT([&] { other->rtExtCommListIs(nullptr); },
               testing::ThrowsMessage<Mox::RangeException>(
                   "null _rtExtCommList parameter to mutator for "

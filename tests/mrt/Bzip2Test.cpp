@@ -1,6 +1,6 @@
 #include "Compressed.h"
-#include "mrt/Bzip2Pieces.h"
 #include "mrt/Input.h"
+#include "mrt/internal/Bzip2Pieces.h"
 
 namespace Routing::Mrt {
 namespace {

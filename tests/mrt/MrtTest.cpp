@@ -13,7 +13,7 @@ std::string pathText(const Path& path) {
   std::string text = addressText(path.peer.address) + ' ' + std::to_string(path.peer.asNumber);
   if (path.stateChange)
     text += ' ' + std::to_string(path.stateChange->before) + '>' +
-            std::to_string(path.stateChange->after) + (path.stateChange->isDown() ? " down" : "");
+            std::to_string(path.stateChange->after);
   if (path.microseconds) text += " us=" + std::to_string(*path.microseconds);
   const auto addTo = [&text](const char* before) {
     return [&text, before](const Prefix& prefix) {
@@ -142,7 +142,7 @@ TEST(Mrt, DeliversChangesOfStateWhereAskedFor) {
   const std::pair<Bytes, const char*> cases[] = {
       {mrtRecord(16, 5, octets("0000fc58 0000fc59") + ends + up), "192.0.2.1 64600 5>6 |"},
       {mrtRecord(17, 0, number(7, 4) + octets("fc58 fc59") + ends + octets("0006 0001")),
-       "192.0.2.1 64600 6>1 down us=7 |"},
+       "192.0.2.1 64600 6>1 us=7 |"},
       {mrtRecord(16, 0, octets("fc58 fc59 0001 0000") + up), ""},  // without addresses
       {mrtRecord(16, 0, octets("fc58 fc59") + ends + octets("0005 00")), ""}};
   for (const auto& [record, text] : cases) {
@@ -192,22 +192,23 @@ TEST(Mrt, TakesPrefixesApart) {
   const struct {
     AddressFamily addressFamily;
     const char *nlri, *fields;
-    bool withdrawn = false;
   } cases[] = {
       {{1, 1}, "0d 0b0d", " 13 0b080000"},  // the last bits mean nothing
       {{2, 2}, "20 20010db8", " 32 20010db8"},
       {{1, 1}, "00", " 0 00000000"},
       {{1, 4}, "30 000641 0a0102", "000641 24 0a010200"},
       {{1, 4}, "48 000640 000651 0a0102", "000640000651 24 0a010200"},  // two, the second the last
-      {{1, 4}, "30 800000 0a0102", "800000 24 0a010200", true},
-      {{1, 4}, "30 000641 0a0103", "000641 24 0a010300", true},
+      {{1, 4}, "30 800000 0a0102", "800000 24 0a010200"},
+      {{1, 4}, "30 000641 0a0103", "000641 24 0a010300"},
       {{1, 128}, "6f 000641 0000fde800000064 0a0103", "000641/0000fde800000064 23 0a010200"},
       {{1, 128},
        "88 000640 000651 0000fde800000064 0a0102",
        "000640000651/0000fde800000064 24 0a010200"},
-      // One label that is not marked as the last: no distinguisher stands behind the 0xfd.
+      // One label that is not marked as the last: no distinguisher stands behind the 0xfd, or 0x01.
       {{1, 128}, "70 000640 0000fde800000064 0a0102", "000640/0000fde800000064 24 0a010200"},
-      {{1, 128}, "60 800000 0000fde800000064 0a", "800000/0000fde800000064 8 0a000000", true},
+      {{1, 128}, "70 000640 0001c00002010001 0a0103", "000640/0001c00002010001 24 0a010300"},
+      {{1, 4}, "30 000000 0a0103", "000000 24 0a010300"},
+      {{1, 128}, "60 800000 0000fde800000064 0a", "800000/0000fde800000064 8 0a000000"},
       {{1, 129}, "48 0000fde800000065 0a", "/0000fde800000065 8 0a000000"},
       {{1, 128}, "57 000641 0000fde800000064", "none"},  // shorter than label and distinguisher
       {{1, 4}, "40 000641 0a01020304", "none"},          // 40 bits of IPv4
@@ -215,7 +216,7 @@ TEST(Mrt, TakesPrefixesApart) {
       {{25, 128}, "00", "none"}};
   for (const auto& c : cases) {
     const Bytes nlri = octets(c.nlri);
-    const auto fields = ipPrefix({c.addressFamily, view(nlri), {}}, c.withdrawn);
+    const auto fields = ipPrefix({c.addressFamily, view(nlri), {}});
     std::string text = "none";
     if (fields) {
       text = hex(fields->labels);

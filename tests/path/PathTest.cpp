@@ -213,6 +213,7 @@ const Mox::Type OwnList::type{"OwnList", &MoxStash::DedupHandle::type, {}};
 OwnListTable::OwnListTable() : Entity(Orv::DedupPlacement{OwnList::placeOfMember, nullptr}) {}
 
 TEST(CommunityTables, TakeAFurtherListTypeInOnePlace) {
+  EXPECT_THROW(CommunityTables(nullptr), Mox::RangeException);
   using Path = PathCommunitiesOf<CommList, OwnList, ExtCommIp6List>;
   const CommunityTablesOf<Path> tables;
   Path path, again;

@@ -93,13 +93,15 @@ TEST_F(WatchRt, APrefixIsKnownByItsKeyAlone) {
        "08 27 0000fde800000064 00010203040506070809 00000005 00 20 e1000001 20 c0000201 00000000 0a 02",
        "08 27 0000fde800000064 00010203040506070809 00000005 00 20 e1000001 20 c0000201 00000001 0b 04",
        "08 27 0000fde800000064 00010203040506070808 00000005 00 20 e1000001 20 c0000201 00000000 0a 02"},
-      {"others as they are", "0001 84", "60 0000fde8 0002fde8 00000001",
-       "60 0000fde8 0002fde8 00000001", "60 0000fde8 0002fde8 00000002"},
+      {"route targets, bits behind", "0001 84", "41 0000fde8 0002fde8 ff", "41 0000fde8 0002fde8 80",
+       "41 0000fde8 0002fde8 7f"},
+      {"others as they are", "0001 85", "03 0118 0a", "03 0118 0a", "03 0118 0b"},
       // clang-format on
   };
   for (const auto& [what, family, first, same, other] : cases) {
-    EXPECT_EQ(eventsOf(sent({announced(family, first), withdrawn(family, same)})), "+1 -1 ")
-        << what;
+    for (const char* octets : {first, same})
+      EXPECT_EQ(eventsOf(sent({announced(family, first), withdrawn(family, octets)})), "+1 -1 ")
+          << what;
     EXPECT_EQ(eventsOf(sent({announced(family, first), withdrawn(family, other)})), "+1 ") << what;
     std::string again = same;  // a stack of labels ends with its lowest bit
     if (const auto label = again.find(" 800000"); label != again.npos) again[label + 6] = '1';

@@ -29,7 +29,8 @@ void AttributePrinter::print(Octets attribute) const {
   const Octets value = attribute.subspan(header->headerSize);
   if (value.size() != header->attrSize)
     refuse("its length is " + std::to_string(header->attrSize) + ", but " +
-           std::to_string(value.size()) + " octets follow");
+           std::to_string(value.size()) +
+           (value.size() == 1 ? " octet follows" : " octets follow"));
   printValue(*header, value);
 }
 

@@ -76,14 +76,14 @@ class Replay {
     if (!extended.empty()) read = ExtCommList::dedupWire(lists_, values_, extended);
     std::set<std::string> announced;
     visitPrefixes(path, [&](const Prefix& prefix) {
-      const auto at = announced.insert(pathKey(path, prefix, false)).first;
+      const auto at = announced.insert(pathKey(path, prefix)).first;
       if (read)
         paths_[*at] = read.list;
       else
         paths_.erase(*at);
     });
     visitWithdrawn(path, [&](const Prefix& prefix) {
-      const std::string withdrawn = pathKey(path, prefix, true);
+      const std::string withdrawn = pathKey(path, prefix);
       if (!announced.contains(withdrawn)) paths_.erase(withdrawn);
     });
     return bool(read.fault);

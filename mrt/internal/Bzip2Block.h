@@ -7,7 +7,7 @@
 
 #include <memory>
 
-#include "mrt/Bzip2Pieces.h"
+#include "mrt/internal/Bzip2Pieces.h"
 
 namespace Routing::Mrt {
 

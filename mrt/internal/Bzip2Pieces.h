@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "mrt/Decoder.h"
+#include "mrt/internal/Decoder.h"
 
 namespace Routing::Mrt {
 
