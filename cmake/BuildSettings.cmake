@@ -1,4 +1,4 @@
-# What every target is compiled and linked with.
+# How every target is compiled and linked.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)

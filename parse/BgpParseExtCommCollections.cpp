@@ -8,7 +8,7 @@ namespace {
 /// A collection as reflection shows it.
 template <class Kind>
 Mox::Attribute instancesOf(std::string_view name) {
-  return {Mox::String(name), Mox::Attribute::Kind::collection, [](const void* registry) {
+  return {Mox::String(name), Mox::Attribute::Form::collection, [](const void* registry) {
             Mox::String text;
             for (const auto& key :
                  static_cast<const BgpParseExtCommRuleCollections*>(registry)->instances<Kind>())

@@ -33,7 +33,7 @@ const Mox::Type BgpParseExtCommContainerSm::type{
     {Mox::attribute<&BgpParseExtCommContainerSm::parseExtCommRuleCollections>(
          "parseExtCommRuleCollections"),
      Mox::attribute<&BgpParseExtCommContainerSm::extCommParser>("extCommParser"),
-     {"extCommParserSms", Mox::Attribute::Kind::collection, &pluginsText},
+     {"extCommParserSms", Mox::Attribute::Form::collection, &pluginsText},
      Mox::attribute<&BgpParseExtCommContainerSm::extCommCache>("extCommCache")}};
 
 BgpParseExtCommContainerSm::BgpParseExtCommContainerSm() { handleInitialized(); }

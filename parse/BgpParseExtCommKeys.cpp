@@ -26,7 +26,7 @@ void readNullRuleKey(std::string_view keyName, std::string_view text) {
 
 template <class Kind>
 const Mox::Type BgpParseExtCommRuleKey<Kind>::type{
-    Kind::keyName, nullptr, {{"rule", Mox::Attribute::Kind::value, [](const void* key) {
+    Kind::keyName, nullptr, {{"rule", Mox::Attribute::Form::value, [](const void* key) {
                                 return Mox::valueToStrep(static_cast<const void*>(
                                     static_cast<const BgpParseExtCommRuleKey*>(key)->rule()));
                               }}}};

@@ -23,12 +23,12 @@ class PtrInterface;
 
 /// A named member of a type: a value, a collection, or an operation that needs arguments.
 struct Attribute {
-  enum class Kind { value, collection, operation };
+  enum class Form { value, collection, operation };
   /// The attribute's text; `object` is of the class that registered it. Null for operations.
   using Reader = String (*)(const void* object);
 
   String name;
-  Kind kind = Kind::operation;
+  Form form = Form::operation;
   Reader read = nullptr;
 };
 
@@ -99,14 +99,14 @@ struct MemberOf<member> {
 
 template <auto Member>
 Attribute attribute(std::string_view name) {
-  return {String(name), Attribute::Kind::value, &MemberOf<Member>::read};
+  return {String(name), Attribute::Form::value, &MemberOf<Member>::read};
 }
 template <auto Member>
 Attribute collection(std::string_view name) {
-  return {String(name), Attribute::Kind::collection, &MemberOf<Member>::read};
+  return {String(name), Attribute::Form::collection, &MemberOf<Member>::read};
 }
 inline Attribute operation(std::string_view name) {
-  return {String(name), Attribute::Kind::operation, nullptr};
+  return {String(name), Attribute::Form::operation, nullptr};
 }
 
 }  // namespace Mox

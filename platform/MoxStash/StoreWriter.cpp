@@ -10,13 +10,13 @@ namespace {
 
 /// Appends to octets that stand at `start` in the file, and fills up for what comes next.
 StoredArray appendAt(U64 start, Mox::String& to, std::string_view octets) {
-  const StoredArray place{start + to.size(), octets.size()};
+  const StoredArray array{start + to.size(), octets.size()};
   const std::size_t end =
       (to.size() + octets.size() + storeAlignment - 1) / storeAlignment * storeAlignment;
   if (end > to.capacity()) to.reserve(std::max(end, 2 * to.capacity()));
   to += octets;  // from here on nothing throws
   to.resize(end);
-  return place;
+  return array;
 }
 
 template <class Record>

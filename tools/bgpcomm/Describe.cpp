@@ -18,13 +18,13 @@ const Mox::Type& findType(const std::string& name) {
   return *found;
 }
 
-std::string_view kindText(Mox::Attribute::Kind kind) {
-  switch (kind) {
-    case Mox::Attribute::Kind::value:
+std::string_view formText(Mox::Attribute::Form form) {
+  switch (form) {
+    case Mox::Attribute::Form::value:
       return "value";
-    case Mox::Attribute::Kind::collection:
+    case Mox::Attribute::Form::collection:
       return "collection";
-    case Mox::Attribute::Kind::operation:
+    case Mox::Attribute::Form::operation:
       return "operation";
   }
   return "";
@@ -36,7 +36,7 @@ void describe(const Mox::Type& type) {
     print("  base " + base->name() + '\n');
   for (const Mox::Type* owner = &type; owner; owner = owner->base())
     for (const Mox::Attribute& attribute : owner->attributes())
-      print("  " + std::string(kindText(attribute.kind)) + ' ' + attribute.name +
+      print("  " + std::string(formText(attribute.form)) + ' ' + attribute.name +
             (owner == &type ? "" : "  (" + owner->name() + ')') + '\n');
   for (const Mox::Enumerator& enumerator : type.enumerators())
     print("  " + std::to_string(enumerator.value) + ' ' + enumerator.name +
