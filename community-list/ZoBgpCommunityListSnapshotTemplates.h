@@ -126,7 +126,7 @@ class ExtCommGroupSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
 /// A map of a snapshot as reflection shows it: the texts of its objects.
 template <class Snapshot, auto entries>
 Mox::Attribute snapshotCollection(std::string_view name) {
-  return {Mox::String(name), Mox::Attribute::Kind::collection, [](const void* snapshot) {
+  return {Mox::String(name), Mox::Attribute::Form::collection, [](const void* snapshot) {
             Mox::String text;
             for (const auto& [key, value] : (static_cast<const Snapshot*>(snapshot)->*entries)())
               text += (text.empty() ? "" : ", ") + value->toStrep();
