@@ -6,11 +6,7 @@
 #include <set>
 #include <sstream>
 
-#include "Mox/Exception.h"
-#include "community-list/ZoBgpCommunityList.h"
-#include "community/ZoBgpCommunityDedupTable.h"
-#include "ip6/ExtCommIp6DedupTable.h"
-#include "parse/BgpParseExtComm.h"
+#include "path/ZoBgpCommunityTables.h"
 
 using namespace Routing::Bgp;
 using namespace Mox::Words;
@@ -21,8 +17,7 @@ void require(bool condition) {
   if (!condition) std::abort();
 }
 
-void standard(std::span<const U8> octets) {
-  static const CommListDedupTable::Ptr table = commListDedupTableFactory();
+void standard(const CommListDedupTable::Ptr& table, std::span<const U8> octets) {
   const auto read = CommList::dedupWire(table, octets);
   require(bool(read) != read.fault.has_value());
   if (!read) return require(!read.fault->toStrep().empty());
@@ -41,35 +36,30 @@ void standard(std::span<const U8> octets) {
   read.list->hash();
 }
 
-template <class Table, class Content>
-void single(const Table& table, const Content& content) {
-  const auto object = table->dedupContent(content);
-  require(object->getContent() == content && object == table->dedupContent(content));
-  using Format = typename std::remove_cvref_t<decltype(*object)>::StrepFormat;
-  for (U32 flags = 0; flags <= Format::max; ++flags) object->toStrepForPolicy(Format(flags));
-  std::ostringstream stream;
-  stream << object << object->getContent();
-  object->formatSubtype(stream);
-  Content again{};
-  sequenceToValue(valueToStrep(content), again);
-  require(again == content);
+template <class Content, std::size_t size, class Table>
+void singles(const Table& table, std::span<const U8> octets) {
+  for (; octets.size() >= size; octets = octets.subspan(size)) {
+    const auto content = Content::fromOctets(octets.first<size>());
+    require(std::ranges::equal(content.octets(), octets.first(size)));
+    const auto object = table->dedupContent(content);
+    require(object->getContent() == content && object == table->dedupContent(content));
+    using Format = typename std::remove_cvref_t<decltype(*object)>::StrepFormat;
+    for (U32 flags = 0; flags <= Format::max; ++flags) object->toStrepForPolicy(Format(flags));
+    std::ostringstream stream;
+    object->formatSubtype(stream << object << content);
+    Content again{};
+    sequenceToValue(valueToStrep(content), again);
+    require(again == content);
+  }
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
-  static const auto container = bgpParseExtCommContainerSmFactory();
-  static const auto table = extCommDedupTableFactory(container->extCommParser());
-  static const auto ip6Table = extCommIp6DedupTableFactory(container->extCommParser());
+  static const CommunityTables tables;
   const std::span<const U8> octets(data, size);
-  standard(octets);
-  for (auto left = octets; left.size() >= 8; left = left.subspan(8))
-    single(table, ExtCommContent(Zonet::loadNetworkOrder<U64>(left.data())));
-  for (auto left = octets; left.size() >= 20; left = left.subspan(20)) {
-    Zonet::Ip6Addr::Octets address;
-    std::copy_n(left.begin() + 2, address.size(), address.begin());
-    single(ip6Table, ExtCommIp6Content{left[0], left[1], Zonet::Ip6Addr(address),
-                                       Zonet::loadNetworkOrder<U16>(&left[18])});
-  }
+  standard(tables.of<CommList>().lists(), octets);
+  singles<ExtCommContent, 8>(tables.of<ExtCommList>().values(), octets);
+  singles<ExtCommIp6Content, 20>(tables.of<ExtCommIp6List>().values(), octets);
   return 0;
 }

@@ -9,17 +9,15 @@ using namespace bgpcomm;
 namespace {
 
 void askEverything(const Path& path, const CommunityTables& tables) {
-  std::string text = addressText(path.peer.address);
-  const auto addText = [&](const Prefix& prefix) {
-    text += nlriText(prefix.addressFamily, prefix.nlri);
-  };
-  visitPrefixes(path, addText);
-  visitWithdrawn(path, addText);
+  addressText(path.peer.address);
+  const auto ask = [](const Prefix& prefix) { nlriText(prefix.addressFamily, prefix.nlri); };
+  visitPrefixes(path, ask);
+  visitWithdrawn(path, ask);
   const CommunityValues values = findCommunities(path.attributes);
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     if (values[type].empty()) continue;
-    text += listTypes[type].text(tables, values[type], true).text;
-    text += listTypes[type].serialized(tables, values[type]).text;
+    listTypes[type].text(tables, values[type], true);
+    listTypes[type].serialized(tables, values[type]);
   }
 }
 
