@@ -4,8 +4,11 @@
 //   for (const U32 value : {5, 3, 5}) values.add(value);
 //   values.sortAndTrim();   // 3, 5; the storage holds two
 //
-// A vector allocates storage of its own, unless it is given room behind an object; see
-// ZoBgpCommunityListTail.h.
+// 1. Elements are `T`s that can be moved: numbers, structures of numbers, smart pointers. Copies of
+//    a vector are not to be had; a list is interned, not copied.
+// 2. A vector allocates storage of its own, unless it is given room behind an object; see
+//    ZoBgpCommunityListTail.h.
+// 3. An `add` or `reserve` that std::bad_alloc ends has changed nothing in the vector.
 //
 // Threads: as any container of the standard library.
 #pragma once
@@ -23,7 +26,9 @@
 namespace Routing::Bgp {
 
 /// Sorts ascending and drops repeats, of which the first stays; returns how many elements are left.
-/// Most lists are short, and the plainest sort is the quickest for these.
+/// The elements behind these have unspecified values; the caller drops them. Most lists are short,
+/// and the plainest sort is the quickest for these: up to 32 elements are sorted by insertion.
+/// `same` is asked only about neighbours in the sorted order.
 template <class T, class Less = std::less<T>, class Same = std::equal_to<T>>
 std::size_t sortAndDropRepeats(std::span<T> values, Less less = {}, Same same = {}) {
   constexpr std::size_t few = 32;
@@ -43,17 +48,19 @@ std::size_t sortAndDropRepeats(std::span<T> values, Less less = {}, Same same = 
   return std::size_t(std::unique(values.begin(), values.end(), same) - values.begin());
 }
 
-/// Whether each element is less than the next one.
+/// Whether each element is less than the next one: sorted, and none twice. O(n).
 template <class T, class Less = std::less<T>>
 bool ascends(std::span<T> values, Less less = {}) {
   const auto notAscending = [&](const T& a, const T& b) { return !less(a, b); };
   return std::adjacent_find(values.begin(), values.end(), notAscending) == values.end();
 }
 
-/// Sixteen octets on 64 bits. Storage of its own is counted under the element's type.
+/// Sixteen octets on 64 bits. Storage of its own is counted under the element's type, see
+/// Mox/Allocation.h. References to elements hold until the vector grows, is sorted or is trimmed.
 template <class T>
 class CommVector {
  public:
+  /// The most elements.
   static constexpr U32 longest = (1u << 29) - 1;
 
   CommVector() = default;
@@ -68,9 +75,10 @@ class CommVector {
   bool empty() const { return size_ == 0; }
   const T* begin() const { return data_; }
   const T* end() const { return data_ + size_; }
+  /// REQUIRES: i < size(); not checked.
   const T& operator[](std::size_t i) const { return data_[i]; }
 
-  /// Appends; amortized O(1). Asserts "size < 2^29".
+  /// Appends; amortized O(1), the storage doubles. Asserts "size < 2^29".
   void add(T value) {
     if (size_ == capacity_) moveTo(std::max(2 * size_, U32{1}));
     new (data_ + size_) T(std::move(value));
@@ -86,7 +94,8 @@ class CommVector {
   void reserve(U32 count) {
     if (count > capacity_) moveTo(count);
   }
-  /// Sorts by `less`, keeps the first of equal elements, trims the storage to the size.
+  /// Sorts by `less`, keeps the first of equal elements, trims the storage to the size. O(n) when
+  /// the elements ascend already, as those of most peers do. Does not touch `sorted`.
   template <class Less = std::less<T>, class Same = std::equal_to<T>>
   void sortAndTrim(Less less = {}, Same same = {}) {
     const std::span<T> all(data_, size_);
@@ -100,8 +109,8 @@ class CommVector {
     if (size_ != capacity_) moveTo(size_);
   }
 
-  /// Uses `count` elements' room behind an object; the object frees it. REQUIRES: the vector is
-  /// new.
+  /// Uses `count` elements' room behind an object; the object frees it and outlives the vector.
+  /// REQUIRES: the vector is new, the room is aligned for `T`; not checked.
   void roomIs(void* room, U32 count) {
     data_ = static_cast<T*>(room);
     capacity_ = count;

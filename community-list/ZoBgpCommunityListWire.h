@@ -3,6 +3,17 @@
 //   auto read = CommList::fromWire(octets of the attribute's value);
 //   if (!read) log(read.fault->toStrep());   // what a peer sends is never an assertion
 //   else path.communities = read.list->dedup(table);
+//
+//   list type          attribute   octets of a value
+//   standard                   8    4    one 32-bit word (RFC 1997)
+//   extended                  16    8    see ZoBgpCommunityContent.h (RFC 4360)
+//   extended, IPv6            25   20    see ExtCommIp6Content.h (RFC 5701)
+//   large                     32   12    three 32-bit words (RFC 8092)
+//
+// An attribute holds these one behind the other and nothing else, numbers in network order. Here is
+// the part of reading one that all list types have in common.
+//
+// Threads: all functions may be called from any; they share nothing.
 #pragma once
 
 #include <array>
@@ -17,7 +28,9 @@
 
 namespace Routing::Bgp {
 
-/// Why an attribute's value is no list (RFC 7606 section 7, RFC 8092 section 6).
+/// Why an attribute's value is no list (RFC 7606 section 7, RFC 8092 section 6). For one that is
+/// empty or cut short these have the receiver treat the route as withdrawn, which is the caller's to
+/// do.
 struct WireFault {
   enum class Reason {
     empty,          ///< no octets: an attribute without communities is malformed
@@ -40,7 +53,7 @@ struct WireFault {
 /// gives neither.
 template <class List>
 struct FromWire {
-  Mox::Ptr<List> list;
+  Mox::Ptr<List> list;  ///< private from `fromWire`, interned from `dedupWire`
   std::optional<WireFault> fault;
   U32 repeats = 0;  ///< values that were there more than once, and were dropped
 
@@ -53,7 +66,8 @@ inline constexpr U32 maxAttributeOctets = 0xFFFF;
 /// The fault of a length that `checkWireLength` refuses.
 WireFault wireLengthFault(BgpPathAttrType attribute, std::size_t octets, U32 valueSize);
 
-/// The length rule of all list types: a non-zero multiple of the value's size.
+/// The length rule of all list types: a non-zero multiple of the value's size. Nothing for a length
+/// that keeps it.
 inline std::optional<WireFault> checkWireLength(BgpPathAttrType attribute, std::size_t octets,
                                                 U32 valueSize) {
   if (octets != 0 && octets <= maxAttributeOctets && octets % valueSize == 0) [[likely]]
@@ -61,7 +75,7 @@ inline std::optional<WireFault> checkWireLength(BgpPathAttrType attribute, std::
   return wireLengthFault(attribute, octets, valueSize);
 }
 
-/// The 32-bit words that values are made of, in order.
+/// Calls `use(word)` with the 32-bit words that values are made of, in order.
 template <class Value, class Use>
 void forEachWord(std::span<const Value> values, Use use) {
   for (const Value& value : values)
@@ -100,7 +114,8 @@ std::array<U8, sizeof(Value)> wireOctets(const Value& value) {
 }
 
 /// Reads the values of an attribute into `scratch` and returns them ascending and without repeats.
-/// Most attributes have them so: found out on the way, without a branch.
+/// Most attributes have them so: found out on the way, without a branch. REQUIRES: the length is
+/// one that `checkWireLength` lets pass, and `scratch` has room for all values; not checked.
 template <class Value>
 std::span<const Value> decodeAscending(std::span<const U8> octets, Value* scratch) {
   const std::size_t count = octets.size() / sizeof(Value);

@@ -7,13 +7,22 @@
 // Every enumeration has an `Unknown` of 256, which no octet is. It is no member, nor is any octet
 // that is not listed. Some spellings break the pattern (`TransOpaqe`, `PktSubNonTrans`, a missing
 // `Trans` or `Opaque`); they are configuration and show vocabulary and stay.
+//
+// IANA registers the octets, in a registry for each type (RFC 7153): "Transitive Two-Octet
+// AS-Specific Extended Community Sub-Types" and so on. Each list below says which document gives a
+// subtype its meaning. A name does not mean that the library looks into the value: the subtypes of
+// the classes in ZoBgpCommunityTyped.h are all that it interprets.
 #pragma once
 
 #include "attr/BgpEnum.h"
 
 namespace Routing::Bgp {
 
-/// Type 0x00. The subtype 0x14 has a name, which says non-transitive, and is yet no member.
+/// Type 0x00: an AS number of two octets and a number of four (RFC 4360, section 3.1).
+/// - route target and origin: RFC 4360, sections 4 and 5
+/// - OSPF domain identifier: RFC 4577; BGP data collection: RFC 4384
+/// - source AS: RFC 6514, section 6; L2VPN identifier: RFC 6074
+/// The subtype 0x14 has a name, which says non-transitive, and is yet no member.
 #define MOX_ROWS(X)                                                   \
   X(extCommPktSubtypeTransTwoOctetAsRouteTarget, 0x02)                \
   X(extCommPktSubtypeTransTwoOctetAsRouteOrigin, 0x03)                \
@@ -28,7 +37,11 @@ enum BgpExtCommPktSubtypeTransTwoOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransTwoOctetAs, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x01.
+/// Type 0x01: an IPv4 address and a number of two octets (RFC 4360, section 3.2).
+/// - route target and origin: RFC 4360, sections 4 and 5
+/// - OSPF domain identifier and router ID: RFC 4577; L2VPN identifier: RFC 6074
+/// - VRF route import: RFC 6514, section 7
+/// - flow specification redirect to an address: draft-ietf-idr-flowspec-redirect-ip
 #define MOX_ROWS(X)                                               \
   X(extCommPktSubtypeTransIpv4AddressRouteTarget, 0x02)           \
   X(extCommPktSubtypeTransIpv4AddressRouteOrigin, 0x03)           \
@@ -43,7 +56,8 @@ enum BgpExtCommPktSubtypeTransIpv4Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransIpv4Address, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x02.
+/// Type 0x02: an AS number of four octets and a number of two (RFC 5668). The subtypes mean what
+/// they mean in type 0x00; the generic one is of draft-ietf-idr-as4octet-extcomm-generic-subtype.
 #define MOX_ROWS(X)                                               \
   X(extCommPktSubtypeTransFourOctetAsRouteTarget, 0x02)           \
   X(extCommPktSubtypeTransFourOctetAsRouteOrigin, 0x03)           \
@@ -57,7 +71,10 @@ enum BgpExtCommPktSubtypeTransFourOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFourOctetAs, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x03.
+/// Type 0x03: six octets of the subtype's own layout (RFC 4360, section 3.3).
+/// - cost community: draft-retana-bgp-custom-decision; outbound route filter: RFC 7543
+/// - OSPF route type: RFC 4577; default gateway: RFC 7432, section 7.8
+/// - encapsulation and color: RFC 9012, sections 4.1 and 4.3
 #define MOX_ROWS(X)                                                   \
   X(extCommPktSubtypeTransOpaqueCostCommunity, 0x01)                  \
   X(extCommPktSubtypeTransOpaqueOutboundRouteFilter, 0x03)            \
@@ -70,7 +87,9 @@ enum BgpExtCommPktSubtypeTransOpaque : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransOpaque, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x06 (RFC 7432).
+/// Type 0x06: Ethernet VPN (RFC 7432).
+/// - MAC mobility, ESI label and ES import: RFC 7432, sections 7.7, 7.5 and 7.6
+/// - router MAC: RFC 9135, section 8.1; layer 2 attributes: RFC 8214, section 3.1
 #define MOX_ROWS(X)                              \
   X(extCommPktSubtypeEvpnMacMobility, 0x00)      \
   X(extCommPktSubtypeEvpnEsiMplsLabel, 0x01)     \
@@ -82,7 +101,7 @@ enum BgpExtCommPktSubtypeEvpn : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeEvpn, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x08.
+/// Type 0x08: redirection of a flow to the next hop (draft-simpson-idr-flowspec-redirect).
 #define MOX_ROWS(X)                                 \
   X(extCommPktSubtypeFlowspecRedirectNexthop, 0x00) \
   X(extCommPktSubtypeFlowspecRedirectUnknown, 256, false)
@@ -90,7 +109,9 @@ enum BgpExtCommPktSubtypeTransFlowspecRedirectNexthop : U32 { MOX_ROWS(MOX_ENUME
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransFlowspecRedirectNexthop, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x80 (RFC 8955).
+/// Type 0x80, experimental once: flow specification actions and some of layer 2.
+/// - traffic rate, action, redirect and remarking: RFC 8955, sections 7.1 and 7.3 to 7.5
+/// - layer 2 information: RFC 4761; E-Tree: RFC 7796
 #define MOX_ROWS(X)                                                 \
   X(extCommPktSubtypeTransGenericFlowspecTrafficRate, 0x06)         \
   X(extCommPktSubtypeTransGenericFlowspecTrafficAction, 0x07)       \
@@ -103,7 +124,7 @@ enum BgpExtCommPktSubtypeTransGeneric : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGeneric, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x81 (RFC 8955).
+/// Type 0x81: as 0x80, redirect to a route target of an IPv4 address (RFC 8955, section 7.4).
 #define MOX_ROWS(X)                                               \
   X(extCommPktSubtypeTransGenericPart2FlowspecRedirectIpv4, 0x08) \
   X(extCommPktSubtypeTransGenericPart2Unknown, 256, false)
@@ -111,7 +132,8 @@ enum BgpExtCommPktSubtypeTransGenericPart2 : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGenericPart2, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x82 (RFC 8955).
+/// Type 0x82: as 0x80, redirect to a route target of a four-octet AS number (RFC 8955,
+/// section 7.4).
 #define MOX_ROWS(X)                                                  \
   X(extCommPktSubtypeTransGenericPart3FlowspecRedirectAs4Byte, 0x08) \
   X(extCommPktSubtypeTransGenericPart3Unknown, 256, false)
@@ -119,7 +141,9 @@ enum BgpExtCommPktSubtypeTransGenericPart3 : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeTransGenericPart3, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x40.
+/// Type 0x40: as 0x00, and not transitive.
+/// - link bandwidth: draft-ietf-idr-link-bandwidth
+/// - virtual network identifier: draft-drao-bgp-l3vpn-virtual-network-overlays
 #define MOX_ROWS(X)                                                    \
   X(extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth, 0x04)            \
   X(extCommPktSubtypeNonTransTwoOctetAsVirtualNetworkIdentifier, 0x80) \
@@ -128,13 +152,13 @@ enum BgpExtCommPktSubtypeNonTransTwoOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransTwoOctetAs, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x41, none of whose subtypes has a name.
+/// Type 0x41: as 0x01, and not transitive. None of its subtypes has a name.
 #define MOX_ROWS(X) X(extCommPktSubtypeNonTransIpv4AddressUnknown, 256, false)
 enum BgpExtCommPktSubtypeNonTransIpv4Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransIpv4Address, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x42.
+/// Type 0x42: as 0x02, and not transitive. The generic subtype is that of 0x02.
 #define MOX_ROWS(X)                                    \
   X(extCommPktSubtypeNonTransFourOctetAsGeneric, 0x04) \
   X(extCommPktSubNonTransFourOctetAsUnknown, 256, false)
@@ -142,7 +166,8 @@ enum BgpExtCommPktSubtypeNonTransFourOctetAs : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransFourOctetAs, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x43.
+/// Type 0x43: as 0x03, and not transitive.
+/// - origin validation state: RFC 8097; cost community: draft-retana-bgp-custom-decision
 #define MOX_ROWS(X)                                       \
   X(extCommPktSubtypeNonTransOriginValidationState, 0x00) \
   X(extCommPktSubtypeNonTransCostCommunity, 0x01)         \
@@ -151,7 +176,10 @@ enum BgpExtCommPktSubtypeNonTransOpaque : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktSubtypeNonTransOpaque, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x00 of the 20-octet family.
+/// Type 0x00 of the 20-octet family: an IPv6 address and a number of two octets (RFC 5701).
+/// - route target and origin: RFC 5701; OSPFv3 route attributes: RFC 6565
+/// - VRF route import: RFC 6515; inter-area P2MP next hop: RFC 7524
+/// - flow specification redirect to an address: draft-ietf-idr-flowspec-redirect-ip
 #define MOX_ROWS(X)                                  \
   X(extCommIp6PktSubtypeRouteTarget, 0x02)           \
   X(extCommIp6PktSubtypeRouteOrigin, 0x03)           \
@@ -166,13 +194,13 @@ enum BgpExtCommIp6PktSubtypeTransIpv6Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommIp6PktSubtypeTransIpv6Address, MOX_ROWS);
 #undef MOX_ROWS
 
-/// Type 0x40 of the 20-octet family, none of whose subtypes has a name.
+/// Type 0x40 of the 20-octet family: as 0x00, and not transitive. None of its subtypes has a name.
 #define MOX_ROWS(X) X(extCommIp6PktSubtypeNonTransIpv6AddressUnknown, 256, false)
 enum BgpExtCommIp6PktSubtypeNonTransIpv6Address : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommIp6PktSubtypeNonTransIpv6Address, MOX_ROWS);
 #undef MOX_ROWS
 
-/// The name of a subtype octet; empty when it is no member.
+/// The name of a subtype octet; empty when it is no member. The text is static.
 template <Mox::Enumeration Subtypes>
 std::string_view extCommSubtypeName(U8 subtype) {
   const auto* row = Mox::enumTableOf<Subtypes>.find(U32(subtype));
