@@ -29,8 +29,8 @@
 namespace Routing::Bgp {
 
 /// Why an attribute's value is no list (RFC 7606 section 7, RFC 8092 section 6). For one that is
-/// empty or cut short these have the receiver treat the route as withdrawn, which is the caller's to
-/// do.
+/// empty or cut short these have the receiver treat the route as withdrawn, which is the caller's
+/// to do.
 struct WireFault {
   enum class Reason {
     empty,          ///< no octets: an attribute without communities is malformed
