@@ -121,11 +121,16 @@ void stepInLayer(U32 step, Mox::Ptr<T>& held, Mailbox<T>& mailbox, auto intern) 
   MOX_ASSERT(!theirs || theirs == (mine ? mine : intern()), "what is held is what is found");
 }
 
-// Walks the notifiers while others come and go.
-void walk(const World& world) {
+// Walks the notifiers while others come and go. A bit of the user data is the thread's own.
+void walk(const World& world, U32 bit) {
   for (const Notifier& notifier : world.collection->copy()) {
     auto* const raw = static_cast<Pair*>(notifier->getDedupedObjectRawPtr());
     MOX_ASSERT(raw->things[0]->content() < contents, "a notifier keeps the memory valid");
+    for (int i = 0; i < 10; ++i) {
+      raw->bitSet(bit);
+      MOX_ASSERT(raw->isBitSet(bit), "no bit is lost, though the pair be dying");
+      raw->bitReset(bit);
+    }
     if (!raw->referencesIncIfAlive()) continue;
     const auto alive = Pair::Ptr::adopt(raw);
     MOX_ASSERT(world.pair(alive->things[0]->content()) == alive, "a live pair is found");
@@ -148,7 +153,7 @@ void work(const World& world, Mail& mail, U32 rounds, U32 seed) {
       MOX_ASSERT(found->isDeduped() && !found->beingDetached(), "what is found is not dying");
       MOX_ASSERT(found->things[0] == thing(), "things are one object each");
     } else if (step == 2) {
-      walk(world);
+      walk(world, seed);
     } else if (step < 8) {
       stepInLayer(step % 4, heldThing, mail.things[content], thing);
     } else {
@@ -191,7 +196,7 @@ TEST(LifeTimeNotification, IsHeardOnceInAndOnceOut) {
 }
 
 TEST(InterningTorture, ThreadsInternAndReleaseTheSameContents) {
-  const U32 threads = 3, rounds = 100000;
+  const U32 threads = 3, rounds = 200000;
   {
     World world;
     {
