@@ -5,6 +5,7 @@
 //
 // 1. There is at most one group per classification.
 // 2. Only groups that are there take memory: one pointer each.
+// 3. A vector is filled all at once, while its list is frozen; then it is only read.
 //
 // Threads: as any container of the standard library.
 #pragma once
@@ -23,10 +24,12 @@
 namespace Routing::Bgp {
 
 /// Looks like a vector of groups, indexed by classification, that ends at the highest one present.
+/// A look-up is O(1): a bit says whether the group is there, the bits below it say where.
 template <class Group>
 class ExtCommGroupVector {
  public:
   using Slot = Mox::Ptr<const Group>;
+  /// One place for each classification; null for no group.
   using Slots = std::array<Slot, extCommClassificationOneBeyondLast>;
 
   ExtCommGroupVector() = default;
@@ -46,9 +49,12 @@ class ExtCommGroupVector {
   std::span<const Slot> present() const { return {slots_, std::size_t(std::popcount(present_))}; }
 
   /// Takes the groups over, in place of those that are there: into `room` behind an object, which
-  /// the object frees, or into storage of its own when that is null.
+  /// the object frees, or into storage of its own when that is null. REQUIRES: the room is aligned
+  /// for pointers and holds one for each group; not checked. std::bad_alloc, without room: no
+  /// groups.
   void groupsAre(Slots groups, void* room);
 
+  /// By identity: groups of one table are equal exactly when they are the same object.
   friend bool operator==(const ExtCommGroupVector& a, const ExtCommGroupVector& b) {
     const auto mine = a.present(), theirs = b.present();
     return a.present_ == b.present_ && std::equal(mine.begin(), mine.end(), theirs.begin());

@@ -5,7 +5,8 @@
 //   snapshot->commDel(content);
 //   for (const auto& [content, comm] : snapshot->comms()) edited->commIs(comm);
 //
-// A snapshot holds its communities and groups, so the list that it was taken of may go.
+// A snapshot holds its communities and groups, so the list that it was taken of may go. The two are
+// edited apart: a community that goes is still in its group.
 //
 // Threads: a snapshot belongs to the thread that edits it.
 #pragma once
@@ -34,10 +35,12 @@ class ExtCommSnapshotMap {
   /// Whether there was one.
   bool del(const Key& key) { return bool(entries_.extract(key)); }
   bool has(const Key& key) const { return entries_.contains(key); }
+  /// Null when there is none.
   Value at(const Key& key) const {
     const auto found = entries_.find(key);
     return found == entries_.end() ? nullptr : found->second;
   }
+  /// Valid as long as the map; an iterator as long as its entry.
   const Entries& entries() const { return entries_; }
 
  private:
@@ -45,6 +48,7 @@ class ExtCommSnapshotMap {
 };
 
 /// The communities of a snapshot, of a list or of a group. `Value` is the base class of the family.
+/// Adding, removing and finding one is O(log n).
 template <class Snapshot, class V>
 class ExtCommSnapshotOf : public Mox::Entity<Snapshot, Mox::PtrInterface> {
  public:
@@ -77,13 +81,14 @@ class ExtCommSnapshotOf : public Mox::Entity<Snapshot, Mox::PtrInterface> {
   ExtCommSnapshotMap<Content, Value> comm_;
 };
 
-/// `Group` is the class of the family's groups.
+/// The snapshot of a list: its communities and its groups. `Group` is the class of the family's
+/// groups.
 template <class Snapshot, class Value, class Group>
 class ExtCommListSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
  public:
   using ConstGroup = Mox::Ptr<const Group>;
 
-  // The same for groups, by classification.
+  // The same for groups, by the classification that a group says it has.
 
   void classificationListIs(const ConstGroup& group) {
     Mox::refuseNull(group, Snapshot::type.name(), "classificationList");

@@ -6,13 +6,21 @@
 //
 // Names and numbers are configuration and show vocabulary: they never change, the odd ones
 // included.
+//
+// IANA registers types as "BGP Transitive Extended Community Types" and "BGP Non-Transitive
+// Extended Community Types" (RFC 7153), and the types of 20 octets in registries of their own. A
+// type that stands here is not yet one whose contents have a class of their own: the rules of the
+// parser decide that, see parse/BgpParseExtCommKindList.h.
 #pragma once
 
 #include "attr/BgpEnum.h"
 
 namespace Routing::Bgp {
 
-/// The type octet. Bit 0x40 set: not transitive across autonomous systems.
+/// The type octet (RFC 4360, section 2). Bit 0x80 says by which policy IANA assigns the type. Bit
+/// 0x40 set: not transitive across autonomous systems.
+/// - AS numbers of two and four octets, IPv4 addresses, opaque values: RFC 4360, RFC 5668
+/// - Ethernet VPN: RFC 7432; generic: RFC 8955 and others
 #define MOX_ROWS(X)                                   \
   X(extCommPktTypeTransTwoOctetAs, 0x00)              \
   X(extCommPktTypeTransIpv4Address, 0x01)             \
@@ -35,7 +43,8 @@ enum BgpExtCommPktType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommPktType, MOX_ROWS);
 #undef MOX_ROWS
 
-/// The type octet of a 20-octet community. Not every type of the 8-octet family is one here.
+/// The type octet of a 20-octet community (RFC 5701). Not every type of the 8-octet family is one
+/// here: an address is all that it can hold.
 #define MOX_ROWS(X)                             \
   X(extCommIp6PktTypeTransIpv6Address, 0x00)    \
   X(extCommIp6PktTypeNonTransIpv6Address, 0x40) \
@@ -44,8 +53,9 @@ enum BgpExtCommIp6PktType : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 BGP_ENUM_TABLE(BgpExtCommIp6PktType, MOX_ROWS);
 #undef MOX_ROWS
 
-/// The meaning of a community, as far as lists group by it; the order is that of the groups. The
-/// last one counts the others: it is a member, and yet no object carries it.
+/// The meaning of a community, as far as lists group by it; the order is that of the groups. A rule
+/// of the parser assigns it, the octets do not hold it; in a store it is kept. The last one counts
+/// the others: it is a member, and yet no object carries it.
 #define MOX_ROWS(X)                                \
   X(extCommClassificationUnSpecified, 0)           \
   X(extCommClassificationRouteTarget, 1)           \

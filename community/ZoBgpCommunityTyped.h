@@ -49,7 +49,7 @@ class ExtCommRouteAs : public Mox::Entity<Object, ExtCommAsNumber> {
   Mox::String toStrepForPolicy(ExtComm::StrepFormat format) const override;
 };
 
-/// A target or origin by IPv4 address, of type 0x01.
+/// A target or origin by IPv4 address, of type 0x01. The show text does not look at the type.
 template <class Object, class Route>
 class ExtCommRouteIpv4Address : public Mox::Entity<Object, ExtCommIpv4Address> {
  public:
@@ -63,6 +63,8 @@ extern template class ExtCommRouteAs<ExtCommRouteTargetAs, RouteTarget>;
 extern template class ExtCommRouteIpv4Address<ExtCommRouteTargetIpv4Address, RouteTarget>;
 extern template class ExtCommRouteAs<ExtCommRouteOriginAs, RouteOrigin>;
 extern template class ExtCommRouteIpv4Address<ExtCommRouteOriginIpv4Address, RouteOrigin>;
+
+// The classes that objects are of: names for reflection, and what a cast asks for.
 
 class ExtCommRouteTargetAs final : public ExtCommRouteAs<ExtCommRouteTargetAs, RouteTarget> {
  public:
@@ -195,6 +197,8 @@ class ExtCommDefaultGateway final : public Mox::Entity<ExtCommDefaultGateway, Ex
 
 // --- Factories, one per class. ---
 
+/// Makes objects of a class, each new and with its notifications on. Targets and origins by AS
+/// number also take whether that has four octets.
 template <class Typed, class... FourByteAs>
 struct ExtCommFactory {
   typename Typed::Ptr operator()(const ExtCommContent& content, FourByteAs... fourByteAs) const {

@@ -18,7 +18,9 @@ namespace Routing::Bgp {
 class ExtCommIp6;
 class ExtCommIp6DedupTable;
 
-/// A community in the store.
+/// A community in the store: 24 octets. The numbers are in the byte order of the machine, the
+/// address is in that of the wire. `content` takes any octets; `destash` refuses an unknown
+/// classification.
 struct StoredExtCommIp6 {
   U32 classification;
   U8 type;
@@ -33,6 +35,7 @@ struct StoredExtCommIp6 {
   ExtCommIp6Content content() const { return {type, subtype, addr, localAdmin}; }
 };
 
+/// What this family fills in; see ZoBgpCommunityFamilyValue.h.
 struct ExtCommIp6Family {
   using Content = ExtCommIp6Content;
   using PktType = BgpExtCommIp6PktType;
@@ -50,15 +53,18 @@ struct ExtCommIp6Family {
 
 extern template class ExtCommValue<ExtCommIp6Family>;
 
+/// The class of communities whose type has no rule, and the base of all others.
 class ExtCommIp6 : public Mox::Entity<ExtCommIp6, ExtCommValue<ExtCommIp6Family>> {
  public:
   static const Mox::Type type;
 
   using Entity::Entity;
 
-  /// The one object of this content, made by the table's parser if there is none.
+  /// The one object of this content, made by the table's parser if there is none. Asserts
+  /// "__null != table".
   static PtrConst dedupContent(const ExtCommIp6DedupTable* table, const ExtCommIp6Content& content);
 
+  /// `<type subtype addr=... localAdmin=...>`, in one write, whatever the stream's format.
   void formatDerivedType(std::ostream& stream) const override;
   /// Address and local administrator, after type and subtype when `format.inFull()`.
   Mox::String toStrepForPolicy(StrepFormat format) const override;

@@ -20,6 +20,9 @@ class ExtCommIp6List;
 class ExtCommIp6ListDedupTable;
 class ExtCommIp6ListSnapshot;
 
+/// The words of this family for what both families share; ZoBgpCommunityListFamilyList.h says what
+/// each of them is. A path may carry several link bandwidths: the rule of one is of the other
+/// family.
 struct ExtCommIp6ListFamily {
   using Value = ExtCommIp6;
   using ValueTable = ExtCommIp6DedupTable;
@@ -41,6 +44,7 @@ struct ExtCommIp6ListFamily {
 extern template class ExtCommGroupOf<ExtCommIp6ListFamily>;
 extern template class ExtCommListOf<ExtCommIp6ListFamily>;
 
+/// A group: interned communities of one classification, ascending by content.
 class ExtCommIp6ClassificationList final
     : public TailEntity<ExtCommIp6ClassificationList, ExtCommGroupOf<ExtCommIp6ListFamily>> {
  public:
@@ -59,14 +63,16 @@ class ExtCommIp6ClassificationListSnapshot final
   using ExtCommGroupSnapshotOf::ExtCommGroupSnapshotOf;
 };
 
-/// A new, empty group.
+/// A new, empty group, to be filled by `commIs` and interned by `dedup`.
 ExtCommIp6ClassificationList::Ptr extCommIp6ClassificationListFactory(
     ExtCommClassification classification);
+/// A new, empty snapshot.
 ExtCommIp6ClassificationListSnapshot::Ptr extCommIp6ClassificationListSnapshotFactory(
     ExtCommClassification classification);
 
 }  // namespace Routing::Bgp
 
+// Storage of vectors of groups and of communities, counted under names of their own.
 template <>
 const Mox::AllocationTracker&
 Mox::storageTracker<Mox::Ptr<const Routing::Bgp::ExtCommIp6ClassificationList>>();
