@@ -129,18 +129,25 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
 }
 
 TYPED_TEST(EveryList, MalformedAttributesGiveAReason) {
+  constexpr U32 rest = 65535 % TypeParam::size;
   const auto size = std::to_string(TypeParam::size), expected = ", expected a value of " + size;
   const std::pair<std::size_t, Mox::String> cases[] = {
       {0, "0: no octets, expected at least one value of " + size},
       {1, "0: 1 octet" + expected},
       {TypeParam::size + 3, size + ": 3 octets" + expected},
+      {65535, std::to_string(65535 - rest) + ": " + std::to_string(rest) + " octets" + expected},
       {65536, "65535: 1 octet beyond the 65535 that an attribute can have"},
       {65540, "65535: 5 octets beyond the 65535 that an attribute can have"}};
   for (const auto& [length, text] : cases) {
+    const auto expectRefusal = [&, length = length, text = text](const auto& read) {
+      EXPECT_TRUE(!read && read.repeats == 0);
+      EXPECT_EQ(read.fault.value().toStrep(), TypeParam::name + (" attribute, offset " + text));
+      EXPECT_EQ(read.fault->offset + read.fault->found, length);
+    };
     const Octets octets(length);
-    for (const auto& fault : {this->fromWire(octets).fault, this->kind().dedupWire(octets).fault,
-                              TypeParam::List::lookupWire(this->table(), octets).fault})
-      EXPECT_EQ(fault.value().toStrep(), TypeParam::name + (" attribute, offset " + text));
+    expectRefusal(this->fromWire(octets));
+    expectRefusal(this->kind().dedupWire(octets));
+    expectRefusal(TypeParam::List::lookupWire(this->table(), octets));
   }
   Octets longest(65535 / TypeParam::size * TypeParam::size);
   EXPECT_EQ(this->kind().dedupWire(longest).list->comms(), 1u);

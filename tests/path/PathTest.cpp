@@ -84,10 +84,10 @@ TEST(ReadAll, SaysInWordsWhatIsWrong) {
   PathCommunities path;
   std::string text;
   for (const PathFault& fault :
-       tables.readAll(hexOctets("0c0805fde8006400 c01000 c00800 c0200c 0000"), path))
+       tables.readAll(hexOctets("4c0805fde8006400 c01000 c00800 c0200c 0000"), path))
     text += fault.toStrep() + '\n';
   EXPECT_EQ(text,
-            "Community attribute: flags 0x0c, expected optional and transitive\n"
+            "Community attribute: flags 0x4c, expected optional and transitive\n"
             "Community attribute, offset 4: 1 octet, expected a value of 4\n"
             "Extended Community attribute, offset 0: no octets, expected at least one value of 8\n"
             "Community attribute: given again, the first counts\n"
@@ -101,10 +101,12 @@ TEST(Read, TakesOneAttributeAtATimeAndWhatAPolicyMakes) {
   EXPECT_FALSE(tables.read(BgpPathAttrType::asPath, first, path)) << "no list's business";
   const auto malformed = tables.read(BgpPathAttrType::community, std::span(first).first(3), path);
   EXPECT_EQ(malformed.value().approach(), PathFaultApproach::treatAsWithdraw);
+  EXPECT_EQ(malformed->offset, 0u) << "without a header";
   EXPECT_TRUE(path.empty());
   EXPECT_FALSE(tables.read(BgpPathAttrType::community, first, path));
   const auto repeated = tables.read(BgpPathAttrType::community, second, path);
   EXPECT_EQ(repeated.value().approach(), PathFaultApproach::attributeDiscard);
+  EXPECT_EQ(repeated->offset, 0u);
   // A list that the path has already is the first for `readAll` too.
   EXPECT_EQ(outcome(path, tables.readAll(hexOctets("c00804fde80065"), path)),
             "65000:100 ; repeated@0 attributeDiscard");
