@@ -1,6 +1,7 @@
 // Small values and their texts, and the buffer in which they go to the wire.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cstdlib>
 #include <limits>
 
@@ -133,6 +134,7 @@ TEST(Texts, OfAddressesNumbersAndValues) {
   EXPECT_EQ(as(~0u, true) + " " + as(~0u, false), "65535.65535 4294967295");
   EXPECT_EQ(Zonet::Ip4Addr(0xFF80007F).toStrep(), "255.128.0.127");
   EXPECT_EQ(valueToStrep(Acl::CommunityValue(65000, 1, ~0u)), "65000:1:4294967295");
+  EXPECT_EQ(valueToStrep(Acl::CommunityValue()), "0:0:0");
   EXPECT_EQ(Mox::valueText("T", {{"a", "1"}, {"b", "True"}}), "Value('T', ** {'a': 1, 'b': True})");
 }
 
@@ -212,6 +214,7 @@ TEST(Serialize, HoldsWhatIsAppendedInNetworkOrderAcrossGrowthAndCopying) {
     buffer.addU8(U8(i * 7));
     buffer.addU16hton(U16(i));
     expected += {char(U8(i * 7)), char(U8(i >> 8)), char(U8(i))};
+    ASSERT_EQ(buffer.capacity(), std::max(4096u, std::bit_ceil(buffer.length())));
     if (i % 1000 != 0) continue;
     Serialize copy(buffer), assigned(small);
     assigned = buffer;
