@@ -1,5 +1,7 @@
 #include "mrt/Mrt.h"
 
+#include <set>
+
 #include "TestOctets.h"
 #include "mrt/Nlri.h"
 #include "mrt/PathKey.h"
@@ -9,15 +11,34 @@ namespace {
 
 const Bytes origin = octets("40010100");
 
+/// The octets of digits, and ones for the bits of those in parentheses.
+std::pair<Bytes, Bytes> marked(const std::string& text) {
+  std::string digits, marks;
+  char mark = '0';
+  for (const char c : text)
+    if (c == '(' || c == ')') {
+      mark = c == '(' ? 'f' : '0';
+    } else if (c != ' ') {
+      digits += c;
+      marks += mark;
+    }
+  return {octets(digits), octets(marks)};
+}
+
+/// `192.0.2.1 64600 sent 10.1.2.0/24m#7 -11.0.0.0/8|`: a multicast prefix announced under
+/// identifier 7, another withdrawn. Time and attributes are shown where they are not the record's
+/// and `origin`.
 std::string pathText(const Path& path) {
   std::string text = addressText(path.peer.address) + ' ' + std::to_string(path.peer.asNumber);
+  if (timeText(path) != "2023-11-14T22:13:20Z") text += ' ' + timeText(path).substr(17);
+  if (path.sent) text += " sent";
   if (path.stateChange)
     text += ' ' + std::to_string(path.stateChange->before) + '>' +
             std::to_string(path.stateChange->after);
-  if (path.microseconds) text += " us=" + std::to_string(*path.microseconds);
   const auto addTo = [&text](const char* before) {
     return [&text, before](const Prefix& prefix) {
       text += before + nlriText(prefix.addressFamily, prefix.nlri);
+      if (prefix.addressFamily.safi == safiMulticast) text += 'm';
       if (prefix.pathId) text += '#' + std::to_string(*prefix.pathId);
     };
   };
@@ -28,10 +49,8 @@ std::string pathText(const Path& path) {
          (attributes == hex(view(origin)) ? "|" : ' ' + attributes + '|');
 }
 
-/// The paths, `bad` for a record that cannot be cut, and how the file ended. Attributes are shown
-/// where they are others than `origin`.
-std::string cutAll(const Bytes& file,
-                   PathReader::Updates updates = PathReader::Updates::withAttributes) {
+/// The paths, `bad` for a record that cannot be cut, and how the file ended.
+std::string cutAll(const Bytes& file, PathReader::Updates updates, bool withdrawals) {
   const TemporaryFile stored(file);
   Input input(stored.name());
   PathReader reader(input, updates);
@@ -42,7 +61,7 @@ std::string cutAll(const Bytes& file,
   };
   while (const Path* const path = reader.next()) {
     addBad();
-    text += pathText(*path);
+    if (withdrawals || path->fromTable || !path->attributes.empty()) text += pathText(*path);
   }
   EXPECT_FALSE(reader.next());
   addBad();
@@ -50,132 +69,193 @@ std::string cutAll(const Bytes& file,
 }
 
 struct Case {
-  const char* what;
+  std::string what;
   Bytes file;
-  const char* paths;
+  std::string paths;
 };
 
 void expectPaths(std::initializer_list<Case> cases) {
-  for (const Case& c : cases) EXPECT_EQ(cutAll(c.file), c.paths) << c.what;
+  using Updates = PathReader::Updates;
+  for (const auto& [what, file, paths] : cases) {
+    EXPECT_EQ(cutAll(file, Updates::all, true), paths) << what;
+    EXPECT_EQ(cutAll(file, Updates::withAttributes, true), cutAll(file, Updates::all, false))
+        << what;
+  }
 }
 
 TEST(Mrt, CutsTables) {
-  const auto v2 = [](U16 subtype, const Bytes& body) { return mrtRecord(13, subtype, body); };
+  const auto v2 = [](int subtype, const Bytes& body) {
+    return mrtRecord(13, U16(subtype), octets(subtype == 1 ? "0a000001" : "00000001") + body);
+  };
   const auto entries = [](std::initializer_list<U16> peers, const Bytes& id = "") {
     Bytes all = number(peers.size(), 2);
     for (const U16 peer : peers)
-      all += number(peer, 2) + octets("6553f100") + id + counted(origin, 2);
+      all += number(peer, 2) + octets("6553f101") + id + counted(origin, 2);
     return all;
   };
-  const Bytes peerTable =
-      v2(1, octets("0a000001 0000 0003"
-                   "02 0a0000fe c0000209 0000fc58"                             // AS of 4 octets
-                   "00 0a0000fe c000020a fde8"                                 // AS of 2 octets
-                   "03 0a0000fe 20010db8000000000000000000000001 0001fc59"));  // IPv6
-  const Bytes ip4 = octets("00000001 18 0a0102"), ip6 = octets("00000001 20 20010db8");
-  const Bytes evpn = octets("00000001 0019 46 0203616263"), vpn = octets("00000001 0001 80 08ff");
-  const Bytes old = octets("6553f100 c0000209 fc58") + counted(origin, 2);
+  const struct {
+    int subtype;
+    const char *prefix, *text;
+  } forms[] = {{2, "18 0a0102", "10.1.2.0/24"},
+               {3, "18 0a0102", "10.1.2.0/24m"},
+               {4, "20 20010db8", "2001:db8::/32"},
+               {5, "20 20010db8", "2001:db8::/32m"},
+               {6, "0019 46 0203616263", "25/70:0203616263"},
+               {6, "0001 80 08ff", "1/128:08ff"}};
+  for (const auto& [subtype, prefix, text] : forms) {
+    const Bytes id = number(7, 4), body = octets(prefix);
+    const std::string path = "- 0 21Z " + std::string(text);
+    expectPaths({{"a form of prefixes", v2(subtype, body + entries({0})), path + '|'},
+                 {"with ADD-PATH", v2(subtype + 6, body + entries({0}, id)), path + "#7|"}});
+  }
+  const Bytes ip4 = octets("18 0a0102"), body = ip4 + entries({0});
+  const Bytes peers = v2(1, octets("0003 616263 0003"
+                                   "02 0a0000fe c0000209 0001fc58"  // AS of 4 octets
+                                   "00 0a0000fe c000020a fde8"      // AS of 2 octets
+                                   "03 0a0000fe 20010db8000000000000000000000001 0000fc59"));
+  const Bytes onePeer = v2(1, octets("0000 0001 00 0a0000fe c000020b fde9"));
+  const Bytes old = octets("6553f101 c0000209 fc58") + counted(origin, 2);
+  const Bytes ip6Peer = octets("20010db8000000000000000000000001");
+  const std::string route = " 21Z 10.1.2.0/24|";
   expectPaths({
       // clang-format off
-      {"IPv4 unicast", peerTable + v2(2, ip4 + entries({0, 1})),
-       "192.0.2.9 64600 10.1.2.0/24|192.0.2.10 65000 10.1.2.0/24|"},
-      {"IPv6 multicast", peerTable + v2(5, ip6 + entries({2})),
-       "2001:db8::1 130137 2001:db8::/32|"},
-      {"no such peer", v2(2, ip4 + entries({9})), "- 0 10.1.2.0/24|"},
-      {"ADD-PATH", v2(8, ip4 + entries({0}, number(7, 4))), "- 0 10.1.2.0/24#7|"},
-      {"generic, EVPN", v2(6, evpn + entries({0})), "- 0 25/70:0203616263|"},
-      {"generic with ADD-PATH, VPN", v2(12, vpn + entries({0}, number(7, 4))), "- 0 1/128:08ff#7|"},
-      {"TABLE_DUMP", mrtRecord(12, 1, octets("0000 0001 0a010200 18 01") + old),
-       "192.0.2.9 64600 10.1.2.0/24|"},
-      {"no attributes", v2(2, ip4 + octets("0001 0000 6553f100 0000")), "- 0 10.1.2.0/24 |"},
+      {"peers", peers + v2(2, ip4 + entries({0, 1, 2, 3})), "192.0.2.9 130136" + route +
+       "192.0.2.10 65000" + route + "2001:db8::1 64601" + route + "- 0" + route},
+      {"other peers", peers + onePeer + v2(2, ip4 + entries({0, 1})),
+       "192.0.2.11 65001" + route + "- 0" + route},
+      {"TABLE_DUMP", mrtRecord(12, 1, octets("0000 0001 0a000001 20 01") + old),
+       "192.0.2.9 64600 21Z 10.0.0.1/32|"},
+      {"of IPv6", mrtRecord(12, 2, octets("0000 0001") + ip6Peer + octets("80 01 6553f101") +
+                            ip6Peer + octets("fc58") + counted(origin, 2)),
+       "2001:db8::1 64600 21Z 2001:db8::1/128|"},
+      {"no attributes", v2(2, ip4 + octets("0001 0000 6553f101 0000")), "- 0 21Z 10.1.2.0/24 |"},
       {"fewer entries than said", v2(2, ip4 + number(3, 2) + entries({0}).substr(2)),
-       "- 0 10.1.2.0/24|bad|"},
+       "- 0" + route + "bad|"},
+      {"no entries", v2(2, ip4), "bad|"},
       {"attributes cut short", v2(2, ip4 + octets("0001 0000 6553f100 0005 40010100")), "bad|"},
-      {"prefix of 33 bits", v2(2, octets("00000001 21 0a01020304") + entries({0})), "bad|"},
+      {"prefix of 33 bits", v2(2, octets("21 0a01020304") + entries({0})), "bad|"},
       {"the same, old form", mrtRecord(12, 1, octets("0000 0001 0a010200 21 01") + old), "bad|"},
-      {"peers cut short", v2(1, octets("0a000001 0000 0001 02 0a0000fe c0")), "bad|"},
-      {"unknown types", v2(99, "x") + mrtRecord(12, 9, "") + mrtRecord(11, 1, "x"), ""},
+      {"cut short, old form", mrtRecord(12, 1, octets("0000 0001 0a010200 18 01 6553")), "bad|"},
+      {"peers cut short", v2(1, octets("0000 0001 02 0a0000fe c0")), "bad|"},
+      {"no peers", v2(1, octets("0000 00")), "bad|"},
+      {"unknown types", v2(0, body) + v2(7, body) + v2(13, body) + v2(99, body) +
+       mrtRecord(12, 9, "") + mrtRecord(11, 1, "x"), ""},
       // clang-format on
   });
 }
 
 TEST(Mrt, CutsMessages) {
+  const Bytes ip4 = octets("c0000201"), ip6 = octets("20010db8000000000000000000000001");
+  // Both with and without ADD-PATH these octets are prefixes.
+  const Bytes prefixes = octets("00000007 180a0102");
+  const struct {
+    U16 subtype;
+    std::size_t asSize;
+    bool sent = false, addPath = false;
+  } forms[] = {{1, 2},
+               {4, 4},
+               {6, 2, true},
+               {7, 4, true},
+               {8, 2, false, true},
+               {9, 4, false, true},
+               {10, 2, true, true},
+               {11, 4, true, true}};
+  for (const auto& form : forms)
+    for (const Bytes& peer : {ip4, ip6}) {
+      const Bytes body = session(peer, form.asSize) + update(origin, prefixes);
+      expectPaths({{"subtype " + std::to_string(form.subtype), mrtRecord(16, form.subtype, body),
+                    addressText(view(peer)) + " 64600" + (form.sent ? " sent" : "") +
+                        (form.addPath ? " 10.1.2.0/24#7|"
+                                      : " 0.0.0.0/0 0.0.0.0/0 0.0.0.0/0 24.0.0.0/7 1.0.0.0/10|")}});
+    }
   const auto sent = [](const char* nlri, U16 subtype = 4) {
     return messageRecord(update(origin, octets(nlri)), subtype);
+  };
+  const auto gone = [](const char* nlri, U16 subtype = 4, const char* attributes = "") {
+    return messageRecord(update(octets(attributes), "", octets(nlri)), subtype);
   };
   const auto body = [](const char* rest) {
     return messageRecord(Bytes(16, '\xff') + octets(rest));
   };
-  const Bytes message = update(origin, octets("180a0102 20c0000201"));
-  const Bytes reach = octets("800e0f 0002 01 04 20010db8 00 20 20010db8 00");
-  const Bytes short4 = octets("fc58 fc59 0001 0001 c0000201 c0000202");
-  const Bytes noFamily = Bytes(10, '\0') + octets("ffff");
+  const Bytes message = update(origin, octets("180a0102"));
+  const auto et = [](U32 microseconds, const Bytes& rest, U16 subtype = 1) {
+    return mrtRecord(17, subtype, number(microseconds, 4) + session(octets("c0000201"), 2) + rest);
+  };
+  const Bytes good = messageRecord(update(origin, ""));
+  const auto skipped = [](std::size_t size) { return mrtRecord(11, 1, Bytes(size - 12, '\0')); };
+  const Bytes tooLong = skipped(RecordReader::longestRecord + 1);
+  const std::string peer = "192.0.2.1 64600", path = peer + '|';
   expectPaths({
       // clang-format off
-      {"AS of 4 octets", messageRecord(message), "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32|"},
-      {"AS of 2", mrtRecord(16, 6, short4 + message), "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32|"},
-      {"microseconds", mrtRecord(17, 1, number(999999, 4) + short4 + message),
-       "192.0.2.1 64600 us=999999 10.1.2.0/24 192.0.2.1/32|"},
-      {"more than a second of them", mrtRecord(17, 1, number(1000000, 4) + short4 + message),
-       "192.0.2.1 64600 10.1.2.0/24 192.0.2.1/32|"},
-      {"ADD-PATH", sent("00000007 180a0102", 9), "192.0.2.1 64600 10.1.2.0/24#7|"},
-      {"ADD-PATH unannounced", sent("00000002 18ac1100"), "192.0.2.1 64600 172.17.0.0/24#2|"},
-      {"ADD-PATH that is none", sent("180a0102", 9), "192.0.2.1 64600 10.1.2.0/24|"},
-      {"bits behind a prefix", sent("0d0b0d"), "192.0.2.1 64600 11.8.0.0/13|"},
-      {"prefix cut short", sent("180a01"), "192.0.2.1 64600 ?|"},
-      {"MP_REACH_NLRI", messageRecord(update(reach, "")),
-       "192.0.2.1 64600 2001:db8::/32 ::/0 800e0f0002010420010db8002020010db800|"},
-      {"withdrawals only", messageRecord(update("", "", octets("180a0102"))), ""},
-      {"others", body("0013 04") + messageRecord("", 5) + mrtRecord(16, 0, ""), ""},
+      {"microseconds", et(999999, message), peer + " 20.999999Z 10.1.2.0/24|"},
+      {"more than a second of them", et(1000000, message), peer + " 10.1.2.0/24|"},
+      {"ADD-PATH unannounced", sent("00000002 18ac1100"), peer + " 172.17.0.0/24#2|"},
+      {"ADD-PATH that is none", sent("180a0102", 9), peer + " 10.1.2.0/24|"},
+      {"bits behind a prefix", sent("0d0b0d"), peer + " 11.8.0.0/13|"},
+      {"prefix cut short", sent("180a01"), peer + " ?|"},
+      {"MP_REACH_NLRI", messageRecord(update(octets("800e0f 0002 01 04 20010db8 00 20 20010db8 00"), "")),
+       peer + " 2001:db8::/32 ::/0 800e0f0002010420010db8002020010db800|"},
+      {"in a long attribute, multicast", messageRecord(update(octets("900e000a 0002 02 00 00 20 20010db8"), "")),
+       peer + " 2001:db8::/32m 900e000a000202000020" "20010db8|"},
+      {"withdrawals", gone("180a0102 00"), peer + " -10.1.2.0/24 -0.0.0.0/0 |"},
+      {"with ADD-PATH", gone("00000007 180a0102", 9), peer + " -10.1.2.0/24#7 |"},
+      {"MP_UNREACH_NLRI", gone("08 0a", 4, "800f08 0002 01 20 20010db8"),
+       peer + " -10.0.0.0/8 -2001:db8::/32 800f080002012020010db8|"},
+      {"of an attribute cut short", gone("", 4, "800f02 0002"), peer + " ? 800f020002|"},
+      {"withdrawal cut short", gone("180a01"), peer + " ? |"},
+      {"end of the table", gone(""), peer + " |"},
+      {"state", mrtRecord(16, 5, session() + octets("0005 0006")), peer + " 5>6 |"},
+      {"down", et(7, octets("0006 0001"), 0), peer + " 20.000007Z 6>1 |"},
+      {"of no address", mrtRecord(16, 0, octets("fc58 fc59 0001 0000 0005 0006")), ""},
+      {"state cut short", mrtRecord(16, 5, session() + octets("0005 00")), ""},
+      {"others", body("0013 04") + sent("", 2) + sent("", 3) + sent("", 12), ""},
       {"longer than its record", messageRecord(message.substr(0, message.size() - 1)), "bad|"},
       {"shorter than its header", body("0012 02 0000 0000"), "bad|"},
       {"attributes cut short", body("0017 02 0000 0001"), "bad|"},
       {"withdrawals cut short", body("0017 02 0001 0000"), "bad|"},
-      {"unknown family", mrtRecord(16, 4, noFamily + message), "bad|"},
-      {"no room for microseconds", mrtRecord(17, 4, "abc"), "bad|"},
+      {"unknown family", mrtRecord(16, 4, Bytes(10, '\0') + octets("ffff") + message), "bad|"},
+      {"no room for microseconds", good + mrtRecord(17, 4, "abc") + good, path + "bad|" + path},
+      {"the longest, and too long", skipped(RecordReader::longestRecord) + good + tooLong + good,
+       path + "bad|" + path},
+      {"too long for the file", good + tooLong.substr(0, tooLong.size() - 1), path + "truncated|"},
+      {"much too long", good + octets("00000001 0010 0004 ffffffff 616263"), path + "truncated|"},
       // clang-format on
   });
+  for (std::size_t left = 1; left < good.size(); ++left)
+    expectPaths({{"the end of a file", good + good.substr(0, left), path + "truncated|"}});
 }
 
-TEST(Mrt, DeliversChangesOfStateWhereAskedFor) {
-  const Bytes ends = octets("0001 0001 c0000201 c0000202"), up = octets("0005 0006");
-  const std::pair<Bytes, const char*> cases[] = {
-      {mrtRecord(16, 5, octets("0000fc58 0000fc59") + ends + up), "192.0.2.1 64600 5>6 |"},
-      {mrtRecord(17, 0, number(7, 4) + octets("fc58 fc59") + ends + octets("0006 0001")),
-       "192.0.2.1 64600 6>1 us=7 |"},
-      {mrtRecord(16, 0, octets("fc58 fc59 0001 0000") + up), ""},  // without addresses
-      {mrtRecord(16, 0, octets("fc58 fc59") + ends + octets("0005 00")), ""}};
-  for (const auto& [record, text] : cases) {
-    EXPECT_EQ(cutAll(record, PathReader::Updates::all), text);
-    EXPECT_EQ(cutAll(record), "");
-  }
-}
-
-TEST(Mrt, VisitsWithdrawals) {
-  const auto cut = [](const Bytes& message, U16 subtype = 4) {
-    return cutAll(messageRecord(message, subtype), PathReader::Updates::all).substr(15);
-  };
-  EXPECT_EQ(cut(update("", "", octets("180a0102 00"))), " -10.1.2.0/24 -0.0.0.0/0 |");
-  EXPECT_EQ(cut(update("", "", octets("00000007 180a0102")), 9), " -10.1.2.0/24#7 |");
-  EXPECT_EQ(cut(update(octets("800f08 0002 01 20 20010db8"), octets("08 0b"), octets("08 0a"))),
-            " 11.0.0.0/8 -10.0.0.0/8 -2001:db8::/32 800f080002012020010db8|");
-  EXPECT_EQ(cut(update("", "", octets("180a01"))), " ? |");
-  EXPECT_EQ(cut(update(octets("800f02 0002"), "")), " ? 800f020002|");
-  EXPECT_EQ(cut(update("", "")), " |");
+TEST(Mrt, KnowsWhereRecordsStand) {
+  const Bytes good = messageRecord(update(origin, "")), bad = mrtRecord(17, 4, "");
+  const TemporaryFile file(good + bad + good + bad + "x");
+  Input input(file.name());
+  PathReader reader(input);
+  const auto at = [](Position position) { return std::pair(position.record, position.octet); };
+  ASSERT_TRUE(reader.next() && reader.next());
+  EXPECT_EQ(at(reader.position()), std::pair(U64{3}, U64{good.size() + 12}));
+  EXPECT_FALSE(reader.next());
+  EXPECT_EQ(at(*reader.firstBadRecord()), std::pair(U64{2}, U64{good.size()}));
+  EXPECT_EQ(at(reader.position()), std::pair(U64{5}, U64{2 * good.size() + 24}));
+  EXPECT_TRUE(reader.badRecords() == 2 && reader.records() == 4);
+  const RecordReader::Truncation& end = *reader.truncation();
+  EXPECT_TRUE(end.offset == 2 * good.size() + 24 && end.there == 1 && end.wanted == 12);
 }
 
 TEST(Mrt, TakesPrefixesOfEveryForm) {
-  const std::pair<AddressFamily, const char*> cases[] = {
+  const std::pair<AddressFamily, std::string> cases[] = {
       {{1, 1}, "00"},  // bits
       {{2, 2}, "80 20010db8000000000000000000000001"},
       {{1, 132}, "60 0000fde8 0002fde8 00000001"},
       {{1, 5}, "01 03 0a0102"},  // type, octets
       {{25, 70}, "03 00"},
-      {{25, 65}, "0003 0a0102"},          // octets in two
+      {{25, 65}, "0003 0a0102"},  // octets in two
+      {{1, 65}, "10 0a01"},
       {{16388, 71}, "0001 0003 0a0102"},  // type in two, octets in two
-      {{1, 85}, "01 0003 03 0a0102"},     // architecture, type in two, octets
-      {{1, 133}, "03 0a0102"},            // octets in one
-      {{2, 134}, "f003 0a0102"}};         // or in two
+      {{16388, 72}, "0001 0003 0a0102"},
+      {{1, 71}, "10 0a01"},
+      {{1, 85}, "01 0003 03 0a0102"},                     // architecture, type in two, octets
+      {{1, 133}, "ef" + std::string(2 * 0xef, '0')},      // octets in one
+      {{2, 134}, "f102" + std::string(2 * 0x102, '0')}};  // or in two
   for (const auto& [family, digits] : cases) {
     const Bytes prefix = octets(digits);
     for (std::size_t size = 0; size <= prefix.size() + 1; ++size) {
@@ -189,66 +269,95 @@ TEST(Mrt, TakesPrefixesOfEveryForm) {
 }
 
 TEST(Mrt, TakesPrefixesApart) {
-  const struct {
-    AddressFamily addressFamily;
-    const char *nlri, *fields;
-  } cases[] = {
+  const std::tuple<AddressFamily, const char*, const char*> cases[] = {
       {{1, 1}, "0d 0b0d", " 13 0b080000"},  // the last bits mean nothing
       {{2, 2}, "20 20010db8", " 32 20010db8"},
-      {{1, 1}, "00", " 0 00000000"},
-      {{1, 4}, "30 000641 0a0102", "000641 24 0a010200"},
       {{1, 4}, "48 000640 000651 0a0102", "000640000651 24 0a010200"},  // two, the second the last
-      {{1, 4}, "30 800000 0a0102", "800000 24 0a010200"},
-      {{1, 4}, "30 000641 0a0103", "000641 24 0a010300"},
-      {{1, 128}, "6f 000641 0000fde800000064 0a0103", "000641/0000fde800000064 23 0a010200"},
       {{1, 128},
-       "88 000640 000651 0000fde800000064 0a0102",
-       "000640000651/0000fde800000064 24 0a010200"},
-      // One label that is not marked as the last: no distinguisher stands behind the 0xfd, or 0x01.
-      {{1, 128}, "70 000640 0000fde800000064 0a0102", "000640/0000fde800000064 24 0a010200"},
-      {{1, 128}, "70 000640 0001c00002010001 0a0103", "000640/0001c00002010001 24 0a010300"},
-      {{1, 4}, "30 000000 0a0103", "000000 24 0a010300"},
-      {{1, 128}, "60 800000 0000fde800000064 0a", "800000/0000fde800000064 8 0a000000"},
+       "87 000640 000651 0000fde800000064 0a0103",
+       "000640000651/0000fde800000064 23 0a010200"},
       {{1, 129}, "48 0000fde800000065 0a", "/0000fde800000065 8 0a000000"},
       {{1, 128}, "57 000641 0000fde800000064", "none"},  // shorter than label and distinguisher
-      {{1, 4}, "40 000641 0a01020304", "none"},          // 40 bits of IPv4
+      {{1, 4}, "39 000641 0a01020304", "none"},          // 33 bits of IPv4
       {{1, 132}, "00", "none"},
       {{25, 128}, "00", "none"}};
-  for (const auto& c : cases) {
-    const Bytes nlri = octets(c.nlri);
-    const auto fields = ipPrefix({c.addressFamily, view(nlri), {}});
+  for (const auto& [family, digits, expected] : cases) {
+    const Bytes nlri = octets(digits);
+    const auto fields = ipPrefix({family, view(nlri), {}});
     std::string text = "none";
     if (fields) {
       text = hex(fields->labels);
       if (!fields->routeDistinguisher.empty()) text += '/' + hex(fields->routeDistinguisher);
       text += ' ' + std::to_string(fields->length) + ' ' + hex(Octets(fields->address).first(4));
     }
-    EXPECT_EQ(text, c.fields) << c.nlri;
+    EXPECT_EQ(text, expected) << digits;
   }
 }
 
-TEST(Mrt, FaultsStopNothingButTheFilesEnd) {
-  const auto skipped = [](std::size_t size) { return mrtRecord(11, 1, Bytes(size - 12, '\0')); };
-  const Bytes good = messageRecord(update(origin, ""));
-  const Bytes tooLong = skipped(RecordReader::longestRecord + 1);
-  const std::string path = "192.0.2.1 64600|";
-  EXPECT_EQ(cutAll(good + mrtRecord(17, 4, "") + good), path + "bad|" + path);
-  EXPECT_EQ(cutAll(skipped(RecordReader::longestRecord) + good), path);
-  EXPECT_EQ(cutAll(good + tooLong + good), path + "bad|" + path);
-  EXPECT_EQ(cutAll(good + tooLong.substr(0, tooLong.size() - 1)), path + "truncated|");
-  EXPECT_EQ(cutAll(good + octets("00000001 0010 0004 ffffffff 616263")), path + "truncated|");
-  const TemporaryFile file(good + mrtRecord(17, 4, "") + good + mrtRecord(17, 4, "") + "x");
-  Input input(file.name());
-  PathReader reader(input);
-  const auto at = [](Position position) { return std::pair(position.record, position.octet); };
-  ASSERT_TRUE(reader.next() && reader.next());
-  EXPECT_EQ(at(reader.position()), std::pair(U64{3}, U64{good.size() + 12}));
-  EXPECT_FALSE(reader.next());
-  EXPECT_EQ(at(*reader.firstBadRecord()), std::pair(U64{2}, U64{good.size()}));
-  EXPECT_EQ(at(reader.position()), std::pair(U64{5}, U64{2 * good.size() + 24}));
-  EXPECT_TRUE(reader.badRecords() == 2 && reader.records() == 4);
-  for (std::size_t left = 1; left < good.size(); ++left)
-    EXPECT_EQ(cutAll(good + good.substr(0, left)), path + "truncated|") << left;
+TEST(Mrt, APrefixIsKnownByItsKeyAlone) {
+  const std::string rd = "0000fde800000064", rd1 = "0001c00002010001", tag = "00000005",
+                    segment = "00010203040506070809", free = "(" + segment + ")";
+  const struct {
+    AddressFamily family;
+    std::string prefix;  // digits in parentheses are no part of the key
+    std::vector<std::string> same = {};
+  } cases[] = {
+      {{1, 1}, "14 0a010(3)"},
+      {{2, 2}, "24 20010db8f(f)"},
+      {{1, 4}, "2c (000101) 0a010(2)", {"2c 800000 0a0103", "2c 000000 0a0102"}},
+      {{2, 4}, "38 (000101) 20020cb8", {"50 000100 000201 20020cb8", "38 800000 20020cb8"}},
+      {{1, 128}, "6c (000101)" + rd + "0a010(2)", {"84 000100 000201" + rd + "0a0103"}},
+      {{1, 128}, "58 (000101)" + rd, {"58 800000" + rd}},
+      {{1, 128}, "70 (000101)" + rd1 + "0a0103", {"88 000100 000201" + rd1 + "0a0103"}},
+      {{2, 128}, "78 (000101)" + rd + "20010db8", {"78 000000" + rd + "20010db8"}},
+      {{1, 129}, "54" + rd + "0a010(3)"},
+      {{25, 70}, "01 (19)" + rd + segment + tag + "(000101)"},
+      {{25, 70}, "02 (21)" + rd + free + tag + "30 020000000001 00 (000101)"},
+      {{25, 70}, "02 (28)" + rd + free + tag + "30 020000000001 20 0a010203 (000101 000201)"},
+      {{25, 70}, "03 (11)" + rd + tag + "20 c0000201"},
+      {{25, 70}, "04 (17)" + rd + segment + "20 c0000201"},
+      {{25, 70}, "05 (22)" + rd + free + tag + "14 0a010(303 c0000201 000101)"},
+      {{25, 70}, "05 (3a)" + rd + free + tag + "24 20010db80(" + std::string(61, '1') + ")"},
+      {{25, 70}, "06 (18)" + rd + tag + "00 20 e1000001 20 c0000201 (02)"},
+      {{25, 70}, "07 (22)" + rd + segment + tag + "00 20 e1000001 20 c0000201 (02)"},
+      {{25, 70}, "08 (27)" + rd + segment + tag + "00 20 e1000001 20 c0000201 (000000000a02)"},
+      {{1, 132}, "44 0000fde8 0002fde8 8(0)"},
+      {{1, 133}, "03 0118 0a"}};
+  for (const auto& [family, prefix, same] : cases) {
+    SCOPED_TRACE(prefix);
+    const std::pair<Bytes, Bytes> read = marked(prefix);
+    const Bytes &nlri = read.first, &freeBits = read.second;
+    const auto keyOf = [&family = family](const Bytes& octets) {
+      return nlriKey({family, view(octets), {}});
+    };
+    for (const std::string& other : same) EXPECT_EQ(keyOf(octets(other)), keyOf(nlri)) << other;
+    for (std::size_t bit = 0; bit < 8 * nlri.size(); ++bit) {
+      Bytes other = nlri;
+      other[bit / 8] ^= 0x80 >> bit % 8;
+      EXPECT_EQ(keyOf(other) == keyOf(nlri), bool(freeBits[bit / 8] & 0x80 >> bit % 8)) << bit;
+    }
+  }
+}
+
+TEST(Mrt, PathsAreKnownByPeerTableFamilyAndIdentifierToo) {
+  const Bytes one = octets("c0000201"), two = octets("c0000202"), ip6 = one + Bytes(12, '\0');
+  const Bytes nlri = octets("180a0102");
+  std::set<std::string> keys;
+  unsigned count = 0;
+  for (const Bytes& address : {one, two, ip6, Bytes()})
+    for (const U32 asNumber : {64600u, 64601u, 64600u << 16})
+      for (const bool sent : {false, true})
+        for (const AddressFamily family : {AddressFamily{1, 1}, {1, 2}, {2, 1}, {0x0101, 1}})
+          for (const std::optional<U32> id : {std::optional<U32>(), {0}, {7}, {7u << 24}}) {
+            Path path;
+            path.peer = {asNumber, view(address)};
+            path.sent = sent;
+            const std::string key = pathKey(path, {family, view(nlri), id});
+            EXPECT_TRUE(key.starts_with(peerKey(path.peer)));
+            keys.insert(key);
+            ++count;
+          }
+  EXPECT_EQ(keys.size(), count);
 }
 
 }  // namespace

@@ -7,18 +7,16 @@
 #include <fstream>
 
 #include "mrt/Octets.h"
+#include "tests/HexOctets.h"
 
 namespace Routing::Mrt {
 
 using Bytes = std::string;
 
 /// The octets of hexadecimal digits; blanks are for the reader.
-inline Bytes octets(std::string digits) {
-  std::erase(digits, ' ');
-  Bytes out;
-  for (std::size_t i = 0; i < digits.size(); i += 2)
-    out += char(std::stoi(digits.substr(i, 2), nullptr, 16));
-  return out;
+inline Bytes octets(const std::string& digits) {
+  const std::vector<U8> octets = hexOctets(digits);
+  return {octets.begin(), octets.end()};
 }
 
 inline Octets view(const Bytes& bytes) {
@@ -52,9 +50,15 @@ inline Bytes update(const Bytes& attributes, const Bytes& nlri, const Bytes& wit
   return Bytes(16, '\xff') + number(19 + body.size(), 2) + '\x02' + body;
 }
 
+/// What stands in front of a message: AS of peer and collector, interface, AFI, their addresses.
+inline Bytes session(const Bytes& peer = octets("c0000201"), std::size_t asSize = 4,
+                     U32 asNumber = 64600) {
+  return number(asNumber, asSize) + number(64601, asSize) + number(1, 2) +
+         number(peer.size() == 4 ? 1 : 2, 2) + peer + Bytes(peer.size(), '\x11');
+}
 /// BGP4MP_MESSAGE_AS4 from 192.0.2.1, AS 64600.
 inline Bytes messageRecord(const Bytes& message, U16 subtype = 4) {
-  return mrtRecord(16, subtype, octets("0000fc58 0000fc59 0001 0001 c0000201 c0000202") + message);
+  return mrtRecord(16, subtype, session() + message);
 }
 
 class TemporaryFile {
