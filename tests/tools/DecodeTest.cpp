@@ -44,6 +44,9 @@ TEST_F(Decode, AnswersInTextOrJson) {
       {"bgpcomm decode --names d008000400000000 'D0 08:0004 00000000' | sed -n '2p;6p'",
        "  class           ExtComm\n" + attribute},
       {"bgpcomm decode d0 08 00 04 00 00 00 00", attribute},
+      {"bgpcomm decode --json c0101002020000006400010002006400000001 | cut -d, -f6-",
+       R"("RT:100:1"],"extendedOctets":["0002006400000001","0202000000640001"]})"
+       "\n"},
   });
 }
 

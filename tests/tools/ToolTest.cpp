@@ -1,53 +1,59 @@
 // The tool as its user runs it.
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <regex>
 
 #include "RunTool.h"
 
 namespace bgpcomm {
 namespace {
 
-/// Three paths: {65000:100, no-export} in two orders and with a repeat, {65000:200}.
-Bytes sampleFile() {
-  const auto path = [](const char* attributes, const char* nlri) {
-    return messageRecord(update(octets("40010100") + octets(attributes), octets(nlri)));
-  };
-  return path("c00808 fde80064ffffff01", "180a0102") +
-         path("c0080c ffffff01fde80064fde80064", "180a0102") + path("c00804 fde800c8", "");
+Bytes path(const char* attributes, const char* nlri = "", const char* withdrawn = "") {
+  return messageRecord(update(octets(attributes), octets(nlri), octets(withdrawn)));
 }
 
 class Tool : public ToolTest {
  protected:
   Tool() {
-    ::setenv("FILE", file_.name().c_str(), 1);
-    ::setenv("BROKEN", broken_.name().c_str(), 1);
-    ::setenv("MALFORMED", malformed_.name().c_str(), 1);
+    const std::pair<const char*, const TemporaryFile&> files[] = {
+        {"FILE", file_},   {"BROKEN", broken_}, {"MALFORMED", malformed_},
+        {"KINDS", kinds_}, {"ALIKE", alike_},   {"STORE", store_}};
+    for (const auto& [variable, file] : files) ::setenv(variable, file.name().c_str(), 1);
   }
 
-  TemporaryFile file_{sampleFile()};
-  TemporaryFile broken_{sampleFile() + octets("6553f100 0010")};
+  /// Three paths: {65000:100, no-export} in two orders and with a repeat, {65000:200}.
+  const Bytes paths_ = path("c00808 fde80064ffffff01", "180a0102") +
+                       path("c0080c ffffff01fde80064fde80064", "180a0102") +
+                       path("40010100 c00804 fde800c8");
+  const TemporaryFile file_{paths_}, broken_{paths_ + octets("6553f100 0010")}, store_;
   /// A good path of 62 octets, a standard attribute of 5 octets, a large one of 1, no record.
-  TemporaryFile malformed_{messageRecord(update(octets("c00804fde800c8"), "")) +
-                           messageRecord(update(octets("c00805fde800c800"), "")) +
-                           messageRecord(update(octets("c0200100"), "")) + mrtRecord(16, 4, "")};
+  const TemporaryFile malformed_{path("c00804fde800c8") + path("c00805fde800c800") +
+                                 path("c0200100") + mrtRecord(16, 4, "")};
+  /// One prefix of one peer: announced with lists of all types, with another route target,
+  /// withdrawn; and a list with two link bandwidths.
+  const TemporaryFile kinds_{path("c00804fde80064 c01010 030b000000000007 0002fde800000064 c02018"
+                                  "0000fde80000000100000002 0000fde80000000100000001"
+                                  "c01914 0002 20010db8000000000000000000000001 0064",
+                                  "180a0102") +
+                             path("c01008 02020000fde80064", "180a0102") +
+                             path("", "", "180a0102") +
+                             path("c01010 4004fde84e000000 4004fde84d000000", "180a0103")};
+  /// A route target whose AS number is written in two ways, a color with and without reserved bits.
+  const TemporaryFile alike_{path("c01010 0002006400000001 030b000000000007") +
+                             path("c01010 0202000000640001 030b000100000007") +
+                             path("c01010 0002006400000001 0002006500000001")};
+  const std::string time_ = "2023-11-14T22:13:20Z\t", start_ = time_ + "192.0.2.1 AS64600\t";
 };
 
 TEST_F(Tool, AnswersAndFailsInOneLine) {
-  const std::string start = "2023-11-14T22:13:20Z\t192.0.2.1 AS64600\t";
-  const std::string first = start + "10.1.2.0/24\t65000:100 no-export\n";
-  const std::string third = start + "-\t65000:200\n";
+  const std::string first = start_ + "10.1.2.0/24\t65000:100 no-export\n";
+  const std::string third = start_ + "-\t65000:200\n", malformed = start_ + "-\tmalformed\n";
+  const std::string usage = "; see bgpcomm --help";
   expectRuns({
       {"bgpcomm paths $FILE", first + first + third},
-      {"bgpcomm paths --community 65000:200 $FILE", third},
-      {"bgpcomm paths --community no-export --community 65000:100 $FILE", first + first},
+      {"bgpcomm paths --community no-export $FILE", first + first},
       {"bgpcomm paths --community no-export --community 65000:200 $FILE", ""},
       {"bgpcomm paths --numeric $FILE | head -1 | cut -f4", "65000:100 65535:65281\n"},
-      {"bgpcomm paths --json $FILE | tail -1",
-       R"({"time":"2023-11-14T22:13:20Z","peer":"192.0.2.1","peerAs":64600,"prefixes":[],)"
-       R"("standard":["65000:200"],"extended":[],"ipv6Extended":[],"large":[],)"
-       R"("standardOctets":["fde800c8"],"extendedOctets":[],"ipv6ExtendedOctets":[],)"
-       R"("largeOctets":[]})"
-       "\n"},
       {"bgpcomm decode --numeric c0 08 04 ff ff ff 01", "Community (8), flags 0xc0: 65535:65281\n"},
       {"bgpcomm decode c0630101", "Unknown attribute (99), flags 0xc0: 01\n"},
       {"bgpcomm decode --json c00804ffffff01",
@@ -55,64 +61,52 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        R"("standard":["no-export"],"standardOctets":["ffffff01"]})"
        "\n"},
       {"bgpcomm describe BgpPathAttrFlag | head -2", "Routing::Bgp::BgpPathAttrFlag\n  128 opt\n"},
-      {"bgpcomm paths $FILE | head -0", ""},
       {"cd $(mktemp -d) && cp $FILE '[a,b]' && bgpcomm verify '[a,b]' && rm -r \"$PWD\"",
        "./[a,b]: 3 lists compared, 0 differ, 0 malformed\n"},
 
       {"bgpcomm paths - <$BROKEN", first + first + third, 1,
-       "-: ends inside a record, 6 of 12 octets (record 4, octet 218)"},
-      {"bgpcomm paths - <$MALFORMED", third + start + "-\tmalformed\n" + start + "-\tmalformed\n",
-       0, "-: 3 malformed, the first attrLength (record 2, octet 62)"},
+       "-: ends inside a record, 6 of 12 octets (record 4, octet 210)"},
+      {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
+       "-: 3 malformed, the first attrLength (record 2, octet 62)"},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
-       "\"standard\":[],\"extended\":[],\"ipv6Extended\":[],\"large\":[],\"malformed\":["
-       "\"attrLength\"]}\n"},
-      {"bgpcomm summary - <&- | grep -A1 malformed | cut -c-9", "  malform\n  seconds\n", 0,
-       "-: Bad file descriptor (record 1, octet 0)"},
+       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"]})"
+       "\n"},
       {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", "", 1,
        "a\\x1bb\\x0ac: No such file or directory"},
       {"bgpcomm paths --help | grep -c 'VALUE [.]'", "0\n", 1},
       {"bgpcomm verify /", "", 1, "/: Is a directory"},
       {"bgpcomm paths $FILE >/dev/full", "", 1, "standard output: No space left on device"},
-      {"bgpcomm", "", 2, "A subcommand is required; see bgpcomm --help"},
-      {"bgpcomm bogus", "", 2, "bogus is unknown; see bgpcomm --help"},
-      {"bgpcomm summary", "", 2, "FILE is required; see bgpcomm --help"},
+      {"bgpcomm", "", 2, "A subcommand is required" + usage},
+      {"bgpcomm bogus", "", 2, "bogus is unknown" + usage},
+      {"bgpcomm summary", "", 2, "FILE is required" + usage},
       {"bgpcomm paths --community 65000:65536 $FILE", "", 2,
        "--community 65000:65536: neither two numbers up to 65535 with a colon between nor a known "
        "name"},
+      {"bgpcomm paths --rt 65536:65536 $KINDS", "", 2,
+       "--rt 65536:65536: neither AS:NUMBER nor ADDRESS:NUMBER within their bounds"},
       {"bgpcomm describe NoSuchType", "", 2,
        "NoSuchType: no such type, bgpcomm describe lists them"},
+      {"printf x >$STORE; bgpcomm restore $STORE", "", 1,
+       store_.name() + ": is too short for a store"},
+      {": >$STORE; bgpcomm save /nowhere --to $STORE; wc -c <$STORE", "0\n", 0,
+       "/nowhere: No such file or directory"},
   });
 }
 
-// One prefix of one peer: announced with a route target, with another, withdrawn; and a list with
-// two link bandwidths.
 TEST_F(Tool, KnowsAllFourListTypes) {
-  const auto message = [](const char* attributes, const char* nlri, const char* withdrawn = "") {
-    return messageRecord(update(octets(attributes), octets(nlri), octets(withdrawn)));
-  };
-  const TemporaryFile file(message("c00804fde80064 c01010 030b000000000007 0002fde800000064 c02018"
-                                   "0000fde80000000100000002 0000fde80000000100000001"
-                                   "c01914 0002 20010db8000000000000000000000001 0064",
-                                   "180a0102") +
-                           message("c01008 02020000fde80064", "180a0102") +
-                           message("", "", "180a0102") +
-                           message("c01010 4004fde84e000000 4004fde84d000000", "180a0103"));
-  const TemporaryFile store;
-  ::setenv("KINDS", file.name().c_str(), 1);
-  ::setenv("STORE", store.name().c_str(), 1);
-  const std::string time = "2023-11-14T22:13:20Z\t", start = time + "192.0.2.1 AS64600\t";
-  const std::string all = start +
+  const std::string all = start_ +
                           "10.1.2.0/24\t65000:100 RT:65000:100 Color:CO(00):7 "
                           "0002-IP6:2001:db8::1:100 65000:1:1 65000:1:2\n";
-  const std::string second = start + "10.1.2.0/24\tRT:65000:100\n";
-  const std::string refused = file.name() + ": 1 malformed, the first linkBandwidth (record 4, ";
+  const std::string come = time_ + "+\tRT:65000:100\n", gone = time_ + "-\tRT:65000:100\n";
   expectRuns({
-      {"bgpcomm paths --rt 65000:100 $KINDS 2>&-", all + second},
+      {"bgpcomm paths --rt 65000:100 $KINDS 2>&-", all + start_ + "10.1.2.0/24\tRT:65000:100\n"},
       {"bgpcomm paths --ext 0x0002FDE800000064 $KINDS 2>&-", all},
       {"bgpcomm paths --ext 000220010db80000000000000000000000010064 $KINDS 2>&-", all},
       {"bgpcomm paths --large 65000:1:2 --community 65000:100 $KINDS 2>&-", all},
       {"bgpcomm paths --rt 192.0.2.1:100 --rt 4200000000:65535 $KINDS 2>&-", ""},
-      {"bgpcomm paths --json $KINDS 2>&- | head -1 | cut -d, -f5-",
+      {"bgpcomm paths --json $KINDS 2>&- | head -1",
+       R"({"time":"2023-11-14T22:13:20Z","peer":"192.0.2.1","peerAs":64600,)"
+       R"("prefixes":[{"prefix":"10.1.2.0/24"}],)"
        R"("standard":["65000:100"],"extended":["RT:65000:100","Color:CO(00):7"],)"
        R"("ipv6Extended":["0002-IP6:2001:db8::1:100"],"large":["65000:1:1","65000:1:2"],)"
        R"("standardOctets":["fde80064"],)"
@@ -120,12 +114,12 @@ TEST_F(Tool, KnowsAllFourListTypes) {
        R"("ipv6ExtendedOctets":["000220010db80000000000000000000000010064"],)"
        R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"]})"
        "\n"},
-      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f5-8,13-",
-       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["linkBandwidth"]})"
-       "\n"},
-      {"bgpcomm verify $KINDS 2>&-", file.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
-      {"bgpcomm watch-rt $KINDS 2>&-", time + "+\tRT:65000:100\n" + time + "+\tRT:65000:100\n" +
-                                           time + "-\tRT:65000:100\n" + time + "-\tRT:65000:100\n"},
+      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13-",
+       "\"malformed\":[\"linkBandwidth\"]}\n"},
+      {"bgpcomm paths $KINDS 2>&1 >/dev/null | cut -d' ' -f3-7",
+       "1 malformed, the first linkBandwidth\n"},
+      {"bgpcomm verify $KINDS", kinds_.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
+      {"bgpcomm watch-rt $KINDS 2>&-", come + come + gone + gone},
       {"bgpcomm summary $KINDS $FILE >$STORE.a; bgpcomm save $KINDS $FILE --to $STORE\n"
        "bgpcomm restore $STORE | diff - $STORE.a | grep '^[<>]' | grep -v 'octets, "
        "sh\\|saved\\|seconds'\n"
@@ -134,38 +128,10 @@ TEST_F(Tool, KnowsAllFourListTypes) {
       {"bgpcomm summary --json $KINDS | tr -d ' \\n' | grep -o 'distinctR[^}]*' | head -1",
        R"(distinctRouteTargetSets":2,"types":{"00/02":1,"02/02":1,"03/0b":1)"
        "\n"},
-      {"printf x >$STORE; bgpcomm restore $STORE", "", 1,
-       store.name() + ": is too short for a store"},
-      {": >$STORE; bgpcomm save /nowhere --to $STORE; wc -c <$STORE", "0\n", 0,
-       "/nowhere: No such file or directory"},
-      {"bgpcomm paths --rt 65536:65536 $KINDS", "", 2,
-       "--rt 65536:65536: neither AS:NUMBER nor ADDRESS:NUMBER within their bounds"},
+      {"bgpcomm summary $ALIKE | grep ' RT:\\| Color:' | tr -s ' '",
+       " 2 RT:100:1 0x0002006400000001\n 1 RT:101:1\n 1 RT:100:1 0x0202000000640001\n"
+       " 1 Color:CO(00):7 0x030b000000000007\n 1 Color:CO(00):7 0x030b000100000007\n"},
   });
-  EXPECT_EQ(runTool("bgpcomm paths $KINDS").err.substr(9, refused.size()), refused);
-}
-
-// A route target whose AS number is written in two ways, a color with and without reserved bits.
-TEST_F(Tool, TellsApartWhatHasTheSameText) {
-  const auto path = [](const char* extended) {
-    return messageRecord(update(octets(std::string("c01010") + extended), ""));
-  };
-  const TemporaryFile file(path("0002006400000001 030b000000000007") +
-                           path("0202000000640001 030b000100000007") +
-                           path("0002006400000001 0002006500000001"));
-  ::setenv("ALIKE", file.name().c_str(), 1);
-  expectRuns({{"bgpcomm summary $ALIKE | grep ' RT:\\| Color:' | tr -s ' '",
-               " 2 RT:100:1 0x0002006400000001\n 1 RT:101:1\n 1 RT:100:1 0x0202000000640001\n"
-               " 1 Color:CO(00):7 0x030b000000000007\n 1 Color:CO(00):7 0x030b000100000007\n"},
-              {"bgpcomm paths --json $ALIKE | grep -o '\"extended[^]]*' | sed -n 3,4p",
-               "\"extended\":[\"RT:100:1\",\"Color:CO(00):7\"\n"
-               "\"extendedOctets\":[\"0202000000640001\",\"030b000100000007\"\n"},
-              {"bgpcomm decode --json c0101002020000006400010002006400000001 | cut -d, -f6-",
-               R"("RT:100:1"],"extendedOctets":["0002006400000001","0202000000640001"]})"
-               "\n"},
-              {"bgpcomm watch-rt --json $ALIKE | cut -d, -f2- | sed -n 3p",
-               R"("event":"come","routeTargets":["RT:100:1"],)"
-               R"("routeTargetsOctets":["0202000000640001"]})"
-               "\n"}});
 }
 
 TEST_F(Tool, CountsFilesAndTheirTotal) {
@@ -191,14 +157,11 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
               "standard":
               {"attributes": 6, "communities": 12, "distinctValues": 3, "distinctLists": 2}}
   })"_json);
-}
-
-TEST_F(Tool, ShowsFiguresAndHelpToPeopleIn80Columns) {
   expectRuns({{"bgpcomm summary $BROKEN 2>&- | grep '.\\{81\\}\\|paths  \\|trunc\\|first\\|per "
                "list\\|^  *[0-9]  [^ ]'",
                "  paths                          3\n"
                "    truncatedRecord              1\n"
-               "    first (record 4, octet 218)\n"
+               "    first (record 4, octet 210)\n"
                "  paths per list               1.5           0.0           0.0           0.0\n"
                "                   2  65000:100\n"
                "                   2  no-export\n"
@@ -210,44 +173,34 @@ TEST_F(Tool, ShowsFiguresAndHelpToPeopleIn80Columns) {
 }
 
 // Other people's dumps, against figures that another program computed.
-using RealData = ToolTest;
-
-TEST_F(RealData, FiguresAreAsExpectedAndListsGoBackToTheWireAsTheyCame) {
+TEST_F(Tool, FiguresOfRealDataAreAsExpectedAndListsGoBackToTheWireAsTheyCame) {
   const char* const named = std::getenv("BGPCOMM_DATA");
   const std::filesystem::path folder = named ? named : "../shared/data";
   if (!exists(folder / "expected.json"))
     GTEST_SKIP() << "no expected.json in $BGPCOMM_DATA, nor in ../shared/data";
   const auto all = nlohmann::json::parse(std::ifstream(folder / "expected.json"));
   ASSERT_FALSE(all.empty());
-  const TemporaryFile store;
   for (const auto& [name, expected] : all.items()) {
     SCOPED_TRACE(name);
     const std::string file = (folder / name).string();
     const ToolRun run = runTool("bgpcomm summary --json " + file);
     auto summary = nlohmann::json::parse(run.out, nullptr, false);
     ASSERT_TRUE(summary.contains("files")) << run.err;
-    const nlohmann::json& figures = summary["files"][0];
-    for (const char* const key : {"records", "paths", "malformed", "malformedBy"})
-      EXPECT_EQ(figures[key], expected[key]) << key;
     U64 lists = 0;
-    for (const char* const type : {"standard", "extended", "ipv6Extended", "large"}) {
-      EXPECT_EQ(figures[type], expected[type]) << type;
-      lists += expected[type]["attributes"].get<U64>();
+    for (const auto& [key, value] : expected.items()) {
+      EXPECT_EQ(summary["files"][0][key], value) << key;
+      lists += value.is_object() ? value.value("attributes", U64{0}) : 0;
     }
     const nlohmann::json& faults = expected["malformedBy"];
     EXPECT_EQ(run.exitCode, faults.contains("truncatedRecord") || faults.contains("compression"));
-
     EXPECT_EQ(runTool("bgpcomm verify " + file + " | sed 's/.*: //; s/,\\([0-9]\\)/\\1/g'").out,
               std::to_string(lists) + " lists compared, 0 differ, " + expected["malformed"].dump() +
                   " malformed\n");
     // Another process interns from the store what this one has interned from the file.
-    runTool("bgpcomm save " + file + " --to " + store.name());
-    auto restored = nlohmann::json::parse(runTool("bgpcomm restore --json " + store.name()).out,
-                                          nullptr, false);
-    ASSERT_TRUE(restored.contains("files"));
-    for (auto* both : {&restored, &summary})
-      (*both)["files"][0]["seconds"] = (*both)["total"]["seconds"] = 0;
-    EXPECT_EQ(restored, summary);
+    const std::string restored =
+        runTool("bgpcomm save " + file + " --to $STORE; bgpcomm restore --json $STORE").out;
+    const std::regex seconds("\"seconds\": .*");
+    EXPECT_EQ(std::regex_replace(restored, seconds, ""), std::regex_replace(run.out, seconds, ""));
   }
 }
 
