@@ -41,7 +41,7 @@ TEST_MEMORY = 8 << 30  # so much address space, should a fault ask for more and 
 PROGRAMS = {
     "platform": ["test_platform"],
     "attr": ["test_attr"],
-    "community": ["test_community"],
+    "community": ["test_community", "test_ip6"],
     "ip6": ["test_ip6", "test_community", "test_community-list"],
     "community-list": ["test_community-list"],
     "parse": ["test_parse"],
