@@ -12,6 +12,7 @@
 #include "tests/AllocationCounter.h"
 #include "tests/ClassShape.h"
 #include "tests/MemoryStore.h"
+#include "tests/Texts.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -104,18 +105,16 @@ TYPED_TEST(Family, FormatsAreTextBothWaysAndNoOtherText) {
     for (U32 bit = 0; bit < 6; ++bit)
       text += Mox::String("'strepFormat") + flags[bit] +
               "': " + (value >> bit & 1 ? "True" : "False") + (bit < 5 ? ", " : "})");
-    EXPECT_EQ(valueToStrep(Format(value)), text);
-    sequenceToValue(text, read);
+    expectText(Format(value), text);
     for (std::size_t index = 0; index < text.size(); ++index)
       for (const Mox::String& rest : {Mox::String(), '~' + text.substr(index + 1)})
         EXPECT_THROW(sequenceToValue(text.substr(0, index) + rest, read), Mox::ParseException)
             << index;
     EXPECT_THROW(sequenceToValue(text + ' ', read), Mox::ParseException);
-    EXPECT_EQ(read.value(), value);
   }
   EXPECT_THAT([&] { read.valueIs(0x40); },
               testing::ThrowsMessage<Mox::RangeException>("StrepFormat::value > 0x3f not allowed"));
-  EXPECT_EQ(read.value(), 0x3fu);
+  EXPECT_EQ(read.value(), 0u);
 }
 
 TYPED_TEST(Family, DestashGivesThePlainClassAndTellsTheManagerOnce) {
