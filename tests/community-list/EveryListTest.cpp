@@ -93,7 +93,9 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
     const U32 values = count > 5 ? TypeParam::values : 20;
     std::set<Octets> model;
     while (model.size() < count) model.insert(TypeParam::some(U32(random() % values)));
-    auto& [list, sorted] = held[round % held.size()] = {nullptr, {model.begin(), model.end()}};
+    auto& now = held[round % held.size()] = {nullptr, {model.begin(), model.end()}};
+    auto& list = now.first;
+    const Contents& sorted = now.second;
     Contents wild = sorted;
     for (const Octets& octets : sorted)
       if (random() % 4 == 0 && wild.size() < room) wild.push_back(octets);
@@ -107,9 +109,11 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
     if (round % 2) {  // made anew, of octets
       list = nullptr;
       const auto missed = List::lookupWire(table, wire);
+      const auto equal = [&](const auto& other) { return other.first && other.second == sorted; };
+      EXPECT_EQ(bool(missed), std::ranges::any_of(held, equal)) << "a look-up makes nothing";
       EXPECT_FALSE(missed.fault);
       list = dedupWire().list;
-      EXPECT_TRUE(!missed || missed.list == list) << "another round holds it";
+      EXPECT_TRUE(!missed || missed.list == list);
       expectContents<TypeParam>(*list, sorted);
     }
     const auto [fresh, fault, repeats] = this->fromWire(wire);
@@ -126,6 +130,25 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
   for (const auto& [list, sorted] : held) lists.insert(sorted);
   EXPECT_EQ(table->dedupHashTable()->members(), lists.size());
   if constexpr (InternsValues<List>) expectGroups(held, this->groups());
+}
+
+TYPED_TEST(EveryList, TakesNoMoreStorageThanItsValues) {
+  const auto storage = [] {
+    U64 octets = 0;
+    for (const auto& count : Mox::allocationCounts())
+      if (count.type.ends_with("(vector storage)")) octets += count.octets;
+    return octets;
+  };
+  constexpr bool pointers = InternsValues<typename TypeParam::List>;
+  Contents contents;
+  for (U32 n = 0; n < 40; ++n) contents.push_back(TypeParam::some(n / 2));
+  auto list = this->interned(contents);
+  U64 expected = 20 * (pointers ? sizeof(void*) : TypeParam::size);
+  if constexpr (pointers) expected += list->classificationLists().present().size_bytes();
+  EXPECT_EQ(storage(), expected);
+  list = nullptr;
+  list = this->kind().dedupWire(joined(contents)).list;
+  EXPECT_EQ(storage(), 0u) << "values stand behind the object";
 }
 
 TYPED_TEST(EveryList, MalformedAttributesGiveAReason) {
@@ -158,7 +181,7 @@ TYPED_TEST(EveryList, PlacesDependOnAllOfTheContentAndOnTheSeed) {
   std::set<U64> places;
   const U32 lists = std::min(TypeParam::values, 10000u) - 1;
   for (U32 n = 1; n <= lists; ++n)
-    for (const U64 seed : {0x9E3779B97F4A7C15, 0xC2B2AE3D27D4EB4F})
+    for (const U64 seed : {0x9E3779B97F4A7C15, 0xC2B2AE3D27D4EB4E})
       places.insert(TypeParam::List::placeOfMember(
           *this->interned({TypeParam::some(0), TypeParam::some(n)}), seed));
   EXPECT_GE(places.size(), 2 * lists - 2) << "of 2^32 places, hardly one twice";
