@@ -1,6 +1,7 @@
 // Preloaded into a program, lets allocations fail. They are counted from main's start on, those of
 // every library and thread, and threads themselves. $FAIL_AT is the number of the one that fails;
-// with $FAIL_ON all after it fail too. $COUNT_TO names a file for how many there were.
+// with $FAIL_ON all after it fail too. With $SHOW_COUNT standard error ends with how many there
+// were.
 #include <dlfcn.h>
 #include <pthread.h>
 
@@ -26,9 +27,9 @@ bool failOn = false;
 bool fails() {
   if (!counting) return false;
   const long number = ++count;
-  if (number != failAt && !(failOn && number > failAt && failAt > 0)) return false;
-  errno = ENOMEM;
-  return true;
+  const bool failing = number == failAt || (failOn && number > failAt);
+  if (failing) errno = ENOMEM;
+  return failing;
 }
 
 int (*theMain)(int, char**, char**);
@@ -39,11 +40,7 @@ int countedMain(int argc, char** argv, char** environment) {
   counting = true;
   const int code = theMain(argc, argv, environment);
   counting = false;
-  if (const char* const to = std::getenv("COUNT_TO"))
-    if (std::FILE* const file = std::fopen(to, "w")) {
-      std::fprintf(file, "%ld\n", count.load());
-      std::fclose(file);
-    }
+  if (std::getenv("SHOW_COUNT")) std::fprintf(stderr, "%ld\n", count.load());
   return code;
 }
 

@@ -38,15 +38,15 @@ fi
 # Runs a command; its output is in `out`, its messages in `err`.
 run() { LD_PRELOAD=$library "${@:2}" "$tool" $1 <lines >out 2>err; }
 
-run --version env COUNT_TO=count
-declaring=$(($(<count) - 50))  # the same allocations in every command
+run --version env SHOW_COUNT=1
+declaring=$(($(tail -1 err) - 50))  # the same allocations in every command
 
 failures=0 runs=0 number=0
 for command in "${commands[@]}"; do
-  rm -f count new.store
-  run "$command" env COUNT_TO=count
+  rm -f new.store
+  run "$command" env SHOW_COUNT=1
   sed '/seconds\|octets, shared/d' out >good
-  total=$(<count)
+  total=$(tail -1 err)
   file=$(grep -o '[a-z]*\.\(mrt\|store\)[.a-z0-9]*' <<<"$command" | tail -1 || true)
   for on in "" FAIL_ON=1; do
     named=

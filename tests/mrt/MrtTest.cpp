@@ -158,14 +158,10 @@ TEST(Mrt, CutsMessages) {
     U16 subtype;
     std::size_t asSize;
     bool sent = false, addPath = false;
-  } forms[] = {{1, 2},
-               {4, 4},
-               {6, 2, true},
-               {7, 4, true},
-               {8, 2, false, true},
-               {9, 4, false, true},
-               {10, 2, true, true},
-               {11, 4, true, true}};
+  } forms[] = {// clang-format off
+      {1, 2}, {4, 4}, {6, 2, true}, {7, 4, true},
+      {8, 2, false, true}, {9, 4, false, true}, {10, 2, true, true}, {11, 4, true, true}};
+  // clang-format on
   for (const auto& form : forms)
     for (const Bytes& peer : {ip4, ip6}) {
       const Bytes body = session(peer, form.asSize) + update(origin, prefixes);
@@ -199,9 +195,11 @@ TEST(Mrt, CutsMessages) {
       {"ADD-PATH that is none", sent("180a0102", 9), peer + " 10.1.2.0/24|"},
       {"bits behind a prefix", sent("0d0b0d"), peer + " 11.8.0.0/13|"},
       {"prefix cut short", sent("180a01"), peer + " ?|"},
-      {"MP_REACH_NLRI", messageRecord(update(octets("800e0f 0002 01 04 20010db8 00 20 20010db8 00"), "")),
+      {"MP_REACH_NLRI",
+       messageRecord(update(octets("800e0f 0002 01 04 20010db8 00 20 20010db8 00"), "")),
        peer + " 2001:db8::/32 ::/0 800e0f0002010420010db8002020010db800|"},
-      {"in a long attribute, multicast", messageRecord(update(octets("900e000a 0002 02 00 00 20 20010db8"), "")),
+      {"in a long attribute, multicast",
+       messageRecord(update(octets("900e000a 0002 02 00 00 20 20010db8"), "")),
        peer + " 2001:db8::/32m 900e000a000202000020" "20010db8|"},
       {"withdrawals", gone("180a0102 00"), peer + " -10.1.2.0/24 -0.0.0.0/0 |"},
       {"with ADD-PATH", gone("00000007 180a0102", 9), peer + " -10.1.2.0/24#7 |"},
@@ -282,11 +280,14 @@ TEST(Mrt, TakesPrefixesApart) {
       {{2, 2}, "20 20010db8", " 32 20010db8"},
       {{1, 4}, "48 000640 000651 0a0102", "000640000651 24 0a010200"},  // two, the second the last
       {{1, 128},
-       "87 000640 000651 0000fde800000064 0a0103",
-       "000640000651/0000fde800000064 23 0a010200"},
+       "87 000640 000651 0002fde800000064 0a0103",
+       "000640000651/0002fde800000064 23 0a010200"},
+      // One label, not marked as the last: no distinguisher begins with 0x0003.
+      {{1, 128}, "78 000640 0000010003fde800 64010203", "000640/0000010003fde800 32 64010203"},
       {{1, 129}, "48 0000fde800000065 0a", "/0000fde800000065 8 0a000000"},
       {{1, 128}, "57 000641 0000fde800000064", "none"},  // shorter than label and distinguisher
       {{1, 4}, "39 000641 0a01020304", "none"},          // 33 bits of IPv4
+      {{2, 129}, "c1 0000fde800000065 20010db8000000000000000000000000 00", "none"},  // 129
       {{1, 132}, "00", "none"},
       {{25, 128}, "00", "none"}};
   for (const auto& [family, digits, expected] : cases) {
@@ -348,12 +349,11 @@ TEST(Mrt, APrefixIsKnownByItsKeyAlone) {
 }
 
 TEST(Mrt, PathsAreKnownByPeerTableFamilyAndIdentifierToo) {
-  const Bytes one = octets("c0000201"), two = octets("c0000202"), ip6 = one + Bytes(12, '\0');
   const Bytes nlri = octets("180a0102");
   std::set<std::string> keys;
   unsigned count = 0;
-  for (const Bytes& address : {one, two, ip6, Bytes()})
-    for (const U32 asNumber : {64600u, 64601u, 64600u << 16})
+  for (const Bytes& address : {octets("c0000201"), octets("c0000201 00"), Bytes()})
+    for (const U32 asNumber : {64600u, 64600u << 16})
       for (const bool sent : {false, true})
         for (const AddressFamily family : {AddressFamily{1, 1}, {1, 2}, {2, 1}, {0x0101, 1}})
           for (const std::optional<U32> id : {std::optional<U32>(), {0}, {7}, {7u << 24}}) {
