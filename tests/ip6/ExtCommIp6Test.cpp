@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "ip6/ExtCommIp6ListDedupTable.h"
 #include "tests/Texts.h"
 
 namespace Routing::Bgp {
@@ -95,6 +96,13 @@ TEST(ExtCommIp6, Texts) {
                "ExtCommIp6.*: extCommIp6PktTypeNonTransIpv6Address_ == pktType\\(\\)");
   EXPECT_DEATH(plain(trans)->pktSubtypeTransIpv6AddressAsString(),
                ": !pktSubtype\\(\\).isUnspecified\\(\\)");
+}
+
+TEST(ExtCommIp6List, IsFrozenOnceATableHasIt) {
+  const auto list = extCommIp6ListFactory();
+  EXPECT_EQ(list->dedup(extCommIp6ListDedupTableFactory()), list);
+  EXPECT_DEATH(list->commVectorRawPtrNonConst(),
+               "dedupState\\(\\) == Orv::dedupHandleStateNeverDeduped\\(\\)");
 }
 
 }  // namespace
