@@ -62,30 +62,62 @@ void NotifyingRtExtCommListCollection::tell(const Notifier& notifier) {
       [&](NotifieeConst& notifiee) { notifiee.onRtExtCommList(notifier); });
 }
 
-void NotifyingRtExtCommListCollection::rtExtCommListIs(const Notifier& notifier) {
-  Mox::refuseNull(notifier, type.name(), "rtExtCommList");
-  Set one{notifier};
-  add(one.extract(one.begin()));
+NotifyingRtExtCommListCollection::~NotifyingRtExtCommListCollection() {
+  while (first_) unlink(Notifier(first_));
 }
 
-// A node that is not wanted goes when the lock has gone.
-void NotifyingRtExtCommListCollection::add(Set::node_type node) {
-  const Notifier notifier = node.value();
-  Set::insert_return_type added;
+/// Returns whether the notifier is new. REQUIRES: it was made for this collection; the lock is
+/// held.
+bool NotifyingRtExtCommListCollection::link(const Notifier& notifier) {
+  if (notifier->link_) return false;
+  notifier->link_ = &first_;
+  notifier->next_ = first_;
+  if (first_) first_->link_ = &notifier->next_;
+  first_ = Notifier(notifier).release();
+  ++linked_;
+  return true;
+}
+
+/// Returns the list's pointer to the notifier, or null if it is not there. As `link`.
+auto NotifyingRtExtCommListCollection::unlink(const Notifier& notifier) -> Notifier {
+  if (!notifier->link_) return nullptr;
+  *notifier->link_ = notifier->next_;
+  if (notifier->next_) notifier->next_->link_ = notifier->link_;
+  notifier->link_ = nullptr;
+  --linked_;
+  return Notifier::adopt(notifier.get());
+}
+
+void NotifyingRtExtCommListCollection::rtExtCommListIs(const Notifier& notifier) {
+  Mox::refuseNull(notifier, type.name(), "rtExtCommList");
+  Set one;  // a node made beforehand enters without memory
+  if (notifier->collection_ != this) one.insert(notifier);
+  bool isNew;
   {
     const std::lock_guard guard(mutex_);
-    added = rtExtCommList_.insert(std::move(node));
+    if (one.empty()) {
+      isNew = link(notifier);
+    } else {
+      others_.merge(one);
+      isNew = one.empty();
+    }
   }
-  if (added.inserted) tell(notifier);
+  if (isNew) tell(notifier);
 }
 
 void NotifyingRtExtCommListCollection::rtExtCommListDel(const Notifier& notifier) {
-  Set::node_type taken;  // keeps the notifier: `notifier` may be the member itself
+  if (!notifier) return;
+  // What the collection held goes when the lock has gone: `notifier` may be the member itself.
+  Notifier taken;
+  Set::node_type node;
   {
     const std::lock_guard guard(mutex_);
-    taken = rtExtCommList_.extract(notifier);
+    if (notifier->collection_ == this)
+      taken = unlink(notifier);
+    else if ((node = others_.extract(notifier)))
+      taken = node.value();
   }
-  if (taken) tell(taken.value());
+  if (taken) tell(taken);
 }
 
 void NotifyingRtExtCommListCollection::rtExtCommListDelAll() {
@@ -93,18 +125,23 @@ void NotifyingRtExtCommListCollection::rtExtCommListDelAll() {
 }
 
 bool NotifyingRtExtCommListCollection::rtExtCommListHas(const Notifier& notifier) const {
+  if (!notifier) return false;
   const std::lock_guard guard(mutex_);
-  return rtExtCommList_.contains(notifier);
+  return notifier->collection_ == this ? notifier->link_ != nullptr : others_.contains(notifier);
 }
 
 U32 NotifyingRtExtCommListCollection::rtExtCommLists() const {
   const std::lock_guard guard(mutex_);
-  return U32(rtExtCommList_.size());
+  return linked_ + U32(others_.size());
 }
 
 auto NotifyingRtExtCommListCollection::rtExtCommList() const -> std::vector<Notifier> {
   const std::lock_guard guard(mutex_);
-  return {rtExtCommList_.begin(), rtExtCommList_.end()};
+  std::vector<Notifier> all;
+  all.reserve(linked_ + others_.size());
+  for (auto* notifier = first_; notifier; notifier = notifier->next_) all.emplace_back(notifier);
+  all.insert(all.end(), others_.begin(), others_.end());
+  return all;
 }
 
 Mox::String NotifyingRtExtCommListCollection::rtExtCommListStringForm() const {
@@ -152,30 +189,23 @@ RtExtCommClassificationList* groupOf(Orv::DedupHandle* member) {
 
 }  // namespace
 
-/// The memory of a notifier and its node of the set, until a group comes for them.
+/// The memory of a notifier, until a group comes for it.
 class RtExtCommListLifeTimeNotifiee::Prepared final : public PreparedInsert {
   using Notifier = RtExtCommListLifeTimeNotifier;
 
  public:
-  Prepared() {
-    NotifyingRtExtCommListCollection::Set one{nullptr};
-    node_ = one.extract(one.begin());
-    memory_ = Notifier::operator new(sizeof(Notifier));
-  }
+  Prepared() : memory_(Notifier::operator new(sizeof(Notifier))) {}
   ~Prepared() override {
     if (memory_) Notifier::operator delete(memory_, sizeof(Notifier));
   }
   Notifier::Ptr notifierOf(const Mox::Ptr<Orv::DedupHandle>& group) {
     Notifier::Ptr notifier(::new (std::exchange(memory_, nullptr)) Notifier(group));
     notifier->hasNotificationActiveIs(true);
-    node_.value() = notifier;
     return notifier;
   }
-  NotifyingRtExtCommListCollection::Set::node_type takeNode() { return std::move(node_); }
 
  private:
-  NotifyingRtExtCommListCollection::Set::node_type node_;
-  void* memory_ = nullptr;
+  void* memory_;
 };
 
 auto RtExtCommListLifeTimeNotifiee::prepareInsert() const -> std::unique_ptr<PreparedInsert> {
@@ -190,13 +220,13 @@ void RtExtCommListLifeTimeNotifiee::handlePreparedInsert(
     const Mox::Ptr<Orv::DedupHandle>& group, std::unique_ptr<PreparedInsert> prepared) const {
   auto* const rtExtCommList = groupOf(group.get());
   MOX_ASSERT(!rtExtCommList->getLifeTimeNotifier(), "__null == rtExtCommList->lifeTimeNotifier()");
-  auto& mine = static_cast<Prepared&>(*prepared);
-  const auto notifier = mine.notifierOf(group);
+  const auto notifier = static_cast<Prepared&>(*prepared).notifierOf(group);
+  notifier->collection_ = collection_.get();
   rtExtCommList->lifeTimeNotifierIs(notifier);
   if (Mox::traceEnabled(traceLevel))
     traceLine(__LINE__, "handleInsert", this, " handle: ", rtExtCommList,
               " rtExtCommListLifeTimeNotifier: ", notifier);
-  collection_->add(mine.takeNode());
+  collection_->rtExtCommListIs(notifier);
 }
 
 // The group is dying: its notifier is what still holds it, and then its table.

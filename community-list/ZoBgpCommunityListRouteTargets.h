@@ -48,6 +48,8 @@
 
 namespace Routing::Bgp {
 
+class NotifyingRtExtCommListCollection;
+
 /// Follows one interned group of route targets. It keeps the group's memory, so its text can be
 /// read also when the group has gone; it does not keep the group interned.
 class RtExtCommListLifeTimeNotifier final
@@ -70,6 +72,17 @@ class RtExtCommListLifeTimeNotifier final
   }
   /// The group's text.
   Mox::String toStrep() const { return rtExtCommListRawPtr()->toStrep(); }
+
+ private:
+  friend class NotifyingRtExtCommListCollection;
+  friend class RtExtCommListLifeTimeNotifiee;
+
+  // The collection that it was made for; set before anybody knows the notifier. Perhaps gone.
+  const NotifyingRtExtCommListCollection* collection_ = nullptr;
+  // Guarded by the mutex of that collection: the notifier behind it there, and the pointer that
+  // leads to this one; null when it is not there.
+  mutable const RtExtCommListLifeTimeNotifier* next_ = nullptr;
+  mutable const RtExtCommListLifeTimeNotifier** link_ = nullptr;
 };
 
 /// The group's text; `NULL` for null.
@@ -85,10 +98,16 @@ class NotifyingRtExtCommListCollection final
   using Notifier = RtExtCommListLifeTimeNotifier::PtrConst;
   class NotifieeConst;
 
-  /// Adds a notifier, which is heard unless it is there already; O(log n). RangeException on null.
-  /// On `std::bad_alloc` nothing has changed.
+  NotifyingRtExtCommListCollection() = default;
+  ~NotifyingRtExtCommListCollection() override;
+
+  // O(1) for the notifiers of the collection's own table; O(log n) of the others for the others.
+
+  /// Adds a notifier, which is heard unless it is there already. RangeException on null. On
+  /// `std::bad_alloc` nothing has changed; a notifier of the collection's own table needs no
+  /// memory.
   void rtExtCommListIs(const Notifier& notifier);
-  /// Removes it, which is heard if it was there; O(log n). Needs no memory.
+  /// Removes it, which is heard if it was there. Needs no memory.
   void rtExtCommListDel(const Notifier& notifier);
   /// Removes all that are there now, one by one.
   void rtExtCommListDelAll();
@@ -104,14 +123,18 @@ class NotifyingRtExtCommListCollection final
 
  private:
   friend class RtExtCommListLifeTimeNotifiee;
-  // Ordered by identity. A node made beforehand enters without memory, as no hash table promises.
   using Set = std::set<Notifier>;
 
-  void add(Set::node_type node);
+  bool link(const Notifier& notifier);
+  Notifier unlink(const Notifier& notifier);
   void tell(const Notifier& notifier);
 
-  mutable std::mutex mutex_;  // guards the set
-  Set rtExtCommList_;
+  mutable std::mutex mutex_;  // guards all of the next three
+  // Notifiers that were made for this collection are linked through themselves: they come and go
+  // without memory or search, and each is counted once for standing here. Others are in a set.
+  const RtExtCommListLifeTimeNotifier* first_ = nullptr;
+  U32 linked_ = 0;
+  Set others_;
   mutable Mox::NotifieeList notifiees_;
 };
 
