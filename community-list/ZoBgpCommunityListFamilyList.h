@@ -16,6 +16,8 @@
 // 2. Lists of one table are equal exactly when they are the same object. REQUIRES: all lists of one
 //    table hold values of one value table; with two, equal contents are two lists.
 // 3. A list has at most one group per classification, in the order of classifications.
+// 4. An interned list holds its groups, and these hold the values: whoever holds the list finds every
+//    value alive, but `references()` of a value does not count the list.
 //
 // Threads: a list being built belongs to one thread; an interned one may be read from any.
 #pragma once
@@ -161,6 +163,7 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   void assertNeverDeduped() const;
 
   U32 totalTransitive_ = 0;
+  // Lent once there are groups, which hold the communities. The word is the place in the table.
   ExtCommVector<Value> comm_;
 
  private:
@@ -176,7 +179,7 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, const ValueTable* values,
                                        std::span<const U8> octets);
-  void makeGroups(const Table& table, void* room);
+  void makeGroups(const Table& table, void* room, U32 place);
   std::ostream& writeTo(std::ostream& stream) const;
 
   [[no_unique_address]] ExtCommGroupVector<Group> groups_;  // empty until interned

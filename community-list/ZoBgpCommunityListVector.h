@@ -67,7 +67,7 @@ class CommVector {
   CommVector(const CommVector&) = delete;
   CommVector& operator=(const CommVector&) = delete;
   ~CommVector() {
-    std::destroy_n(data_, size_);
+    if (!lent_) std::destroy_n(data_, size_);
     freeStorage();
   }
 
@@ -80,7 +80,7 @@ class CommVector {
 
   /// Appends; amortized O(1), the storage doubles. Asserts "size < 2^29".
   void add(T value) {
-    if (size_ == capacity_) moveTo(std::max(2 * size_, U32{1}));
+    if (size_ == capacity()) moveTo(std::max(2 * size_, U32{1}));
     new (data_ + size_) T(std::move(value));
     ++size_;
   }
@@ -92,7 +92,7 @@ class CommVector {
   }
   /// Makes room for `count` elements in total, if there is less. Asserts "size < 2^29".
   void reserve(U32 count) {
-    if (count > capacity_) moveTo(count);
+    if (count > capacity()) moveTo(count);
   }
   /// Sorts by `less`, keeps the first of equal elements, trims the storage to the size. O(n) when
   /// the elements ascend already, as those of most peers do. Does not touch `sorted`.
@@ -106,7 +106,7 @@ class CommVector {
   }
   /// Trims the storage to the size.
   void trim() {
-    if (size_ != capacity_) moveTo(size_);
+    if (size_ != capacity()) moveTo(size_);
   }
 
   /// Uses `count` elements' room behind an object; the object frees it and outlives the vector.
@@ -117,7 +117,26 @@ class CommVector {
     inside_ = true;
   }
   /// Octets of the room behind an object that the vector uses.
-  std::size_t roomOctets() const { return inside_ ? capacity_ * sizeof(T) : 0; }
+  std::size_t roomOctets() const { return inside_ ? capacity() * sizeof(T) : 0; }
+
+  // For elements that are counted pointers.
+
+  /// Drops the references; the elements can be read as before. They are taken again when the vector
+  /// grows. Until then it keeps a word of its owner's, in place of its capacity. REQUIRES: somebody
+  /// else holds the same objects for as long as the elements are read; the storage is trimmed.
+  void lend(U32 word) {
+    for (T& value : std::span(data_, size_)) const T held = T::adopt(value.get());
+    lent_ = true;
+    capacity_ = word;
+  }
+  /// REQUIRES: the references are dropped.
+  U32 word() const { return capacity_; }
+  /// Takes the references again. Needs no memory. REQUIRES: they are dropped.
+  void reclaim() {
+    for (const T& value : std::span(data_, size_)) (void)T(value).release();
+    lent_ = false;
+    capacity_ = size_;
+  }
 
   /// Whether the elements ascend and none is there twice. Set by the owner; not checked.
   bool sorted() const { return sorted_; }
@@ -126,11 +145,14 @@ class CommVector {
  private:
   using Allocator = Mox::TrackedAllocator<T>;
 
+  U32 capacity() const { return lent_ ? size_ : capacity_; }
   void freeStorage() {
-    if (data_ && !inside_) Allocator().deallocate(data_, capacity_);
+    if (data_ && !inside_) Allocator().deallocate(data_, capacity());
   }
   void moveTo(U32 count) {
     MOX_ASSERT(count <= longest, "size < 2^29");
+    if constexpr (requires { &T::release; })
+      if (lent_) reclaim();
     T* const to = count ? Allocator().allocate(count) : nullptr;
     std::uninitialized_move_n(data_, size_, to);
     std::destroy_n(data_, size_);
@@ -143,7 +165,8 @@ class CommVector {
   U32 size_ : 29 = 0;
   U32 inside_ : 1 = false;  // the storage is part of an object
   U32 sorted_ : 1 = false;
-  U32 capacity_ = 0;  // elements that the storage has room for, never less than `size_`
+  U32 lent_ : 1 = false;  // somebody else holds what the elements point at
+  U32 capacity_ = 0;      // elements that the storage has room for, at least `size_`; or a word
   T* data_ = nullptr;
 };
 

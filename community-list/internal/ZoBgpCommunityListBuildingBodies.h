@@ -60,19 +60,21 @@ auto ExtCommListOf<F>::dedup(const Table& table) -> ConstList {
   assertNeverDeduped();
   Mox::Ptr<Orv::DedupHandle> reference(static_cast<List*>(this));
   sortComms();
-  makeGroups(table, nullptr);
+  makeGroups(table, nullptr, placeOf(comm_, table->dedupHashTable()->seed()));
   try {
     return Mox::staticCast<const List>(table->dedup(std::move(reference)));
   } catch (...) {
-    groups_.groupsAre({}, nullptr);  // as if nothing had been tried
+    comm_.reclaim();  // as if nothing had been tried
+    groups_.groupsAre({}, nullptr);
     totalTransitive_ = 0;
     throw;
   }
 }
 
-/// Groups the sorted communities and interns the groups.
+/// Groups the sorted communities and interns the groups, which then hold the communities for the
+/// list, and keeps the list's place.
 template <class F>
-void ExtCommListOf<F>::makeGroups(const Table& table, void* room) {
+void ExtCommListOf<F>::makeGroups(const Table& table, void* room, U32 place) {
   std::array<U32, extCommClassificationOneBeyondLast> members{};
   U32 transitive = 0;
   for (const ConstValue& comm : comm_) {
@@ -94,6 +96,7 @@ void ExtCommListOf<F>::makeGroups(const Table& table, void* room) {
     MOX_ASSERT(interned[i]->commVectorSorted(), "_classificationList->commVectorSorted()");
   }
   groups_.groupsAre(std::move(interned), room);
+  comm_.lend(place);
   totalTransitive_ = transitive;
 }
 
@@ -118,10 +121,10 @@ auto ExtCommListOf<F>::dedupValues(const Table& table, ExtCommVector<Value>& sor
   U32 present = 0;
   for (const ConstValue& value : sorted) present |= 1u << groupIndex(*value);
   auto list = made(sorted, U32(std::popcount(present)));
-  // Behind the values, if they stand behind the object.
-  list->makeGroups(table,
-                   list->tailPointers_ ? const_cast<ConstValue*>(list->comm_.end()) : nullptr);
   list->comm_.trim();
+  // Behind the values, if they stand behind the object.
+  list->makeGroups(
+      table, list->tailPointers_ ? const_cast<ConstValue*>(list->comm_.end()) : nullptr, place);
   return Mox::staticCast<const List>(table->dedupHashTable()->dedup(std::move(list), place));
 }
 

@@ -66,10 +66,10 @@ U32 ExtCommListOf<F>::placeOf(const auto& comms, U64 seed) {
 }
 
 template <class F>
-U64 ExtCommListOf<F>::placeOfMember(const Orv::DedupHandle& member, U64 seed) {
-  const auto& comm = static_cast<const ExtCommListOf&>(member).comm_;
-  MOX_ASSERT(comm.sorted(), "commVectorSorted()");
-  return placeOf(comm, seed);
+U64 ExtCommListOf<F>::placeOfMember(const Orv::DedupHandle& member, U64) {
+  const auto& list = static_cast<const ExtCommListOf&>(member);
+  MOX_ASSERT(list.comm_.sorted(), "commVectorSorted()");
+  return list.comm_.word();
 }
 
 }  // namespace Routing::Bgp
