@@ -71,6 +71,7 @@ void octets(benchmark::State& state, const Workload& workload) {
   paths.reserve(workload.distinct.size());
   for (auto _ : state) {
     { Contender renewed; }
+    const NoFreePieces none;
     const std::size_t before = heapOctets();
     const auto table = std::make_unique<Contender>();
     internAll(*table, workload.distinct, paths);

@@ -15,8 +15,9 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
-#include "Mox/Types.h"
+#include "Mox/Allocation.h"
 
 namespace bench {
 
@@ -63,6 +64,26 @@ inline std::size_t heapOctets() {
   const struct mallinfo2 heap = mallinfo2();
   return heap.uordblks + heap.hblkhd;
 }
+
+/// Holds all free pieces of slabs that earlier benchmarks have left, so that what is measured in
+/// its scope shows in `heapOctets`.
+class NoFreePieces {
+ public:
+  NoFreePieces() {
+    for (std::size_t octets = 8; octets <= 256; octets += 8)
+      for (const std::size_t slabs = Mox::slabOctets(); slabs && Mox::slabOctets() == slabs;)
+        pieces_.emplace_back(tracker.allocate(octets), octets);
+  }
+  ~NoFreePieces() {
+    for (const auto& [memory, octets] : pieces_) tracker.deallocate(memory, octets);
+  }
+  NoFreePieces(const NoFreePieces&) = delete;
+  NoFreePieces& operator=(const NoFreePieces&) = delete;
+
+ private:
+  static constexpr Mox::AllocationTracker tracker{"free pieces"};
+  std::vector<std::pair<void*, std::size_t>> pieces_;
+};
 
 /// The seconds that `work(0)` and `work(1)` take on two threads at once. Passes in which one of
 /// them began late or lost its processor to somebody else say nothing about the two: they are

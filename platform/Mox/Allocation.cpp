@@ -6,6 +6,8 @@
 #include <array>
 #include <mutex>
 
+#include "Mox/internal/Slabs.h"
+
 namespace Mox {
 namespace {
 
@@ -13,13 +15,14 @@ constexpr U32 maxTypes = 256;
 constexpr U32 lastSlot = maxTypes - 1;  // shared by all types for which there is no other
 constexpr U32 maxThreads = 64;
 
-// The figures of one thread at a time. Differences may be "negative" where one thread frees what
-// another made; the sums wrap back.
+// The figures and the free memory of one thread at a time. Differences may be "negative" where one
+// thread frees what another made; the sums wrap back.
 struct alignas(64) Block {
   struct Figures {
     std::atomic<std::size_t> objects{0}, octets{0};
   };
   std::array<Figures, maxTypes> figures;
+  FreePieces memory;  // the thread's alone
   std::atomic<bool> taken{false};
 
   /// For the thread that has taken the block: written by it alone, read by any, hence atomic but
@@ -68,7 +71,8 @@ constinit Names names;
 [[gnu::tls_model("initial-exec")]] thread_local constinit Block* t_block = nullptr;
 [[gnu::tls_model("initial-exec")]] thread_local constinit bool t_asked = false;
 
-// Gives a thread's block back when the thread ends: with its figures, for a thread to come.
+// Gives a thread's block back when the thread ends: with its figures, for a thread to come, and
+// without free memory.
 class BlockReturn {
  public:
   BlockReturn() noexcept : made_(pthread_key_create(&key_, giveBack) == 0) {}
@@ -79,9 +83,11 @@ class BlockReturn {
   bool isPromised(Block& block) { return made_ && pthread_setspecific(key_, &block) == 0; }
 
  private:
-  static void giveBack(void* block) {
+  static void giveBack(void* taken) {
     t_block = nullptr;
-    static_cast<Block*>(block)->taken.store(false, std::memory_order_release);
+    auto* const block = static_cast<Block*>(taken);
+    block->memory.giveAll();
+    block->taken.store(false, std::memory_order_release);
   }
 
   pthread_key_t key_{};
@@ -99,6 +105,13 @@ Block* takeBlock() {
     break;
   }
   return nullptr;
+}
+
+/// Null for a thread that has none.
+Block* ownBlock() {
+  if (!t_block && !t_asked) [[unlikely]]
+    t_asked = true, t_block = takeBlock();
+  return t_block;
 }
 
 AllocationCount sum(U32 slot, std::string_view name) {
@@ -122,13 +135,24 @@ U32 AllocationTracker::slot() const noexcept {
   return slot;
 }
 
-void AllocationTracker::count(std::size_t objects, std::size_t octets) const noexcept {
-  if (!t_block && !t_asked) [[unlikely]]
-    t_asked = true, t_block = takeBlock();
-  if (t_block) [[likely]]
-    t_block->add(slot(), objects, octets);
-  else
-    sharedBlock.addShared(slot(), objects, octets);
+void* AllocationTracker::allocate(std::size_t octets) const {
+  if (Block* const block = ownBlock()) [[likely]] {
+    void* const memory = block->memory.take(octets);
+    block->add(slot(), 1, octets);
+    return memory;
+  }
+  void* const memory = FreePieces::takeShared(octets);
+  sharedBlock.addShared(slot(), 1, octets);
+  return memory;
+}
+
+void AllocationTracker::deallocate(void* memory, std::size_t octets) const noexcept {
+  if (Block* const block = ownBlock()) [[likely]] {
+    block->add(slot(), -std::size_t{1}, -octets);
+    return block->memory.give(memory, octets);
+  }
+  sharedBlock.addShared(slot(), -std::size_t{1}, -octets);
+  FreePieces::giveShared(memory, octets);
 }
 
 std::vector<AllocationCount> allocationCounts() {
@@ -145,6 +169,8 @@ AllocationCount allocationCount(std::string_view type) {
     if (count.type == type) return std::move(count);
   return {String(type), 0, 0};
 }
+
+std::size_t slabOctets() { return FreePieces::slabOctets(); }
 
 template <>
 const AllocationTracker& storageTracker<U32>() {

@@ -31,28 +31,24 @@ struct AllocationCount {
 std::vector<AllocationCount> allocationCounts();
 /// The figures of one type; zeros for a name never heard.
 AllocationCount allocationCount(std::string_view type);
+/// What the slabs take that the objects of these types stand in, in octets: free room included,
+/// objects that are too large for slabs not.
+std::size_t slabOctets();
 
 /// Counts one type. A named constant of the process, defined in a source file; trackers of the
-/// same name share their figures. Memory comes from `PtrInterface::moxMemAlloc`.
+/// same name share their figures. Memory of up to 256 octets comes from slabs, without headers;
+/// `MOX_SLABS=0` in the environment has all come from `operator new`.
 class AllocationTracker {
  public:
   /// REQUIRES: `type` outlives the tracker.
   explicit constexpr AllocationTracker(std::string_view type) : type_(type) {}
 
   /// Throws `std::bad_alloc` and counts nothing then.
-  void* allocate(std::size_t octets) const {
-    void* memory = PtrInterface::moxMemAlloc(octets);
-    count(1, octets);
-    return memory;
-  }
+  void* allocate(std::size_t octets) const;
   /// `octets` as given to `allocate`; the thread may be another.
-  void deallocate(void* memory, std::size_t octets) const noexcept {
-    count(-std::size_t{1}, -octets);
-    PtrInterface::moxMemDealloc(memory);
-  }
+  void deallocate(void* memory, std::size_t octets) const noexcept;
 
  private:
-  void count(std::size_t objects, std::size_t octets) const noexcept;
   U32 slot() const noexcept;
 
   std::string_view type_;

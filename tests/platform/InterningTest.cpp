@@ -18,7 +18,7 @@
 #include "Orv/ShardLock.h"
 #include "tests/ClassShape.h"
 
-static unsigned arraysLeft = ~0u;  // then memory ends
+static thread_local unsigned arraysLeft = ~0u;  // then memory ends
 
 // Replaced for the whole program, in which only the arrays of tables are allocated in this way.
 void* operator new[](std::size_t octets, const std::nothrow_t&) noexcept {
