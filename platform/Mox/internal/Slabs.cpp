@@ -44,7 +44,8 @@ struct Slab {
   U32 used = 0;            // pieces that have ever been in use: the first ones
 
   static Slab* of(void* piece) {
-    return reinterpret_cast<Slab*>(reinterpret_cast<std::uintptr_t>(piece) & -slabAlignment);
+    const auto inside = reinterpret_cast<std::uintptr_t>(piece) & (slabAlignment - 1);
+    return reinterpret_cast<Slab*>(static_cast<char*>(piece) - inside);
   }
   static U32 pieces(std::size_t pieceOctets) { return U32((slabSize - headOctets) / pieceOctets); }
   bool isWhole(std::size_t pieceOctets) const { return free == pieces(pieceOctets); }
