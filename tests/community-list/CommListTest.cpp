@@ -1,9 +1,5 @@
 // Standard and large lists, each by itself: names, flags, notations, snapshots, known lists.
-#include <iomanip>
-
 #include "Lists.h"
-#include "MoxStash/FileStore.h"
-#include "MoxStash/StoreWriter.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -11,16 +7,7 @@ namespace {
 constexpr U32 noExport = 0xFFFFFF01, noAdvertise = 0xFFFFFF02, localAs = 0xFFFFFF03,
               gshut = 0xFFFF0000;
 
-Mox::String streamed(const auto& list) {
-  std::ostringstream out;
-  // Width, base and fill of a stream are for its numbers, not for our text; null has none.
-  out << std::hex << std::setfill('*') << std::setw(40) << list
-      << std::remove_cvref_t<decltype(list)>();
-  return out.str();
-}
-
-class CommListTest : public ListsOf<Standard> {
- protected:
+struct CommListTest : ListsOf<Standard> {
   CommList::Ptr listOf(const std::vector<U32>& values) const {
     auto list = CommList::CommListIs();
     for (const U32 value : values) list->commIs(value);
@@ -28,14 +15,10 @@ class CommListTest : public ListsOf<Standard> {
   }
 };
 using CommListDeathTest = CommListTest;
-class LargeCommListTest : public ListsOf<Large> {};
+struct LargeCommListTest : ListsOf<Large> {};
 
 TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
-  const struct {
-    std::vector<U32> appended;
-    const char *numeric, *named;
-    U32 hash;
-  } cases[] = {
+  const std::tuple<std::vector<U32>, const char*, const char*, U32> cases[] = {
       {{}, "", "", 0},
       {{0}, "0:0", "internet", 0},
       {{5}, "0:5", "0:5", 0x667043ea},
@@ -49,11 +32,10 @@ TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
       {{localAs}, "65535:65283", "local-as", 0xcf990452},
       {{5, 3, 5, 1}, "0:1 0:3 0:5", "0:1 0:3 0:5", 0x2c28ec16},
       {{noExport, 0}, "0:0 65535:65281", "internet no-export", 0xd533f173},
+      // clang-format off
       {{localAs, noExport, gshut, 0x00010002},
-       "1:2 65535:0 65535:65281 65535:65283",
-       "1:2 GSHUT no-export local-as",
-       0xd3beb90e},
-  };
+       "1:2 65535:0 65535:65281 65535:65283", "1:2 GSHUT no-export local-as", 0xd3beb90e}};
+  // clang-format on
   for (const auto& [appended, numeric, named, hash] : cases) {
     const std::set<U32> values(appended.begin(), appended.end());
     const auto octetsOf = [&, numeric = numeric, named = named, hash = hash](const auto& list) {
@@ -62,9 +44,9 @@ TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
       EXPECT_EQ(list->toStrep(), named);
       EXPECT_EQ(streamed(list), named);
       EXPECT_EQ(list->hash(), hash);
-      EXPECT_EQ(list->noExport(), values.contains(noExport));
-      EXPECT_EQ(list->noAdvertise(), values.contains(noAdvertise));
-      EXPECT_EQ(list->noExportSubconfed(), values.contains(localAs));
+      EXPECT_EQ(std::tuple(list->noExport(), list->noAdvertise(), list->noExportSubconfed()),
+                std::tuple(values.contains(noExport), values.contains(noAdvertise),
+                           values.contains(localAs)));
       return joined(contentsOf(*list));
     };
     // The same of lists from elsewhere, each made anew.
@@ -83,6 +65,7 @@ TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
               std::strlen(numeric));
     EXPECT_STREQ(buffer.text().data(), numeric) << "a zero stands behind the text";
   }
+  EXPECT_EQ(streamed(CommList::PtrConst()), "");
 }
 
 TEST_F(LargeCommListTest, TextsAndHashOfKnownLists) {
@@ -103,6 +86,7 @@ TEST_F(LargeCommListTest, TextsAndHashOfKnownLists) {
   EXPECT_EQ(LargeCommList::displayString({65535, 0, 9}, true), "65535:0:9");
   const auto list = all->dedup(table());
   EXPECT_EQ(streamed(list), "65000:1:2 65536:0:0 4200000000:5:6");
+  EXPECT_EQ(streamed(LargeCommList::PtrConst()), "");
   EXPECT_EQ(list->commSnapshot()->toStrep(),
             "{65000:1:2: True, 65536:0:0: True, 4200000000:5:6: True}");
 }
@@ -115,30 +99,23 @@ ExtComm ExtCommIp6 : classification content pktType pktSubtype transitive
   toStrep toStrepForPolicy formatDerivedType formatSubtype hash compare compareByContent ;
 ExtComm : formatCommunityValue ;
 ExtCommAsNumber : fourByteAs asNumber localAdmin2Octets localAdmin4Octets formatAsNumber ;
-ExtCommIpv4Address : ipv4Address localAdmin ;
-ExtCommLinkBandwidth : bandwidth ;
-ExtCommTunnelEncap : tunnelType ;
-ExtCommColor : color firstCoBit secondCoBit ;
-ExtCommOriginValidationState : state ;
-ExtComm::StrepFormat ExtCommIp6::StrepFormat : value valueIs ;
+ExtCommIpv4Address : ipv4Address localAdmin ; ExtCommLinkBandwidth : bandwidth ;
+ExtCommTunnelEncap : tunnelType ; ExtCommColor : color firstCoBit secondCoBit ;
+ExtCommOriginValidationState : state ; ExtComm::StrepFormat ExtCommIp6::StrepFormat : value valueIs ;
 ExtCommDedupTable ExtCommIp6DedupTable : dedupHashTable parseExtCommRule handleInitialized dumpState ;
 ExtCommIp6Content : type subtype addr localAdmin ExtCommIp6Content ;
-CommList LargeCommList : comm commVectorSorted commsStringForm getStringValue empty comms commIs
-  commSnapshot dedup serialize hash compare ;
+CommList LargeCommList ExtCommList ExtCommIp6List : comm commVectorSorted commsStringForm empty comms
+  commIs commSnapshot dedup serialize hash compare ;
+CommList LargeCommList ExtCommList : getStringValue ; LargeCommList : displayString ;
 CommList : noExport noAdvertise noExportSubconfed commsWellKnownStringForm wellKnownName ;
-LargeCommList : displayString ;
-ExtCommList ExtCommIp6List : comm classificationList commVectorSorted totalCommunities
-  totalTransitiveCommunities comms empty commsStringForm toStrep hash commIs append
-  appendClassificationList expectedCommunityCountIs sortComms lookupExtComm commSnapshot dedup
-  serialize sendNonTransExtComms compare ;
-ExtCommList : snapshot commsWithoutClassificationStringForm getStringValue ;
+ExtCommList ExtCommIp6List : classificationList totalCommunities totalTransitiveCommunities toStrep append
+  appendClassificationList expectedCommunityCountIs sortComms lookupExtComm sendNonTransExtComms ;
+ExtCommList : snapshot commsWithoutClassificationStringForm ;
 ExtCommClassificationList ExtCommIp6ClassificationList : classification comm comms commVectorSorted
   toStrep hash commIs compare commSnapshot dedup ;
-RtExtCommClassificationList : lifeTimeNotifier ;
+RtExtCommClassificationList : lifeTimeNotifier ; RtExtCommListLifeTimeNotifiee : ;
 RtExtCommListLifeTimeNotifier : rtExtCommListRawPtr comm toStrep ;
-RtExtCommListLifeTimeNotifiee : ;
-NotifyingRtExtCommListCollection : rtExtCommList dumpState ;
-CommListSnapshot : comm ;
+NotifyingRtExtCommListCollection : rtExtCommList dumpState ; CommListSnapshot : comm ;
 ExtCommListSnapshot ExtCommIp6ListSnapshot : classificationList comm ;
 ExtCommClassificationListSnapshot ExtCommIp6ClassificationListSnapshot : classification comm ;
 CommListDedupTableBase : initDedupTable dedupHashTable dedup dumpState ;
@@ -195,11 +172,11 @@ TEST_F(CommListTest, SnapshotIsACopyThatCanChange) {
 
 TEST_F(CommListDeathTest, FlagsAreOfInternedLists) {
   const auto sorted = fromWire(Octets{0, 0, 0, 1}).list;
-  for (const auto flag :
-       {&CommList::noExport, &CommList::noAdvertise, &CommList::noExportSubconfed})
-    EXPECT_DEATH((*sorted.*flag)(),
-                 ": __null == \\( this \\) \\|\\| \\( this \\)->dedupState\\(\\) != "
-                 "Orv::dedupHandleStateNeverDeduped\\(\\)\n");
+  expectDeaths(
+      ": __null == \\( this \\) \\|\\| \\( this \\)->dedupState\\(\\) != "
+      "Orv::dedupHandleStateNeverDeduped\\(\\)\n",
+      {[&] { sorted->noExport(); }, [&] { sorted->noAdvertise(); },
+       [&] { sorted->noExportSubconfed(); }});
 }
 
 }  // namespace

@@ -1,48 +1,43 @@
 // What holds of lists of every type. A further list type is a further struct in Lists.h.
 #include "Lists.h"
-#include "Mox/Trace.h"
-#include "MoxStash/FileStore.h"
 #include "Restored.h"
 #include "attr/ZoBgpGlobals.h"
-#include "tests/AllocationCounter.h"
 
 namespace Routing::Bgp {
 namespace {
 
 template <class T>
-class EveryList : public ListsOf<T> {};
+using EveryList = ListsOf<T>;
 using ListTypes = testing::Types<Standard, Large, EightOctets, TwentyOctets>;
 TYPED_TEST_SUITE(EveryList, ListTypes);
 
 /// The attribute, header and value.
 Mox::String attribute(U32 type, const Octets& value) {
-  const Octets header = value.size() > 255 ? Octets{0xD0, U8(type)} + number(value.size(), 2)
-                                           : Octets{0xC0, U8(type), U8(value.size())};
-  const Octets all = header + value;
+  const bool extended = value.size() > 255;
+  const Octets all =
+      Octets{U8(extended ? 0xD0 : 0xC0), U8(type)} + number(value.size(), extended ? 2 : 1) + value;
   return {all.begin(), all.end()};
 }
 
 template <class T>
 void expectContents(const typename T::List& list, const Contents& sorted) {
   EXPECT_EQ(contentsOf(list), sorted);
-  EXPECT_EQ(list.comms(), sorted.size());
-  EXPECT_EQ(list.empty(), sorted.empty());
+  EXPECT_EQ(std::tuple(list.comms(), list.empty()), std::tuple(sorted.size(), sorted.empty()));
   for (const Octets& octets : sorted) EXPECT_TRUE(list.comm(T::content(octets)));
-  const std::set<Octets> model(sorted.begin(), sorted.end());
   for (U32 n = 0; n < 20; ++n)
-    EXPECT_EQ(bool(list.comm(T::content(T::some(n)))), model.contains(T::some(n)));
+    EXPECT_EQ(bool(list.comm(T::content(T::some(n)))),
+              std::ranges::binary_search(sorted, T::some(n)));
   if constexpr (InternsValues<typename T::List>) {
-    Contents transitive;
-    for (const Octets& octets : sorted)
-      if (!(octets[0] & 0x40)) transitive.push_back(octets);
+    Contents transitive = sorted;
+    std::erase_if(transitive, [](const Octets& octets) { return octets[0] & 0x40; });
     EXPECT_EQ(list.totalTransitiveCommunities(), transitive.size());
     for (const auto& [all, sent] : {std::pair(true, sorted), std::pair(false, transitive)})
       EXPECT_EQ(list.serialize(all), sent.empty() ? "" : attribute(T::attribute, joined(sent)));
   } else {
     EXPECT_EQ(list.serialize(), attribute(T::attribute, joined(sorted)));
-    Mox::String text;
+    Mox::String text = sorted.empty() ? " " : "";
     for (const Octets& octets : sorted) text += T::List::getStringValue(T::content(octets)) + ' ';
-    EXPECT_EQ(list.commsStringForm(), text.substr(0, text.size() - !text.empty()));
+    EXPECT_EQ(list.commsStringForm() + ' ', text);
     EXPECT_EQ(Mox::Type::read(list, "commsStringForm"), list.commsStringForm());
   }
 }
@@ -105,15 +100,13 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
     expectContents<TypeParam>(*list, sorted);
     if (wild.empty()) continue;  // an attribute without values is malformed
     const Octets wire = joined(wild);
-    const auto dedupWire = [&] { return this->kind().dedupWire(wire); };
     if (round % 2) {  // made anew, of octets
       list = nullptr;
       const auto missed = List::lookupWire(table, wire);
       const auto equal = [&](const auto& other) { return other.first && other.second == sorted; };
       EXPECT_EQ(bool(missed), std::ranges::any_of(held, equal)) << "a look-up makes nothing";
-      EXPECT_FALSE(missed.fault);
-      list = dedupWire().list;
-      EXPECT_TRUE(!missed || missed.list == list);
+      list = this->kind().dedupWire(wire).list;
+      EXPECT_TRUE(!missed.fault && (!missed || missed.list == list));
       expectContents<TypeParam>(*list, sorted);
     }
     const auto [fresh, fault, repeats] = this->fromWire(wire);
@@ -121,7 +114,7 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
     EXPECT_EQ(repeats, wild.size() - sorted.size());
     EXPECT_EQ(fresh->dedup(table), list);
     const std::size_t before = allocations;
-    for (const auto& found : {List::lookupWire(table, wire), dedupWire()})
+    for (const auto& found : {List::lookupWire(table, wire), this->kind().dedupWire(wire)})
       EXPECT_TRUE(found.list == list && found.repeats == repeats);
     EXPECT_EQ(allocations, before) << "a hit allocates nothing";
     EXPECT_TRUE(list->hasNotificationActive());
@@ -191,8 +184,7 @@ TYPED_TEST(EveryList, PlacesDependOnAllOfTheContentAndOnTheSeed) {
 }
 
 // The manager of a store, told of each object that is restored.
-class HeardStore final : public MoxStash::StoreManager {
- public:
+struct HeardStore final : MoxStash::StoreManager {
   explicit HeardStore(const MoxStash::StoreWriter& writer) : store("NAME", writer.octets()) {}
   const void* translate(MoxStash::StoreReference at, U64 size, U32 alignment) const override {
     return store.translate(at, size, alignment);
@@ -243,24 +235,23 @@ TYPED_TEST(EveryList, StoresKeepTheOrderAndRefuseAFalseOne) {
 }
 
 TYPED_TEST(EveryList, MisuseEndsTheProcess) {
+  using List = typename TypeParam::List;
   const Octets a = TypeParam::some(0), b = TypeParam::some(1);
   const auto list = this->built({std::max(a, b), std::min(a, b)});
-  std::vector<std::function<void()>> reads = {[&] { list->comm(TypeParam::content(a)); },
-                                              [&] { this->table()->dedup(list); }};
-  if constexpr (InternsValues<typename TypeParam::List>)
-    reads.insert(reads.end(), {[&] { list->serialize(false); }, [&] { list->totalCommunities(); }});
-  else
-    reads.insert(reads.end(), {[&] { list->serialize(); }, [&] { list->hash(); },
-                               [&] { list->commSnapshot(); }, [&] { list->compare(list.get()); }});
-  for (const auto& read : reads) EXPECT_DEATH(read(), ": commVectorSorted(\\(\\))?\n");
-  std::vector<std::function<void()>> withoutTable = {
-      [&] { list->dedup(nullptr); }, [&] { TypeParam::List::lookupWire(nullptr, a); }};
-  if constexpr (InternsValues<typename TypeParam::List>)
-    withoutTable.insert(withoutTable.end(),
-                        {[&] { TypeParam::List::fromWire(nullptr, a); },
-                         [&] { TypeParam::List::dedupWire(this->table(), nullptr, a); },
-                         [&] { list->dedupContents(this->table(), nullptr); }});
-  for (const auto& use : withoutTable) EXPECT_DEATH(use(), ": __null != (table|.*values)\n");
+  const char* const unsorted = ": commVectorSorted(\\(\\))?\n";
+  const char* const noTable = ": __null != (table|.*values)\n";
+  expectDeaths(unsorted,
+               {[&] { list->comm(TypeParam::content(a)); }, [&] { this->table()->dedup(list); }});
+  expectDeaths(noTable, {[&] { list->dedup(nullptr); }, [&] { List::lookupWire(nullptr, a); }});
+  if constexpr (InternsValues<List>) {
+    expectDeaths(unsorted, {[&] { list->serialize(false); }, [&] { list->totalCommunities(); }});
+    expectDeaths(noTable, {[&] { List::fromWire(nullptr, a); },
+                           [&] { List::dedupWire(this->table(), nullptr, a); },
+                           [&] { list->dedupContents(this->table(), nullptr); }});
+  } else {
+    expectDeaths(unsorted, {[&] { list->serialize(); }, [&] { list->hash(); },
+                            [&] { list->commSnapshot(); }, [&] { list->compare(list.get()); }});
+  }
   list->dedup(this->table());
   EXPECT_DEATH(list->commIs(this->value(a)),
                ": (!commVectorSorted\\(\\)\n|.*dedupHandleStateNever)");
@@ -280,23 +271,17 @@ TEST_F(ListTest, TablesDumpAndAreThreadSafeWhenTheAgentIs) {
   const auto context = Mox::makeNew<Orv::DumpContext>();
   tables->forEachKind([&](const auto& kind) { kind.lists()->dumpState(context, 1); });
   extended.lists()->notifyingRtExtCommListCollection()->dumpState(context, 0);
-  EXPECT_EQ(context->text(), R"( DedupTable   members: 0
- ExtCommListDedupTable
-   extComm
-     members: 1
-   extCommClassification
-     members: 1
-   rtExtCommClassification
-     members: 1
- ExtCommListDedupTable
-   extComm
-     members: 0
-   extCommClassification
-     members: 0
- DedupTable   members: 0
-NotifyingRtExtCommListCollection rtExtCommLists #1;
-  rtExtCommList extCommClassificationRouteTarget : <RouteTarget2ByteASN 65000:100 0x0002fde800000064>
-)");
+  EXPECT_EQ(
+      context->text(),
+      // clang-format off
+            " DedupTable   members: 0\n"
+            " ExtCommListDedupTable\n   extComm\n     members: 1\n   extCommClassification\n     members: 1\n"
+            "   rtExtCommClassification\n     members: 1\n"
+            " ExtCommListDedupTable\n   extComm\n     members: 0\n   extCommClassification\n     members: 0\n"
+            " DedupTable   members: 0\n"
+            "NotifyingRtExtCommListCollection rtExtCommLists #1;\n  rtExtCommList "
+            "extCommClassificationRouteTarget : <RouteTarget2ByteASN 65000:100 0x0002fde800000064>\n");
+  // clang-format on
 }
 
 }  // namespace

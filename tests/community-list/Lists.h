@@ -2,13 +2,19 @@
 // and layout are checked against something that the library did not make.
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <iomanip>
 #include <random>
 #include <set>
-#include <sstream>
+#include <thread>
 
+#include "Mox/Trace.h"
+#include "MoxStash/FileStore.h"
+#include "MoxStash/StoreWriter.h"
 #include "path/ZoBgpCommunityTables.h"
+#include "tests/AllocationCounter.h"
+#include "tests/HexOctets.h"
 
 namespace Routing::Bgp {
 
@@ -26,7 +32,7 @@ inline Octets operator+(Octets a, const Octets& b) {
 }
 inline Octets joined(const Contents& contents) {
   Octets all;
-  for (const Octets& octets : contents) all = all + octets;
+  for (const Octets& octets : contents) all.insert(all.end(), octets.begin(), octets.end());
   return all;
 }
 inline U32 word(const Octets& octets, std::size_t at = 0) {
@@ -87,14 +93,11 @@ struct TwentyOctets {
 };
 
 /// Tables of all list types, of which nothing is left when a test is over: no member, no octet.
-class ListTest : public testing::Test {
- protected:
+struct ListTest : testing::Test {
   ~ListTest() override {
-    if (tables) {
-      EXPECT_EQ(members(), 0u);
-    }
+    EXPECT_EQ(tables ? members() : 0, 0u);
     tables.reset();
-    EXPECT_EQ(alive(), before_);
+    EXPECT_EQ(alive(), before);
   }
 
   U64 groups() const {
@@ -112,24 +115,20 @@ class ListTest : public testing::Test {
     });
     return members;
   }
-
- private:
   static std::map<Mox::String, std::size_t> alive() {
     std::map<Mox::String, std::size_t> octets;
     for (const auto& count : Mox::allocationCounts())
       if (count.octets || count.objects) octets[count.type] = count.octets;
     return octets;
   }
-  const std::map<Mox::String, std::size_t> before_ = alive();
 
- protected:
+  const std::map<Mox::String, std::size_t> before = alive();
   std::optional<CommunityTables> tables{std::in_place};
 };
 
 /// The words for one list type.
 template <class T>
-class ListsOf : public ListTest {
- protected:
+struct ListsOf : ListTest {
   using List = typename T::List;
 
   const auto& kind() const { return tables->of<List>(); }
@@ -153,6 +152,19 @@ class ListsOf : public ListTest {
       return List::fromWire(octets);
   }
 };
+
+/// Each act ends the process with this message.
+inline void expectDeaths(const char* message, const std::vector<std::function<void()>>& acts) {
+  for (const auto& act : acts) EXPECT_DEATH(act(), message);
+}
+
+/// On a stream whose width, base and fill are for its numbers, not for our text.
+inline Mox::String streamed(const auto& object, std::ios::fmtflags flags = {}) {
+  std::ostringstream out;
+  out.setf(flags);
+  out << std::hex << std::setfill('*') << std::setw(40) << object;
+  return out.str();
+}
 
 /// The contents of a list in its order, as octets.
 inline Contents contentsOf(const auto& list) {

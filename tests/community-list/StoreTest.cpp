@@ -1,16 +1,12 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <bit>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 
 #include "Lists.h"
-#include "MoxStash/StoreWriter.h"
 #include "Restored.h"
-#include "tests/HexOctets.h"
 #include "tests/path/PathProperties.h"
 
 namespace Routing::Bgp {
@@ -19,9 +15,9 @@ namespace {
 using MoxStash::FileStore;
 using MoxStash::StoreException;
 using MoxStash::StoreWriter;
+using Objects = std::vector<MoxStash::DedupHandle::PtrConst>;
 
-class StoreTest : public ListTest {
- protected:
+struct StoreTest : ListTest {
   // Both processes of a test have the same folder.
   StoreTest() {
     std::string made = testing::TempDir() + "/store-XXXXXX";
@@ -31,16 +27,15 @@ class StoreTest : public ListTest {
   }
   ~StoreTest() override { std::filesystem::remove_all(folder); }
 
-  // The interned list of these values, and one that is not interned.
+  // The interned list of these values.
   template <class List>
   auto list(const char* values) const {
     return tables->of<List>().dedupWire(hexOctets(values)).list;
   }
-  static auto standardOf(const char* values) { return CommList::fromWire(hexOctets(values)).list; }
   // The lists of so many paths, an empty list of every type, and values.
-  std::vector<MoxStash::DedupHandle::PtrConst> addSome(StoreWriter& writer, U32 paths, U32 most) {
+  Objects addSome(StoreWriter& writer, U32 paths, U32 most) {
     std::mt19937 random(4);
-    std::vector<MoxStash::DedupHandle::PtrConst> added;
+    Objects added;
     const auto add = [&](const auto& object) {
       if (std::find(added.begin(), added.end(), object) != added.end()) return;
       writer.add(object, added.size());
@@ -59,8 +54,8 @@ class StoreTest : public ListTest {
     return added;
   }
   // The interned objects of all roots.
-  std::vector<MoxStash::DedupHandle::PtrConst> restoreAll(const FileStore& store) {
-    std::vector<MoxStash::DedupHandle::PtrConst> all;
+  Objects restoreAll(const FileStore& store) {
+    Objects all;
     for (const auto& root : store.roots()) {
       EXPECT_EQ(root.figure, all.size());
       tables->restore(root, store, [&](const auto& object) { all.push_back(object); });
@@ -125,32 +120,21 @@ TEST_F(StoreTest, FileIsAsItsLayoutSays) {
   EXPECT_EQ(writer.add(list<CommList>("fde80064 00010002"), 3), 72u);
   writer.noteIs("paths", "to be replaced");
   writer.noteIs("paths", "12");
-  const U8 expected[] = {
-      0x89, 'Z',  'S',  'T',  '\r', '\n', 0x1A, '\n',  // magic
-      4,    3,    2,    1,    1,    0,    8,    0,     // byte order, version, octets of a reference
-      176,  0,    0,    0,    0,    0,    0,    0,     // length
-      0xE5, 0x5F, 0x11, 0xC6, 0x8B, 0xB7, 0xAF, 0x27,  // checksum
-      104,  0,    0,    0,    0,    0,    0,    0,
-      1,    0,    0,    0,    0,    0,    0,    0,  // roots
-      144,  0,    0,    0,    0,    0,    0,    0,
-      1,    0,    0,    0,    0,    0,    0,    0,     // notes
-      2,    0,    1,    0,    0x64, 0,    0xE8, 0xFD,  // 64: the elements
-      64,   0,    0,    0,    0,    0,    0,    0,
-      72,   0,    0,    0,    0,    0,    0,    0,  // 72: the list: begin, end
-      72,   0,    0,    0,    0,    0,    0,    0,
-      1,    0,    0,    0,    0,    0,    0,    0,  //     capacity, sorted
-      72,   0,    0,    0,    0,    0,    0,    0,
-      3,    0,    0,    0,    0,    0,    0,    0,  // 104: the root: reference, figure
-      8,    0,    0,    0x80, 0,    0,    0,    0,  //     kind: a list of attribute 8
-      'p',  'a',  't',  'h',  's',  0,    0,    0,  // 128: a note's name
-      '1',  '2',  0,    0,    0,    0,    0,    0,  // 136: its octets
-      128,  0,    0,    0,    0,    0,    0,    0,
-      5,    0,    0,    0,    0,    0,    0,    0,  // 144: where both stand
-      136,  0,    0,    0,    0,    0,    0,    0,
-      2,    0,    0,    0,    0,    0,    0,    0};
   const std::string octets = writer.octets();
-  EXPECT_EQ(std::vector<U8>(octets.begin(), octets.end()),
-            std::vector<U8>(std::begin(expected), std::end(expected)));
+  EXPECT_EQ(
+      Octets(octets.begin(), octets.end()),
+      hexOctets(
+          // clang-format off
+      "895a53540d0a1a0a 0403020101000800"  // magic; byte order, version, octets of a reference
+      "b000000000000000 e55f11c68bb7af27"  // length, checksum
+      "6800000000000000 0100000000000000 9000000000000000 0100000000000000"  // roots, notes
+      "020001006400e8fd"                   // 64: the elements
+      "4000000000000000 4800000000000000"  // 72: the list: begin, end,
+      "4800000000000000 0100000000000000"  //     capacity, sorted
+      "4800000000000000 0300000000000000 0800008000000000"  // 104: the root: reference, figure, kind: a list
+      "7061746873000000 3132000000000000"  // 128: a note's name, 136: its octets
+      "8000000000000000 0500000000000000 8800000000000000 0200000000000000"));  // 144: where both stand
+  // clang-format on
   const FileStore store("NAME", octets);
   EXPECT_EQ(store.note("paths"), "12");
   EXPECT_EQ(store.note("path"), std::nullopt);
@@ -159,8 +143,7 @@ TEST_F(StoreTest, FileIsAsItsLayoutSays) {
 TEST_F(StoreTest, NamesWhatIsWrong) {
   const auto stored = [](const auto&... lists) {
     StoreWriter writer;
-    (writer.add(lists, 1), ...);
-    return writer.octets();
+    return (writer.add(lists, 1), ..., writer.octets());
   };
   // Its layout is above.
   const std::string standardList = stored(list<CommList>("fde80064 00010002"));
@@ -171,14 +154,10 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
     both->append(list<ExtCommList>(one));
   const std::string bandwidths = stored(both);  // nothing is changed
   // 72 and 112: lists, 144: roots.
-  const std::string two = stored(standardOf("00000001"), standardOf("00000001"));
+  const Octets one{0, 0, 0, 1};
+  const std::string two = stored(CommList::fromWire(one).list, CommList::fromWire(one).list);
   const char* const outside = "stored reference is out of bounds";
-  const struct {
-    const std::string& octets;
-    std::size_t at, width;
-    U64 number;
-    const char* reason;
-  } cases[] = {
+  const std::tuple<const std::string&, U64, U32, U64, const char*> cases[] = {
       {standardList, 0, 1, 0x88, "is not a store"},
       {standardList, 8, 4, 0x04030201, "is of the other byte order"},
       {standardList, 8, 4, 0x03040102, "has no byte order that is known"},

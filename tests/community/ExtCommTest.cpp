@@ -4,8 +4,6 @@
 
 #include <iomanip>
 #include <locale>
-#include <map>
-#include <sstream>
 
 #include "community/ZoBgpCommunityWellKnown.h"
 #include "parse/BgpParseExtComm.h"
@@ -50,62 +48,58 @@ TEST(ExtCommContent, HashesAndIsStoredInDecimalAndOrderedUnsigned) {
 // where that is not its own name; then the numbers in hexadecimal and what is left of the names. A
 // ! marks what is named, yet no member.
 const char vocabulary[] = R"(
-BgpExtCommPktType - = 0 TransTwoOctetAs 1 TransIpv4Address 2 TransFourOctetAs 3 TransOpaque
-  4 TransQosMarking 5 TransCosCapability 6 TransEvpn 8 TransFlowspecRedirectNexthop
-  80 TransGeneric 81 TransGenericPart2 82 TransGenericPart3 40 NonTransTwoOctetAs
-  41 NonTransIpv4Address 42 NonTransFourOctetAs 43 NonTransOpaque 44 NonTransQosMarking !100 Unknown ;
+BgpExtCommPktType - = 0 TransTwoOctetAs 1 TransIpv4Address 2 TransFourOctetAs 3 TransOpaque 4 TransQosMarking
+  5 TransCosCapability 6 TransEvpn 8 TransFlowspecRedirectNexthop 80 TransGeneric 81 TransGenericPart2
+  82 TransGenericPart3 40 NonTransTwoOctetAs 41 NonTransIpv4Address 42 NonTransFourOctetAs 43 NonTransOpaque
+  44 NonTransQosMarking !100 Unknown ;
 BgpExtCommPktSubtypeTransTwoOctetAs 0 extCommPktSubtype 2 TransTwoOctetAsRouteTarget
-  3 TransTwoOctetAsRouteOrigin 5 TransTwoOctetAsOspfDomainIdentifier
-  8 TransTwoOctetAsBgpDataCollection 9 TransTwoOctetAsSourceAs a TransTwoOctetAsL2VpnIdentifier
-  10 TransTwoOctetAsCiscoVpnDistinguisher !14 NonTransTwoOctetAsLinkBandwidthAny
-  !100 TransTwoOctetAsUnknown ;
-BgpExtCommPktSubtypeTransIpv4Address 1 = 2 RouteTarget 3 RouteOrigin 5 OspfDomainIdentifier
-  7 OspfRouteId a L2VpnIdentifier b VrfRouteImport c FlowspecRedirectIp 10 CiscoVpnDistinguisher
+  3 TransTwoOctetAsRouteOrigin 5 TransTwoOctetAsOspfDomainIdentifier 8 TransTwoOctetAsBgpDataCollection
+  9 TransTwoOctetAsSourceAs a TransTwoOctetAsL2VpnIdentifier 10 TransTwoOctetAsCiscoVpnDistinguisher
+  !14 NonTransTwoOctetAsLinkBandwidthAny !100 TransTwoOctetAsUnknown ;
+BgpExtCommPktSubtypeTransIpv4Address 1 = 2 RouteTarget 3 RouteOrigin 5 OspfDomainIdentifier 7 OspfRouteId
+  a L2VpnIdentifier b VrfRouteImport c FlowspecRedirectIp 10 CiscoVpnDistinguisher !100 Unknown ;
+BgpExtCommPktSubtypeTransFourOctetAs 2 = 2 RouteTarget 3 RouteOrigin 4 Generic 5 OspfDomainIdentifier
+  8 BgpDataCollection 9 SourceAs 10 CiscoVpnDistinguisher !100 Unknown ;
+BgpExtCommPktSubtypeTransOpaque 3 extCommPktSubtypeTransOpaq 1 ueCostCommunity 3 ueOutboundRouteFilter
+  6 ueOspfRouteType b ueColorExtendedCommunity c ueEncapsulationExtendedCommunity d ueDefaultGateway
+  !100 eUnknown ;
+BgpExtCommPktSubtypeEvpn 6 = 0 MacMobility 1 EsiMplsLabel 2 EsImport 3 RouterMac 4 Layer2Attributes
   !100 Unknown ;
-BgpExtCommPktSubtypeTransFourOctetAs 2 = 2 RouteTarget 3 RouteOrigin 4 Generic
-  5 OspfDomainIdentifier 8 BgpDataCollection 9 SourceAs 10 CiscoVpnDistinguisher !100 Unknown ;
-BgpExtCommPktSubtypeTransOpaque 3 extCommPktSubtypeTransOpaq 1 ueCostCommunity
-  3 ueOutboundRouteFilter 6 ueOspfRouteType b ueColorExtendedCommunity
-  c ueEncapsulationExtendedCommunity d ueDefaultGateway !100 eUnknown ;
-BgpExtCommPktSubtypeEvpn 6 = 0 MacMobility 1 EsiMplsLabel 2 EsImport 3 RouterMac
-  4 Layer2Attributes !100 Unknown ;
-BgpExtCommPktSubtypeTransFlowspecRedirectNexthop 8 extCommPktSubtypeFlowspecRedirect 0 Nexthop
-  !100 Unknown ;
-BgpExtCommPktSubtypeTransGeneric 80 = 6 FlowspecTrafficRate 7 FlowspecTrafficAction
-  8 FlowspecRedirectAs2Byte 9 FlowspecTrafficRemarking a Layer2InfoExtendedCommunity b EtreeInfo
-  !100 Unknown ;
+BgpExtCommPktSubtypeTransFlowspecRedirectNexthop 8 extCommPktSubtypeFlowspecRedirect 0 Nexthop !100 Unknown ;
+BgpExtCommPktSubtypeTransGeneric 80 = 6 FlowspecTrafficRate 7 FlowspecTrafficAction 8 FlowspecRedirectAs2Byte
+  9 FlowspecTrafficRemarking a Layer2InfoExtendedCommunity b EtreeInfo !100 Unknown ;
 BgpExtCommPktSubtypeTransGenericPart2 81 = 8 FlowspecRedirectIpv4 !100 Unknown ;
 BgpExtCommPktSubtypeTransGenericPart3 82 = 8 FlowspecRedirectAs4Byte !100 Unknown ;
 BgpExtCommPktSubtypeNonTransTwoOctetAs 40 = 4 LinkBandwidth 80 VirtualNetworkIdentifier !100 Unknown ;
 BgpExtCommPktSubtypeNonTransIpv4Address 41 = !100 Unknown ;
 BgpExtCommPktSubtypeNonTransFourOctetAs 42 extCommPktSub 4 typeNonTransFourOctetAsGeneric
   !100 NonTransFourOctetAsUnknown ;
-BgpExtCommPktSubtypeNonTransOpaque 43 extCommPktSubtypeNonTrans 0 OriginValidationState
-  1 CostCommunity !100 OpaqueUnknown ;
+BgpExtCommPktSubtypeNonTransOpaque 43 extCommPktSubtypeNonTrans 0 OriginValidationState 1 CostCommunity
+  !100 OpaqueUnknown ;
 BgpExtCommIp6PktType - = 0 TransIpv6Address 40 NonTransIpv6Address !100 Unknown ;
 BgpExtCommIp6PktSubtypeTransIpv6Address - extCommIp6PktSubtype 2 RouteTarget 3 RouteOrigin
-  4 Ospf3RouteAttributes b VrfRouteImport c FlowspecRedirectIpv6 10 CiscoVpnDistinguisher
-  11 UuidRouteTarget 12 InterAreaP2MPNextHop !100 TransIpv6AddressUnknown ;
+  4 Ospf3RouteAttributes b VrfRouteImport c FlowspecRedirectIpv6 10 CiscoVpnDistinguisher 11 UuidRouteTarget
+  12 InterAreaP2MPNextHop !100 TransIpv6AddressUnknown ;
 BgpExtCommIp6PktSubtypeNonTransIpv6Address - = !100 Unknown ;
-ExtCommClassification - = 0 UnSpecified 1 RouteTarget 2 RouteOrigin 3 Evpn 4 TunnelEncap
-  5 DefaultGateway 6 Flowspec 7 LinkBandwidth 8 Color 9 OriginValidationState a OneBeyondLast ;
-BgpCommunityValue - community 0 Internet ffffff01 NoExport ffffff02 NoAdvertise
-  ffffff03 NoExportSubconfed ffff0000 Gshut ;
+ExtCommClassification - = 0 UnSpecified 1 RouteTarget 2 RouteOrigin 3 Evpn 4 TunnelEncap 5 DefaultGateway
+  6 Flowspec 7 LinkBandwidth 8 Color 9 OriginValidationState a OneBeyondLast ;
+BgpCommunityValue - community 0 Internet ffffff01 NoExport ffffff02 NoAdvertise ffffff03 NoExportSubconfed
+  ffff0000 Gshut ;
 TunnelType - = 1 L2tpv3OverIp 2 Gre 7 IpInIp 8 Vxlan 9 Nvgre a Mpls b MplsInGre c VxlanGpe ;
 OriginValidationState - - 0 valid 1 notFound 2 invalid ;
 )";
 
 // Each names subtypes of its own type, and of no other; in the order above.
-template <auto... operations>
-constexpr std::array inOrder{operations...};
-constexpr auto subtypeStrings = inOrder<
+// clang-format off
+constexpr std::array subtypeStrings{
     &ExtComm::pktSubtypeTransTwoOctetAsString, &ExtComm::pktSubtypeTransIpv4AddressString,
     &ExtComm::pktSubtypeTransFourOctetAsString, &ExtComm::pktSubtypeTransOpaqueString,
     &ExtComm::pktSubtypeEvpnString, &ExtComm::pktSubtypeFlowspecRedirectNexthopString,
     &ExtComm::pktSubtypeTransGenericString, &ExtComm::pktSubtypeTransGenericPart2String,
     &ExtComm::pktSubtypeTransGenericPart3String, &ExtComm::pktSubtypeNonTransTwoOctetAsString,
     &ExtComm::pktSubtypeNonTransIpv4AddressString, &ExtComm::pktSubtypeNonTransFourOctetAsString,
-    &ExtComm::pktSubtypeNonTransOpaqueString>;
+    &ExtComm::pktSubtypeNonTransOpaqueString};
+// clang-format on
 
 void checkSubtypes(U64 type, auto subtypeString, std::map<U64, Mox::String> names) {
   for (U64 octet = 0; octet < 256; ++octet) {
@@ -123,10 +117,8 @@ TEST(Vocabulary, NamesAndNumbersOfEveryEnumeration) {
   auto subtypeString = subtypeStrings.begin();
   for (Mox::String enumeration, type, prefix; in >> enumeration >> type >> prefix;) {
     if (prefix == "-") prefix.clear();
-    if (prefix == "=") {
-      prefix = enumeration.substr(enumeration.starts_with("Bgp") ? 3 : 0);
-      prefix[0] = char(std::tolower(prefix[0]));
-    }
+    if (prefix == "=") prefix = enumeration.substr(enumeration.starts_with("Bgp") ? 3 : 0);
+    if (!prefix.empty()) prefix[0] = char(std::tolower(prefix[0]));
     std::map<U64, Mox::String> members;
     std::ostringstream expected, found;
     for (Mox::String number, name; in >> number && number != ";" && in >> name;) {
@@ -151,12 +143,11 @@ struct Texts {
   ExtComm::Ptr (*make)(Content) = typed;
 };
 const Texts texts[] = {
+    // clang-format off
     {0x4304FDE800000005, "extCommPktTypeNonTransOpaque",
      "{CU:0304(NT):0xfd 0xe8 0x00 0x00 0x00 0x05}", plain},
-    {0x070200000000000F, "extCommPktTypeUnknown none", "{CU:0702:0x00 0x00 0x00 0x00 0x00 0x0f}",
-     subtyped},
-    {0x0002FDE800000064,
-     "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget ASN=65000",
+    {0x070200000000000F, "extCommPktTypeUnknown none", "{CU:0702:0x00 0x00 0x00 0x00 0x00 0x0f}", subtyped},
+    {0x0002FDE800000064, "extCommPktTypeTransTwoOctetAs extCommPktSubtypeTransTwoOctetAsRouteTarget ASN=65000",
      "{CU:0002-AS:}65000:100", as2},
     // The layout is the maker's choice, whatever the type says.
     {0x4055000100640001, "extCommPktTypeNonTransTwoOctetAs subtype=85 ASN=65636",
@@ -174,21 +165,18 @@ const Texts texts[] = {
      "{CU:Route-Origin-AS:|C:SoO:}65000:4294967295"},
     {0x0103FFFFFFFFFFFE, "RouteOrigin 255.255.255.255:65534",
      "{CU:Route-Origin-IP:|C:SoO:}255.255.255.255:65534"},
-    {0x4004FDE8FFC00000, "LinkBandwidth 65000:-nan",
-     "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CU:nan|:-nan}"},
+    {0x4004FDE8FFC00000, "LinkBandwidth 65000:-nan", "{CU:Link-Bandwidth-AS:|C:lbw }65000:{CU:nan|:-nan}"},
     {0x4004FDE87F7FFFFF, "LinkBandwidth 65000:3.40282e+38",
      "{CU:Link-Bandwidth-AS:|C:lbw }65000:"
      "{CUW:340282346638528859811704183484516925440|CU:2722258773108231 Ybps|:3.40282e+38}"},
     {0x030CFFFFFFFF0008, "TunnelEncap 8:tunnelTypeVxlan", "{C:TunnelEncap:}tunnelTypeVxlan"},
-    {0x030C00000001FFFF, "TunnelEncap 65535:tunnelTypeUnknown",
-     "{C:TunnelEncap:}tunnelTypeUnknown-65535"},
+    {0x030C00000001FFFF, "TunnelEncap 65535:tunnelTypeUnknown", "{C:TunnelEncap:}tunnelTypeUnknown-65535"},
     {0x030B80000000000A, "Color: 10(10)", "Color:CO(10):10"},
     {0x030B7FFFFFFFFFFF, "Color: 4294967295(01)", "Color:CO(01):4294967295"},
     {0x4300000000000002, "OriginValidationState Invalid", "{CU:Origin-Validation-State:Invalid}"},
-    {0x4300FFFFFFFFFF07, "OriginValidationState Unknown(7)",
-     "{CU:Origin-Validation-State:Unknown}"},
-    {0x030D000000000000, "DefaultGateway", "DefaultGateway"},
-};
+    {0x4300FFFFFFFFFF07, "OriginValidationState Unknown(7)", "{CU:Origin-Validation-State:Unknown}"},
+    {0x030D000000000000, "DefaultGateway", "DefaultGateway"}};
+// clang-format on
 
 Mox::String underFlags(const char* policy, U32 flags) {
   std::istringstream in(policy);

@@ -22,9 +22,7 @@ struct Eight {
   static constexpr auto makeTable = &extCommDedupTableFactory;
   static constexpr StoredExtComm stored{9, 0, 0x0002FDE800000064};
   static ExtCommContent content(U64 number) { return ExtCommContent(number); }
-  static bool named(U32 type) {
-    return type < 7 || type == 8 || type - 0x40 < 5 || type - 0x80 < 3;
-  }
+  static bool named(U32 t) { return t < 7 || t == 8 || t - 0x40 < 5 || t - 0x80 < 3; }
   static bool hasSubtypes(U32 type) { return type % 0x40 < 4 && type <= 0x82; }
 };
 struct Twenty {
@@ -32,20 +30,17 @@ struct Twenty {
   static constexpr auto makeTable = &extCommIp6DedupTableFactory;
   static constexpr StoredExtCommIp6 stored{9, 0x40, 0xff, Zonet::Ip6Addr({0x20, 1}), 0x0102};
   static ExtCommIp6Content content(U64 number) {
-    return {
-        U8(number >> 56), U8(number >> 48),
-        Zonet::Ip6Addr({U8(number >> 40), U8(number >> 32), U8(number >> 24), U8(number >> 16)}),
-        U16(number)};
+    const auto octet = [=](U32 shift) { return U8(number >> shift); };
+    const Zonet::Ip6Addr address({octet(40), octet(32), octet(24), octet(16)});
+    return {octet(56), octet(48), address, U16(number)};
   }
   static bool named(U32 type) { return type % 0x40 == 0 && type < 0x80; }
   static bool hasSubtypes(U32 type) { return named(type); }
 };
 
 template <class F>
-class Family : public testing::Test {
- protected:
+struct Family : testing::Test {
   auto intern(U64 number) const { return F::Value::dedupContent(table.get(), F::content(number)); }
-
   BgpParseExtCommContainerSm::Ptr container = bgpParseExtCommContainerSmFactory();
   decltype(F::makeTable(nullptr)) table = F::makeTable(container->extCommParser());
 };

@@ -2,22 +2,13 @@
 // way back to the wire.
 
 #include <algorithm>
-#include <cstdlib>
+#include <numeric>
 #include <set>
 #include <sstream>
 
-#include "path/ZoBgpCommunityTables.h"
+#include "Fuzzing.h"
 
-using namespace Routing::Bgp;
-using namespace Mox::Words;
-
-namespace {
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
-
-void standard(const CommListDedupTable::Ptr& table, std::span<const U8> octets) {
+static void standard(const CommListDedupTable::Ptr& table, std::span<const U8> octets) {
   const auto read = CommList::dedupWire(table, octets);
   require(bool(read) != read.fault.has_value());
   if (!read) return require(!read.fault->toStrep().empty());
@@ -27,8 +18,7 @@ void standard(const CommListDedupTable::Ptr& table, std::span<const U8> octets) 
   std::set<std::string> values;
   for (; !octets.empty(); octets = octets.subspan(4))
     values.emplace(octets.begin(), octets.begin() + 4);
-  std::string wire;
-  for (const std::string& value : values) wire += value;
+  const std::string wire = std::accumulate(values.begin(), values.end(), std::string());
   require(read.list->serialize().ends_with(wire) && values.size() == read.list->comms());
   for (const std::string& text :
        {read.list->commsStringForm(), read.list->commsWellKnownStringForm()})
@@ -36,8 +26,8 @@ void standard(const CommListDedupTable::Ptr& table, std::span<const U8> octets) 
   read.list->hash();
 }
 
-template <class Content, std::size_t size, class Table>
-void singles(const Table& table, std::span<const U8> octets) {
+template <class Content, std::size_t size>
+static void singles(const auto& table, std::span<const U8> octets) {
   for (; octets.size() >= size; octets = octets.subspan(size)) {
     const auto content = Content::fromOctets(octets.first<size>());
     require(std::ranges::equal(content.octets(), octets.first(size)));
@@ -52,8 +42,6 @@ void singles(const Table& table, std::span<const U8> octets) {
     require(again == content);
   }
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
   static const CommunityTables tables;

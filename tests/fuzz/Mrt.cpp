@@ -6,9 +6,7 @@
 
 using namespace bgpcomm;
 
-namespace {
-
-void askEverything(const Path& path, const CommunityTables& tables) {
+static void askEverything(const Path& path, const CommunityTables& tables) {
   addressText(path.peer.address);
   const auto ask = [](const Prefix& prefix) { nlriText(prefix.addressFamily, prefix.nlri); };
   visitPrefixes(path, ask);
@@ -20,8 +18,6 @@ void askEverything(const Path& path, const CommunityTables& tables) {
     listTypes[type].serialized(tables, values[type]);
   }
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
   static const CommunityTables tables;

@@ -2,49 +2,38 @@
 // whatever can be restored is interned, written as text and for the wire, and saved again, from
 // where it must come back the same.
 
-#include <cstdlib>
 #include <map>
 
+#include "Fuzzing.h"
 #include "MoxStash/StoreWriter.h"
 #include "tests/community-list/Restored.h"
 
-using namespace Routing::Bgp;
-using namespace Mox::Words;
+using namespace MoxStash;
 
-namespace {
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
-
-bool restoreInto(MoxStash::StoreWriter& writer, const CommunityTables& tables,
-                 const MoxStash::FileStore& store, const MoxStash::StoredRoot& root,
-                 std::map<MoxStash::StoreReference, std::string>& texts) try {
+static bool restoreInto(StoreWriter& writer, const CommunityTables& tables, const FileStore& store,
+                        const StoredRoot& root, std::map<StoreReference, std::string>& texts) try {
   return tables.restore(root, store, [&](const auto& object) {
     texts[writer.add(object, root.figure)] = allTexts(object);
   });
-} catch (const MoxStash::StoreException& error) {
+} catch (const StoreException& error) {
   require(std::string_view(error.what()).starts_with("NAME: "));
   return false;
 }
 
-void saveAndRestore(const CommunityTables& tables, const std::string& octets) try {
-  const MoxStash::FileStore store("NAME", octets);
+static void saveAndRestore(const CommunityTables& tables, const std::string& octets) try {
+  const FileStore store("NAME", octets);
   store.note("a note");
-  MoxStash::StoreWriter writer;
-  std::map<MoxStash::StoreReference, std::string> texts, again;
+  StoreWriter writer, rewriter;
+  std::map<StoreReference, std::string> texts, again;
   for (const auto& root : store.roots()) restoreInto(writer, tables, store, root, texts);
 
-  const MoxStash::FileStore saved("NAME", writer.octets());
-  MoxStash::StoreWriter rewriter;
+  const FileStore saved("NAME", writer.octets());
   require(saved.roots().size() == texts.size());
   for (const auto& root : saved.roots()) require(restoreInto(rewriter, tables, saved, root, again));
   require(again == texts && rewriter.octets() == writer.octets());
-} catch (const MoxStash::StoreException& error) {
+} catch (const StoreException& error) {
   require(std::string_view(error.what()).starts_with("NAME: "));
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
   static const CommunityTables tables;

@@ -38,14 +38,12 @@ inline const char* brokenRule(const CommunityTables& tables, std::span<const U8>
   bool shown = true;
   whole.forEachList([&](const auto& list) { shown &= !list->empty() && !list->toStrep().empty(); });
   if (!shown) return "lists of a path have values and a text";
-  if (tables.readAll(serialized(whole), again) || whole != again)
-    return "the path is sent and read";
+  if (tables.readAll(serialized(whole), again) || whole != again) return "what is sent is read";
   // In memory of their own, where reading beyond the end is seen.
   const std::vector<U8> left(octets.begin(), octets.begin() + std::ptrdiff_t(cut));
   const std::vector<U8> right(octets.begin() + std::ptrdiff_t(cut), octets.end());
   if (faults || tables.readAll(left, split)) return nullptr;  // the cut is in an attribute
-  return tables.readAll(right, split) || split != whole ? "parts are as good as the whole"
-                                                        : nullptr;
+  return tables.readAll(right, split) || split != whole ? "parts are like the whole" : nullptr;
 }
 
 struct RandomPath {

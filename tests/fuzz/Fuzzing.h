@@ -1,0 +1,13 @@
+// What the fuzz targets share.
+#pragma once
+
+#include <cstdlib>
+
+#include "path/ZoBgpCommunityTables.h"
+
+using namespace Routing::Bgp;
+using namespace Mox::Words;
+
+inline void require(bool condition) {
+  if (!condition) std::abort();
+}
