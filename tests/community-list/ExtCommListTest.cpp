@@ -28,8 +28,8 @@ TYPED_TEST(EveryExtCommList, BuildsSortsAndLooksUpBeforeItIsInterned) {
   EXPECT_EQ(list->lookupExtComm(TypeParam::content(a)), this->value(a));
   EXPECT_TRUE(list->serialize(true).ends_with(Mox::String(b.begin(), b.end())) == (a < b));
   list->commIs(this->value(a));
-  EXPECT_TRUE(list->commVectorSorted()) << "the flag is set, not checked";
   EXPECT_EQ(list->comms(), 3u);
+  EXPECT_TRUE(list->commVectorSorted()) << "the flag is set, not checked";
   MoxStash::StoreWriter writer;
   const auto stored = writer.add(list);
   const MoxStash::FileStore store("NAME", writer.octets());
@@ -140,8 +140,8 @@ TYPED_TEST(EveryExtCommList, ListsOfTheStoreMayBeOfAnyLength) {
   }
 }
 
-class ExtCommListTest : public ListsOf<EightOctets> {};
-class ExtCommIp6ListTest : public ListsOf<TwentyOctets> {};
+struct ExtCommListTest : ListsOf<EightOctets> {};
+struct ExtCommIp6ListTest : ListsOf<TwentyOctets> {};
 
 TEST_F(ExtCommListTest, TextsOfKnownLists) {
   const std::tuple<const char*, const char*, const char*, const char*> cases[] = {

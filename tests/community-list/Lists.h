@@ -39,19 +39,20 @@ inline U32 word(const Octets& octets, std::size_t at = 0) {
   return U32(octets[at] << 24 | octets[at + 1] << 16 | octets[at + 2] << 8 | octets[at + 3]);
 }
 
-// A list type: its attribute, the octets of its values, and `some(n)`, another value for each `n`
+// A list type: the octets of its values, its attribute, and `some(n)`, another value for each `n`
 // below `values`.
 
-struct Standard {
-  using List = CommList;
-  static constexpr U32 values = 65535, size = 4, attribute = 8;
+template <class L, U32 octets, U32 type, U32 count>
+struct ListType {
+  using List = L;
+  static constexpr U32 size = octets, attribute = type, values = count;
+};
+struct Standard : ListType<CommList, 4, 8, 65535> {
   static constexpr const char* name = "Community";
   static Octets some(U32 n) { return number(n * 0x9E3779B1, 4); }
   static U32 content(const Octets& octets) { return word(octets); }
 };
-struct Large {
-  using List = LargeCommList;
-  static constexpr U32 values = 65535, size = 12, attribute = 32;
+struct Large : ListType<LargeCommList, 12, 32, 65535> {
   static constexpr const char* name = "Large Community";
   // Many differ in one word only.
   static Octets some(U32 n) {
@@ -63,9 +64,7 @@ struct Large {
   }
 };
 /// None is a link bandwidth.
-struct EightOctets {
-  using List = ExtCommList;
-  static constexpr U32 values = 400, size = 8, attribute = 16;
+struct EightOctets : ListType<ExtCommList, 8, 16, 400> {
   static constexpr const char* name = "Extended Community";
   static Octets some(U32 n) {
     static constexpr U16 types[] = {0x0002, 0x0102, 0x0202, 0x0003, 0x030b,
@@ -76,9 +75,7 @@ struct EightOctets {
     return ExtCommContent(U64{word(octets)} << 32 | word(octets, 4));
   }
 };
-struct TwentyOctets {
-  using List = ExtCommIp6List;
-  static constexpr U32 values = 210, size = 20, attribute = 25;
+struct TwentyOctets : ListType<ExtCommIp6List, 20, 25, 210> {
   static constexpr const char* name = "IPv6 Address Specific Extended Community";
   static Octets some(U32 n) {
     static constexpr U16 types[] = {0x0002, 0x4002, 0x000b, 0x0004, 0x0602};

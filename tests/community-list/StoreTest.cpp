@@ -33,7 +33,7 @@ struct StoreTest : ListTest {
     return tables->of<List>().dedupWire(hexOctets(values)).list;
   }
   // The lists of so many paths, an empty list of every type, and values.
-  Objects addSome(StoreWriter& writer, U32 paths, U32 most) {
+  Objects addSome(U32 paths, U32 most) {
     std::mt19937 random(4);
     Objects added;
     const auto add = [&](const auto& object) {
@@ -81,6 +81,7 @@ struct StoreTest : ListTest {
     return std::size_t(std::distance(std::filesystem::directory_iterator(folder), {}));
   }
 
+  StoreWriter writer;
   std::string folder, file;
 };
 
@@ -88,20 +89,17 @@ TEST_F(StoreTest, AnotherProcessRestoresWhatOneSaved) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // the other has addresses and seeds of its own
   setenv("STORE_TEST_FOLDER", folder.c_str(), 1);
   const auto save = [&] {
-    StoreWriter writer;
-    addSome(writer, 50, 20);
+    addSome(50, 20);
     writer.write(file);
     std::_Exit(0);
   };
   EXPECT_EXIT(save(), testing::ExitedWithCode(0), "");
   unsetenv("STORE_TEST_FOLDER");
-  StoreWriter writer;
-  EXPECT_EQ(restoreAll(FileStore(file)), addSome(writer, 50, 20));
+  EXPECT_EQ(restoreAll(FileStore(file)), addSome(50, 20));
 }
 
 TEST_F(StoreTest, WritesInternedObjectsOnceAndSumsTheirFigures) {
   const auto both = list<ExtCommList>("0002fde800000064 030b000000000003");
-  StoreWriter writer;
   writer.add(both, 2);
   // The header; two communities, two references, the list; the root.
   EXPECT_EQ(writer.octets().size(), 64u + 2 * 16 + 2 * 8 + 32 + 24);
@@ -116,7 +114,6 @@ TEST_F(StoreTest, WritesInternedObjectsOnceAndSumsTheirFigures) {
 TEST_F(StoreTest, FileIsAsItsLayoutSays) {
   if constexpr (std::endian::native != std::endian::little)
     GTEST_SKIP() << "octets of a little-endian machine";
-  StoreWriter writer;
   EXPECT_EQ(writer.add(list<CommList>("fde80064 00010002"), 3), 72u);
   writer.noteIs("paths", "to be replaced");
   writer.noteIs("paths", "12");
@@ -142,8 +139,8 @@ TEST_F(StoreTest, FileIsAsItsLayoutSays) {
 
 TEST_F(StoreTest, NamesWhatIsWrong) {
   const auto stored = [](const auto&... lists) {
-    StoreWriter writer;
-    return (writer.add(lists, 1), ..., writer.octets());
+    StoreWriter fresh;
+    return (fresh.add(lists, 1), ..., fresh.octets());
   };
   // Its layout is above.
   const std::string standardList = stored(list<CommList>("fde80064 00010002"));
@@ -192,8 +189,7 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
 }
 
 TEST_F(StoreTest, NoDamageGoesUnseenOrEndsTheProcess) {
-  StoreWriter writer;
-  addSome(writer, 3, 3);
+  addSome(3, 3);
   writer.noteIs("paths", "12");
   const std::string good = writer.octets();
   ASSERT_EQ(refusal(good), "");
@@ -231,20 +227,15 @@ TEST_F(StoreTest, NoDamageGoesUnseenOrEndsTheProcess) {
 TEST_F(StoreTest, FilesThatCannotBeReadAreNamed) {
   mkfifo((folder + "/pipe").c_str(), 0600);
   std::ofstream(folder + "/text") << std::string(100, 'x');
-  const std::pair<const char*, const char*> cases[] = {
-      {"/none", "cannot be opened: No such file or directory"},
-      {"/.", "is not a regular file"},
-      {"/pipe", "is not a regular file"},
-      {"/text", "is not a store"}};
-  for (const auto& [name, reason] : cases) {
-    const std::string path = folder + name;
-    EXPECT_EQ(failure([&] { FileStore{path}; }), path + ": " + reason);
-  }
+  const auto reason = [&](const char* name) { return failure([&] { FileStore{folder + name}; }); };
+  EXPECT_EQ(reason("/none"), folder + "/none: cannot be opened: No such file or directory");
+  EXPECT_EQ(reason("/."), folder + "/.: is not a regular file");
+  EXPECT_EQ(reason("/pipe"), folder + "/pipe: is not a regular file");
+  EXPECT_EQ(reason("/text"), folder + "/text: is not a store");
 }
 
 TEST_F(StoreTest, WritingReplacesTheFileOrLeavesIt) {
   EXPECT_EQ(failure([] { StoreWriter().add(CommList::Ptr()); }), "null cannot be stored");
-  StoreWriter writer;
   writer.noteIs("size", std::string(3 << 20, 'x'));
   EXPECT_EQ(failure([&] { writer.write(folder + "/none/lists"); }),
             folder + "/none/lists: cannot be written: No such file or directory");

@@ -48,21 +48,19 @@ inline const char* brokenRule(const CommunityTables& tables, std::span<const U8>
 
 struct RandomPath {
   std::vector<U8> octets;  ///< well-formed attributes, in any order, values in any order, repeated
-  std::map<BgpPathAttrType, std::set<std::vector<U8>>> values;
+  std::map<U32, std::set<std::vector<U8>>> values;  ///< by type of the attribute
 };
 
 /// A path with up to `most` of few communities of each type, so that lists repeat.
 inline RandomPath randomPath(std::mt19937& random, U32 most = 4) {
   RandomPath path;
-  std::pair<BgpPathAttrType, U32> attributes[] = {{BgpPathAttrType::community, 4},
-                                                  {BgpPathAttrType::extCommunity, 8},
-                                                  {BgpPathAttrType::extCommunityIp6, 20},
-                                                  {BgpPathAttrType::largeCommunity, 12}};
+  // Their types, and the octets of a value.
+  std::pair<U32, U32> attributes[] = {{8, 4}, {16, 8}, {25, 20}, {32, 12}};
   std::shuffle(std::begin(attributes), std::end(attributes), random);
   for (const auto& [type, valueSize] : attributes) {
     if (random() % 3 == 0) continue;
     const U32 count = 1 + random() % most, length = count * valueSize;
-    for (const U32 octet : {U32(random() % 2 ? 0xD0 : 0xF0), U32(type), length >> 8, length})
+    for (const U32 octet : {U32(random() % 2 ? 0xD0 : 0xF0), type, length >> 8, length})
       path.octets.push_back(U8(octet));
     for (U32 i = 0; i < count; ++i) {
       std::vector<U8> value(valueSize);

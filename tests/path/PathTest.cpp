@@ -17,8 +17,11 @@ std::string outcome(const PathCommunities& path, const PathFaults& faults) {
   return text + stringValue(faults.approach());
 }
 
-TEST(ReadAll, GivesListsFaultsAndTheApproach) {
-  const CommunityTables tables;
+struct Paths : ListTest {
+  PathCommunities path;
+};
+
+TEST_F(Paths, GiveListsFaultsAndTheApproach) {
   const std::tuple<const char*, const char*, const char*> cases[] = {
       // clang-format off
       {"nothing", "", "; none"},
@@ -43,27 +46,24 @@ TEST(ReadAll, GivesListsFaultsAndTheApproach) {
       {"the first of two counts", "c00804fde80064 c00804fde80065 c00804fde80066",
        "65000:100 ; repeated@7 attributeDiscard"},
       {"also malformed", "c00801fd c00804fde80065", "; malformedValue@0 repeated@4 treatAsWithdraw"},
-      {"nothing else is asked of the second", "c00804fde80064 400803fde800",
-       "65000:100 ; repeated@7 attributeDiscard"},
+      {"no fault of the second", "c00804fde80064 400803fde800", "65000:100 ; repeated@7 attributeDiscard"},
       {"but its end", "c00804fde80064 c00804fde800", "65000:100 ; overrun@7 treatAsWithdraw"},
       {"overrun of another", "c00804fde80064 400204fde8", "65000:100 ; overrun@7 treatAsWithdraw"},
       {"overrun of a header", "c00804fde80064 d00800", "65000:100 ; overrun@7 treatAsWithdraw"}};
   // clang-format on
   for (const auto& [what, attributes, expected] : cases) {
-    PathCommunities path;
+    path = {};
     const Octets octets = hexOctets(attributes);
-    EXPECT_EQ(outcome(path, tables.readAll(octets, path)), expected) << what;
+    EXPECT_EQ(outcome(path, tables->readAll(octets, path)), expected) << what;
     for (std::size_t cut = 0; cut <= octets.size(); ++cut)
-      EXPECT_EQ(brokenRule(tables, octets, cut), nullptr) << what << ", cut at " << cut;
+      EXPECT_EQ(brokenRule(*tables, octets, cut), nullptr) << what << ", cut at " << cut;
   }
 }
 
-TEST(ReadAll, SaysInWordsWhatIsWrong) {
-  const CommunityTables tables;
-  PathCommunities path;
+TEST_F(Paths, SayInWordsWhatIsWrong) {
   std::string text;
   for (const PathFault& fault :
-       tables.readAll(hexOctets("4c0805fde8006400 c01000 c00800 c0200c 0000"), path))
+       tables->readAll(hexOctets("4c0805fde8006400 c01000 c00800 c0200c 0000"), path))
     text += fault.toStrep() + '\n';
   EXPECT_EQ(text,
             "Community attribute: flags 0x4c, expected optional and transitive\n"
@@ -73,54 +73,50 @@ TEST(ReadAll, SaysInWordsWhatIsWrong) {
             "Large Community attribute: 2 octets left of 12\n");
 }
 
-TEST(Read, TakesOneAttributeAtATimeAndWhatAPolicyMakes) {
-  const CommunityTables tables;
-  PathCommunities path;
+TEST_F(Paths, TakeOneAttributeAtATimeAndWhatAPolicyMakes) {
   const Octets first = hexOctets("fde80064"), second = hexOctets("fde80065");
   constexpr auto type = BgpPathAttrType::community;
-  EXPECT_FALSE(tables.read(BgpPathAttrType::asPath, first, path)) << "no list's business";
-  const auto malformed = tables.read(type, std::span(first).first(3), path);
+  EXPECT_FALSE(tables->read(BgpPathAttrType::asPath, first, path)) << "no list's business";
+  const auto malformed = tables->read(type, std::span(first).first(3), path);
   EXPECT_EQ(malformed.value().approach(), PathFaultApproach::treatAsWithdraw);
   EXPECT_TRUE(path.empty());
-  EXPECT_FALSE(tables.read(type, first, path));
-  const auto repeated = tables.read(type, second, path);
+  EXPECT_FALSE(tables->read(type, first, path));
+  const auto repeated = tables->read(type, second, path);
   EXPECT_EQ(repeated.value().approach(), PathFaultApproach::attributeDiscard);
   EXPECT_EQ(std::tuple(malformed->offset, repeated->offset), std::tuple(0u, 0u)) << "no headers";
   // A list that the path has already is the first for `readAll` too.
-  EXPECT_EQ(outcome(path, tables.readAll(hexOctets("c00804fde80065"), path)),
+  EXPECT_EQ(outcome(path, tables->readAll(hexOctets("c00804fde80065"), path)),
             "65000:100 ; repeated@0 attributeDiscard");
-  path.listIs(CommList::CommListIs()->dedup(tables.of<CommList>().lists()));
+  path.listIs(CommList::CommListIs()->dedup(tables->of<CommList>().lists()));
   EXPECT_TRUE(path.empty()) << "an attribute without communities is none";
 }
 
 // --- Many paths, of few communities, so that lists repeat.
 
-struct PathCommunitiesTest : ListTest {};
-TEST_F(PathCommunitiesTest, AreTheSamePointersExactlyWhenTheyAreTheSameCommunities) {
+TEST_F(Paths, AreTheSamePointersExactlyWhenTheyAreTheSameCommunities) {
   std::mt19937 random(8);
-  std::map<std::map<BgpPathAttrType, std::set<Octets>>, PathCommunities> known;
+  std::map<std::map<U32, std::set<Octets>>, PathCommunities> known;
   for (int i = 0; i < 3000; ++i) {
     const RandomPath wanted = randomPath(random);
-    PathCommunities path, again;
-    ASSERT_FALSE(tables->readAll(wanted.octets, path));
+    PathCommunities read, again;
+    ASSERT_FALSE(tables->readAll(wanted.octets, read));
     const std::size_t before = allocations;
     tables->readAll(wanted.octets, again);
     EXPECT_EQ(allocations, before) << "reading what is known allocates nothing";
     EXPECT_EQ(brokenRule(*tables, wanted.octets, random() % (wanted.octets.size() + 1)), nullptr);
-    EXPECT_EQ(path.empty(), wanted.values.empty());
-    EXPECT_EQ(known.try_emplace(wanted.values, path).first->second, path);
+    EXPECT_EQ(read.empty(), wanted.values.empty());
+    EXPECT_EQ(known.try_emplace(wanted.values, read).first->second, read);
   }
-  for (const auto& [values, path] : known)
-    for (const auto& [others, other] : known) ASSERT_EQ(path == other, &path == &other);
+  for (const auto& [values, one] : known)
+    for (const auto& [others, other] : known) ASSERT_EQ(one == other, &one == &other);
 }
 
-TEST(PathCommunities, AreSharedByThreads) {
-  const CommunityTables tables;
+TEST_F(Paths, AreSharedByThreads) {
   std::vector<PathCommunities> read[2];
   const auto readMany = [&](std::vector<PathCommunities>& mine) {
     std::mt19937 random(9);
     for (int i = 0; i < 2000; ++i) {
-      tables.readAll(randomPath(random).octets, mine.emplace_back());
+      tables->readAll(randomPath(random).octets, mine.emplace_back());
       if (i % 7 == 0) mine[i / 2] = mine[i];  // lets go of lists that the other may be making
     }
   };
@@ -130,20 +126,20 @@ TEST(PathCommunities, AreSharedByThreads) {
   EXPECT_EQ(read[0], read[1]);
 }
 
-TEST(CommunityTables, RestoreWhatAStoreHolds) {
-  const CommunityTables tables, others(tables.parser());
+TEST_F(Paths, AreRestoredFromAStore) {
+  const CommunityTables others(tables->parser());
   std::mt19937 random(11);
   MoxStash::StoreWriter writer;
   std::set<const void*> wanted, restored;
   std::vector<PathCommunities> held(100);
-  for (PathCommunities& path : held) {
-    PathCommunities saved;
-    tables.readAll(randomPath(random).octets, saved);
-    saved.forEachList([&](const auto& list) { writer.add(list); });
-    others.readAll(serialized(saved), path);
-    path.forEachList([&](const auto& list) { wanted.insert(list.get()); });
+  for (PathCommunities& again : held) {
+    path = {};
+    tables->readAll(randomPath(random).octets, path);
+    path.forEachList([&](const auto& list) { writer.add(list); });
+    others.readAll(serialized(path), again);
+    again.forEachList([&](const auto& list) { wanted.insert(list.get()); });
   }
-  writer.add(tables.of<ExtCommList>().values()->dedupContent(ExtCommContent(7)));
+  writer.add(tables->of<ExtCommList>().values()->dedupContent(ExtCommContent(7)));
   const auto value = others.of<ExtCommList>().values()->dedupContent(ExtCommContent(7));
   wanted.insert(value.get());
   const MoxStash::FileStore store("test", writer.octets());
