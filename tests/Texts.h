@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <iomanip>
 #include <sstream>
+
+#include "Mox/Exception.h"
 
 /// Checks that `text` is the value's, also on a stream of any format, and that it is read back into
 /// `read`, another value.
@@ -16,4 +19,25 @@ void expectText(const Value& value, std::string_view text, Value read = {}) {
   EXPECT_EQ(valueToStrep(value), text);
   sequenceToValue(text, read);
   EXPECT_EQ(read, value) << text;
+}
+
+/// The values in a row with blanks between them, for comparing in one go what belongs together.
+/// REQUIRES: they are found in any order.
+std::string row(const auto&... values) {
+  std::ostringstream text;
+  const char* blank = "";
+  ((text << std::exchange(blank, " ") << values), ...);
+  return text.str();
+}
+
+/// The message of the error that `act` raises, after its class or place.
+inline std::string raised(const std::function<void()>& act) try {
+  act();
+  return "nothing";
+} catch (const Mox::RangeException& error) {
+  return std::string("range: ") + error.what();
+} catch (const Mox::NotDeletableException& error) {
+  return std::string("not deletable: ") + error.what();
+} catch (const Mox::ParseException& error) {
+  return "at " + std::to_string(error.offset()) + ": " + error.what();
 }
