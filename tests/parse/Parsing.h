@@ -3,10 +3,17 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <regex>
+#include <thread>
 
+#include "Mox/Trace.h"
+#include "agent/FeatureToggles.h"
+#include "community/ZoBgpCommunityDedupTable.h"
+#include "ip6/ExtCommIp6DedupTable.h"
 #include "parse/BgpParseExtComm.h"
+#include "parse/BgpParseExtCommColor.h"
+#include "tests/AllocationCounter.h"
+#include "tests/Texts.h"
 
 namespace Routing::Bgp {
 

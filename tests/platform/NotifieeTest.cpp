@@ -1,35 +1,24 @@
 // Observers that come and go, also from inside their calls, also without memory.
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <functional>
 #include <optional>
 
-#include "Mox/Entity.h"
-#include "Mox/NotifieeList.h"
-#include "tests/AllocationCounter.h"
+#include "Platform.h"
 
 namespace {
 
 using namespace std::chrono_literals;
-using Mox::U32;
 
-class Shelf final : public Mox::Entity<Shelf, Mox::PtrInterface> {
- public:
-  static const Mox::Type type;
+struct Shelf final : Mox::Entity<Shelf, Mox::PtrInterface> {
+  static inline const Mox::Type type{"test::Shelf", &Mox::PtrInterface::type, {}};
   struct NotifieeConst : Mox::Notifiee {
     virtual void onBook(U32) {}
     bool notifierIs(const Shelf::PtrConst& shelf) { return Notifiee::notifierIs(shelf); }
   };
-  Mox::NotifieeList* notifieeList() const override { return &notifiees_; }
+  Mox::NotifieeList* notifieeList() const override { return &notifiees; }
   void bookIs(U32 book) {
-    notifiees_.deliver<NotifieeConst>([&](NotifieeConst& n) { n.onBook(book); });
+    notifiees.deliver<NotifieeConst>([&](NotifieeConst& n) { n.onBook(book); });
   }
-
- private:
-  mutable Mox::NotifieeList notifiees_;
+  mutable Mox::NotifieeList notifiees;
 };
-const Mox::Type Shelf::type{"test::Shelf", &Mox::PtrInterface::type, {}};
 
 struct Reader final : Shelf::NotifieeConst {
   explicit Reader(const Shelf::PtrConst& shelf = nullptr) { notifierIs(shelf); }
@@ -40,6 +29,10 @@ struct Reader final : Shelf::NotifieeConst {
   }
   std::atomic<U32> heard = 0;
   std::function<void(U32)> act;
+};
+
+struct Notifiee : testing::Test {
+  const Shelf::Ptr shelf = Mox::makeNew<Shelf>(), other = Mox::makeNew<Shelf>();
 };
 
 /// Whether the condition comes to hold while a thread that should not wait has its time.
@@ -68,14 +61,12 @@ TEST(Counting, TrackersOfOneNameShareTheirFigures) {
   static constinit const Mox::AllocationTracker one("test::Shared"), two("test::Shared");
   two.deallocate(one.allocate(8), 8);
   void* const memory[] = {one.allocate(8), two.allocate(4)};
-  EXPECT_EQ(Mox::allocationCount("test::Shared").objects, 2u);
-  EXPECT_EQ(Mox::allocationCount("test::Shared").octets, 12u);
+  EXPECT_EQ(counted("test::Shared"), "2 12");
   one.deallocate(memory[0], 8);
   one.deallocate(memory[1], 4);
 }
 
-TEST(Notifiee, HearsInOrderFromWhenItCameToWhenItWent) {
-  const auto shelf = Mox::makeNew<Shelf>();
+TEST_F(Notifiee, HearsInOrderFromWhenItCameToWhenItWent) {
   Mox::String log;
   Reader first(shelf), second(shelf), third;
   std::optional<Reader> fourth(shelf);
@@ -93,17 +84,14 @@ TEST(Notifiee, HearsInOrderFromWhenItCameToWhenItWent) {
   for (const U32 book : {1, 3, 4}) shelf->bookIs(book), log += " ";
   EXPECT_EQ(log, "11434 1432 132 ");
   EXPECT_FALSE(first.notifierIs(shelf)) << "observed already";
-  const auto other = Mox::makeNew<Shelf>();
   EXPECT_TRUE(first.notifierIs(other));
   shelf->bookIs(5);
   EXPECT_EQ(first.heard, 4u);
   other->bookIs(5);
-  EXPECT_EQ(first.heard, 5u);
-  EXPECT_EQ(other->references(), 2u) << "an observer keeps what it observes";
+  EXPECT_EQ(row(first.heard, other->references()), "5 2") << "an observer keeps what it observes";
 }
 
-TEST(Notifiee, IsWaitedForThoughItHasGoneInsideItsOwnCall) {
-  const auto shelf = Mox::makeNew<Shelf>();
+TEST_F(Notifiee, IsWaitedForThoughItHasGoneInsideItsOwnCall) {
   Reader reader(shelf);
   std::atomic<bool> inside = false, ended = false;
   reader.act = [&](U32) {
@@ -117,8 +105,7 @@ TEST(Notifiee, IsWaitedForThoughItHasGoneInsideItsOwnCall) {
   ended = true;
 }
 
-TEST(Notifiee, MayGoFromInsideTwoCallsAtATime) {
-  const auto shelf = Mox::makeNew<Shelf>();
+TEST_F(Notifiee, MayGoFromInsideTwoCallsAtATime) {
   Reader reader(shelf);
   std::atomic<U32> inside = 0;  // the threads' calls
   reader.act = [&](U32) {
@@ -133,8 +120,7 @@ TEST(Notifiee, MayGoFromInsideTwoCallsAtATime) {
   EXPECT_EQ(reader.heard, 2u);
 }
 
-TEST(Notifiee, HearsAndGoesWithoutMemoryAndStaysWhereItIs) {
-  const auto shelf = Mox::makeNew<Shelf>(), other = Mox::makeNew<Shelf>();
+TEST_F(Notifiee, HearsAndGoesWithoutMemoryAndStaysWhereItIs) {
   Reader reader(shelf), inner(other);
   reader.act = [&](U32) { other->bookIs(1); };
   {
@@ -145,15 +131,14 @@ TEST(Notifiee, HearsAndGoesWithoutMemoryAndStaysWhereItIs) {
     reader.act = nullptr;
     shelf->bookIs(2);
   }
-  EXPECT_TRUE(reader.heard == 2 && inner.heard == 1);
+  EXPECT_EQ(row(reader.heard, inner.heard), "2 1");
   EXPECT_TRUE(inner.notifierIs(shelf)) << "it is not deaf";
   shelf->bookIs(3);
-  EXPECT_TRUE(reader.heard == 3 && inner.heard == 2);
+  EXPECT_EQ(row(reader.heard, inner.heard), "3 2");
 }
 
 // Threads that cause events, end the observation from inside and from outside, and destroy.
-TEST(Notifiee, ComesAndGoesUnderThreads) {
-  const auto shelf = Mox::makeNew<Shelf>(), other = Mox::makeNew<Shelf>();
+TEST_F(Notifiee, ComesAndGoesUnderThreads) {
   std::atomic<bool> running = true;
   const auto call = [&] {
     for (U32 book = 0; running; ++book) (book % 3 ? shelf : other)->bookIs(book);

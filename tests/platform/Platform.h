@@ -1,42 +1,46 @@
-// The simplest interned value, for tests of the interning core: a number.
+// All that tests of the platform include, and the simplest interned value: a number.
 #pragma once
 
-#include <atomic>
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <latch>
+#include <mutex>
+#include <random>
+#include <thread>
 
+#include "Mox/NotifieeList.h"
+#include "Mox/ValueText.h"
 #include "MoxStash/DedupHandle.h"
 #include "Orv/DedupHashTableUnorderedSet.h"
+#include "tests/AllocationCounter.h"
+#include "tests/ClassShape.h"
+#include "tests/Texts.h"
 
-namespace interning {
+using Mox::U8, Mox::U16, Mox::U32, Mox::U64;
 
-using Mox::U32, Mox::U64;
-
-class Thing : public Mox::Entity<Thing, MoxStash::DedupHandle> {
- public:
+struct Thing final : Mox::Entity<Thing, MoxStash::DedupHandle> {
   static inline const Mox::Type type{"test::Thing", &MoxStash::DedupHandle::type, {}};
   static inline std::atomic<int> alive{0};
   static inline U32 hashes = ~0u;  ///< so many are in use; with 1, all things collide
 
-  static U32 hashOf(U64 content) { return U32(content % hashes); }
-
   using PtrInterface::deletionMarkIs;
 
-  explicit Thing(U64 content) : content_(content) { ++alive; }
+  explicit Thing(U64 number) : content(number) { ++alive; }
   ~Thing() override {
     MOX_ASSERT(deletionMark(), "it is marked before it ends");
-    content_ = ~U64{0};
+    content = ~U64{0};
     --alive;
   }
-  U64 content() const { return content_; }
-  U32 hash() const override { return hashOf(content_); }
+  U32 hash() const override { return U32(content % hashes); }
   bool compare(const Orv::DedupHandle* other) const override {
-    return static_cast<const Thing*>(other)->content_ == content_;
+    return static_cast<const Thing*>(other)->content == content;
   }
-  bool compareByContent(const Orv::DedupContentHandle& content) const override {
-    return *static_cast<const U64*>(content.octets) == content_;
+  bool compareByContent(const Orv::DedupContentHandle& other) const override {
+    return *static_cast<const U64*>(other.octets) == content;
   }
 
- private:
-  U64 content_;
+  U64 content;
 };
 
 using Table = Mox::Ptr<Orv::DedupHashTableUnorderedSet>;
@@ -45,7 +49,7 @@ using Table = Mox::Ptr<Orv::DedupHashTableUnorderedSet>;
 inline Table newTable(bool threadSafe = true) {
   return Orv::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(
       threadSafe, {[](const Orv::DedupHandle& member, U64 seed) {
-                     return Orv::placeOf(static_cast<const Thing&>(member).content(), seed);
+                     return Orv::placeOf(static_cast<const Thing&>(member).content, seed);
                    },
                    [](const Orv::DedupContentHandle& content, U64 seed) {
                      return Orv::placeOf(*static_cast<const U64*>(content.octets), seed);
@@ -54,7 +58,7 @@ inline Table newTable(bool threadSafe = true) {
 
 inline Thing::Ptr lookup(const Table& table, U64 content) {
   return Mox::staticCast<Thing>(
-      table->lookupByContent({&content, sizeof content}, Thing::hashOf(content)));
+      table->lookupByContent({&content, sizeof content}, U32(content % Thing::hashes)));
 }
 
 /// The way of every value: look up, and on a miss make one and hand it in.
@@ -63,4 +67,8 @@ inline Thing::Ptr intern(const Table& table, U64 content) {
   return Mox::staticCast<Thing>(table->dedup(Mox::makeNew<Thing>(content)));
 }
 
-}  // namespace interning
+/// Objects of a type that are alive, and their octets.
+inline std::string counted(std::string_view type) {
+  const Mox::AllocationCount count = Mox::allocationCount(type);
+  return row(count.objects, count.octets);
+}
