@@ -8,7 +8,7 @@ packages_for() {
   case $1 in
     build) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev zlib1g-dev libbz2-dev liblzma-dev libzstd-dev googletest ;;
     test) echo bzip2 xz-utils zstd ;;
-    mutate) echo python3 ;;
+    python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
     checks) echo clang-14 libclang-rt-14-dev llvm-14 clang-format-14 clang-tidy-14 g++-multilib ;;
   esac
