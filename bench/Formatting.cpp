@@ -63,6 +63,13 @@ void addFormatting(const Workload& workload) {
             [kept](const CommList& list) { kept(list.commsStringForm()); });
   addFormat(workload, "text", "names",
             [kept](const CommList& list) { kept(list.commsWellKnownStringForm()); });
+  addFormat(workload, "text", "appended", [](const CommList& list) {
+    static Mox::String text;
+    text.clear();
+    list.appendCommsStringForm(text);
+    benchmark::DoNotOptimize(text.data());
+    benchmark::ClobberMemory();
+  });
   addFormat(workload, "text", "to_chars", [](const CommList& list) {
     static char text[12 * 0xFFFF / sizeof(U32)];
     benchmark::DoNotOptimize(plainText(list, text));

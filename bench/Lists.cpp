@@ -4,8 +4,7 @@
 #include <set>
 
 #include "InternRuns.h"
-#include "ValueContenders.h"
-#include "ip6/ExtCommIp6ListDedupTable.h"
+#include "ListContenders.h"
 
 namespace bench {
 
@@ -32,24 +31,6 @@ class OursLarge {
  private:
   LargeCommListDedupTable::Ptr table_ = largeCommListDedupTableFactory();
 };
-
-template <class List, auto valuesFactory, auto listsFactory>
-class OursExtended {
- public:
-  static constexpr const char* name = Ours::name;
-  using Held = Mox::Ptr<const List>;
-  void intern(Octets octets, std::vector<Held>& paths) {
-    paths.push_back(List::dedupWire(lists_, values_, octets).list);
-  }
-
- private:
-  decltype(valuesFactory(nullptr)) values_ = valuesFactory(parser());
-  decltype(listsFactory()) lists_ = listsFactory();
-};
-using OursLists8 =
-    OursExtended<ExtCommList, extCommDedupTableFactory, extCommListDedupTableFactory>;
-using OursLists20 =
-    OursExtended<ExtCommIp6List, extCommIp6DedupTableFactory, extCommIp6ListDedupTableFactory>;
 
 using Value = std::vector<U8>;
 

@@ -1,8 +1,8 @@
 #include <array>
 
 #include "Benchmarks.h"
+#include "ListContenders.h"
 #include "Measure.h"
-#include "ValueContenders.h"
 
 namespace bench {
 namespace {
@@ -71,6 +71,10 @@ void addThreads(const MadeUpLists& lists) {
   addBoth<FlyweightLocked>(disjoint, "disjoint lists", FlyweightLocked::name);
   addBoth<Ours>(none, "disjoint lists made and dropped", Ours::name);
   addBoth<FlyweightLocked>(none, "disjoint lists made and dropped", FlyweightLocked::name);
+
+  static Reading extended;
+  for (U32 i = 0; i < 2 * attributes; ++i) extended.drawn[i % 2].add(extendedLists().drawn[i]);
+  addBoth<OursLists8>(extended, "extended lists made and dropped", Ours::name);
 
   static Reading values;
   const Stream& drawn = eightOctetValues().drawn;

@@ -42,17 +42,23 @@ char* writeValue(char* at, const Acl::CommunityValue& value, bool asdot) {
   return at;
 }
 
-Mox::String listText(std::span<const Acl::CommunityValue> values) {
-  return joinedText<longestValue>(values, [](char* at, const Acl::CommunityValue& value) {
-    return writeValue(at, value, false);
-  });
+char* writePlain(char* at, const Acl::CommunityValue& value) {
+  return writeValue(at, value, false);
 }
 
 }  // namespace
 
-Mox::String LargeCommList::commsStringForm() const { return listText(values()); }
+Mox::String LargeCommList::commsStringForm() const {
+  return joinedText<longestValue>(values(), writePlain);
+}
 
-Mox::String LargeCommList::toStrep() const { return listText(unchecked()); }
+void LargeCommList::appendCommsStringForm(Mox::String& to) const {
+  appendJoinedText<longestValue>(to, values(), writePlain);
+}
+
+Mox::String LargeCommList::toStrep() const {
+  return joinedText<longestValue>(unchecked(), writePlain);
+}
 
 Mox::String LargeCommList::displayString(const Acl::CommunityValue& value, bool asdot) {
   ZoFmt::StackBackedBuffer<42, 1024> buffer;

@@ -50,6 +50,8 @@ class LargeCommList final : public FlatCommList<LargeCommList, LargeCommTraits> 
 
   /// `65000:1:2 4200000000:5:6`: decimal numbers, values separated by single spaces.
   Mox::String commsStringForm() const;
+  /// The same, appended to a string of the caller's, which saves a string for each list.
+  void appendCommsStringForm(Mox::String& to) const;
   /// The same, also of a list still being built, in its present order.
   Mox::String toStrep() const;
 

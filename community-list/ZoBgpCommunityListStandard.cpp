@@ -70,6 +70,14 @@ Mox::String CommList::commsWellKnownStringForm() const {
   return joinedText<longestName>(values(), writeNamed);
 }
 
+void CommList::appendCommsStringForm(Mox::String& to) const {
+  appendJoinedText<longestValue>(to, values(), writeValue);
+}
+
+void CommList::appendCommsWellKnownStringForm(Mox::String& to) const {
+  appendJoinedText<longestName>(to, values(), writeNamed);
+}
+
 Mox::String CommList::toStrep() const { return joinedText<longestName>(unchecked(), writeNamed); }
 
 Mox::String CommList::wellKnownName(U32 value) { return Mox::String(nameOf(value)); }

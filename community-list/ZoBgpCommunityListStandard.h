@@ -63,6 +63,9 @@ class CommList final : public FlatCommList<CommList, StandardCommTraits> {
   Mox::String commsStringForm() const;
   /// `65000:100 no-export`: the same, but well-known values by name.
   Mox::String commsWellKnownStringForm() const;
+  // The same two, appended to a string of the caller's, which saves a string for each list.
+  void appendCommsStringForm(Mox::String& to) const;
+  void appendCommsWellKnownStringForm(Mox::String& to) const;
   /// As `commsWellKnownStringForm`, and also of a list still being built, in its present order.
   Mox::String toStrep() const;
 

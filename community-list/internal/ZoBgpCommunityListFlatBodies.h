@@ -64,7 +64,11 @@ template <class List, class Traits>
 Mox::String FlatCommList<List, Traits>::serialize() const {
   SerializePathAttribute out(Traits::attribute, BgpPathAttrFlag::optionalTransitive,
                              U32(values().size_bytes()));
-  forEachWord(values(), [&](U32 word) { out.addU32hton(word); });
+  U8* at = out.append(U32(values().size_bytes()));
+  forEachWord(values(), [&](U32 word) {
+    Zonet::storeNetworkOrder(at, word);
+    at += sizeof word;
+  });
   return out.serializedString();
 }
 

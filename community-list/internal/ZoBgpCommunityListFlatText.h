@@ -8,6 +8,17 @@
 
 namespace Routing::Bgp {
 
+/// Writes them into room for `longest` characters and a space each; returns their end. REQUIRES:
+/// there are some.
+template <class Value, class Write>
+char* writeJoined(char* at, std::span<const Value> values, Write write) {
+  for (const Value& value : values) {
+    at = write(at, value);
+    *at++ = ' ';
+  }
+  return at - 1;
+}
+
 /// The values' texts with single spaces between them. `write(at, value)` writes one, of at most
 /// `longest` characters, and returns its end. Up to 128 characters are made without allocating.
 template <std::size_t longest, class Value, class Write>
@@ -15,13 +26,17 @@ Mox::String joinedText(std::span<const Value> values, Write write) {
   if (values.empty()) return {};
   ZoFmt::StackBackedBuffer<128, 1024> buffer;
   char* const start = buffer.allocateSpace(values.size() * (longest + 1));
-  char* at = start;
-  for (const Value& value : values) {
-    at = write(at, value);
-    *at++ = ' ';
-  }
-  buffer.written(std::size_t(at - start) - 1);
+  buffer.written(std::size_t(writeJoined(start, values, write) - start));
   return Mox::String(buffer.text());
+}
+
+/// The same behind what `to` holds.
+template <std::size_t longest, class Value, class Write>
+void appendJoinedText(Mox::String& to, std::span<const Value> values, Write write) {
+  if (values.empty()) return;
+  const std::size_t before = to.size();
+  to.resize(before + values.size() * (longest + 1));
+  to.resize(std::size_t(writeJoined(to.data() + before, values, write) - to.data()));
 }
 
 /// One value's text into a caller's buffer; returns its length.

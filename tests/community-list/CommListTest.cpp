@@ -41,6 +41,9 @@ TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
     const auto octetsOf = [&, numeric = numeric, named = named, hash = hash](const auto& list) {
       EXPECT_EQ(list->commsStringForm(), numeric);
       EXPECT_EQ(list->commsWellKnownStringForm(), named);
+      Mox::String appended = ">";
+      list->appendCommsWellKnownStringForm(appended);
+      EXPECT_EQ(appended, std::string(">") + named);
       EXPECT_EQ(list->toStrep(), named);
       EXPECT_EQ(streamed(list), named);
       EXPECT_EQ(list->hash(), hash);

@@ -39,6 +39,9 @@ void expectContents(const typename T::List& list, const Contents& sorted) {
     for (const Octets& octets : sorted) text += T::List::getStringValue(T::content(octets)) + ' ';
     EXPECT_EQ(list.commsStringForm() + ' ', text);
     EXPECT_EQ(Mox::Type::read(list, "commsStringForm"), list.commsStringForm());
+    Mox::String all = ">";
+    list.appendCommsStringForm(all);
+    EXPECT_EQ(all, ">" + list.commsStringForm());
   }
 }
 
