@@ -79,8 +79,8 @@ struct TwentyOctets : ListType<ExtCommIp6List, 20, 25, 210> {
   static constexpr const char* name = "IPv6 Address Specific Extended Community";
   static Octets some(U32 n) {
     static constexpr U16 types[] = {0x0002, 0x4002, 0x000b, 0x0004, 0x0602};
-    return number(types[n % 5], 2) + number(n / 5 % 7, 8) + number(0, 8) +
-           number(0x0100 + n / 35 % 6, 2);
+    const Octets half = number(n / 5 % 7, 8);
+    return number(types[n % 5], 2) + half + half + number(0x0100 + n / 35 % 6, 2);
   }
   static ExtCommIp6Content content(const Octets& octets) {
     Zonet::Ip6Addr::Octets address;
