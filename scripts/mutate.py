@@ -36,10 +36,13 @@ BUILD = WORK / "build"
 RESULTS = WORK / "results.json"
 TEST_MEMORY = 8 << 30  # so much address space, should a fault ask for more and more
 
-# The test programs that a folder's faults are held against: its own, and the next one up where the
-# folder is mostly used through that.
+# The test programs that the faults of a folder or file are held against: its own, and the next one
+# up where it is mostly used through that. The longest name that fits counts.
 PROGRAMS = {
     "platform": ["test_platform"],
+    "platform/MoxStash": ["test_platform", "test_community-list"],
+    "platform/ZoFmt": ["test_platform", "test_community-list"],
+    "platform/Mox/IndexedQueue.h": ["test_platform", "test_parse"],
     "attr": ["test_attr"],
     "community": ["test_community", "test_ip6"],
     "ip6": ["test_ip6", "test_community", "test_community-list"],
@@ -49,6 +52,9 @@ PROGRAMS = {
     "mrt": ["test_mrt"],
     "tools": ["test_tools"],
 }
+
+# Only builds that let threads take turns have code in them.
+SKIPPED = {"platform/Orv/Interleave.cpp"}
 
 Fault = collections.namedtuple("Fault", "kind line before after")
 
@@ -182,12 +188,19 @@ def prepare(programs):
     return seconds
 
 
+def prepare_program():
+    """Bounds the memory. A shell's job in the background ignores signals that tests send."""
+    resource.setrlimit(resource.RLIMIT_AS, (TEST_MEMORY, TEST_MEMORY))
+    for number in (signal.SIGINT, signal.SIGQUIT):
+        signal.signal(number, signal.SIG_DFL)
+
+
 def passes(program, seconds=None):
     """Whether all of the program's tests do; stops at the first that does not."""
     return run(
         [BUILD / "bin" / program, "--gtest_fail_fast", "--gtest_brief=1"], seconds,
         cwd=TREE, env=dict(os.environ, BGPCOMM=str(BUILD / "bin" / "bgpcomm")),
-        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (TEST_MEMORY, TEST_MEMORY)),
+        preexec_fn=prepare_program,
     ) == 0
 
 
@@ -216,7 +229,13 @@ def files_of(arguments):
         if not path.exists():
             sys.exit(f"mutate: {argument}: no such file or folder")
         found = sorted(path.rglob("*")) if path.is_dir() else [path]
-        yield from (file.relative_to(ROOT) for file in found if file.suffix in (".h", ".cpp"))
+        names = (file.relative_to(ROOT) for file in found if file.suffix in (".h", ".cpp"))
+        yield from (name for name in names if str(name) not in SKIPPED)
+
+
+def programs_for(name):
+    """Those of the longest entry; none where there is no entry."""
+    return next((PROGRAMS[str(key)] for key in (name, *name.parents) if str(key) in PROGRAMS), [])
 
 
 def digest(*files):
@@ -270,9 +289,8 @@ def main():
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, signal.default_int_handler)
     WORK.mkdir(parents=True, exist_ok=True)
-    folders = {name: name.parts[0] for name in files_of(options.paths)}
-    unknown = sorted({folder for folder in folders.values() if folder not in PROGRAMS})
-    if unknown:
+    programs_of = {name: programs_for(name) for name in files_of(options.paths)}
+    if unknown := sorted({name.parts[0] for name, programs in programs_of.items() if not programs}):
         sys.exit(f"mutate: no tests are named for {', '.join(unknown)}")
     seed_file = WORK / "seed"
     seed = options.seed
@@ -289,9 +307,9 @@ def main():
             fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
         except BlockingIOError:
             sys.exit("mutate: another run is at work in this tree")
-        programs = {program for folder in folders.values() for program in PROGRAMS[folder]}
-        seconds = prepare(sorted(programs))
-    for name, folder in folders.items():
+        seconds = prepare(sorted({one for programs in programs_of.values() for one in programs}))
+    for name, programs in programs_of.items():
+        folder = name.parts[0]
         file = (ROOT if options.list else TREE) / name
         faults = list(dict.fromkeys(faults_of(file)))
         random.Random(f"{seed} {name}").shuffle(faults)
@@ -305,7 +323,7 @@ def main():
                 counted += 1
                 continue
             key = f"{name} {digest(file)} {fault.line + 1} {fault.after.strip()}"
-            tests = digest_of_tests(PROGRAMS[folder])
+            tests = digest_of_tests(programs)
             outcome, _, by = results.get(key, "").partition(" ")
             if options.again:
                 wanted = outcome == "survived" and by != tests
@@ -314,7 +332,7 @@ def main():
             else:
                 wanted = outcome != "refused" and by != tests
             if wanted:
-                outcome, by = try_fault(name, fault, PROGRAMS[folder], seconds), tests
+                outcome, by = try_fault(name, fault, programs, seconds), tests
                 results[key] = f"{outcome} {by}"
                 save_results(results)
             if outcome == "refused":
