@@ -26,10 +26,8 @@ fault() {
 }
 
 declare -A layer edges
-files=0
 while read -r file; do
   layer[$file]=$(layer_of "$file")
-  files=$((files + 1))
   if ((layer[$file] == 0)); then fault "$file: stands in no layer"; fi
 done < <(find * \( -path build -o -path tests -o -path bench \) -prune -o \
   \( -name '*.h' -o -name '*.cpp' \) -print | sort)
@@ -39,12 +37,10 @@ done < <(find * \( -path build -o -path tests -o -path bench \) -prune -o \
 includes=0
 while IFS=: read -r file line included; do
   includes=$((includes + 1))
-  for folder in "${file%/*}/" platform/; do
-    if [[ -n ${layer[$folder$included]:-} ]]; then
-      included=$folder$included
-      break
-    fi
+  for folder in "${file%/*}/" platform/ ""; do
+    if [[ -n ${layer[$folder$included]:-} ]]; then break; fi
   done
+  included=$folder$included
   if [[ -z ${layer[$included]:-} ]]; then
     fault "$file:$line: no \"$included\" beside it, in platform/ or in the root"
   elif ((layer[$file] < layer[$included])); then
@@ -60,7 +56,7 @@ done < <(printf '%s\0' "${!layer[@]}" | sort -z |
 look_behind() {
   local next
   for next in ${edges[$1]:-}; do
-    [[ -n ${seen[$next]:-} ]] && continue
+    if [[ -n ${seen[$next]:-} ]]; then continue; fi
     seen[$next]=1
     look_behind "$next"
   done
@@ -87,5 +83,5 @@ done <<'CHIEFS'
 CHIEFS
 
 if ((includes == 0)); then fault "no include found in $PWD: not the root of the source tree?"; fi
-echo "layers: $files files, $includes includes, $faults faults"
+echo "layers: ${#layer[@]} files, $includes includes, $faults faults"
 ((faults == 0))

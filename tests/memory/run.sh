@@ -8,8 +8,6 @@
 # allocations that declare all arguments fail in the first command only.
 set -euo pipefail
 tool=$(realpath "$1") library=$(realpath "$2") stride=${3:-1}
-shift $(($# < 3 ? $# : 3))
-commands=("$@")
 folder=$(mktemp -d)
 trap 'rm -r "$folder"' EXIT
 cd "$folder"
@@ -27,13 +25,11 @@ gzip -kn one.mrt; bzip2 -k one.mrt; xz -k one.mrt; zstd -q one.mrt
 "$tool" save one.mrt --to one.store
 printf '40010100\n0002fde800000064\n' > lines
 
-if [ ${#commands[@]} = 0 ]; then
-  commands=("summary one.mrt.gz" "summary --json one.mrt.bz2" "paths one.mrt.xz"
-    "paths --json --rt 65000:100 --ext 030b000000000007 one.mrt.zst" "verify one.mrt"
-    "watch-rt one.mrt" "watch-rt --json one.mrt.zst" "save one.mrt --to new.store"
-    "restore one.store" "restore --json one.store" "decode --json 0002fde800000064 c00804fde80064"
-    "decode -" "describe CommList")
-fi
+commands=("summary one.mrt.gz" "summary --json one.mrt.bz2" "paths one.mrt.xz" "verify one.mrt"
+  "paths --json --rt 65000:100 --ext 030b000000000007 one.mrt.zst" "watch-rt one.mrt"
+  "watch-rt --json one.mrt.zst" "save one.mrt --to new.store" "restore one.store" "decode -"
+  "restore --json one.store" "decode --json 0002fde800000064 c00804fde80064" "describe CommList")
+if (($# > 3)); then commands=("${@:4}"); fi
 
 # Runs a command; its output is in `out`, its messages in `err`.
 run() { LD_PRELOAD=$library "${@:2}" "$tool" $1 <lines >out 2>err; }
@@ -60,13 +56,10 @@ for command in "${commands[@]}"; do
         [ ! -s err ] || fault="a message"
         sed '/seconds\|octets, shared/d' out | cmp -s - good || fault="other output"
       elif [ $code = 1 ]; then
+        grep -q "^bgpcomm: \($file\|one.mrt\): out of memory" err && named=$file ||
+          fault=${named:+"no file named"}
         grep -q '^bgpcomm: .*out of memory' err || fault="another message"
         grep -qv '^bgpcomm: .*out of memory' err && fault="another message too"
-        if [ -n "$file" ]; then
-          if grep -q "^bgpcomm: \($file\|one.mrt\): out of memory" err; then named=1; else
-            [ -z "$named" ] || fault="no file named"
-          fi
-        fi
       else
         fault="exit code $code"
       fi

@@ -1,7 +1,5 @@
 #include "mrt/Input.h"
 
-#include <numeric>
-
 #include "TestOctets.h"
 #include "mrt/internal/Bzip2Pieces.h"
 
@@ -17,24 +15,19 @@ Bytes compressed(const std::string& format, const Bytes& plain) {
   return out.content();
 }
 
-/// None equal to the one before: bzip2 would store runs as counts, which are further octets.
-Bytes randomOf(const Bytes& octets, std::size_t size) {
+/// Octets that do not compress to nothing, of those named or all. None is equal to the one before:
+/// bzip2 would store runs as counts, which are further octets.
+Bytes pattern(std::size_t size, const Bytes& used = "") {
+  const std::size_t count = used.empty() ? 256 : used.size();
   Bytes bytes(size, '\0');
   U32 random = 1;
   std::size_t at = 0;
   for (char& octet : bytes) {
     random = random * 1664525 + 1013904223;
-    at = (at + 1 + (random >> 16) % (octets.size() - 1)) % octets.size();
-    octet = octets[at];
+    at = (at + 1 + (random >> 16) % (count - 1)) % count;
+    octet = used.empty() ? char(at) : used[at];
   }
   return bytes;
-}
-
-/// Octets that do not compress to nothing.
-Bytes pattern(std::size_t size) {
-  Bytes all(256, '\0');
-  std::iota(all.begin(), all.end(), '\0');
-  return randomOf(all, size);
 }
 
 /// Everything up to the end or the fault, in pieces of many sizes.
@@ -51,26 +44,23 @@ Bytes readAll(Input& input) {
   }
 }
 
-struct Case {
-  std::string what;
-  Bytes stored, plain;
-  std::string failure = "";
-};
+using Cases = std::initializer_list<std::array<Bytes, 4>>;
 
-/// Expects octets that begin with `plain`, and a text that begins with the failure; where nothing
-/// fails, or if `exact`, no further octets.
-void expectRead(const std::vector<Case>& cases, bool exact = false) {
+/// Files, with octets that they begin with and a text that the failure does; where nothing fails,
+/// or if `exact`, no further octets.
+void expectRead(Cases cases, bool exact = false) {
   for (const auto& [what, stored, plain, failure] : cases) {
+    SCOPED_TRACE(what);
     const TemporaryFile file(stored);
     Input input(file.name());
     const Bytes read = readAll(input);
     const std::string text = input.failure() ? input.failure()->text : "";
-    EXPECT_TRUE(exact || failure.empty() ? read == plain : read.starts_with(plain))
-        << what << ": " << read.size();
-    EXPECT_TRUE(text.starts_with(failure) && text.empty() == failure.empty())
-        << what << ": " << text;
+    const bool whole = exact || failure.empty();
+    EXPECT_TRUE(whole ? read == plain : read.starts_with(plain)) << read.size();
+    EXPECT_TRUE(text.starts_with(failure) && text.empty() == failure.empty()) << text;
   }
 }
+void expectExactly(Cases cases) { expectRead(cases, true); }
 
 TEST(Input, DeliversWhatWasCompressedUpToAFault) {
   const Bytes plain = pattern(3'000'000);
@@ -107,6 +97,7 @@ TEST(Input, KeepsWhatStandsBeforeAFault) {
     for (std::size_t at = one.size() + 1000; at < one.size() + 1400; ++at) damaged[at] ^= 0x55;
     const std::string early = format + " data end too early";
     expectRead({
+        // clang-format off
         {"two", both, first + second},
         {"zeros behind", both + Bytes(700'001, '\0'), first + second},
         {"something behind", both + Bytes(600, '\0') + "x", first + second,
@@ -115,11 +106,11 @@ TEST(Input, KeepsWhatStandsBeforeAFault) {
         {"cut off", both.substr(0, both.size() - 3), first, early},
         {"damaged", damaged, first, format + " data are damaged"},
         {"no header", one.substr(0, 11), "", early},
+        // clang-format on
     });
+    const Bytes twice = "compressed data are compressed once more";
     for (const std::string& inner : formats)
-      expectRead({{inner, compressed(format, compressed(inner, first)), "",
-                   "compressed data are compressed once more"}},
-                 true);
+      expectExactly({{inner, compressed(format, compressed(inner, first)), "", twice}});
   }
 }
 
@@ -129,7 +120,7 @@ Bytes usingTheBitsOf(U64 mark) {
   Bytes used;
   for (unsigned octet = 0; octet < 48; ++octet)
     if (mark >> (47 - octet) & 1) used += char(octet);
-  const Bytes plain = randomOf(used, 200'000), data = compressed("bzip2", plain);
+  const Bytes plain = pattern(200'000, used), data = compressed("bzip2", plain);
   // Behind header 32, mark 48, check sum 32, flag 1, origin 24, which sixteens there are 16.
   const Bzip2Piece piece{0, 8 * data.size(), {data.begin(), data.end()}};
   EXPECT_EQ(piece.bits(153, 48), mark);
@@ -149,40 +140,43 @@ TEST(Input, DeliversWholeBlocksOfBzip2) {
   };
   const std::string early = "bzip2 data end too early", damaged = "bzip2 data are damaged",
                     more = "bzip2 data are followed by something else";
-  expectRead(
-      {
-          {"empty", bzip2(""), ""},
-          {"three blocks", data, plain},
-          {"a block of more than a part", bzip2(zeros), zeros},
-          {"a mark that is none", bzip2(blockMark), blockMark},
-          {"an end that is none", bzip2(endMark), endMark},
-          {"twice, and zeros", data + bzip2(blockMark) + Bytes(600, '\0'), plain + blockMark},
-          {"a header behind", data + "BZh9", plain, more},
-          {"no end", data.substr(0, data.size() - 10), plain, early},
-          {"half an end", data.substr(0, data.size() - 3), plain, early},
-          {"half a block", data.substr(0, data.size() / 2), block, early},
-          {"the sum of a block", flipped(10), "", damaged},
-          {"values", flipped(data.size() / 2), block, damaged},
-          {"the sum at the end", flipped(data.size() - 3), plain, damaged},
-      },
-      true);
+  expectExactly({
+      // clang-format off
+      {"empty", bzip2(""), ""},
+      {"three blocks", data, plain},
+      {"a block of more than a part", bzip2(zeros), zeros},
+      {"a mark that is none", bzip2(blockMark), blockMark},
+      {"an end that is none", bzip2(endMark), endMark},
+      {"twice, and zeros", data + bzip2(blockMark) + Bytes(600, '\0'), plain + blockMark},
+      {"a header behind", data + "BZh9", plain, more},
+      {"no end", data.substr(0, data.size() - 10), plain, early},
+      {"half an end", data.substr(0, data.size() - 3), plain, early},
+      {"half a block", data.substr(0, data.size() / 2), block, early},
+      {"the sum of a block", flipped(10), "", damaged},
+      {"values", flipped(data.size() / 2), block, damaged},
+      {"the sum at the end", flipped(data.size() - 3), plain, damaged},
+      // clang-format on
+  });
 }
 
 TEST(Input, TellsFormatsByTheirWholeSignature) {
   const Bytes plain = pattern(1000), frame = compressed("zstd", plain);
-  for (const Bytes& skipped : {octets("502a4d18 04000000 61626364"), octets("5f2a4d18 00000000")})
-    expectRead({{"frames to be skipped over", skipped + frame + skipped + frame + skipped,
-                 plain + plain}});
-  expectRead(
-      {{"a dictionary of 4 GiB", octets("fd377a585a00 0004 e6d6b446 0200 2101 28 000000 e6a011b3"),
-        "", "xz data would take more than 256 MiB of memory"},
-       {"a window of 512 MiB", octets("28b52ffd 00 98 010000"), "",
-        "zstd data would take more than 128 MiB of memory"}});
+  const Bytes largeDictionary = octets("fd377a585a00 0004 e6d6b446 0200 2101 28 000000 e6a011b3");
+  const Bytes skipped = octets("502a4d18 04000000 61626364"), none = octets("5f2a4d18 00000000");
+  const Bytes tooMuch = "data would take more than ", two = frame + skipped + frame;
+  expectExactly({
+      // clang-format off
+      {"frames to be skipped over", skipped + two + skipped, plain + plain},
+      {"empty ones", none + two + none, plain + plain},
+      {"a dictionary of 4 GiB", largeDictionary, "", "xz " + tooMuch + "256 MiB of memory"},
+      {"a window of 512 MiB", octets("28b52ffd 00 98 010000"), "", "zstd " + tooMuch + "128 MiB of memory"},
+      // clang-format on
+  });
   // All begin with a time that is also the start of a signature.
   for (const std::string start :
        {"425a6839 0010 0004", "425a6830 3141 5926 5359", "425a683a 3141 5926 5359",
         "5d000080 000d 0002", "1f8b0010", "502a4d18 000d 0002"})
-    expectRead({{start, octets(start) + plain, octets(start) + plain}});
+    expectExactly({{start, octets(start) + plain, octets(start) + plain}});
 }
 
 }  // namespace

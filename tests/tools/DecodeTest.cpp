@@ -39,14 +39,15 @@ TEST_F(Decode, AnswersInTextOrJson) {
       "  policy          0002-IP6:2001:db8::1:100\n";
   const std::string attribute = "Community (8), flags 0xd0: internet\n";
   expectRuns({
+      // clang-format off
       {"printf '\\n 0x000220010DB80000000000000000000000010064\\r\\n' | bgpcomm decode -", target},
       // As many octets as a community each; only blanks make an attribute of them.
       {"bgpcomm decode --names d008000400000000 'D0 08:0004 00000000' | sed -n '2p;6p'",
        "  class           ExtComm\n" + attribute},
       {"bgpcomm decode d0 08 00 04 00 00 00 00", attribute},
       {"bgpcomm decode --json c0101002020000006400010002006400000001 | cut -d, -f6-",
-       R"("RT:100:1"],"extendedOctets":["0002006400000001","0202000000640001"]})"
-       "\n"},
+       R"("RT:100:1"],"extendedOctets":["0002006400000001","0202000000640001"]})" "\n"},
+      // clang-format on
   });
 }
 
@@ -69,42 +70,35 @@ TEST_F(Decode, SaysWhatIsWrongInOneLineAndGoesOn) {
   const std::string origin = "Origin (1), flags 0x40: 00\n";
   const std::string prefix = "bgpcomm: standard input, line ";
   expectRuns({
+      // clang-format off
       {"bgpcomm decode 0002fde80000006 40010100", origin, 1,
        "argument 1 (0002fde80000006): half an octet at character 15"},
       {"bgpcomm decode 40010100 g002fde800000064 0x 40010100", origin + origin, 1,
-       "argument 2 (g002fde800000064): no hexadecimal digit at character 1\n"
-       "bgpcomm: argument 3 (0x): " +
+       "argument 2 (g002fde800000064): no hexadecimal digit at character 1\nbgpcomm: argument 3 (0x): " +
            neither + "too short for flags, type and length"},
-      {"bgpcomm decode 40010100 400101aabb 2>&1",
-       origin + "bgpcomm: argument 2 (400101aabb): " + neither +
-           "its length is 1, but 2 octets follow\n",
-       1},
+      {"bgpcomm decode 40010100 400101aabb 2>&1", origin + "bgpcomm: argument 2 (400101aabb): " + neither +
+           "its length is 1, but 2 octets follow\n", 1},
       {"bgpcomm decode 000220010db8000000000000000000000001006400", "", 1,
-       "argument 1 (000220010db8000000000000...): " + neither +
-           "its length is 32, but 18 octets follow"},
+       "argument 1 (000220010db8000000000000...): " + neither + "its length is 32, but 18 octets follow"},
       {"bgpcomm decode c010104004fde84e0000004004fde84d000000", "", 1,
-       "argument 1 (c010104004fde84e00000040...): Extended Community attribute, offset 8: a second "
-       "link "
+       "argument 1 (c010104004fde84e00000040...): Extended Community attribute, offset 8: a second link "
        "bandwidth, expected at most one"},
       {"printf '40010100\\n\\nz\\033z\\n4\\0001\\n40010100' | bgpcomm decode - 40010100",
        origin + origin + origin, 1,
        "standard input, line 3 (z\\x1bz): no hexadecimal digit at character 1\n" + prefix +
            "4 (4\\x001): half an octet at character 1"},
       // Lines of 200,000 characters, of one more, and of more than is read at once.
-      {"(printf 4001 && head -c 199992 /dev/zero | tr '\\0' ' ' && echo 0100; printf "
-       "%0200001d\\\\n;"
-       " printf %01000000d\\\\n; echo 40010100) | bgpcomm decode -",
-       origin + origin, 1,
+      {"(printf 4001 && head -c 199992 /dev/zero | tr '\\0' ' ' && echo 0100; printf %0200001d\\\\n;"
+       " printf %01000000d\\\\n; echo 40010100) | bgpcomm decode -", origin + origin, 1,
        "standard input, line 2: longer than 200000 characters\n" + prefix +
            "3: longer than 200000 characters"},
-      {"printf %0200001d | bgpcomm decode -", "", 1,
-       "standard input, line 1: longer than 200000 characters"},
+      {"printf %0200001d | bgpcomm decode -", "", 1, "standard input, line 1: longer than 200000 characters"},
       {"bgpcomm decode - 40010100 < /", origin, 1, "standard input: Is a directory"},
       {"bgpcomm decode --format ui,none 40010100", "", 2,
        "--format ui,none: no flag \"none\", there are default, qualifier, classification, ui, "
        "asdot, weighted, or none for no flag"},
-      {"bgpcomm decode --names --numeric 40010100", "", 2,
-       "--names excludes --numeric; see bgpcomm --help"},
+      {"bgpcomm decode --names --numeric 40010100", "", 2, "--names excludes --numeric; see bgpcomm --help"},
+      // clang-format on
   });
 }
 

@@ -38,11 +38,11 @@ std::string communities(const char* attributes) {
 
 TEST(Reading, FindsChecksAndCountsAttributes) {
   const std::pair<const char*, const char*> cases[] = {
+      // clang-format off
       {"40010100 40020a 02020000fc580000fc59", ""},
       {"d0080004fde80064", "standard:fde80064 "},
       {"c00805fde8006400 c0100400020000 c01900 c02001ff",
-       "standard malformed extended malformed ipv6Extended malformed large malformed "
-       "attrLength=4 "},
+       "standard malformed extended malformed ipv6Extended malformed large malformed attrLength=4 "},
       {"c00804fde80064 c00804fde80065 c00803fde800", "standard:fde80064 "},  // the first counts
       {"c00800 c00804fde80065", "standard malformed attrLength=1 "},         // even so
       {"c00804fde80064 c02018 00", "standard:fde80064 large malformed attrOverrun=1 "},
@@ -50,10 +50,10 @@ TEST(Reading, FindsChecksAndCountsAttributes) {
       {"c00804fde80064 c020", "standard:fde80064 large malformed attrOverrun=1 "},
       {"d00800", "standard malformed attrOverrun=1 "},
       {"d008ffff fde80064", "standard malformed attrOverrun=1 "},
-      {"c0100800020000fc580001 c01914000220010db80000000000000000000000010007"
-       "c0200c0000fc580000000100000002",
+      {"c0100800020000fc580001 c01914000220010db80000000000000000000000010007c0200c0000fc580000000100000002",
        "extended:00020000fc580001 ipv6Extended:000220010db80000000000000000000000010007 "
        "large:0000fc580000000100000002 "},
+      // clang-format on
   };
   for (const auto& [attributes, found] : cases)
     EXPECT_EQ(communities(attributes), found) << attributes;

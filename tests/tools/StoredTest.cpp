@@ -69,16 +69,16 @@ TEST_F(Stored, NothingButAStoreIsReplacedAndNothingIsLeftBeside) {
   const std::string save = "bgpcomm save " + sample + " --to ";
   const std::string name(250, 'x');
   expectRuns({
-      {"echo mine >$TEXT; " + save + "$TEXT", "", 1,
-       text + ": is not a store, and is not replaced"},
+      // clang-format off
+      {"echo mine >$TEXT; " + save + "$TEXT", "", 1, text + ": is not a store, and is not replaced"},
       {"bgpcomm save /nowhere --to $TEXT; cat $TEXT; rm $TEXT", "mine\n", 0,
        text + ": is not a store, and is not replaced"},
       {"(ulimit -f 8; " + save + "$STORE)", "", 1, store + ": cannot be written: File too large"},
       {"cd $(dirname $STORE) && ls && bgpcomm save $OLDPWD/" + sample + " --to " + name +
-           " && ls && bgpcomm restore --json " + name + " | grep -c rib.bird",
-       name + "\n1\n"},
+           " && ls && bgpcomm restore --json " + name + " | grep -c rib.bird", name + "\n1\n"},
       {"cp " + sample + " $STORE; bgpcomm save $STORE --to $STORE", "", 2,
        "--to " + store + ": is one of the files to be read"},
+      // clang-format on
   });
 }
 

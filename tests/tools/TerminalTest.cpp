@@ -24,37 +24,33 @@ TEST_F(Terminal, AnEmptyValueIsRefused) {
   ::setenv("OTHER", other.name().c_str(), 1);
   const std::string empty = ": its value is empty; see bgpcomm --help";
   expectRuns({
+      // clang-format off
       {"bgpcomm save --to= $OTHER $FILE; echo $?; cat $OTHER", "2\nx", 0, "--to" + empty},
       {"bgpcomm save $FILE --to ''", "", 2, "--to" + empty},
       {"bgpcomm paths --community= no-export $FILE", "", 2, "--community" + empty},
       {"bgpcomm decode --format= ui 40010100", "", 2, "--format" + empty},
       {"bgpcomm decode --json= 40010100", "", 2, "--json" + empty},
-      {"cd $(mktemp -d) && cp $FILE ./--=x= && cp $FILE ./--a= && bgpcomm verify -- --a= --=x=\n"
-       "rm -r $PWD",
-       "--a=: 1 lists compared, 0 differ, 0 malformed\n"
-       "--=x=: 1 lists compared, 0 differ, 0 malformed\n"},
+      {"cd $(mktemp -d) && cp $FILE ./--=x= && cp $FILE ./--a= && bgpcomm verify -- --a= --=x=\nrm -r $PWD",
+       "--a=: 1 lists compared, 0 differ, 0 malformed\n--=x=: 1 lists compared, 0 differ, 0 malformed\n"},
       {"bgpcomm paths --community=65000:= $FILE", "", 2,
-       "--community 65000:=: neither two numbers up to 65535 with a colon between nor a known "
-       "name"},
+       "--community 65000:=: neither two numbers up to 65535 with a colon between nor a known name"},
+      // clang-format on
   });
 }
 
 TEST_F(Terminal, AClosedStandardDescriptorIsNoOtherFile) {
   expectRuns({
-      {"bgpcomm verify $FILE - <&- | cut -d: -f2",
-       " 1 lists compared, 0 differ, 0 malformed\n"
-       " 0 lists compared, 0 differ, 0 malformed\n",
-       0, "-: Bad file descriptor (record 1, octet 0)"},
+      // clang-format off
+      {"bgpcomm verify $FILE - <&- | cut -d: -f2", " 1 lists compared, 0 differ, 0 malformed\n"
+       " 0 lists compared, 0 differ, 0 malformed\n", 0, "-: Bad file descriptor (record 1, octet 0)"},
       {"bgpcomm verify $FILE >&-", "", 1, "standard output: Bad file descriptor"},
       {"bgpcomm verify $FILE >&- 2>&-", "", 1},
       // A reader that has gone away is no fault.
-      {"{ sleep 0.2; bgpcomm paths $FILE; echo $? >$FILE.code; } | true\n"
-       "cat $FILE.code; rm $FILE.code",
+      {"{ sleep 0.2; bgpcomm paths $FILE; echo $? >$FILE.code; } | true\ncat $FILE.code; rm $FILE.code",
        "0\n"},
-      {"mkfifo $FILE.in\n"
-       "\"$BGPCOMM\" verify $FILE.in <&- >&- 2>&- & exec 3>$FILE.in\n"
-       "cd /proc/$!/fd && ls -l 0 1 2 | grep -c /dev/null; kill $!; rm $FILE.in",
-       "3\n"},
+      {"mkfifo $FILE.in\n\"$BGPCOMM\" verify $FILE.in <&- >&- 2>&- & exec 3>$FILE.in\n"
+       "cd /proc/$!/fd && ls -l 0 1 2 | grep -c /dev/null; kill $!; rm $FILE.in", "3\n"},
+      // clang-format on
   });
 }
 
@@ -62,28 +58,17 @@ TEST(Visible, EscapesWhatATerminalMightObey) {
   const std::string printable =
       "plain ~ \\x\u00a0\u061b\u061d\u07ff\u0800\u200d\u2010\u2027\u202f\u2065\u206a\ud7ff\ue000"
       "\uffff\U00010000\U0010ffff";
-  const std::string lots(10'000, '\n');
-  const std::string escaped[] = {{"\0\t\x1f\x7f", 4},
-                                 lots,
-                                 // Controls, marks of direction, ends of lines.
-                                 "\u0080\u009b\u009f",
-                                 "\u061c\u200e\u200f",
-                                 "\u2028\u202e",
-                                 "\u2066\u2069",
-                                 // No character begins so, or it is cut short.
-                                 "\x9b",
-                                 "\xc3",
-                                 "\xe2\x82",
-                                 "\xf0\x9f\x98",
-                                 // Longer than need be.
-                                 "\xc1\xbf",
-                                 "\xe0\x82\x9b",
-                                 "\xf0\x80\x82\x9b",
-                                 // Halves of a pair, and beyond the last.
-                                 "\xed\xa0\x80",
-                                 "\xed\xbf\xbf",
-                                 "\xf4\x90\x80\x80",
-                                 "\xf8\x88\x80\x80\x80"};
+  const std::string escaped[] = {// clang-format off
+      {"\0\t\x1f\x7f", 4}, std::string(10'000, '\n'),
+      // Controls, marks of direction, ends of lines.
+      "\u0080\u009b\u009f", "\u061c\u200e\u200f", "\u2028\u202e", "\u2066\u2069",
+      // No character begins so, or it is cut short.
+      "\x9b", "\xc3", "\xe2\x82", "\xf0\x9f\x98",
+      // Longer than need be.
+      "\xc1\xbf", "\xe0\x82\x9b", "\xf0\x80\x82\x9b",
+      // Halves of a pair, and beyond the last.
+      "\xed\xa0\x80", "\xed\xbf\xbf", "\xf4\x90\x80\x80", "\xf8\x88\x80\x80\x80"};
+  // clang-format on
   for (const std::string& text : escaped) {
     std::string shown;
     for (const char octet : text) shown += "\\x" + hex(view({octet}));

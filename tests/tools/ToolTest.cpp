@@ -50,6 +50,7 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
   const std::string third = start_ + "-\t65000:200\n", malformed = start_ + "-\tmalformed\n";
   const std::string usage = "; see bgpcomm --help";
   expectRuns({
+      // clang-format off
       {"bgpcomm paths $FILE", first + first + third},
       {"bgpcomm paths --community no-export $FILE", first + first},
       {"bgpcomm paths --community no-export --community 65000:200 $FILE", ""},
@@ -58,8 +59,7 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm decode c0630101", "Unknown attribute (99), flags 0xc0: 01\n"},
       {"bgpcomm decode --json c00804ffffff01",
        R"({"type":8,"name":"Community","flags":192,"value":"ffffff01",)"
-       R"("standard":["no-export"],"standardOctets":["ffffff01"]})"
-       "\n"},
+       R"("standard":["no-export"],"standardOctets":["ffffff01"]})" "\n"},
       {"bgpcomm describe BgpPathAttrFlag | head -2", "Routing::Bgp::BgpPathAttrFlag\n  128 opt\n"},
       {"cd $(mktemp -d) && cp $FILE '[a,b]' && bgpcomm verify '[a,b]' && rm -r \"$PWD\"",
        "./[a,b]: 3 lists compared, 0 differ, 0 malformed\n"},
@@ -69,10 +69,8 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
        "-: 3 malformed, the first attrLength (record 2, octet 62)"},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
-       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"]})"
-       "\n"},
-      {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", "", 1,
-       "a\\x1bb\\x0ac: No such file or directory"},
+       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"]})" "\n"},
+      {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", "", 1, "a\\x1bb\\x0ac: No such file or directory"},
       {"bgpcomm paths --help | grep -c 'VALUE [.]'", "0\n", 1},
       {"bgpcomm verify /", "", 1, "/: Is a directory"},
       {"bgpcomm paths $FILE >/dev/full", "", 1, "standard output: No space left on device"},
@@ -80,16 +78,14 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm bogus", "", 2, "bogus is unknown" + usage},
       {"bgpcomm summary", "", 2, "FILE is required" + usage},
       {"bgpcomm paths --community 65000:65536 $FILE", "", 2,
-       "--community 65000:65536: neither two numbers up to 65535 with a colon between nor a known "
-       "name"},
+       "--community 65000:65536: neither two numbers up to 65535 with a colon between nor a known name"},
       {"bgpcomm paths --rt 65536:65536 $KINDS", "", 2,
        "--rt 65536:65536: neither AS:NUMBER nor ADDRESS:NUMBER within their bounds"},
-      {"bgpcomm describe NoSuchType", "", 2,
-       "NoSuchType: no such type, bgpcomm describe lists them"},
-      {"printf x >$STORE; bgpcomm restore $STORE", "", 1,
-       store_.name() + ": is too short for a store"},
+      {"bgpcomm describe NoSuchType", "", 2, "NoSuchType: no such type, bgpcomm describe lists them"},
+      {"printf x >$STORE; bgpcomm restore $STORE", "", 1, store_.name() + ": is too short for a store"},
       {": >$STORE; bgpcomm save /nowhere --to $STORE; wc -c <$STORE", "0\n", 0,
        "/nowhere: No such file or directory"},
+      // clang-format on
   });
 }
 
@@ -99,6 +95,7 @@ TEST_F(Tool, KnowsAllFourListTypes) {
                           "0002-IP6:2001:db8::1:100 65000:1:1 65000:1:2\n";
   const std::string come = time_ + "+\tRT:65000:100\n", gone = time_ + "-\tRT:65000:100\n";
   expectRuns({
+      // clang-format off
       {"bgpcomm paths --rt 65000:100 $KINDS 2>&-", all + start_ + "10.1.2.0/24\tRT:65000:100\n"},
       {"bgpcomm paths --ext 0x0002FDE800000064 $KINDS 2>&-", all},
       {"bgpcomm paths --ext 000220010db80000000000000000000000010064 $KINDS 2>&-", all},
@@ -109,28 +106,22 @@ TEST_F(Tool, KnowsAllFourListTypes) {
        R"("prefixes":[{"prefix":"10.1.2.0/24"}],)"
        R"("standard":["65000:100"],"extended":["RT:65000:100","Color:CO(00):7"],)"
        R"("ipv6Extended":["0002-IP6:2001:db8::1:100"],"large":["65000:1:1","65000:1:2"],)"
-       R"("standardOctets":["fde80064"],)"
-       R"("extendedOctets":["0002fde800000064","030b000000000007"],)"
+       R"("standardOctets":["fde80064"],"extendedOctets":["0002fde800000064","030b000000000007"],)"
        R"("ipv6ExtendedOctets":["000220010db80000000000000000000000010064"],)"
-       R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"]})"
-       "\n"},
-      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13-",
-       "\"malformed\":[\"linkBandwidth\"]}\n"},
-      {"bgpcomm paths $KINDS 2>&1 >/dev/null | cut -d' ' -f3-7",
-       "1 malformed, the first linkBandwidth\n"},
+       R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"]})" "\n"},
+      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13-", "\"malformed\":[\"linkBandwidth\"]}\n"},
+      {"bgpcomm paths $KINDS 2>&1 >/dev/null | cut -d' ' -f3-7", "1 malformed, the first linkBandwidth\n"},
       {"bgpcomm verify $KINDS", kinds_.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
       {"bgpcomm watch-rt $KINDS 2>&-", come + come + gone + gone},
       {"bgpcomm summary $KINDS $FILE >$STORE.a; bgpcomm save $KINDS $FILE --to $STORE\n"
-       "bgpcomm restore $STORE | diff - $STORE.a | grep '^[<>]' | grep -v 'octets, "
-       "sh\\|saved\\|seconds'\n"
-       "rm $STORE.a",
-       ""},
+       "bgpcomm restore $STORE | diff - $STORE.a | grep '^[<>]' | grep -v 'octets, sh\\|saved\\|seconds'\n"
+       "rm $STORE.a", ""},
       {"bgpcomm summary --json $KINDS | tr -d ' \\n' | grep -o 'distinctR[^}]*' | head -1",
-       R"(distinctRouteTargetSets":2,"types":{"00/02":1,"02/02":1,"03/0b":1)"
-       "\n"},
+       R"(distinctRouteTargetSets":2,"types":{"00/02":1,"02/02":1,"03/0b":1)" "\n"},
       {"bgpcomm summary $ALIKE | grep ' RT:\\| Color:' | tr -s ' '",
        " 2 RT:100:1 0x0002006400000001\n 1 RT:101:1\n 1 RT:100:1 0x0202000000640001\n"
        " 1 Color:CO(00):7 0x030b000000000007\n 1 Color:CO(00):7 0x030b000100000007\n"},
+      // clang-format on
   });
 }
 
@@ -150,26 +141,24 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
   EXPECT_EQ(figures, R"({
     "files": [{"records": 3, "paths": 3, "malformed": 0, "malformedBy": {}, "standard":
                {"attributes": 3, "communities": 6, "distinctValues": 3, "distinctLists": 2}},
-              {"records": 3, "paths": 3, "malformed": 1, "malformedBy": {"truncatedRecord": 1},
-               "standard":
+              {"records": 3, "paths": 3, "malformed": 1, "malformedBy": {"truncatedRecord": 1}, "standard":
                {"attributes": 3, "communities": 6, "distinctValues": 3, "distinctLists": 2}}],
-    "total": {"records": 6, "paths": 6, "malformed": 1, "malformedBy": {"truncatedRecord": 1},
-              "standard":
-              {"attributes": 6, "communities": 12, "distinctValues": 3, "distinctLists": 2}}
-  })"_json);
-  expectRuns({{"bgpcomm summary $BROKEN 2>&- | grep '.\\{81\\}\\|paths  \\|trunc\\|first\\|per "
-               "list\\|^  *[0-9]  [^ ]'",
-               "  paths                          3\n"
-               "    truncatedRecord              1\n"
-               "    first (record 4, octet 210)\n"
-               "  paths per list               1.5           0.0           0.0           0.0\n"
-               "                   2  65000:100\n"
-               "                   2  no-export\n"
-               "                   1  65000:200\n"},
-              {"for command in '' summary paths verify decode describe save restore watch-rt; do\n"
-               "  bgpcomm $command --help | grep '.\\{81\\}\\|Example: bgpcomm ' | cut -d: -f1\n"
-               "done | uniq -c | tr -d ' '",
-               "9Example\n"}});
+    "total": {"records": 6, "paths": 6, "malformed": 1, "malformedBy": {"truncatedRecord": 1}, "standard":
+              {"attributes": 6, "communities": 12, "distinctValues": 3, "distinctLists": 2}}})"_json);
+  expectRuns({
+      // clang-format off
+      {"bgpcomm summary $FILE | grep -c 'seconds  .* paths/s'", "1\n"},
+      {"bgpcomm summary $BROKEN 2>&- | grep '.\\{81\\}\\|paths  \\|trunc\\|first\\|per l\\|^  *[0-9]  [^ ]'",
+       "  paths                          3\n"
+       "    truncatedRecord              1\n"
+       "    first (record 4, octet 210)\n"
+       "  paths per list               1.5           0.0           0.0           0.0\n"
+       "                   2  65000:100\n                   2  no-export\n                   1  65000:200\n"},
+      {"for command in '' summary paths verify decode describe save restore watch-rt; do\n"
+       "  bgpcomm $command --help | grep '.\\{81\\}\\|Example: bgpcomm ' | cut -d: -f1\n"
+       "done | uniq -c | tr -d ' '", "9Example\n"},
+      // clang-format on
+  });
 }
 
 // Other people's dumps, against figures that another program computed.
