@@ -274,9 +274,8 @@ TEST_F(ListTest, TablesDumpAndAreThreadSafeWhenTheAgentIs) {
   const auto context = Mox::makeNew<Orv::DumpContext>();
   tables->forEachKind([&](const auto& kind) { kind.lists()->dumpState(context, 1); });
   extended.lists()->notifyingRtExtCommListCollection()->dumpState(context, 0);
-  EXPECT_EQ(
-      context->text(),
-      // clang-format off
+  // clang-format off
+  EXPECT_EQ(context->text(),
             " DedupTable   members: 0\n"
             " ExtCommListDedupTable\n   extComm\n     members: 1\n   extCommClassification\n     members: 1\n"
             "   rtExtCommClassification\n     members: 1\n"
