@@ -49,7 +49,7 @@ std::string pathText(const Path& path) {
 using Updates = PathReader::Updates;
 
 /// The paths, or of updates only those with attributes, `bad` for a record that cannot be cut, and
-/// how the file ended.
+/// how much of a record there is at the end.
 Bytes cutAll(const Bytes& file, Updates updates = Updates::all, Updates shown = Updates::all) {
   const TemporaryFile stored(file);
   Input input(stored.name());
@@ -64,7 +64,9 @@ Bytes cutAll(const Bytes& file, Updates updates = Updates::all, Updates shown = 
       text += pathText(*path);
   } while (path);
   EXPECT_FALSE(reader.next());
-  return text + (reader.truncation() ? "truncated|" : "");
+  if (const auto& end = reader.truncation())
+    text += std::to_string(end->there) + " of " + std::to_string(end->wanted) + '|';
+  return text;
 }
 
 void expectPaths(std::initializer_list<std::array<std::string, 3>> cases) {
@@ -194,14 +196,19 @@ TEST(Mrt, CutsMessages) {
       {"withdrawals cut short", body("0017 02 0001 0000"), "bad|"},
       {"unknown family", mrtRecord(16, 4, Bytes(10, '\0') + octets("ffff") + message), "bad|"},
       {"no room for microseconds", good + mrtRecord(17, 4, "abc") + good, path + "bad|" + path},
-      {"much too long", good + octets("00000001 0010 0004 ffffffff 616263"), path + "truncated|"},
+      {"much too long", good + octets("00000001 0010 0004 ffffffff 616263"), path + "15 of 4294967307|"},
       // clang-format on
   });
   const Bytes longest = skipped(RecordReader::longestRecord);
   EXPECT_EQ(cutAll(longest + good + tooLong + good), path + "bad|" + path);
-  EXPECT_EQ(cutAll(good + tooLong.substr(0, tooLong.size() - 1)), path + "truncated|");
-  for (std::size_t left = 1; left < good.size(); ++left)
-    EXPECT_EQ(cutAll(good + good.substr(0, left)), path + "truncated|") << left;
+  const std::string most = std::to_string(RecordReader::longestRecord);
+  const std::string more = std::to_string(RecordReader::longestRecord + 1);
+  EXPECT_EQ(cutAll(good + tooLong.substr(0, tooLong.size() - 1)),
+            path + most + " of " + more + '|');
+  for (std::size_t left = 1; left < good.size(); ++left) {
+    const std::string end = std::to_string(left) + (left < 12 ? " of 12|" : " of 59|");
+    EXPECT_EQ(cutAll(good + good.substr(0, left)), path + end);
+  }
 }
 
 TEST(Mrt, KnowsWhereRecordsStand) {
@@ -216,8 +223,7 @@ TEST(Mrt, KnowsWhereRecordsStand) {
   EXPECT_EQ(at(*reader.firstBadRecord()), std::pair(U64{2}, U64{good.size()}));
   EXPECT_EQ(at(reader.position()), std::pair(U64{5}, U64{2 * good.size() + 24}));
   EXPECT_TRUE(reader.badRecords() == 2 && reader.records() == 4);
-  const auto [offset, there, wanted] = *reader.truncation();
-  EXPECT_TRUE(offset == 2 * good.size() + 24 && there == 1 && wanted == 12);
+  EXPECT_EQ(reader.truncation()->offset, 2 * good.size() + 24);
 }
 
 TEST(Mrt, TakesPrefixesOfEveryForm) {
