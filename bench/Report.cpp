@@ -84,8 +84,9 @@ void Report::printInterning(const Workload& workload) const {
   std::printf("\n%s: %s\n", workload.name.c_str(), workload.distribution.c_str());
   std::printf("  %-26s %5s  %-14s  %-22s  %9s  %9s  %9s  %9s\n", "against flyweight", "ours",
               "quartiles", "aim", "one lock", "shared_p.", "fl.sorted", "fl.raw");
-  for (const auto& [operation, most] : {Aim{"hit", 0.65}, Aim{"miss", 1.2},
-                                        Aim{"last release", 1.5}, Aim{"octets per list", 1.1}}) {
+  for (const auto& [operation, most] :
+       {Aim{"hit", workload.name == "made-up" ? 0.65 : 0.75}, Aim{"miss", 1.2},
+        Aim{"last release", 1.5}, Aim{"octets per list", 1.1}}) {
     const auto of = [&, operation = operation](const char* contender) {
       return nameOf(operation, workload.name, contender);
     };
