@@ -54,7 +54,7 @@ class ExtCommGroupVector {
   /// groups.
   void groupsAre(Slots groups, void* room);
 
-  /// By identity: groups of one table are equal exactly when they are the same object.
+  /// Compares identities: groups of one table are equal exactly when they are the same object.
   friend bool operator==(const ExtCommGroupVector& a, const ExtCommGroupVector& b) {
     const auto mine = a.present(), theirs = b.present();
     return a.present_ == b.present_ && std::equal(mine.begin(), mine.end(), theirs.begin());

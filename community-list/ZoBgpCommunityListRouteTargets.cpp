@@ -107,7 +107,7 @@ void NotifyingRtExtCommListCollection::rtExtCommListIs(const Notifier& notifier)
 
 void NotifyingRtExtCommListCollection::rtExtCommListDel(const Notifier& notifier) {
   if (!notifier) return;
-  // What the collection held goes when the lock has gone: `notifier` may be the member itself.
+  // The collection's reference goes when the lock has gone: `notifier` may be the member itself.
   Notifier taken;
   Set::node_type node;
   {

@@ -35,7 +35,7 @@ struct StoredExtCommIp6 {
   ExtCommIp6Content content() const { return {type, subtype, addr, localAdmin}; }
 };
 
-/// What this family fills in; see ZoBgpCommunityFamilyValue.h.
+/// The members that this family fills in; see ZoBgpCommunityFamilyValue.h.
 struct ExtCommIp6Family {
   using Content = ExtCommIp6Content;
   using PktType = BgpExtCommIp6PktType;

@@ -31,8 +31,8 @@ struct AllocationCount {
 std::vector<AllocationCount> allocationCounts();
 /// The figures of one type; zeros for a name never heard.
 AllocationCount allocationCount(std::string_view type);
-/// What the slabs take that the objects of these types stand in, in octets: free room included,
-/// objects that are too large for slabs not.
+/// Octets of the slabs in which objects of these types stand, free room included. Objects that are
+/// too large for slabs are not in it.
 std::size_t slabOctets();
 
 /// Counts one type. A named constant of the process, defined in a source file; trackers of the

@@ -1,4 +1,4 @@
-// What holds of lists of every type. A further list type is a further struct in Lists.h.
+// Checks that hold of lists of every type. A further list type is a further struct in Lists.h.
 #include "Lists.h"
 #include "Restored.h"
 #include "attr/ZoBgpGlobals.h"

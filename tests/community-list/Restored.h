@@ -1,4 +1,4 @@
-// What programs that restore a store do with it, for tests and fuzzing.
+// Uses of a restored store as programs make them, for tests and fuzzing.
 #pragma once
 
 #include <cstring>

@@ -200,7 +200,7 @@ struct Grouping : std::numpunct<char> {
   Mox::String do_grouping() const override { return "\1"; }
 };
 
-// Of the stream, texts take nothing but upper case, and that in the content alone.
+// Texts take nothing from the stream but upper case, and that in the content alone.
 TEST(ExtCommText, ShowAndPolicyUnderAllFlags) {
   std::ostringstream stream;
   stream.imbue(std::locale(std::locale::classic(), new Grouping));

@@ -50,7 +50,7 @@ inline Bytes update(const Bytes& attributes, const Bytes& nlri, const Bytes& wit
   return Bytes(16, '\xff') + number(19 + body.size(), 2) + '\x02' + body;
 }
 
-/// What stands in front of a message: AS of peer and collector, interface, AFI, their addresses.
+/// The fields in front of a message: AS of peer and collector, interface, AFI, their addresses.
 inline Bytes session(const Bytes& peer = octets("c0000201"), std::size_t asSize = 4,
                      U32 asNumber = 64600) {
   return number(asNumber, asSize) + number(64601, asSize) + number(1, 2) +

@@ -245,7 +245,7 @@ TEST(Container, GoesInOrderAndUnheard) {
     take();
     container = nullptr;
     EXPECT_EQ(take(), "~a ~b ");
-    // What is held stays whole: in the registry, and with all its rules.
+    // A rule that is held stays whole: in the registry, and with all its rules.
     EXPECT_EQ(registry->extendedCommunityTypeRuleInstance().size(), held);
     EXPECT_EQ(parser ? parser->typeRules().size() : 11, 11u);
     parser = nullptr;

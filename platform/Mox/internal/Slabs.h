@@ -54,7 +54,7 @@ class FreePieces {
   /// All free pieces to the depots.
   void giveAll() noexcept;
 
-  /// What all slabs take, in octets.
+  /// Octets of all slabs.
   static std::size_t slabOctets();
 
   // The same for threads that keep nothing.
