@@ -16,9 +16,8 @@
 // 2. Lists of one table are equal exactly when they are the same object. REQUIRES: all lists of one
 //    table hold values of one value table; with two, equal contents are two lists.
 // 3. A list has at most one group per classification, in the order of classifications.
-// 4. An interned list holds its groups, and these hold the values: whoever holds the list finds
-// every
-//    value alive, but `references()` of a value does not count the list.
+// 4. An interned list holds its groups, and these hold the values: every value is alive as long as
+//    the list is held, but `references()` of a value does not count the list.
 //
 // Threads: a list being built belongs to one thread; an interned one may be read from any.
 #pragma once

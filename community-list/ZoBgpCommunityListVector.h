@@ -125,11 +125,13 @@ class CommVector {
   /// grows. Until then it keeps a word of its owner's, in place of its capacity. REQUIRES: somebody
   /// else holds the same objects for as long as the elements are read; the storage is trimmed.
   void lend(U32 word) {
+    MOX_ASSERT(size_ == capacity_, "size == capacity");
     for (T& value : std::span(data_, size_)) const T held = T::adopt(value.get());
     lent_ = true;
     capacity_ = word;
   }
-  /// REQUIRES: the references are dropped.
+  bool lent() const { return lent_; }
+  /// REQUIRES: `lent()`.
   U32 word() const { return capacity_; }
   /// Takes the references again. Needs no memory. REQUIRES: they are dropped.
   void reclaim() {

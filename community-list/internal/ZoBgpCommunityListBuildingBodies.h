@@ -58,11 +58,11 @@ template <class F>
 auto ExtCommListOf<F>::dedup(const Table& table) -> ConstList {
   MOX_ASSERT(table, "__null != table");
   assertNeverDeduped();
-  Mox::Ptr<Orv::DedupHandle> reference(static_cast<List*>(this));
+  const Mox::Ptr<Orv::DedupHandle> self(static_cast<List*>(this));  // also in the handler below
   sortComms();
   makeGroups(table, nullptr, placeOf(comm_, table->dedupHashTable()->seed()));
   try {
-    return Mox::staticCast<const List>(table->dedup(std::move(reference)));
+    return Mox::staticCast<const List>(table->dedup(self));
   } catch (...) {
     comm_.reclaim();  // as if nothing had been tried
     groups_.groupsAre({}, nullptr);

@@ -66,10 +66,10 @@ U32 ExtCommListOf<F>::placeOf(const auto& comms, U64 seed) {
 }
 
 template <class F>
-U64 ExtCommListOf<F>::placeOfMember(const Orv::DedupHandle& member, U64) {
+U64 ExtCommListOf<F>::placeOfMember(const Orv::DedupHandle& member, U64 seed) {
   const auto& list = static_cast<const ExtCommListOf&>(member);
   MOX_ASSERT(list.comm_.sorted(), "commVectorSorted()");
-  return list.comm_.word();
+  return list.comm_.lent() ? list.comm_.word() : placeOf(list.comm_, seed);
 }
 
 }  // namespace Routing::Bgp

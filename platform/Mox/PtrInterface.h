@@ -62,7 +62,8 @@ class PtrInterface {
     return count;
   }
 
-  /// Memory of tracked objects; allocation throws `std::bad_alloc`. See Mox/Allocation.h.
+  /// Plain memory; allocation throws `std::bad_alloc`. Tracked objects have theirs from their
+  /// tracker, see Mox/Allocation.h. REQUIRES: no object that is placed here ends by its count.
   static void* moxMemAlloc(std::size_t octets);
   static void moxMemDealloc(void* memory) noexcept;
 

@@ -1,4 +1,8 @@
 #include "Mox/internal/Slabs.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "Platform.h"
 
 namespace {
@@ -78,6 +82,26 @@ TEST(Slabs, KeepLittleForAThread) {
   EXPECT_TRUE(__asan_region_is_poisoned(again, 48) == again);
 #endif
   mine.giveAll();
+}
+
+TEST(Slabs, AreWholeInTheChildOfAFork) {
+  std::atomic<bool> ended{false};
+  std::thread busy([&] {
+    while (!ended) FreePieces::giveShared(FreePieces::takeShared(48), 48);
+  });
+  int status = 0;
+  for (int forks = 0; forks < 100 && status == 0; ++forks) {
+    const pid_t child = fork();
+    if (child == 0) {
+      alarm(20);  // ends a child that waits for a thread which it does not have
+      FreePieces::giveShared(FreePieces::takeShared(48), 48);
+      _exit(0);
+    }
+    waitpid(child, &status, 0);
+  }
+  EXPECT_EQ(status, 0);
+  ended = true;
+  busy.join();
 }
 
 }  // namespace

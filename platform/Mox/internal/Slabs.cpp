@@ -1,5 +1,7 @@
 #include "Mox/internal/Slabs.h"
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
@@ -142,6 +144,9 @@ class alignas(64) Depot {
   }
 
  private:
+  friend void lockDepots();
+  friend void unlockDepots();
+
   void link(Slab* slab) {
     slab->previous = nullptr;
     slab->next = slabs_;
@@ -161,9 +166,18 @@ class alignas(64) Depot {
 // Never destroyed: objects of static lifetime are freed at the very end.
 constinit std::array<Depot, FreePieces::mostOctets / FreePieces::step> depots;
 
+// A fork finds all depots whole, as it does the memory of `operator new`.
+void lockDepots() {
+  for (Depot& depot : depots) depot.mutex_.lock();
+}
+void unlockDepots() {
+  for (Depot& depot : depots) depot.mutex_.unlock();
+}
+
 /// Asked by the first who takes memory; nobody has any to give before.
 bool slabsAreUsed() {
   static const bool used = [] {
+    pthread_atfork(lockDepots, unlockDepots, unlockDepots);
     const char* const wish = std::getenv("MOX_SLABS");
     if (wish && *wish) return std::string_view(wish) != "0";
 #ifdef __SANITIZE_ADDRESS__
