@@ -22,9 +22,17 @@ const Workload& eightOctetValues();
 const Workload& twentyOctetValues();
 /// Lists of the other list types.
 void addLists();
-const Workload& largeLists();
+const Workload& largeLists();  // 20,000 lists, as the two that follow
 const Workload& extendedLists();
 const Workload& ipv6ExtendedLists();
+/// The same of another size: so many lists, and five times as many attributes drawn of them.
+Workload makeLargeLists(U32 count);
+Workload makeExtendedLists(U32 count);
+Workload makeIpv6ExtendedLists(U32 count);
+/// The paths of twenty peers, announced, withdrawn and announced again.
+void addDay(int repetitions);
+/// Their numbers, for the reader of the results. Makes the paths if no benchmark did.
+std::string dayDistribution();
 /// The tool's summary of a file, decompressed first.
 void addTool(const std::string& file);
 /// List to text and to octets.

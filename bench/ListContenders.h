@@ -1,10 +1,20 @@
-// The library over extended lists of both families.
+// The contenders over lists of the other types: large ones, and extended ones of both families.
 #pragma once
 
 #include "ValueContenders.h"
 #include "ip6/ExtCommIp6ListDedupTable.h"
 
 namespace bench {
+
+using Large = std::array<U32, 3>;
+template <>
+struct PayloadOf<Large> {
+  static Large make(Octets octets) {
+    return {Zonet::loadNetworkOrder<U32>(octets.data()),
+            Zonet::loadNetworkOrder<U32>(octets.data() + 4),
+            Zonet::loadNetworkOrder<U32>(octets.data() + 8)};
+  }
+};
 
 template <class List, auto valuesFactory, auto listsFactory>
 class OursExtended {

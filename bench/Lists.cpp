@@ -8,16 +8,6 @@
 
 namespace bench {
 
-using Large = std::array<U32, 3>;
-template <>
-struct PayloadOf<Large> {
-  static Large make(Octets octets) {
-    return {Zonet::loadNetworkOrder<U32>(octets.data()),
-            Zonet::loadNetworkOrder<U32>(octets.data() + 4),
-            Zonet::loadNetworkOrder<U32>(octets.data() + 8)};
-  }
-};
-
 namespace {
 
 class OursLarge {
@@ -55,11 +45,11 @@ Values makeValues(U32 count, std::size_t size, const std::vector<Value>& heads) 
   return values;
 }
 
-// 20,000 lists of 1 to `longest` values, shorter ones more often; a fifth of the attributes are out
-// of order.
-Workload lists(const char* name, const char* distribution, Values values, U32 longest,
+// `count` lists of 1 to `longest` values, shorter ones more often, and five times as many
+// attributes of them; a fifth is out of order.
+Workload lists(const char* name, U32 count, const char* of, Values values, U32 longest,
                double average) {
-  constexpr U32 count = 20'000, drawn = 100'000;
+  const U32 drawn = 5 * count;
   std::mt19937_64 random(22);
   std::geometric_distribution<U32> more(1 / average);
   std::set<std::set<Value>> known;
@@ -81,7 +71,7 @@ Workload lists(const char* name, const char* distribution, Values values, U32 lo
     attributes.push_back(attribute(list));
     shares.push_back(1.0 / double(attributes.size()));
   }
-  Workload workload{name, distribution, {}, {}};
+  Workload workload{name, std::to_string(count) + " lists of " + of, {}, {}};
   std::discrete_distribution<U32> rank(shares.begin(), shares.end());
   for (U32 i = 0; i < drawn; ++i) workload.drawn.add(attributes[rank(random)]);
   std::shuffle(attributes.begin(), attributes.end(), random);
@@ -91,32 +81,37 @@ Workload lists(const char* name, const char* distribution, Values values, U32 lo
 
 }  // namespace
 
+Workload makeLargeLists(U32 count) {
+  return lists("large lists", count, "1 to 12 of 4000 values, 4 on average, Zipf-like",
+               makeValues(4'000, 12, {{0x00, 0x00, 0xFD, 0xE8}, {0x00, 0x03, 0x0D, 0x40}}), 12, 4);
+}
+Workload makeExtendedLists(U32 count) {
+  return lists("extended lists", count, "1 to 8 of 30000 values, 3 on average, Zipf-like",
+               makeValues(30'000, 8,
+                          {{0x00, 0x02},
+                           {0x00, 0x02},
+                           {0x02, 0x02},
+                           {0x00, 0x03},
+                           {0x03, 0x0b},
+                           {0x43, 0x00},
+                           {0x80, 0x06}}),
+               8, 3);
+}
+Workload makeIpv6ExtendedLists(U32 count) {
+  return lists("IPv6 extended lists", count, "1 to 4 of 30000 values, 2 on average, Zipf-like",
+               makeValues(30'000, 20, {{0x00, 0x02, 0x20, 0x01}, {0x00, 0x0b, 0x20, 0x01}}), 4, 2);
+}
+
 const Workload& largeLists() {
-  static const Workload workload =
-      lists("large lists", "20000 lists of 1 to 12 of 4000 values, 4 on average, Zipf-like",
-            makeValues(4'000, 12, {{0x00, 0x00, 0xFD, 0xE8}, {0x00, 0x03, 0x0D, 0x40}}), 12, 4);
+  static const Workload workload = makeLargeLists(20'000);
   return workload;
 }
-
 const Workload& extendedLists() {
-  static const Workload workload =
-      lists("extended lists", "20000 lists of 1 to 8 of 30000 values, 3 on average, Zipf-like",
-            makeValues(30'000, 8,
-                       {{0x00, 0x02},
-                        {0x00, 0x02},
-                        {0x02, 0x02},
-                        {0x00, 0x03},
-                        {0x03, 0x0b},
-                        {0x43, 0x00},
-                        {0x80, 0x06}}),
-            8, 3);
+  static const Workload workload = makeExtendedLists(20'000);
   return workload;
 }
-
 const Workload& ipv6ExtendedLists() {
-  static const Workload workload =
-      lists("IPv6 extended lists", "20000 lists of 1 to 4 of 30000 values, 2 on average, Zipf-like",
-            makeValues(30'000, 20, {{0x00, 0x02, 0x20, 0x01}, {0x00, 0x0b, 0x20, 0x01}}), 4, 2);
+  static const Workload workload = makeIpv6ExtendedLists(20'000);
   return workload;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 #include "Contenders.h"
 
@@ -153,6 +154,33 @@ void Report::printLists(const Workload& workload, const std::array<double, 4>& a
   }
 }
 
+void Report::printDay() const {
+  struct Line {
+    const char *title, *operation, *workload, *other;
+    bool perSecond;
+  };
+  const char *const unlocked = FlyweightUnlocked::name, *const locked = FlyweightLocked::name;
+  const Line lines[] = {{"paths a second, one thread", "day", "one thread", unlocked, true},
+                        {"paths a second, two threads", "day", "two threads", locked, true},
+                        {"octets per path", "octets per path", "day", unlocked, false},
+                        {"longest release, us", "longest release", "day", unlocked, false}};
+  bool first = true;
+  for (const Line& line : lines) {
+    const Figure* const ours = find(nameOf(line.operation, line.workload, Ours::name));
+    const Figure* const other = find(nameOf(line.operation, line.workload, line.other));
+    if (!ours || !other) continue;
+    if (std::exchange(first, false))
+      std::printf("\nan agent's day: %s\n  %-28s %12s %12s  ratio\n", dayDistribution().c_str(), "",
+                  "ours", "flyweight");
+    const auto shown = [&](const Figure& figure) {
+      return line.perSecond ? 1e9 / figure.median() : figure.median();
+    };
+    std::printf("  %-28s %12.*f %12.*f  %5.2f%s\n", line.title, !line.perSecond, shown(*ours),
+                !line.perSecond, shown(*other), shown(*ours) / shown(*other),
+                line.other == locked ? "  (flyweight with its lock)" : "");
+  }
+}
+
 void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   std::printf("\nRATIOS of medians; beside them what their quartiles allow\n");
   for (const Workload* workload : workloads) printInterning(*workload);
@@ -185,6 +213,8 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   threads("made, dropped: ours", "disjoint lists made and dropped", Ours::name, 0);
   threads("made, dropped: fl., lock", "disjoint lists made and dropped", FlyweightLocked::name, 0);
   threads("extended made, dropped", "extended lists made and dropped", Ours::name, 1.6);
+
+  printDay();
 
   std::printf("\nhit by members, drawn evenly, ascending attributes: ours against flyweight\n");
   for (U64 members = 1'000; members <= 10'000'000; members *= 10) {

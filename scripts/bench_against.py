@@ -19,6 +19,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 ROW = re.compile(r"^(\S.*?) {2,}([\d.]+) {3}[\d.]+ to [\d.]+ (\w+)$")
 YARDSTICKS = ("flyweight", "unordered_set", "floor")
+TIMES = ("ns", "us")
 
 Figure = collections.namedtuple("Figure", "value unit")
 
@@ -68,7 +69,7 @@ def is_yardstick(name):
 def drift(old, new):
     """How much slower the machine was for the new program than for the old."""
     logs = [math.log(new[name].value / old[name].value) for name in old
-            if is_yardstick(name) and old[name].unit == "ns" and name in new
+            if is_yardstick(name) and old[name].unit in TIMES and name in new
             and old[name].value > 0 and new[name].value > 0]
     return math.exp(statistics.median(logs)) if logs else 1.0
 
@@ -83,7 +84,7 @@ def compare(rounds):
         values = [(old[name].value, new[name].value) for old, new in rounds]
         if any(old <= 0 for old, _ in values):
             continue
-        ratios = [new / old / (by if unit == "ns" else 1) for (old, new), by in zip(values, drifts)]
+        ratios = [new / old / (by if unit in TIMES else 1) for (old, new), by in zip(values, drifts)]
         yield (name, statistics.median(old for old, _ in values),
                statistics.median(new for _, new in values), unit,
                statistics.median(ratios), min(ratios), max(ratios))
