@@ -13,8 +13,9 @@ layer_of() {
     community/* | ip6/*) echo 3 ;;
     parse/*) echo 4 ;;
     path/*) echo 6 ;;
-    mrt/*) echo 7 ;;
-    tools/* | examples/*) echo 8 ;;
+    kinds/*) echo 7 ;;
+    mrt/*) echo 8 ;;
+    tools/* | examples/*) echo 9 ;;
     *) echo 0 ;;
   esac
 }
