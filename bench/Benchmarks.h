@@ -20,6 +20,10 @@ void addInterning(const Workload& workload);
 void addValues();
 const Workload& eightOctetValues();
 const Workload& twentyOctetValues();
+/// Many 8-octet contents of one hash, and as many that are spread.
+void addFlood();
+const Workload& floodOfOneHash();
+const Workload& spreadContents();
 /// Lists of the other list types.
 void addLists();
 const Workload& largeLists();  // 20,000 lists, as the two that follow

@@ -154,6 +154,15 @@ void Report::printLists(const Workload& workload, const std::array<double, 4>& a
   }
 }
 
+void Report::printFlood() const {
+  const Workload &flood = floodOfOneHash(), &spread = spreadContents();
+  std::printf("\n8-octet values of one hash against spread ones: %s hash, %s hashes\n",
+              flood.distribution.c_str(), spread.distribution.c_str());
+  for (const char* operation : {"hit", "miss", "last release"})
+    printRow({operation, nameOf(operation, flood.name, Ours::name),
+              nameOf(operation, spread.name, Ours::name), 1.3});
+}
+
 void Report::printDay() const {
   struct Line {
     const char *title, *operation, *workload, *other;
@@ -214,6 +223,7 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   threads("made, dropped: fl., lock", "disjoint lists made and dropped", FlyweightLocked::name, 0);
   threads("extended made, dropped", "extended lists made and dropped", Ours::name, 1.6);
 
+  printFlood();
   printDay();
 
   std::printf("\nhit by members, drawn evenly, ascending attributes: ours against flyweight\n");

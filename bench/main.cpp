@@ -105,6 +105,7 @@ int run(int argc, char** argv) {
   bench::addMembers(options.quick ? 100'000 : options.members);
   bench::addLongAttributes();
   bench::addPlacing();
+  bench::addFlood();
   bench::addDay(options.quick ? 1 : 5);
   for (const std::string& file : options.files) bench::addTool(file);
 
