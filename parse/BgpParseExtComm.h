@@ -9,6 +9,7 @@
 //   BgpParseExtCommContainer.h    everything together: begin here
 //   BgpParseExtCommTopRule.h      the parser
 //   BgpParseExtCommRules.h        type rules, and bases of rules
+//   BgpParseExtCommOpenType.h     rules of types that the library has none for
 //   BgpParseExtCommPlugin.h       plug-ins, and how to write one
 //   BgpParseExtCommCollections.h  the registry of rules, and observers of it
 //   BgpParseExtCommKeys.h         the keys under which rules are registered

@@ -73,6 +73,16 @@ void BgpParseExtCommPluginBaseSm::handleStartup() const {
 #include "parse/BgpParseExtCommKindList.h"
 }
 
+bool BgpParseExtCommPluginBaseSm::addExtCommOpenTypeSubRule(
+    const BgpParseExtendedCommunityRuleKey& ruleKey,
+    const Mox::PtrConst<BgpParseExtCommOpenSubTypeRuleBase>& rule) {
+  MOX_ASSERT(rule, kind::Top::nullRuleText);
+  MOX_ASSERT(ruleKey.rule(), "__null != ruleKey.rule()");
+  const auto open = bgpParseExtCommOpenTypeRuleIs(*ruleKey.rule(), rule->pktType());
+  if (open) open->subTypeRuleIs(rule);
+  return bool(open);
+}
+
 void BgpParseExtCommPluginBaseSm::moxDoZombieReactors(bool zombie) {
   if (zombie == deletionMark()) return;
   deletionMarkIs(zombie);

@@ -26,6 +26,9 @@
 //    stay: they belong to the rules that they are installed in.
 // 4. A plug-in may throw while it is asked. A rule that is being made is then not made, one that is
 //    being withdrawn is withdrawn all the same, and the caller gets the exception.
+// 5. A type that the library has no rule for is shared by the plug-ins whose rules for it derive
+//    from BgpParseExtCommOpenSubRule: see BgpParseExtCommOpenType.h. A plug-in that brings a whole
+//    rule for the type excludes them from it.
 //
 // `examples/evpn-router-mac` is a plug-in from outside the library.
 //
@@ -35,6 +38,7 @@
 #include <concepts>
 #include <memory>
 
+#include "parse/BgpParseExtCommOpenType.h"
 #include "parse/BgpParseExtCommTopRule.h"
 
 namespace Routing::Bgp {
@@ -91,6 +95,13 @@ class BgpParseExtCommPluginBaseSm
 #define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 
+  /// Installs a sub-rule in the open rule of its type, which is made now if the type has no rule.
+  /// False, and no change, when a rule of another class serves the type, or the type is no member.
+  /// Asserts as the `add` of the top kind.
+  static bool addExtCommOpenTypeSubRule(
+      const BgpParseExtendedCommunityRuleKey& ruleKey,
+      const Mox::PtrConst<BgpParseExtCommOpenSubTypeRuleBase>& rule);
+
  protected:
   template <class Kind>
   static void add(const BgpParseExtCommRuleKey<Kind>& ruleKey,
@@ -136,16 +147,18 @@ class BgpParseExtCommPluginType : public Mox::Type {
   const int line_;
 };
 
-/// Whether plug-ins are offered a rule that this one can be installed in: a type rule can always
-/// be, a sub-rule only if it is of a kind that is offered.
+/// Whether plug-ins are offered a rule that this one can be installed in: a type rule and a
+/// sub-rule of an open one can always be, any other sub-rule only if it is of a kind that is
+/// offered.
 template <class Rule>
-concept BgpParseExtCommPluginRule = std::derived_from<Rule, kind::Top::SubRule> || requires {
+concept BgpParseExtCommPluginRule = std::derived_from<Rule, kind::Top::SubRule> ||
+    std::derived_from<Rule, BgpParseExtCommOpenSubTypeRuleBase> || requires {
   requires Rule::Kind::offered;
 };
 
-/// A plug-in that only brings rules: sub-rules for every type rule of their kind, type rules for
-/// every top rule. `Self` is the class that derives from it. A plug-in that does more derives from
-/// the base and overrides what it needs.
+/// A plug-in that only brings rules: sub-rules for every type rule of their kind or every open one
+/// of their type, type rules for every top rule. `Self` is the class that derives from it. A
+/// plug-in that does more derives from the base and overrides what it needs.
 template <class Self, class... Rules>
 class BgpParseExtCommPlugin : public Mox::Entity<Self, BgpParseExtCommPluginBaseSm> {
  public:
@@ -171,9 +184,15 @@ class BgpParseExtCommPlugin : public Mox::Entity<Self, BgpParseExtCommPluginBase
                       const BgpParseExtCommControl& control, std::string_view operation) {
     static_assert(BgpParseExtCommPluginRule<Rule>,
                   "no plug-in is offered a rule that this one could be installed in");
-    if constexpr (std::derived_from<Rule, typename Kind::SubRule>) {
+    constexpr bool open = std::same_as<Kind, kind::Top> &&
+                          std::derived_from<Rule, BgpParseExtCommOpenSubTypeRuleBase>;
+    if constexpr (open || std::derived_from<Rule, typename Kind::SubRule>) {
       Self::type.traceInstallation(operation);
-      BgpParseExtCommPlugin::template add<Kind>(ruleKey, Mox::makeNew<Rule>(control));
+      const auto rule = Mox::makeNew<Rule>(control);
+      if constexpr (open)
+        BgpParseExtCommPlugin::addExtCommOpenTypeSubRule(ruleKey, rule);
+      else
+        BgpParseExtCommPlugin::template add<Kind>(ruleKey, rule);
     }
   }
 };

@@ -25,6 +25,12 @@ class BgpParseExtCommRuleMap {
     const auto at = notBelow(rules_, key);
     return at != rules_.end() && (*at)->mapKey() == key ? at->get() : nullptr;
   }
+  /// The object that the rule of this octet builds of the content; null when there is no rule. The
+  /// rule is held: it may be removed while it is asked.
+  auto inhale(Key key, const auto& content) const -> Mox::Ptr<typename Rule::Object> {
+    const Pointer rule(find(key));
+    return rule ? rule->inhale(content) : nullptr;
+  }
   /// Returns the rule that was replaced: null when there was none, or when it is this one.
   /// REQUIRES: rule.
   Pointer insert(Pointer rule) {

@@ -1,5 +1,7 @@
 #include "parse/BgpParseExtCommRules.h"
 
+#include "Mox/Trace.h"
+
 namespace Routing::Bgp {
 
 using Mox::attribute;
@@ -47,6 +49,14 @@ Mox::String valueToStrep(const BgpParseExtCommControl& control) {
                         {{"ruleCollections", valueToStrep(control.ruleCollections())}});
 }
 
+void BgpParseExtCommRuleBase::traceReplacement(const Mox::Type& owner, std::string_view attribute,
+                                               U32 octet, const BgpParseExtCommRuleBase& replaced,
+                                               const BgpParseExtCommRuleBase& rule) {
+  if (!Mox::traceEnabled(8)) return;
+  Mox::trace(8, owner.name() + "::" + Mox::String(attribute) + "Is: " + std::to_string(octet) +
+                    ": " + rule.fwkType().name() + " replaces " + replaced.fwkType().name());
+}
+
 template <class Kind>
 BgpParseExtCommTypeRule<Kind>::BgpParseExtCommTypeRule(const BgpParseExtCommControl& control)
     : BgpParseExtCommTypeRule(control, BgpParseExtCommUnregistered{}) {
@@ -81,16 +91,14 @@ void BgpParseExtCommTypeRule<Kind>::handleDel() const {
 
 template <class Kind>
 void BgpParseExtCommTypeRule<Kind>::subTypeRuleIs(const Mox::PtrConst<SubRule>& rule) {
-  Mox::refuseNull(rule, Kind::ruleName, "subTypeRule");
-  subTypeRules_.insert(rule);
+  this->install(subTypeRules_, rule, type, "subTypeRule");
 }
 
 template <class Kind>
 auto BgpParseExtCommTypeRule<Kind>::inhale(const Content& content) const -> Mox::Ptr<Object> {
   const auto subtype = Subtype(content.subtype());
   if (bgpIsValidEnumMember(subtype))
-    if (const Mox::PtrConst<SubRule> rule(subTypeRules_.find(subtype)); rule)
-      if (Mox::Ptr<Object> object = rule->inhale(content)) return object;
+    if (Mox::Ptr<Object> object = subTypeRules_.inhale(subtype, content)) return object;
   return Kind::fallback(content);
 }
 

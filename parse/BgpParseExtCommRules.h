@@ -4,6 +4,8 @@
 //   type rule  BgpParseExtCommTransOpaqueRule and kin, chooses by the subtype octet
 //   sub-rule   from a plug-in, on BgpParseExtComSubTypeTransOpaqueRuleBase and kin, builds
 //
+// A type without a rule of the library's gets one from plug-ins: see BgpParseExtCommOpenType.h.
+//
 //   auto rule = Mox::makeNew<BgpParseExtCommTransOpaqueRule>(BgpParseExtCommControl());
 //   rule->inhale(content);         // an ExtCommSubtyped: no sub-rule serves the content
 //   rule->subTypeRuleIs(subRule);  // serves the subtype subRule->pktSubType()
@@ -11,11 +13,12 @@
 //
 // 1. Parsing never fails. The level above builds a general object where nothing more specific is
 //    installed, where an octet is no member of its enumeration, and where a rule returns null.
-// 2. A rule installed under an octet replaces the one that was there. The same one again changes
-//    nothing.
+// 2. A rule installed under an octet replaces the one that was there, which is traced at level 8.
+//    The same one again changes nothing.
 // 3. A rule that is being asked stays alive, even if it is replaced or removed meanwhile.
-// 4. A type rule enters itself in the registry at the end of its constructor, which makes plug-ins
-//    fill it. `handleDel` takes it out, and so does its destructor if that was not called.
+// 4. The type rule of a kind enters itself in the registry at the end of its constructor, which
+//    makes plug-ins fill it. `handleDel` takes it out, and so does its destructor if that was not
+//    called.
 //
 // Threads: rules may be used from any thread as long as nobody installs or removes any. The end of
 // a rule that is still in the registry changes the registry, which has no lock. REQUIRES: the last
@@ -75,8 +78,25 @@ class BgpParseExtCommRuleBase : public Mox::Entity<BgpParseExtCommRuleBase, Mox:
     if (registered_) parseControl_.ruleCollections()->instanceForget(key);
   }
 
+  /// Installs a rule under its octet and returns the one that it replaces, which is traced. `owner`
+  /// and `attribute` name the map. RangeException for null.
+  template <class Rule>
+  static Mox::PtrConst<Rule> install(BgpParseExtCommRuleMap<Rule>& rules,
+                                     const Mox::PtrConst<Rule>& rule, const Mox::Type& owner,
+                                     std::string_view attribute) {
+    Mox::refuseNull(rule, owner.name(), attribute);
+    const Rule* const replaced = rules.find(rule->mapKey());
+    if (replaced && replaced != rule.get())
+      traceReplacement(owner, attribute, U32(rule->mapKey()), *replaced, *rule);
+    return rules.insert(rule);
+  }
+
  private:
   friend class BgpParseExtCommRuleCollections;
+
+  static void traceReplacement(const Mox::Type& owner, std::string_view attribute, U32 octet,
+                               const BgpParseExtCommRuleBase& replaced,
+                               const BgpParseExtCommRuleBase& rule);
 
   const BgpParseExtCommControl parseControl_;
   // Set by the registry as it takes the key in, cleared by a withdrawal. A rule that was withdrawn

@@ -8,27 +8,18 @@ namespace {
 using Mox::collection;
 using Mox::operation;
 
-/// The object that the type rule of the content builds, else a general object of the family. The
-/// rule is held: it may be removed while it is asked.
+/// The object that the type rule of the content builds, else a general object of the family.
 template <class TypeRule>
 auto parse(const BgpParseExtCommRuleMap<TypeRule>& rules,
            const typename TypeRule::Content& content) {
   using Object = typename TypeRule::Object;
   const auto pktType = typename TypeRule::MapKey(content.type());
   if (bgpIsValidEnumMember(pktType))
-    if (const Mox::PtrConst<TypeRule> rule(rules.find(pktType)); rule)
-      if (Mox::Ptr<Object> object = rule->inhale(content)) return object;
+    if (Mox::Ptr<Object> object = rules.inhale(pktType, content)) return object;
   return Mox::makeNew<Object>(extCommClassificationUnSpecified, content);
 }
 
 // Rules are withdrawn once they are out of the map: plug-ins hear of it and may look.
-
-template <class TypeRule>
-void replace(BgpParseExtCommRuleMap<TypeRule>& rules, const Mox::PtrConst<TypeRule>& rule,
-             std::string_view attribute) {
-  Mox::refuseNull(rule, BgpParseExtendedCommunityRule::type.name(), attribute);
-  if (const auto replaced = rules.insert(rule)) replaced->handleDel();
-}
 
 template <class TypeRule>
 Mox::PtrConst<TypeRule> remove(BgpParseExtCommRuleMap<TypeRule>& rules,
@@ -123,7 +114,7 @@ Mox::Ptr<ExtCommIp6> BgpParseExtendedCommunityRule::parseExtendedCommunityIp6(
 }
 
 void BgpParseExtendedCommunityRule::typeRuleIs(const Mox::PtrConst<TypeRule>& rule) {
-  replace(typeRules_, rule, "typeRule");
+  if (const auto replaced = install(typeRules_, rule, type, "typeRule")) replaced->handleDel();
 }
 Mox::PtrConst<BgpParseExtendedCommunityTypeRuleBase> BgpParseExtendedCommunityRule::typeRuleDel(
     BgpExtCommPktType pktType) {
@@ -132,7 +123,8 @@ Mox::PtrConst<BgpParseExtendedCommunityTypeRuleBase> BgpParseExtendedCommunityRu
 void BgpParseExtendedCommunityRule::typeRuleDelAll() { withdrawAll(typeRules_.clear()); }
 
 void BgpParseExtendedCommunityRule::ip6TypeRuleIs(const Mox::PtrConst<Ip6TypeRule>& rule) {
-  replace(ip6TypeRules_, rule, "ip6TypeRule");
+  if (const auto replaced = install(ip6TypeRules_, rule, type, "ip6TypeRule"))
+    replaced->handleDel();
 }
 Mox::PtrConst<BgpParseExtendedCommunityIp6TypeRuleBase>
 BgpParseExtendedCommunityRule::ip6TypeRuleDel(BgpExtCommIp6PktType pktType) {

@@ -55,25 +55,22 @@ class EvpnRouterMac final : public Mox::Entity<EvpnRouterMac, ExtCommSubtyped> {
 inline const Mox::Type EvpnRouterMac::type{
     "example::EvpnRouterMac", &ExtCommSubtyped::type, {Mox::attribute<&EvpnRouterMac::mac>("mac")}};
 
-/// The rule: the library has none for this type, so the plug-in brings a whole one. Null leaves the
-/// content to the parser, which makes a general object of it. A type has one rule: a second plug-in
-/// with a rule for the same type would replace this one, so one rule serves all its subtypes.
-class EvpnRule final : public Mox::Entity<EvpnRule, BgpParseExtendedCommunityTypeRuleBase> {
+/// Makes such values, each new.
+inline constexpr ExtCommFactory<EvpnRouterMac> evpnRouterMacFactory;
+
+/// The rule: one subtype of a type that the library has no rule for. Plug-ins with rules for others
+/// of its subtypes share the type with this one.
+class EvpnRouterMacRule final
+    : public BgpParseExtCommOpenSubRule<EvpnRouterMacRule, extCommPktTypeTransEvpn,
+                                        extCommPktSubtypeEvpnRouterMac, evpnRouterMacFactory> {
  public:
   inline static const Mox::Type type{
-      "example::EvpnRule", &BgpParseExtendedCommunityTypeRuleBase::type, {}};
-
-  explicit EvpnRule(const BgpParseExtCommControl& control)
-      : Entity(control, extCommPktTypeTransEvpn) {}
-
-  Mox::Ptr<ExtComm> inhale(const ExtCommContent& content) const override {
-    if (content.subtype() != extCommPktSubtypeEvpnRouterMac) return nullptr;
-    return Mox::makeNew<EvpnRouterMac>(content);
-  }
+      "example::EvpnRouterMacRule", &BgpParseExtCommOpenSubTypeRuleBase::type, {}};
+  using BgpParseExtCommOpenSubRule::BgpParseExtCommOpenSubRule;
 };
 
 /// The plug-in: puts the rule into every parser of the container.
-class EvpnRouterMacSm final : public BgpParseExtCommPlugin<EvpnRouterMacSm, EvpnRule> {
+class EvpnRouterMacSm final : public BgpParseExtCommPlugin<EvpnRouterMacSm, EvpnRouterMacRule> {
  public:
   inline static const BgpParseExtCommPluginType type{"example::EvpnRouterMacSm"};
   using BgpParseExtCommPlugin::BgpParseExtCommPlugin;

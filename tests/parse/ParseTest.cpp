@@ -166,12 +166,14 @@ TEST_F(Parsing, WithdrawsTypeRulesWhenTheyGo) {
 TEST_F(Parsing, RefusesANull) {
   const auto opaque = Mox::makeNew<OpaqueRule>(Control());
   const auto ip6 = Mox::makeNew<BgpParseExtCommIp6NonTransRule>(Control());
+  const auto open = bgpParseExtCommOpenTypeRuleIs(*parser, extCommPktTypeTransEvpn);
   // clang-format off
   const std::pair<std::function<void()>, std::string> cases[] = {
       {[&] { parser->typeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule::typeRule"},
       {[&] { parser->ip6TypeRuleIs(nullptr); }, "BgpParseExtendedCommunityRule::ip6TypeRule"},
       {[&] { opaque->subTypeRuleIs(nullptr); }, "BgpParseExtCommTransOpaqueRule::subTypeRule"},
       {[&] { ip6->subTypeRuleIs(nullptr); }, "BgpParseExtCommIp6NonTransRule::subTypeRule"},
+      {[&] { open->subTypeRuleIs(nullptr); }, "BgpParseExtCommOpenTypeRule::subTypeRule"},
       {[&] { container->extCommParserSmsEnq(nullptr); }, "BgpParseExtCommContainerSm::extCommParserSms"},
       {[&] { container->extCommParserSmsIs(0, nullptr); }, "BgpParseExtCommContainerSm::extCommParserSms"},
       {[] { extCommDedupTableFactory(nullptr); }, "ExtCommDedupTable::parseExtCommRule"},
@@ -181,6 +183,11 @@ TEST_F(Parsing, RefusesANull) {
     EXPECT_EQ(raised(act), "range: null _" + name.substr(name.find("::") + 2) +
                                " parameter to mutator for Routing::Bgp::" + name +
                                " not allowed\"");
+  const auto foreign =
+      Mox::makeNew<BgpParseExtCommOpenSubTypeRuleBase>(Control(), extCommPktTypeTransQosMarking, 3);
+  EXPECT_EQ(raised([&] { open->subTypeRuleIs(foreign); }),
+            "range: a sub-rule of extCommPktTypeTransQosMarking in a rule of "
+            "extCommPktTypeTransEvpn");
 }
 
 TEST(RulesDeathTest, MisuseEndsTheProcess) {
@@ -194,6 +201,8 @@ TEST(RulesDeathTest, MisuseEndsTheProcess) {
       {[&] { sm->addExtCommIp6SubTypeTransSubRule({}, nullptr); }, "rule != __null"},
       {[&] { sm->addExtendedCommunityTypeSubRule({}, nullptr); }, "__null != rule"},
       {[&] { sm->addExtCommSubTypeTransOpaqueSubRule({}, subRule); }, "__null != ruleKey.rule()"},
+      {[&] { BgpParseExtCommOpenSubTypeRuleBase(Control(), {}, 0).inhale({}); }, override},
+      {[&] { sm->addExtCommOpenTypeSubRule({}, nullptr); }, "__null != rule"},
       {[] { ExtComm::dedupContent(nullptr, {}); }, "__null != table"},
       {[] { ExtCommIp6::dedupContent(nullptr, {}); }, "__null != table"}};
   for (const auto& [act, text] : cases)
