@@ -2,12 +2,7 @@
 
 #include <algorithm>
 
-#include "Mox/Assert.h"
-
 namespace Routing::Bgp {
-namespace {
-constexpr U32 longestValue = 0xFFFF;
-}  // namespace
 
 SerializePathAttribute::SerializePathAttribute(BgpPathAttrType type, BgpPathAttrFlag flags,
                                                U32 attrSize) {
@@ -17,28 +12,16 @@ SerializePathAttribute::SerializePathAttribute(BgpPathAttrType type, BgpPathAttr
 void SerializePathAttribute::clearAndReInit(BgpPathAttrType type, BgpPathAttrFlag flags,
                                             U32 attrSize) {
   lengthIs(0);
-  growBuffer(std::min(attrSize, longestValue) + 4);  // a longer value is refused with its header
+  // A longer value is refused with its header.
+  growBuffer(std::min(attrSize, longestPathAttributeValue) + 4);
   attrSize_ = attrSize;
   reInitHdr(type, flags, attrSize);
 }
 
 void SerializePathAttribute::reInitHdr(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize) {
-  const U32 attrType = U32(type);
-  MOX_ASSERT(attrType <= 0xFF, "attrType <= 0xFF");
-  U32 attrFlags = U32(flags);
-  MOX_ASSERT(attrFlags <= 0xFF, "attrFlags <= 0xFF");
-  const U32 extLen = U32(BgpPathAttrFlag::extLen);
-  if (attrSize > 0xFF) attrFlags |= extLen;
-  addU8(U8(attrFlags));
-  addU8(U8(attrType));
-  if (attrFlags & extLen) {
-    MOX_ASSERT(attrSize <= longestValue, "attrSize <= 0xFFFF");
-    addU16hton(U16(attrSize));
-    headerSize_ = 4;
-  } else {
-    addU8(U8(attrSize));
-    headerSize_ = 3;
-  }
+  const auto header = pathAttributeHeaderOctets(type, flags, attrSize);
+  headerSize_ = header.size;
+  std::copy_n(header.octets.begin(), header.size, append(header.size));
 }
 
 Mox::String SerializePathAttribute::serializedString() const {
@@ -52,7 +35,7 @@ Mox::String SerializePathAttributeAutoExtLen::patchHdrAndStringify(BgpPathAttrTy
                                                                    BgpPathAttrFlag flags) {
   const U32 end = length();
   const U32 attrSize = end - largestHeader;
-  MOX_ASSERT(attrSize <= longestValue, "attrSize <= 0xFFFF");
+  MOX_ASSERT(attrSize <= longestPathAttributeValue, "attrSize <= 0xFFFF");
   const U32 start = attrSize > 0xFF ? 0 : 1;  // the header ends where the value begins
   lengthIs(start);
   reInitHdr(type, flags, attrSize);

@@ -5,6 +5,10 @@
 //   attribute.addU32hton(0xFDE80064);
 //   attribute.serializedString()   // C0 08 04 FD E8 00 64
 //
+//   pathAttributeString(BgpPathAttrType::community, BgpPathAttrFlag::optionalTransitive, 4,
+//                       [](U8* value) { Zonet::storeNetworkOrder(value, U32{0xFDE80064}); })
+//                                  // the same, without a buffer
+//
 // The header (RFC 4271, section 4.3):
 //
 //   +-------+------+--------+           +-------+------+--------+--------+
@@ -15,10 +19,50 @@
 // is also used for a shorter value when the caller's flags have `extLen`.
 #pragma once
 
+#include <algorithm>
+#include <array>
+
+#include "Mox/Assert.h"
 #include "agent/Serialize.h"
 #include "attr/BgpPathAttributeEnums.h"
 
 namespace Routing::Bgp {
+
+/// The most octets that a value can have.
+constexpr U32 longestPathAttributeValue = 0xFFFF;
+
+/// A header as it is written: the first `size` octets, 3 or 4.
+struct PathAttributeHeaderOctets {
+  std::array<U8, 4> octets;
+  U32 size;
+};
+/// The header of a value of `attrSize` octets. Asserts "attrType <= 0xFF", "attrFlags <= 0xFF" and
+/// "attrSize <= 0xFFFF", in this order.
+inline PathAttributeHeaderOctets pathAttributeHeaderOctets(BgpPathAttrType type,
+                                                           BgpPathAttrFlag flags, U32 attrSize) {
+  const U32 attrType = U32(type);
+  MOX_ASSERT(attrType <= 0xFF, "attrType <= 0xFF");
+  U32 attrFlags = U32(flags);
+  MOX_ASSERT(attrFlags <= 0xFF, "attrFlags <= 0xFF");
+  const U32 extLen = U32(BgpPathAttrFlag::extLen);
+  if (attrSize > 0xFF) attrFlags |= extLen;
+  if (!(attrFlags & extLen)) return {{U8(attrFlags), U8(attrType), U8(attrSize)}, 3};
+  MOX_ASSERT(attrSize <= longestPathAttributeValue, "attrSize <= 0xFFFF");
+  return {{U8(attrFlags), U8(attrType), U8(attrSize >> 8), U8(attrSize)}, 4};
+}
+
+/// One attribute, made in the string that is returned: the quick way when the length of the value
+/// is known. `write(U8* value)` fills in the `attrSize` octets of the value. Asserts as
+/// `pathAttributeHeaderOctets` does, before anything is allocated.
+template <class Write>
+Mox::String pathAttributeString(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize,
+                                Write write) {
+  const auto [header, size] = pathAttributeHeaderOctets(type, flags, attrSize);
+  Mox::String attribute(size + attrSize, '\0');
+  auto* const octets = reinterpret_cast<U8*>(attribute.data());
+  write(std::copy_n(header.begin(), size, octets));
+  return attribute;
+}
 
 /// One attribute whose length is known before its value is written.
 class SerializePathAttribute : public Serialize {
@@ -28,8 +72,7 @@ class SerializePathAttribute : public Serialize {
 
   /// Begins another attribute in the same buffer, which is grown at most once.
   void clearAndReInit(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize);
-  /// Writes a header at the write position. Asserts "attrType <= 0xFF", "attrFlags <= 0xFF" and
-  /// "attrSize <= 0xFFFF", in this order.
+  /// Writes a header at the write position. Asserts as `pathAttributeHeaderOctets` does.
   void reInitHdr(BgpPathAttrType type, BgpPathAttrFlag flags, U32 attrSize);
 
   using Serialize::serializedString;

@@ -17,9 +17,9 @@ namespace {
 constexpr U32 peers = 20, pathsOfPeer = 25'000, pathCount = peers * pathsOfPeer;
 
 void addAttribute(std::vector<U8>& attributes, BgpPathAttrType type, Octets value) {
-  SerializePathAttribute out(type, BgpPathAttrFlag::optionalTransitive, U32(value.size()));
-  std::ranges::copy(value, out.append(U32(value.size())));
-  const Mox::String octets = out.serializedString();
+  const Mox::String octets =
+      pathAttributeString(type, BgpPathAttrFlag::optionalTransitive, U32(value.size()),
+                          [&](U8* at) { std::ranges::copy(value, at); });
   attributes.insert(attributes.end(), octets.begin(), octets.end());
 }
 

@@ -62,14 +62,14 @@ bool FlatCommList<List, Traits>::compare(const Orv::DedupHandle* other) const {
 
 template <class List, class Traits>
 Mox::String FlatCommList<List, Traits>::serialize() const {
-  SerializePathAttribute out(Traits::attribute, BgpPathAttrFlag::optionalTransitive,
-                             U32(values().size_bytes()));
-  U8* at = out.append(U32(values().size_bytes()));
-  forEachWord(values(), [&](U32 word) {
-    Zonet::storeNetworkOrder(at, word);
-    at += sizeof word;
-  });
-  return out.serializedString();
+  const auto all = values();
+  return pathAttributeString(Traits::attribute, BgpPathAttrFlag::optionalTransitive,
+                             U32(all.size_bytes()), [all](U8* at) {
+                               forEachWord(all, [&](U32 word) {
+                                 Zonet::storeNetworkOrder(at, word);
+                                 at += sizeof word;
+                               });
+                             });
 }
 
 template <class List, class Traits>

@@ -18,12 +18,12 @@ Mox::String ExtCommListOf<F>::serialize(bool sendNonTransExtComms) const {
   };
   const auto count = U32(std::count_if(comm_.begin(), comm_.end(), isSent));
   if (count == 0) return {};
-  SerializePathAttribute out(F::attribute, BgpPathAttrFlag::optionalTransitive,
-                             count * U32(sizeof(Content)));
-  for (const ConstValue& comm : comm_)
-    if (isSent(comm))
-      std::ranges::copy(wireOctets(comm->getContent()), out.append(sizeof(Content)));
-  return out.serializedString();
+  return pathAttributeString(F::attribute, BgpPathAttrFlag::optionalTransitive,
+                             count * U32(sizeof(Content)), [&](U8* at) {
+                               for (const ConstValue& comm : comm_)
+                                 if (isSent(comm))
+                                   at = std::ranges::copy(wireOctets(comm->getContent()), at).out;
+                             });
 }
 
 /// Interns the contents on the way to a list.

@@ -46,6 +46,9 @@ TEST(PathAttribute, HasTheHeaderThatItsLengthNeedsAndIsReadBack) {
     EXPECT_GE(reused.capacity(), octets + 4) << "grown once, before the value comes";
     addValue(reused, octets);
     EXPECT_TRUE(reused.serializedString() == written);
+    EXPECT_TRUE(written == pathAttributeString(extCommunityIp6, flags, octets, [&](U8* at) {
+                  std::copy(value.begin(), value.end(), at);
+                }));
     PathAttributeReader in({reinterpret_cast<const U8*>(written.data()), written.size()});
     const auto read = in.next();
     ASSERT_TRUE(read);
