@@ -39,20 +39,27 @@ inline constexpr bool offered = true, withheld = false;
 /// A type that has a rule: its octet, the enumeration of its subtypes, and whether plug-ins are
 /// offered the rule. A content that no sub-rule serves becomes a `Fallback` of no classification;
 /// `arguments` go to its constructor.
-template <class F, typename F::PktType type, class S, bool toPlugins, class Fallback,
+template <class F, typename F::PktType type, class S, bool toPlugins, class General,
           auto... arguments>
 struct TypeTraits {
   using Family = F;
   using Subtype = S;
+  using Fallback = General;
   static constexpr typename F::PktType pktType = type;
   /// Whether the type rule enters the registry, so that plug-ins fill it.
   static constexpr bool offered = toPlugins;
   /// The assertion on a null sub-rule.
   static constexpr const char* nullRuleText = "rule != __null";
 
+  /// A new object of a class that derives from the fallback and is constructed like it.
+  template <std::derived_from<Fallback> Object>
+  static Mox::Ptr<typename F::Object> make(ExtCommClassification classification,
+                                           const typename F::Content& content) {
+    return Mox::makeNew<Object>(classification, content, arguments...);
+  }
   /// A new general object of the type.
   static Mox::Ptr<typename F::Object> fallback(const typename F::Content& content) {
-    return Mox::makeNew<Fallback>(extCommClassificationUnSpecified, content, arguments...);
+    return make<Fallback>(extCommClassificationUnSpecified, content);
   }
 };
 
