@@ -4,6 +4,7 @@
 
 #include "kinds/ZoBgpKindCheck.h"
 #include "kinds/internal/ZoBgpKindForms.h"
+#include "kinds/internal/ZoBgpNearestWord.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -187,33 +188,10 @@ class Reader {
 
   /// The identifier that is closest to the first part, if it is close.
   Mox::String nearest() const {
-    const std::string_view word = parts_[0].substr(0, 64);
-    std::size_t best = std::max<std::size_t>(1, word.size() / 4) + 1;
-    std::string_view name;
-    for (const Kind* kind : table_.rows()) {
-      if (kind->identifier.empty() || !isWanted(kind->attribute)) continue;
-      const std::size_t distance = editDistance(word, kind->identifier);
-      if (distance >= best) continue;
-      best = distance;
-      name = kind->identifier;
-    }
-    return Mox::String(name);
-  }
-
-  /// How many letters must be added, dropped or changed.
-  static std::size_t editDistance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-      std::size_t diagonal = row[0];
-      row[0] = i;
-      for (std::size_t j = 1; j <= b.size(); ++j) {
-        const std::size_t changed = diagonal + (lowerCase(a[i - 1]) != lowerCase(b[j - 1]));
-        diagonal = row[j];
-        row[j] = std::min({changed, row[j] + 1, row[j - 1] + 1});
-      }
-    }
-    return row[b.size()];
+    NearestWord nearest(parts_[0]);
+    for (const Kind* kind : table_.rows())
+      if (!kind->identifier.empty() && isWanted(kind->attribute)) nearest.offer(kind->identifier);
+    return Mox::String(nearest.word());
   }
 
   std::string_view text_;

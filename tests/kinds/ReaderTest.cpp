@@ -1,0 +1,473 @@
+// Reading of all texts that the library prints: each comes back as what it says.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <random>
+#include <set>
+#include <sstream>
+
+#include "Mox/Exception.h"
+#include "community-list/ZoBgpCommunityListStandard.h"
+#include "community/ZoBgpCommunityTyped.h"
+#include "ip6/ExtCommIp6.h"
+#include "kinds/ZoBgpCommunityReader.h"
+#include "parse/BgpParseExtComm.h"
+
+namespace Routing::Bgp {
+namespace {
+
+using Attribute = BgpPathAttrType;
+
+// An error's position is that of its token, in the text.
+void expectPlaced(const CommunityTextError& error, std::string_view text) {
+  ASSERT_LE(error.position, text.size()) << text;
+  EXPECT_EQ(text.substr(error.position, error.token.size()), error.token) << text;
+  EXPECT_FALSE(error.expected.empty()) << text;
+}
+
+// The rows of the tables of a page, by their columns' names: what stands in backquotes, else the
+// cell.
+std::vector<std::vector<std::string>> tableRows(const std::string& path, std::string_view columns) {
+  std::ifstream file(path);
+  std::vector<std::vector<std::string>> rows;
+  bool inside = false;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with('|')) inside = false;
+    if (line == columns) inside = true;
+    if (!inside || line == columns || line.starts_with("|---")) continue;
+    std::vector<std::string> cells;
+    std::istringstream stream(line.substr(1));
+    for (std::string cell; std::getline(stream, cell, '|');) {
+      cell = cell.substr(1, cell.size() - 2);
+      const bool code =
+          cell.size() > 2 && cell.front() == '`' && cell.find('`', 1) + 1 == cell.size();
+      cells.push_back(code ? cell.substr(1, cell.size() - 2) : cell);
+    }
+    rows.push_back(cells);
+  }
+  return rows;
+}
+
+TEST(Reader, ThePageIsTrue) {
+  const auto accepted = tableRows("docs/text.md", "| Text | Community | Unsaid |");
+  const auto refused = tableRows("docs/text.md", "| Text | Why it is refused |");
+  ASSERT_GT(accepted.size(), 40u);
+  ASSERT_GT(refused.size(), 8u);
+  for (const auto& row : accepted) {
+    const auto parsed = readCommunity(row[0]);
+    ASSERT_TRUE(parsed) << row[0] << ": " << parsed.error.text();
+    EXPECT_EQ(canonicalText(*parsed), row[1]) << row[0];
+    ASSERT_EQ(row.size(), 3u) << row[0];
+  }
+  for (const auto& row : refused) {
+    const auto parsed = readCommunity(row[0]);
+    EXPECT_FALSE(parsed) << row[0] << " is " << canonicalText(*parsed);
+    expectPlaced(parsed.error, row[0]);
+  }
+}
+
+TEST(Reader, RefusalsSayWhereAndWhat) {
+  const struct {
+    const char* text;
+    std::size_t position;
+    const char* token;
+    const char* expected;  // a piece of it
+    const char* nearest = "";
+  } rows[] = {
+      {"", 0, "", "a community"},
+      {"rt:1", 3, "1", "colon"},
+      {"RT:70000:70000", 9, "70000", "below 65536 behind an AS number of four octets"},
+      {"RT:70000L:70000", 10, "70000", "below 65536"},
+      {"RT:1:4294967296", 5, "4294967296", "below 4294967296"},
+      {"RT:01:1", 3, "01", "an AS number"},
+      {"RT:4294967296:1", 3, "4294967296", "an AS number"},
+      {"RT:1.65536:1", 3, "1.65536", "an AS number"},
+      {"RT:1.2.3:1", 3, "1.2.3", "an IPv4 address"},
+      {"RT:192.0.2.1:65536", 13, "65536", "below 65536 behind an address"},
+      {"RT:[2001:db8::g]:1", 3, "[2001:db8::g]", "an IPv6 address"},
+      {"RT:1:2 ", 5, "2 ", "a decimal number"},
+      {" RT:1:2", 0, " RT", "a community"},
+      {"Route-Target-AS:1L:2", 16, "1L", "below 65536"},
+      {"Route-Target-AS:70000:2", 16, "70000", "below 65536"},
+      {"Route-Target-AS4:1.10L:2", 17, "1.10L", "an AS number"},
+      {"Route-Target-IP6:::1:2", 0, "Route-Target-IP6", "a community", "route-target-ipv6"},
+      {"Route-Targt-IP:1.2.3.4:2", 0, "Route-Targt-IP", "a community", "route-target-ipv4"},
+      {"1.10:5", 0, "1.10", "below 65536"},
+      {"1.10:5:4294967296", 7, "4294967296", "below 4294967296"},
+      {"65536.1:5:6", 0, "65536.1", "a decimal number"},
+      {"route-target-as4:1.10:65536", 22, "65536", "below 65536"},
+      {"route-target-as4:1.10:1:2", 24, "2", "nothing more"},
+      {"route-target-as2:0.10:1", 17, "0.10", "below 65536"},
+      {"route-target-ipv6:2001:db8::1:65536", 30, "65536", "below 65536"},
+      {"0x0002fde80000006", 0, "0x0002fde80000006", "8, 16, 24 or 40"},
+      {"0x0002fde8000000g4", 16, "g4", "hexadecimal digits"},
+      {"0x0002fde800000064 ", 0, "0x0002fde800000064 ", "8, 16, 24 or 40"},
+      {"0304:0x00 0x01 0x02 0x03 0x04", 29, "", "six octets"},
+      {"0304:0x00  0x01 0x02 0x03 0x04 0x05", 9, "  0x01 0x02 0x03 0x04 0x05", "six octets"},
+      {"0304:0x00 0x01 0x02 0x03 0x04 0x05 0x06", 34, " 0x06", "nothing more"},
+      {"4304(NT):0x00 0x01 0x02 0x03 0x04 0x05", 0, "43", "bit 0x40"},
+      {"0002-AS4(NT):1:65536", 15, "65536", "below 65536"},
+      {"000b-IP6:100", 9, "100", "colon"},
+      {"lbw 65536:1", 4, "65536", "an AS number below 65536"},
+      {"lbw 65000:1e39", 10, "1e39", "a rate"},
+      {"lbw 65000:+1", 10, "+1", "a rate"},
+      {"Link-Bandwidth-AS:1:10 Qbps", 20, "10 Qbps", "a rate"},
+      {"Link-Bandwidth-AS:1:1e9 bps", 20, "1e9 bps", "a rate"},
+      {"Link-Bandwidth-AS:1:2722258935367508 Ybps", 20, "2722258935367508 Ybps", "a rate"},
+      {"TunnelEncap:vxlan", 12, "vxlan", "a tunnel type"},
+      {"tunnelTypeUnknown-65536", 0, "tunnelTypeUnknown-65536", "a tunnel type"},
+      {"Color:CO(12):1", 9, "12", "two bits"},
+      {"Color:CO(10):4294967296", 13, "4294967296", "below 4294967296"},
+      {"Color:CO(10)1", 11, ")1", "`):`"},
+      {"Origin-Validation-State:Unknown", 24, "Unknown", "does not say which"},
+      {"<", 0, "<", "`>`"},
+      {"<0x0002fde800000064>", 1, "0x0002fde800000064", "a community"},
+      {"<RouteTarget2ByteASN 65000:100 0x0002fde800000065>", 1, "RouteTarget2ByteASN 65000:100",
+       "route-target-as2:65000:101"},
+      {"<route-target-ipv6:[::1]:65536>", 25, "65536", "below 65536"},
+      {"4294967041", 0, "4294967041", "`65535:65281` or `0x00000000ffffff01`"},
+      {"842122827661412", 0, "842122827661412", "`0x0002fde800000064`"},
+      {"lokal-as", 0, "lokal-as", "a community", "local-as"},
+      {"no-exprot", 0, "no-exprot", "a community", "NO_EXPORT"},
+      {"DefaultGatway", 0, "DefaultGatway", "a community", "DefaultGateway"},
+  };
+  for (const auto& row : rows) {
+    const auto parsed = readCommunity(row.text);
+    ASSERT_FALSE(parsed) << row.text << " is " << canonicalText(*parsed);
+    EXPECT_EQ(parsed.error.position, row.position) << row.text << ": " << parsed.error.text();
+    EXPECT_EQ(parsed.error.token, row.token) << row.text;
+    EXPECT_EQ(parsed.error.nearest, row.nearest) << row.text;
+    EXPECT_NE(parsed.error.expected.find(row.expected), std::string::npos) << parsed.error.text();
+    expectPlaced(parsed.error, row.text);
+  }
+}
+
+TEST(Reader, AnAttributeRestrictsWhatIsRead) {
+  const struct {
+    const char* text;
+    Attribute attribute;
+  } rows[] = {{"65000:100", Attribute::community},
+              {"local-as", Attribute::community},
+              {"0x0002fde800000064", Attribute::extCommunity},
+              {"RT:65000:100", Attribute::extCommunity},
+              {"000b-IP6:::1:100", Attribute::extCommunityIp6},
+              {"1.10:2:3", Attribute::largeCommunity}};
+  for (const auto& [text, attribute] : rows)
+    for (const Attribute wanted : {Attribute::community, Attribute::extCommunity,
+                                   Attribute::extCommunityIp6, Attribute::largeCommunity}) {
+      const auto parsed = readCommunity(text, KindTable::builtIn(), wanted);
+      EXPECT_EQ(bool(parsed), wanted == attribute) << text;
+      if (!parsed) expectPlaced(parsed.error, text);
+    }
+}
+
+// Rows whose identifiers are words of other forms, too.
+TEST(Reader, TwoReadingsAreAnErrorThatSaysBoth) {
+  static constexpr KindField numbers[] = {{"a", 0, 16}, {"b", 16, 32}};
+  static constexpr KindField ip6[] = {{"a", 0, 128, KindForm::ipv6}, {"b", 128, 16}};
+  static constexpr KindField none[] = {{"reserved", 0, 48, KindForm::reserved}};
+  const Kind rows[] = {
+      {.type = 0x8f, .subtype = 1, .name = "1", .identifier = "rt", .fields = numbers},
+      {.type = 0x8f, .subtype = 2, .name = "2", .identifier = "Local-AS", .fields = none},
+      {.attribute = Attribute::extCommunityIp6,
+       .type = 0x00,
+       .subtype = 0x77,
+       .name = "3",
+       .identifier = "SoO",
+       .fields = ip6}};
+  const KindTable table = KindTable::builtIn().with(rows, nullptr);
+  const auto parsed = readCommunity("RT:1:2", table);
+  ASSERT_FALSE(parsed);
+  EXPECT_EQ(parsed.error.text(),
+            "at 0: \"RT:1:2\": expected one reading, but it may be `route-target-as2:1:2` or "
+            "`rt:1:2`");
+  EXPECT_FALSE(readCommunity("local-as", table));
+  EXPECT_EQ(*readCommunity("local-as", table, Attribute::community),
+            AnyCommunity(communityNoExportSubconfed));
+  EXPECT_EQ(*readCommunity("local-as", table, Attribute::extCommunity),
+            AnyCommunity(ExtCommContent(0x8f02000000000000)));
+  // One of two forms does not fit: one reading is left.
+  EXPECT_EQ(*readCommunity("RT:70000:2", table), *readCommunity("route-target-as4:70000:2"));
+  EXPECT_FALSE(readCommunity("SoO:[::1]:2", table));
+}
+
+TEST(Reader, Lists) {
+  const auto parsed = readCommunities(
+      " no-export,65000:100\tRT:1:2 , \"lbw 65000:1.25e+09\"\n1:2:3 000b-IP6:::1:100 65000:100 "
+      "\"Standby PE\",\"RT:1:2\" ");
+  ASSERT_TRUE(parsed) << parsed.error.text();
+  using enum BgpCommunityValue;
+  EXPECT_EQ(parsed.value->standard,
+            (std::vector{communityNoExport, BgpCommunityValue(0xfde80064),
+                         BgpCommunityValue(0xfde80064), BgpCommunityValue(0xffff0009)}));
+  const ExtCommContent target(0x0002000100000002);
+  EXPECT_EQ(parsed.value->extended,
+            (std::vector{target, ExtCommContent(0x4004fde84e9502f9), target}));
+  EXPECT_EQ(parsed.value->ip6Extended.size(), 1u);
+  EXPECT_EQ(parsed.value->large, std::vector{Acl::CommunityValue(1, 2, 3)});
+  EXPECT_EQ(parsed.value->size(), 9u);
+  EXPECT_EQ(readCommunities(" \n").value->size(), 0u);
+  EXPECT_EQ(readCommunities("").value->size(), 0u);
+  EXPECT_EQ(readCommunities("0304(NT):0x00 0x01 0x02 0x03 0x04 0x05").value->extended.size(), 1u);
+  EXPECT_FALSE(readCommunities("1:2 RT:1:2", KindTable::builtIn(), Attribute::community));
+  const struct {
+    const char* text;
+    std::size_t position;
+    const char* token;
+  } rows[] = {{"1:2 3:65536", 6, "65536"},
+              {"1:2,,3:4", 4, ""},
+              {",1:2", 0, ""},
+              {"1:2, ", 5, ""},
+              {"1:2 \"3:4", 4, "\"3:4"},
+              {"1:2 \"3:4\"5:6", 9, "5"},
+              {"1:2 \"\"", 5, ""},
+              {"1:2 lbw 1:1", 4, "lbw"},
+              {"1:2 \" 3:4\"", 5, " 3"},
+              {"1:2;3:4", 2, "2;3"}};
+  for (const auto& [text, position, token] : rows) {
+    const auto refused = readCommunities(text);
+    ASSERT_FALSE(refused) << text;
+    EXPECT_EQ(refused.error.position, position) << text << ": " << refused.error.text();
+    EXPECT_EQ(refused.error.token, token) << text;
+    expectPlaced(refused.error, text);
+  }
+}
+
+// --- What the library prints.
+
+/// Values of chance of every row and of none: each class prints them.
+struct Printed : testing::Test {
+  const BgpParseExtCommContainerSm::Ptr container = bgpParseExtCommContainerSmFactory();
+  // With the plug-ins, and without: then no class knows a meaning.
+  const BgpParseExtendedCommunityRule::Ptr parsers[2] = {
+      container->extCommParser(), bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl())};
+  std::mt19937_64 random{5};
+
+  U64 someBits() {
+    switch (random() % 4) {
+      case 0:
+        return random() & 0xFFFFFFFF & random();
+      case 1:
+        return random() & random() & random();
+      case 2:
+        return random() % 3;
+      default:
+        return random();
+    }
+  }
+  Mox::String anyCase(Mox::String text) {
+    for (char& c : text)
+      if (random() % 2) c = char(random() % 2 ? std::tolower(c) : std::toupper(c));
+    return text;
+  }
+
+  // The text reads as the value, or as another that prints it too if it may leave bits unsaid.
+  AnyCommunity expectRead(const Mox::String& text, const AnyCommunity& value, bool mayLose) {
+    const auto parsed = readCommunity(anyCase(text));
+    EXPECT_TRUE(parsed) << text << ": " << parsed.error.text();
+    if (!parsed) return value;
+    EXPECT_TRUE(mayLose || *parsed == value)
+        << text << ": " << canonicalText(value) << ", not " << canonicalText(*parsed);
+    // In quotes it is one of a list, and alone it is not taken for a list.
+    const auto list = readCommunities("\"" + text + "\" 1:2:3," + "\"" + text + '"');
+    EXPECT_TRUE(list && list.value->size() == 3) << text;
+    EXPECT_EQ(readCommunities(text).value->size(), 1u) << text;
+    return *parsed;
+  }
+};
+
+// Which policy texts say what the community is.
+bool saysAll(const ExtComm& object, ExtComm::StrepFormat format, std::string_view text) {
+  if (object.classification() == extCommClassificationOriginValidationState)
+    return format.inFull() && !text.ends_with("Unknown");
+  if (format.inFull()) return true;
+  switch (object.classification()) {
+    case extCommClassificationTunnelEncap:
+    case extCommClassificationColor:
+    case extCommClassificationDefaultGateway:
+      return true;
+    case extCommClassificationRouteTarget:
+    case extCommClassificationRouteOrigin:
+    case extCommClassificationLinkBandwidth:
+      return format.has(strepFormatClassification);
+    default:
+      return false;
+  }
+}
+
+// Which leave bits unsaid.
+bool mayLose(const ExtComm& object, ExtComm::StrepFormat format) {
+  const U64 value = object.getContent().value() & 0xFFFFFFFFFFFF;
+  switch (object.classification()) {
+    case extCommClassificationTunnelEncap:
+      return value >> 16;
+    case extCommClassificationColor:
+      return value >> 32 & 0x3FFF;
+    case extCommClassificationDefaultGateway:
+      return value;
+    case extCommClassificationOriginValidationState:
+      return value >> 8;
+    case extCommClassificationRouteTarget:
+    case extCommClassificationRouteOrigin: {
+      const bool smallAs4 = object.pktType() == extCommPktTypeTransFourOctetAs && !(value >> 32);
+      const bool marked = format.has(strepFormatQualifier) && !format.has(strepFormatAsdot);
+      return smallAs4 && !format.inFull() && !marked;
+    }
+    case extCommClassificationLinkBandwidth:
+      return !(format.inFull() && format.has(strepFormatLinkBwWeighted)) ||
+             (value & 0x7FFFFFFF) > 0x7F800000;
+    default:
+      return false;
+  }
+}
+
+TEST_F(Printed, EightOctetsReadBack) {
+  U32 texts = 0;
+  const auto check = [&](const ExtCommContent& content) {
+    for (const auto& parser : parsers) {
+      const auto object = parser->parseExtendedCommunity(content);
+      std::set<Mox::String> seen;
+      for (U32 flags = 0; flags <= ExtComm::StrepFormat::max; ++flags) {
+        const ExtComm::StrepFormat format(flags);
+        const Mox::String text = object->toStrepForPolicy(format);
+        // Of formats that give one text, those with more flags say more.
+        if (!seen.insert(text + (saysAll(*object, format, text) ? "+" : "-")).second) continue;
+        if (!saysAll(*object, format, text)) {
+          EXPECT_FALSE(readCommunity(text, KindTable::builtIn(), Attribute::extCommunity)) << text;
+          continue;
+        }
+        const auto read = expectRead(text, content, mayLose(*object, format));
+        const auto again = parser->parseExtendedCommunity(std::get<ExtCommContent>(read));
+        EXPECT_EQ(again->toStrepForPolicy(format), text) << canonicalText(content);
+        ++texts;
+      }
+      expectRead(object->toStrep(), content, false);
+    }
+    std::ostringstream stream;
+    stream << content;
+    expectRead(stream.str(), content, false);
+    expectRead('<' + canonicalText(content) + ' ' + stream.str() + '>', content, false);
+  };
+  for (const Kind* kind : KindTable::builtIn().rows()) {
+    if (kind->attribute != Attribute::extCommunity) continue;
+    const U64 head = U64(*kind->type) << 56 | U64(*kind->subtype) << 48;
+    const bool typed = kind->identifier.starts_with("route-") || *kind->type == 0x40 ||
+                       *kind->type == 0x43 || (*kind->type == 3 && *kind->subtype > 10);
+    for (U32 i = 0; i < (typed ? 100 : 4); ++i) check(ExtCommContent(head | someBits() >> 16));
+  }
+  for (U32 i = 0; i < 1'000; ++i) check(ExtCommContent(random()));
+  check(ExtCommContent(0));
+  // Bounds of what has special texts: AS numbers, rates, states.
+  for (const U64 value :
+       {0x0002ffffffffffffULL, 0x020200010000ffffULL, 0x02020000ffff0001ULL, 0x4004fde80000ffffULL,
+        0x4004fde800000001ULL, 0x4004fde87f7fffffULL, 0x4004fde8ff800000ULL, 0x4004fde87f800000ULL,
+        0x4004fde87fc00001ULL, 0x4004fde8ff800001ULL, 0x4004fde880000000ULL, 0x4004fde84cee6b27ULL,
+        0x4300000000000002ULL, 0x4300000000000003ULL, 0x030c00000000000dULL})
+    check(ExtCommContent(value));
+  EXPECT_GT(texts, 10'000u);
+}
+
+// Rates of all sizes, in each of the three ways to write them.
+TEST_F(Printed, RatesReadBack) {
+  for (U32 i = 0; i < 6'000; ++i) {
+    const U32 bits = i < 512 ? i << 23 : U32(random());
+    const ExtCommContent content(0x4004fde800000000 | bits);
+    const auto object = parsers[0]->parseExtendedCommunity(content);
+    for (const U32 flags : {0x04, 0x0c, 0x2c}) {
+      const ExtComm::StrepFormat format(flags);
+      const Mox::String text = object->toStrepForPolicy(format);
+      const auto read = expectRead(text, content, mayLose(*object, format));
+      const auto again = parsers[0]->parseExtendedCommunity(std::get<ExtCommContent>(read));
+      EXPECT_EQ(again->toStrepForPolicy(format), text) << canonicalText(content);
+    }
+  }
+}
+
+TEST_F(Printed, TwentyOctetsReadBack) {
+  for (U32 i = 0; i < 4'000; ++i) {
+    std::array<U8, 20> octets;
+    const U64 zeros = random();
+    for (U32 j = 0; j < 20; ++j) octets[j] = zeros >> j & 1 ? U8(0) : U8(random());
+    if (i % 3) octets[0] = i % 2 ? 0 : 0x40;
+    if (i % 5) octets[1] = U8(random() % 20);
+    const auto content = ExtCommIp6Content::fromOctets(octets);
+    for (const auto& parser : parsers) {
+      const auto object = parser->parseExtendedCommunityIp6(content);
+      const auto full = ExtCommIp6::StrepFormat(strepFormatClassification | strepFormatUI);
+      expectRead(object->toStrepForPolicy(full), content, false);
+      // The address and the number alone are of no kind.
+      EXPECT_FALSE(readCommunity(object->toStrepForPolicy({}))) << canonicalText(content);
+      // A show text without the type says too little.
+      const auto shown = object->toStrep();
+      if (octets[0] & ~0x40)
+        EXPECT_FALSE(readCommunity(shown)) << shown;
+      else
+        expectRead(shown, content, false);
+    }
+    const Mox::String canonical = canonicalText(content);
+    expectRead('<' + canonical + '>', content, false);
+    Mox::String bare = canonical;
+    std::erase_if(bare, [](char c) { return c == '[' || c == ']'; });
+    expectRead(bare, content, false);
+  }
+}
+
+TEST_F(Printed, PlainOnesReadBack) {
+  for (U32 i = 0; i < 2'000; ++i) {
+    const U32 value = i < 16 ? 0xFFFF0000 + i : i < 32 ? 0xFFFFFF00 + i : U32(someBits());
+    const auto standard = BgpCommunityValue(value);
+    expectRead(CommList::getStringValue(value), standard, false);
+    expectRead(canonicalText(standard), standard, false);
+    const Acl::CommunityValue large{U32(someBits()), U32(someBits()), U32(someBits())};
+    expectRead(valueToStrep(large), large, false);
+    const Zonet::AutonomousSystem as(large.globalAdmin());
+    expectRead(as.displayString(true) + ':' + std::to_string(large.localData1()) + ':' +
+                   std::to_string(large.localData2()),
+               large, false);
+  }
+  for (const U32 value : {0u, 0xFFFF0000u, 0xFFFFFF01u, 0xFFFFFF02u, 0xFFFFFF03u}) {
+    Mox::String name = CommList::wellKnownName(value);
+    for (const char letter : {'-', '_', ' '}) {
+      std::ranges::replace_if(
+          name, [](char c) { return c == '-' || c == '_' || c == ' '; }, letter);
+      expectRead(name, BgpCommunityValue(value), false);
+    }
+  }
+}
+
+// Texts that went wrong by a character or two are refused, with a place in the text, or are another
+// community; the canonical text of that reads back.
+TEST_F(Printed, WrongTextsAreRefusedOrSomethingElse) {
+  std::vector<std::string> texts;
+  for (const auto& row : tableRows("docs/text.md", "| Text | Community | Unsaid |"))
+    texts.insert(texts.end(), {row[0], row[1]});
+  constexpr std::string_view letters = "0123456789abcdefxLNT:.-_ []()<>,/\"";
+  U32 accepted = 0, refused = 0;
+  for (U32 i = 0; i < 12'000; ++i) {
+    std::string text = texts[random() % texts.size()];
+    for (U32 changes = 1 + random() % 2; changes; --changes) {
+      const std::size_t at = random() % (text.size() + 1);
+      const char letter = random() % 20 ? letters[random() % letters.size()] : char(random());
+      const auto change = random() % 3;
+      if (change == 0)
+        text.insert(at, 1, letter);
+      else if (at < text.size())
+        change == 1 ? text.erase(at, 1 + random() % 4) : text.replace(at, 1, 1, letter);
+    }
+    const auto parsed = readCommunity(text);
+    const auto canonical = parseCanonical(text);
+    EXPECT_TRUE(!canonical || (parsed && *parsed == *canonical)) << text;
+    (parsed ? accepted : refused)++;
+    if (!parsed)
+      expectPlaced(parsed.error, text);
+    else
+      ASSERT_EQ(*readCommunity(canonicalText(*parsed)), *parsed) << text;
+    if (const auto list = readCommunities(text); !list) expectPlaced(list.error, text);
+  }
+  EXPECT_GT(accepted, 1'000u);
+  EXPECT_GT(refused, 5'000u);
+}
+
+}  // namespace
+}  // namespace Routing::Bgp
