@@ -61,19 +61,6 @@ Mox::String textOf(const Arguments&... arguments) {
 
 // --- Reading.
 
-/// How the text of a kind looks: `route-target-as2:<global>:<local>`.
-Mox::String formOf(const Kind& kind) {
-  Mox::String form(kind.identifier);
-  for (const KindField& field : kind.fields) {
-    if (field.form == KindForm::reserved) continue;
-    const KindParts parts = partsOf(field);
-    const bool more = parts.most > 1;
-    form += Mox::String(parts.least ? "" : "[") + ":<" + Mox::String(field.name) +
-            (more ? ":..." : "") + ">" + (parts.least ? "" : "]");
-  }
-  return form;
-}
-
 class Reader {
  public:
   Reader(std::string_view text, const KindTable& table, std::optional<BgpPathAttrType> attribute)
@@ -119,7 +106,7 @@ class Reader {
     // One field at most takes more parts than its least: all that are left over.
     std::size_t over = parts_.left() - least;
     if (malformed ? parts_.left() != administrators + 1 + rest : parts_.left() < least) {
-      parts_.fail(malformed ? "as many octets as the value has" : formOf(kind));
+      parts_.fail(malformed ? "as many octets as the value has" : canonicalForm(kind));
       return false;
     }
     for (const KindField& field : kind.fields) {
@@ -134,7 +121,7 @@ class Reader {
       parts_.take();
       return readOctets(parts_, value.last(rest));
     }
-    if (over) parts_.fail(parts_.peek(), "nothing more: " + formOf(kind));
+    if (over) parts_.fail(parts_.peek(), "nothing more: " + canonicalForm(kind));
     return !over;
   }
 
@@ -221,6 +208,20 @@ Mox::String canonicalText(const ExtCommIp6Content& content, const KindTable& tab
 }
 Mox::String canonicalText(const AnyCommunity& community, const KindTable& table) {
   return textOf(community, table);
+}
+
+Mox::String canonicalForm(const Kind& kind) {
+  Mox::String form(kind.identifier);
+  if (kind.value) return form;  // the name is all
+  for (const KindField& field : kind.fields) {
+    if (field.form == KindForm::reserved) continue;
+    const KindParts parts = partsOf(field);
+    const char* const colon = form.empty() ? "" : ":";
+    const Mox::String part =
+        colon + ('<' + Mox::String(field.name)) + (parts.most > 1 ? ":...>" : ">");
+    form += parts.least ? part : '[' + part + ']';
+  }
+  return form;
 }
 
 ParsedCommunity<AnyCommunity> parseCanonical(std::string_view text, const KindTable& table,

@@ -39,6 +39,10 @@ Mox::String canonicalText(const AnyCommunity& community,
 void appendCanonicalText(CommText& text, const AnyCommunity& community,
                          const KindTable& table = KindTable::builtIn());
 
+/// How the texts of a kind look: `mac-mobility:<flags:...>:<sequence>`; in brackets what may be
+/// left out. Without an identifier, the numbers: `<as>:<value>`.
+Mox::String canonicalForm(const Kind& kind);
+
 /// Reads a canonical text, of this attribute if one is given.
 ParsedCommunity<AnyCommunity> parseCanonical(std::string_view text,
                                              const KindTable& table = KindTable::builtIn(),

@@ -46,7 +46,7 @@ class Tool : public ToolTest {
 };
 
 TEST_F(Tool, AnswersAndFailsInOneLine) {
-  const std::string first = start_ + "10.1.2.0/24\t65000:100 no-export\n";
+  const std::string first = start_ + "10.1.2.0/24\t65000:100 NO_EXPORT\n";
   const std::string third = start_ + "-\t65000:200\n", malformed = start_ + "-\tmalformed\n";
   const std::string usage = "; see bgpcomm --help";
   expectRuns({
@@ -56,10 +56,11 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm paths --community no-export --community 65000:200 $FILE", ""},
       {"bgpcomm paths --numeric $FILE | head -1 | cut -f4", "65000:100 65535:65281\n"},
       {"bgpcomm decode --numeric c0 08 04 ff ff ff 01", "Community (8), flags 0xc0: 65535:65281\n"},
-      {"bgpcomm decode c0630101", "Unknown attribute (99), flags 0xc0: 01\n"},
+      {"bgpcomm decode c0 63 01 01", "Unknown attribute (99), flags 0xc0: 01\n"},
       {"bgpcomm decode --json c00804ffffff01",
        R"({"type":8,"name":"Community","flags":192,"value":"ffffff01",)"
-       R"("standard":["no-export"],"standardOctets":["ffffff01"]})" "\n"},
+       R"("standard":["NO_EXPORT"],"standardOctets":["ffffff01"],"identifier":["NO_EXPORT"],)"
+       R"("canonical":["NO_EXPORT"],"fields":[{"value":"ff:ff:ff:01"}]})" "\n"},
       {"bgpcomm describe BgpPathAttrFlag | head -2", "Routing::Bgp::BgpPathAttrFlag\n  128 opt\n"},
       {"cd $(mktemp -d) && cp $FILE '[a,b]' && bgpcomm verify '[a,b]' && rm -r \"$PWD\"",
        "./[a,b]: 3 lists compared, 0 differ, 0 malformed\n"},
@@ -91,12 +92,15 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
 
 TEST_F(Tool, KnowsAllFourListTypes) {
   const std::string all = start_ +
-                          "10.1.2.0/24\t65000:100 RT:65000:100 Color:CO(00):7 "
-                          "0002-IP6:2001:db8::1:100 65000:1:1 65000:1:2\n";
-  const std::string come = time_ + "+\tRT:65000:100\n", gone = time_ + "-\tRT:65000:100\n";
+                          "10.1.2.0/24\t65000:100 route-target-as2:65000:100 color:0:7 "
+                          "route-target-ipv6:[2001:db8::1]:100 65000:1:1 65000:1:2\n";
+  const std::string come2 = time_ + "+\troute-target-as2:65000:100\n",
+                    gone2 = time_ + "-" + come2.substr(22),
+                    come4 = time_ + "+\troute-target-as4:65000:100\n",
+                    gone4 = time_ + "-" + come4.substr(22);
   expectRuns({
       // clang-format off
-      {"bgpcomm paths --rt 65000:100 $KINDS 2>&-", all + start_ + "10.1.2.0/24\tRT:65000:100\n"},
+      {"bgpcomm paths --rt 65000:100 $KINDS 2>&-", all + start_ + "10.1.2.0/24\troute-target-as4:65000:100\n"},
       {"bgpcomm paths --ext 0x0002FDE800000064 $KINDS 2>&-", all},
       {"bgpcomm paths --ext 000220010db80000000000000000000000010064 $KINDS 2>&-", all},
       {"bgpcomm paths --large 65000:1:2 --community 65000:100 $KINDS 2>&-", all},
@@ -104,21 +108,28 @@ TEST_F(Tool, KnowsAllFourListTypes) {
       {"bgpcomm paths --json $KINDS 2>&- | head -1",
        R"({"time":"2023-11-14T22:13:20Z","peer":"192.0.2.1","peerAs":64600,)"
        R"("prefixes":[{"prefix":"10.1.2.0/24"}],)"
-       R"("standard":["65000:100"],"extended":["RT:65000:100","Color:CO(00):7"],)"
-       R"("ipv6Extended":["0002-IP6:2001:db8::1:100"],"large":["65000:1:1","65000:1:2"],)"
+       R"("standard":["65000:100"],"extended":["route-target-as2:65000:100","color:0:7"],)"
+       R"("ipv6Extended":["route-target-ipv6:[2001:db8::1]:100"],"large":["65000:1:1","65000:1:2"],)"
        R"("standardOctets":["fde80064"],"extendedOctets":["0002fde800000064","030b000000000007"],)"
        R"("ipv6ExtendedOctets":["000220010db80000000000000000000000010064"],)"
        R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"]})" "\n"},
       {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13-", "\"malformed\":[\"linkBandwidth\"]}\n"},
       {"bgpcomm paths $KINDS 2>&1 >/dev/null | cut -d' ' -f3-7", "1 malformed, the first linkBandwidth\n"},
       {"bgpcomm verify $KINDS", kinds_.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
-      {"bgpcomm watch-rt $KINDS 2>&-", come + come + gone + gone},
+      {"bgpcomm watch-rt $KINDS 2>&-", come2 + come4 + gone2 + gone4},
       {"bgpcomm summary $KINDS $FILE >$STORE.a; bgpcomm save $KINDS $FILE --to $STORE\n"
        "bgpcomm restore $STORE | diff - $STORE.a | grep '^[<>]' | grep -v 'octets, sh\\|saved\\|seconds'\n"
        "rm $STORE.a", ""},
       {"bgpcomm summary --json $KINDS | tr -d ' \\n' | grep -o 'distinctR[^}]*' | head -1",
        R"(distinctRouteTargetSets":2,"types":{"00/02":1,"02/02":1,"03/0b":1)" "\n"},
-      {"bgpcomm summary $ALIKE | grep ' RT:\\| Color:' | tr -s ' '",
+      {"bgpcomm paths --text policy $KINDS 2>&- | head -1 | cut -f4",
+       "65000:100 RT:65000:100 Color:CO(00):7 0002-IP6:2001:db8::1:100 65000:1:1 65000:1:2\n"},
+      {"bgpcomm --core paths $KINDS 2>&- | cut -f4 | sed -n 2p", "RT:65000:100\n"},
+      {"bgpcomm paths --text show $KINDS 2>&- | cut -f4 | sed -n 2p",
+       "<RouteTarget 65000:100 0x0202fde800000064>\n"},
+      {"bgpcomm watch-rt --text policy $KINDS 2>&- | cut -f3 | sort -u", "RT:65000:100\n"},
+      {"bgpcomm summary $KINDS 2>&- | grep 03/0b", "                   1  03/0b  color\n"},
+      {"bgpcomm summary --text policy $ALIKE | grep ' RT:\\| Color:' | tr -s ' '",
        " 2 RT:100:1 0x0002006400000001\n 1 RT:101:1\n 1 RT:100:1 0x0202000000640001\n"
        " 1 Color:CO(00):7 0x030b000000000007\n 1 Color:CO(00):7 0x030b000100000007\n"},
       // clang-format on
@@ -153,7 +164,7 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
        "    truncatedRecord              1\n"
        "    first (record 4, octet 210)\n"
        "  paths per list               1.5           0.0           0.0           0.0\n"
-       "                   2  65000:100\n                   2  no-export\n                   1  65000:200\n"},
+       "                   2  65000:100\n                   2  NO_EXPORT\n                   1  65000:200\n"},
       {"for command in '' summary paths verify decode describe save restore watch-rt; do\n"
        "  bgpcomm $command --help | grep '.\\{81\\}\\|Example: bgpcomm ' | cut -d: -f1\n"
        "done | uniq -c | tr -d ' '", "9Example\n"},

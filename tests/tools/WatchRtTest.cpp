@@ -11,7 +11,7 @@ using WatchRt = ToolTest;
 std::string eventsOf(const Bytes& file) {
   const TemporaryFile stored(file);
   const ToolRun run = runTool("bgpcomm watch-rt " + stored.name() +
-                              " | cut -f2- | sed 's/\tRT:65000://' | tr '\\n' ' '");
+                              " | cut -f2- | sed 's/\troute-target-as2:65000://' | tr '\\n' ' '");
   return run.out + (run.err.empty() ? "" : run.err.substr(9 + stored.name().size()));
 }
 
@@ -74,7 +74,8 @@ TEST_F(WatchRt, SetsComeWithTheirFirstPathAndGoWithTheLast) {
   const TemporaryFile file(sent({route, gone}));
   const auto line = [](const std::string& event) {
     return R"({"time":"2023-11-14T22:13:20Z","event":")" + event +
-           "\",\"routeTargets\":[\"RT:65000:1\"],\"routeTargetsOctets\":[\"0002fde800000001\"]}\n";
+           "\",\"routeTargets\":[\"route-target-as2:65000:1\"],\"routeTargetsOctets\":["
+           "\"0002fde800000001\"]}\n";
   };
   expectRuns({{"bgpcomm watch-rt --json " + file.name(), line("come") + line("gone")}});
 }

@@ -21,6 +21,11 @@ void addSave(CLI::App& app, int& exitCode);
 void addRestore(CLI::App& app, int& exitCode);
 void addWatchRt(CLI::App& app, int& exitCode);
 void addDescribe(CLI::App& app, int& exitCode);
+void addEncode(CLI::App& app, int& exitCode);
+void addKinds(CLI::App& app, int& exitCode);
+
+/// Declares the options of all commands that say which kinds are known.
+void addKindOptions(CLI::App& app);
 
 /// A subcommand's help: the description in one line, and under its options the rest of the text,
 /// with an example.
@@ -38,13 +43,10 @@ std::pair<CLI::App&, Arguments&> addCommand(CLI::App& app, const CommandText& te
   command->callback([arguments, run, &exitCode] { exitCode = run(*arguments); });
   return {*command, *arguments};
 }
-/// How lists are printed.
-struct TextOptions {
-  bool names = false;
-  bool numeric = false;
-  bool json = false;
-};
-void addTextOptions(CLI::App& command, TextOptions& options);
+/// Declares how communities are printed; see TextStyle.h.
+void addTextOptions(CLI::App& command);
+/// Declares `--json`, for commands that print objects by lines.
+void addJsonLines(CLI::App& command, bool& json);
 
 /// Declares the files that a command reads, at least one.
 void addFiles(CLI::App& command, std::vector<std::string>& files);

@@ -1,13 +1,16 @@
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include "Commands.h"
 #include "DecodeAttribute.h"
 #include "DecodeContent.h"
 #include "Errors.h"
 #include "Hex.h"
+#include "HexText.h"
 #include "Lines.h"
 #include "Terminal.h"
+#include "TextStyle.h"
 
 namespace bgpcomm {
 namespace {
@@ -15,7 +18,7 @@ namespace {
 struct Options {
   std::vector<std::string> arguments;
   std::string format = "classification,ui";
-  TextOptions text;
+  bool json = false;
 };
 
 std::string excerpt(std::string_view text) {
@@ -23,42 +26,24 @@ std::string excerpt(std::string_view text) {
   return std::string(text.substr(0, shown)) + (text.size() > shown ? "..." : "");
 }
 
-/// The octets of digits in pairs, from a character on; blanks and colons may stand between the
-/// pairs. Throws DataError.
-std::vector<U8> readHex(std::string_view text, std::size_t from) {
-  std::vector<U8> octets;
-  octets.reserve(text.size() / 2);
-  for (std::size_t i = from; i < text.size();) {
-    if (text[i] == ' ' || text[i] == ':') {
-      ++i;
-      continue;
-    }
-    const int high = hexDigit(text[i]);
-    if (high < 0) throw DataError("no hexadecimal digit at character " + std::to_string(i + 1));
-    const int low = i + 1 < text.size() ? hexDigit(text[i + 1]) : -1;
-    if (low < 0) throw DataError("half an octet at character " + std::to_string(i + 1));
-    octets.push_back(U8(high << 4 | low));
-    i += 2;
-  }
-  return octets;
-}
-
 class Printer {
  public:
   explicit Printer(const Options& options)
-      : contents_(readFormat(options.format), options.text.json),
-        attributes_(!options.text.numeric, options.text.json) {}
+      : contents_(readFormat(options.format), options.json), attributes_(options.json) {}
 
-  /// A community or an attribute; throws DataError when the text is neither. The form tells which,
-  /// never the value: an attribute may happen to have as many octets as a community.
-  void print(std::string_view text) const {
-    const std::size_t prefix = text.starts_with("0x") || text.starts_with("0X") ? 2 : 0;
-    const std::vector<U8> octets = readHex(text, prefix);
-    const bool inOnePiece = text.size() == prefix + 2 * octets.size();
-    if (inOnePiece && ContentPrinter::isSize(octets.size()))
-      contents_.print(octets);
-    else
-      attributes_.print(octets);
+  /// A community, attributes or an UPDATE; `refuse` gets what is wrong with one of the attributes.
+  /// Throws DataError when the text is none of these. The form tells which, never the value: an
+  /// attribute may happen to have as many octets as a community.
+  void print(std::string_view text, const std::string& position, auto refuse) const {
+    const bool core = !textStyle().kinds;
+    const HexText read = readHexText(text, core);
+    if (!read.inOnePiece || !ContentPrinter::isSize(read.octets.size()))
+      return attributes_.print(read.octets, core, refuse);
+    contents_.print(read.octets);
+    if (!core && AttributePrinter::isOne(read.octets))
+      printError(position,
+                 ": read as a community; with blanks between its octets it would be an "
+                 "attribute");
   }
 
  private:
@@ -66,23 +51,19 @@ class Printer {
   AttributePrinter attributes_;
 };
 
-std::string_view trimmed(std::string_view line) {
-  constexpr std::string_view blanks = " \t\r";
-  const std::size_t start = line.find_first_not_of(blanks);
-  if (start == line.npos) return {};
-  return line.substr(start, line.find_last_not_of(blanks) + 1 - start);
-}
-
 /// Prints one text after the other, and an error line for each that is no community or attribute.
 class Decoding {
  public:
   explicit Decoding(const Options& options) : printer_(options) {}
 
   /// `position` and `number` say in messages where the text stands.
-  void decode(std::string_view text, const char* position, U64 number) try {
-    printer_.print(text);
-  } catch (const DataError& error) {
-    refuse(position + std::to_string(number) + " (" + excerpt(text) + ')', error.what());
+  void decode(std::string_view text, const char* position, U64 number) {
+    const std::string where = position + std::to_string(number) + " (" + excerpt(text) + ')';
+    try {
+      printer_.print(text, where, [&](const std::string& why) { refuse(where, why); });
+    } catch (const DataError& error) {
+      refuse(where, error.what());
+    }
   }
 
   void decodeLines() try {
@@ -90,12 +71,16 @@ class Decoding {
     constexpr const char* position = "standard input, line ";
     Lines lines;
     while (const std::optional<Lines::Line> line = lines.next()) {
-      if (const std::string_view text = trimmed(line->text); line->tooLong)
+      const std::string_view text = trimmed(line->text);
+      if (!line->tooLong && takeDumpLine(text, line->number)) continue;
+      endDump(position);
+      if (line->tooLong)
         refuse(position + std::to_string(line->number),
                "longer than " + std::to_string(Lines::longestLine) + " characters");
-      else if (!text.empty())
+      else if (!takeDumpLine(text, line->number) && !text.empty())
         decode(text, position, line->number);
     }
+    endDump(position);
   } catch (const std::system_error& error) {
     refuse("standard input", error.code().message());
   }
@@ -104,12 +89,26 @@ class Decoding {
   bool good() const { return good_; }
 
  private:
+  /// Adds a line that goes on with the dump, or begins one, whose lines are one text together.
+  bool takeDumpLine(std::string_view line, U64 number) {
+    if (!textStyle().kinds || !isDumpLine(line, dump_.size())) return false;
+    if (dump_.empty()) dumpLine_ = number;
+    return appendDumpLine(line, dump_);
+  }
+  void endDump(const char* position) {
+    if (dump_.empty()) return;
+    std::string digits;
+    for (const U8 octet : std::exchange(dump_, {})) digits += hex(Octets(&octet, 1)) + ' ';
+    decode(digits, position, dumpLine_);
+  }
   void refuse(const std::string& position, const std::string& why) {
     printError(position, ": ", why);
     good_ = false;
   }
 
   const Printer printer_;
+  std::vector<U8> dump_;
+  U64 dumpLine_ = 0;
   bool good_ = true;
 };
 
@@ -142,11 +141,14 @@ void addDecode(CLI::App& app, int& exitCode) {
   const auto [command, options] =
       addCommand(app,
                  {"decode", "Print communities and attributes given in hex",
-                  "16 digits in a piece are an extended community, 40 an IPv6-address-specific\n"
-                  "one. Anything else is a path attribute: flags, type, length, value; blanks and\n"
-                  "colons may stand between its octets, and must where it has as many digits as a\n"
-                  "community. 0x may stand before either. Blank lines of stdin are passed over.\n"
-                  "Exit code 1 when anything given is neither; the rest is printed.\n\n"
+                  "8, 16, 24 or 40 digits in a piece are a standard, extended, large or\n"
+                  "IPv6-address-specific community. Anything else is one path attribute or more\n"
+                  "(flags, type, length, value), or an UPDATE with its header; blanks, commas or\n"
+                  "colons may stand between octets, and must where there are as many digits as a\n"
+                  "community has. 0x and \\x may stand before octets, offsets before the lines of\n"
+                  "a dump. Blank lines of stdin are passed over. With --core, only extended\n"
+                  "communities and one attribute. Exit code 1 when anything given is neither;\n"
+                  "the rest is printed.\n\n"
                   "Example: bgpcomm decode 0002fde800000064 c00808fde80064ffffff01"},
                  exitCode, runDecode);
   command.add_option("HEX", options.arguments, "What to print; - reads it from stdin, by lines")
@@ -158,7 +160,8 @@ void addDecode(CLI::App& app, int& exitCode) {
                   "classification, ui, asdot, weighted, with commas\n"
                   "between, or none (default: classification,ui)")
       ->type_name("FLAGS");
-  addTextOptions(command, options.text);
+  addTextOptions(command);
+  addJsonLines(command, options.json);
 }
 
 }  // namespace bgpcomm

@@ -1,15 +1,18 @@
 #include "DecodeAttribute.h"
 
-#include <nlohmann/json.hpp>
-
 #include "Errors.h"
 #include "Hex.h"
+#include "HexText.h"
+#include "KindJson.h"
 #include "Terminal.h"
+#include "TextStyle.h"
+#include "kinds/ZoBgpKindText.h"
 
 namespace bgpcomm {
 namespace {
 
 using Routing::Bgp::BgpPathAttrType;
+using Routing::Bgp::Kind;
 using Routing::Bgp::PathAttributeHeader;
 
 std::string typeName(BgpPathAttrType type) {
@@ -17,21 +20,66 @@ std::string typeName(BgpPathAttrType type) {
 }
 
 /// The octets may also be a mistyped community, so the message names both.
-[[noreturn]] void refuse(const std::string& why) {
-  throw DataError("neither a community, 16 or 40 digits in a piece, nor an attribute: " + why);
+[[noreturn]] void refuseAll(bool single, const std::string& why) {
+  throw DataError((single ? "neither a community, 16 or 40 digits in a piece, nor an attribute: "
+                          : "neither a community, 8, 16, 24 or 40 digits in a piece, nor "
+                            "attributes: ") +
+                  why);
+}
+
+std::string octetsFollow(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " octet follows" : " octets follow");
+}
+
+/// The attributes of an UPDATE with its header (RFC 4271, sections 4.1 and 4.3); nothing when the
+/// octets are no whole message of that type.
+std::optional<Octets> attributesOfUpdate(Octets message) {
+  constexpr std::size_t marker = 16, header = 19;
+  constexpr U8 update = 2;
+  if (message.size() < header + 4) return {};
+  for (const U8 octet : message.first(marker))
+    if (octet != 0xFF) return {};
+  Cursor in(message.subspan(marker));
+  if (in.u16() != message.size() || in.u8() != update) return {};
+  (void)in.take(in.u16());  // withdrawn prefixes
+  const Octets attributes = in.take(in.u16());
+  return in ? std::optional(attributes) : std::nullopt;
 }
 
 }  // namespace
 
-void AttributePrinter::print(Octets attribute) const {
-  const auto header = Routing::Bgp::readPathAttributeHeader(attribute);
-  if (!header) refuse("too short for flags, type and length");
-  const Octets value = attribute.subspan(header->headerSize);
-  if (value.size() != header->attrSize)
-    refuse("its length is " + std::to_string(header->attrSize) + ", but " +
-           std::to_string(value.size()) +
-           (value.size() == 1 ? " octet follows" : " octets follow"));
-  printValue(*header, value);
+bool AttributePrinter::isOne(Octets octets) {
+  const auto header = Routing::Bgp::readPathAttributeHeader(octets);
+  return header && octets.size() - header->headerSize == header->attrSize;
+}
+
+void AttributePrinter::print(Octets octets, bool single,
+                             const std::function<void(const std::string&)>& refuse) const {
+  if (const auto update = single ? std::nullopt : attributesOfUpdate(octets)) octets = *update;
+  if (octets.size() < 3) refuseAll(single, "too short for flags, type and length");
+  // All or nothing: octets that do not end with an attribute may be something else.
+  const auto eachAttribute = [octets](auto use) {
+    for (Octets rest = octets; !rest.empty();) {
+      const auto header = Routing::Bgp::readPathAttributeHeader(rest);
+      const std::size_t size = header ? header->headerSize + header->attrSize : 0;
+      use(header, rest);
+      rest = rest.subspan(size);
+    }
+  };
+  eachAttribute([&](const auto& header, Octets rest) {
+    if (!header) refuseAll(single, "too short for flags, type and length");
+    const std::size_t found = rest.size() - header->headerSize;
+    if (single ? found != header->attrSize : found < header->attrSize)
+      refuseAll(single, "its length is " + std::to_string(header->attrSize) + ", but " +
+                            octetsFollow(found));
+  });
+  eachAttribute([&](const auto& header, Octets rest) {
+    try {
+      printValue(*header, rest.subspan(header->headerSize, header->attrSize));
+    } catch (const DataError& error) {
+      refuse(error.what());
+    }
+  });
 }
 
 void AttributePrinter::printValue(const PathAttributeHeader& header, Octets value) const {
@@ -39,15 +87,22 @@ void AttributePrinter::printValue(const PathAttributeHeader& header, Octets valu
   const std::size_t type = listTypeOf(code);
   std::string text = hex(value);
   std::vector<std::string> values, octets;
+  Json canonical = Json::array(), identifiers = Json::array(), fields = Json::array();
   const bool isList = type < listTypeCount;
   if (isList) {
     const auto read = json_ ? listTypes[type].values : listTypes[type].text;
-    const ListText list = read(tables_, value, names_);
+    const ListText list = read(tables_, value);
     if (list.fault) throw DataError(list.text);
     text = list.text;
     for (const ValueText& one : list.values) {
       values.push_back(one.text);
       octets.push_back(one.octets);
+      if (!json_ || !textStyle().kinds) continue;
+      const auto community = Routing::Bgp::communityOf(header.type, readHexText(one.octets).octets);
+      const Kind* const kind = textStyle().kinds->find(community);
+      identifiers.push_back(kind && !kind->identifier.empty() ? Json(kind->identifier) : Json());
+      canonical.push_back(canonicalText(community, *textStyle().kinds));
+      fields.push_back(fieldsJson(community));
     }
   }
   const std::string name = typeName(header.type);
@@ -60,6 +115,8 @@ void AttributePrinter::printValue(const PathAttributeHeader& header, Octets valu
     const std::string key(listTypes[type].key);
     object[key] = values;
     object[key + "Octets"] = octets;
+    if (textStyle().kinds)
+      object.update({{"identifier", identifiers}, {"canonical", canonical}, {"fields", fields}});
   }
   bgpcomm::print(object.dump() + '\n');
 }

@@ -1,5 +1,8 @@
-// Single path attributes, header included, as text.
+// Path attributes, headers included, as text.
 #pragma once
+
+#include <functional>
+#include <string>
 
 #include "ListTypes.h"
 #include "attr/ZoBgpAttributeReader.h"
@@ -8,15 +11,19 @@ namespace bgpcomm {
 
 class AttributePrinter {
  public:
-  AttributePrinter(bool names, bool json) : names_(names), json_(json) {}
+  explicit AttributePrinter(bool json) : json_(json) {}
 
-  /// Throws DataError when the octets are not exactly one attribute, or its list is refused.
-  void print(Octets attribute) const;
+  /// Whether the octets are exactly one attribute.
+  static bool isOne(Octets octets);
+  /// One attribute after the other, or those of an UPDATE with its header. `refuse` gets why the
+  /// list of one is refused. Throws DataError when the octets are none of these. `single` takes
+  /// exactly one attribute.
+  void print(Octets octets, bool single,
+             const std::function<void(const std::string&)>& refuse) const;
 
  private:
   void printValue(const Routing::Bgp::PathAttributeHeader& header, Octets value) const;
 
-  bool names_;
   bool json_;
   CommunityTables tables_;
 };

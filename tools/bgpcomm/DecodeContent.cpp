@@ -1,12 +1,14 @@
 #include "DecodeContent.h"
 
 #include <algorithm>
-#include <array>
-#include <nlohmann/json.hpp>
+#include <vector>
 
 #include "Errors.h"
 #include "Hex.h"
+#include "KindJson.h"
 #include "Terminal.h"
+#include "TextStyle.h"
+#include "kinds/ZoBgpKindText.h"
 
 namespace bgpcomm {
 namespace {
@@ -31,38 +33,75 @@ std::string flagNames() {
   return names;
 }
 
-ExtCommContent read8(Octets octets) {
-  Cursor in(octets);
-  const U64 high = in.u32();
-  return ExtCommContent(high << 32 | in.u32());
-}
-
-ExtCommIp6Content read20(Octets octets) {
-  Cursor in(octets);
-  const U8 type = in.u8(), subtype = in.u8();
-  Zonet::Ip6Addr::Octets address;
-  const Octets taken = in.take(address.size());
-  std::copy(taken.begin(), taken.end(), address.begin());
-  return ExtCommIp6Content(type, subtype, Zonet::Ip6Addr(address), in.u16());
+BgpPathAttrType attributeOfSize(std::size_t octets) {
+  switch (octets) {
+    case 4:
+      return BgpPathAttrType::community;
+    case 8:
+      return BgpPathAttrType::extCommunity;
+    case 12:
+      return BgpPathAttrType::largeCommunity;
+    default:
+      return BgpPathAttrType::extCommunityIp6;
+  }
 }
 
 std::string_view withoutNamespace(std::string_view name) {
   return name.substr(name.rfind(':') + 1);
 }
 
-using Row = std::pair<std::string_view, std::string_view>;
-using Rows = std::array<Row, 4>;
+/// The lines, or members of a JSON object, about one community.
+struct Row {
+  std::string_view key;
+  std::string value;
+};
+using Rows = std::vector<Row>;
 
-std::string textOf(const std::string& content, const Rows& rows) {
+template <class Value>
+Rows libraryRows(const Value& value, U32 format) {
+  return {{"class", std::string(withoutNamespace(value.fwkType().name()))},
+          {"classification", valueToStrep(value.classification())},
+          {"show", value.toStrep()},
+          {"policy", value.toStrepForPolicy(typename Value::StrepFormat(format))}};
+}
+
+/// What the library itself says of a community: of standard and large ones nothing.
+Rows libraryRows(const AnyCommunity& community, U32 format,
+                 const BgpParseExtendedCommunityRule& parser) {
+  if (const auto* content = std::get_if<ExtCommContent>(&community))
+    return libraryRows(*parser.parseExtendedCommunity(*content), format);
+  if (const auto* content = std::get_if<ExtCommIp6Content>(&community))
+    return libraryRows(*parser.parseExtendedCommunityIp6(*content), format);
+  return {};
+}
+
+void appendLine(std::string& text, std::string_view label, std::string_view value) {
+  text += "\n  ";
+  text += label;
+  text.append(label.size() < 16 ? 16 - label.size() : 1, ' ');
+  text += value.empty() ? "-" : value;
+}
+
+void appendKindLines(std::string& text, const AnyCommunity& community, const KindTable& kinds) {
+  appendLine(text, "text", canonicalText(community, kinds));
+  const Kind* const kind = kinds.find(community);
+  if (!kind) return appendLine(text, "kind", "not assigned");
+  std::string name(kind->name);
+  if (!kind->reference.empty()) name += ", " + std::string(kind->reference);
+  if (isMalformed(community, *kind)) name += "; malformed: a reserved bit is set, or it is NaN";
+  if (!kind->name.starts_with('(')) appendLine(text, "kind", name);
+  if (kind->value) return;
+  forEachKindField(community, kinds, [&](const KindFieldValue& field) {
+    if (!field.isReserved()) appendLine(text, "  " + std::string(field.field().name), field.text());
+  });
+}
+
+std::string textOf(const std::string& content, const AnyCommunity& community, const Rows& rows) {
   std::string text(colours().strong);
   text += content;
   text += colours().plain;
-  for (const auto& [label, value] : rows) {
-    text += "\n  ";
-    text += label;
-    text.append(16 - label.size(), ' ');
-    text += value.empty() ? "-" : value;
-  }
+  if (textStyle().kinds) appendKindLines(text, community, *textStyle().kinds);
+  for (const auto& [label, value] : rows) appendLine(text, label, value);
   return text += '\n';
 }
 
@@ -74,13 +113,22 @@ std::string jsonString(std::string_view text) {
   return plain ? '"' + std::string(text) + '"' : nlohmann::json(text).dump();
 }
 
-std::string jsonOf(const std::string& content, const Rows& rows) {
+void appendMember(std::string& text, std::string_view key, std::string_view value) {
+  text += ",\"";
+  text += key;
+  text += "\":";
+  text += value;
+}
+
+std::string jsonOf(const std::string& content, const AnyCommunity& community, const Rows& rows) {
   std::string text = "{\"content\":" + jsonString(content);
-  for (const auto& [key, value] : rows) {
-    text += ',';
-    text += jsonString(key);
-    text += ':';
-    text += jsonString(value);
+  for (const auto& [key, value] : rows) appendMember(text, key, jsonString(value));
+  if (const auto& kinds = textStyle().kinds) {
+    const Kind* const kind = kinds->find(community);
+    const bool named = kind && !kind->identifier.empty();
+    appendMember(text, "identifier", named ? jsonString(kind->identifier) : "null");
+    appendMember(text, "canonical", jsonString(canonicalText(community, *kinds)));
+    appendMember(text, "fields", fieldsJson(community).dump());
   }
   return text += "}\n";
 }
@@ -105,22 +153,15 @@ U32 readFormat(const std::string& text) {
   return format;
 }
 
-template <class Value>
-void ContentPrinter::printValue(Octets content, const Value& value) const {
-  const std::string classification = valueToStrep(value.classification());
-  const std::string show = value.toStrep();
-  const std::string policy = value.toStrepForPolicy(typename Value::StrepFormat(format_));
-  const Rows rows = {Row{"class", withoutNamespace(value.fwkType().name())},
-                     Row{"classification", classification}, Row{"show", show},
-                     Row{"policy", policy}};
-  bgpcomm::print(json_ ? jsonOf(hex(content), rows) : textOf(hex(content), rows));
+bool ContentPrinter::isSize(std::size_t octets) {
+  return octets == 8 || octets == 20 || (textStyle().kinds && (octets == 4 || octets == 12));
 }
 
 void ContentPrinter::print(Octets content) const {
-  if (content.size() == 8)
-    printValue(content, *parser_->parseExtendedCommunity(read8(content)));
-  else
-    printValue(content, *parser_->parseExtendedCommunityIp6(read20(content)));
+  const AnyCommunity community = communityOf(attributeOfSize(content.size()), content);
+  const Rows rows = libraryRows(community, format_, *parser_);
+  bgpcomm::print(json_ ? jsonOf(hex(content), community, rows)
+                       : textOf(hex(content), community, rows));
 }
 
 }  // namespace bgpcomm

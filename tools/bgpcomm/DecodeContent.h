@@ -1,4 +1,5 @@
-// Single extended communities, eight or twenty octets each, as text.
+// Single communities, 4, 8, 12 or 20 octets each, as text: the kind with its fields, and what the
+// library makes of extended ones. Without the table of kinds, extended ones alone.
 #pragma once
 
 #include <string>
@@ -16,14 +17,11 @@ class ContentPrinter {
  public:
   ContentPrinter(U32 format, bool json) : format_(format), json_(json) {}
 
-  static bool isSize(std::size_t octets) { return octets == 8 || octets == 20; }
+  static bool isSize(std::size_t octets);
   /// REQUIRES: isSize(content.size()).
   void print(Octets content) const;
 
  private:
-  template <class Value>
-  void printValue(Octets content, const Value& value) const;
-
   U32 format_;
   bool json_;
   Routing::Bgp::BgpParseExtendedCommunityRule::Ptr parser_ =

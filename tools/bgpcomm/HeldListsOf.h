@@ -142,7 +142,7 @@ class HeldListsOf final : public HeldLists {
     for (const auto& use : uses.mostUsed(shown)) {
       const auto list = tables_.dedupWire(use.first).list;  // of this one value
       forEachCommunity(*list, [&](const auto& one) {
-        figures.mostUsed.push_back({textOf(one, true), hex(use.first), use.second});
+        figures.mostUsed.push_back({textOf(one), hex(use.first), use.second});
       });
     }
   }

@@ -46,4 +46,11 @@ void Lines::passRest() {
   take(end + 1);
 }
 
+std::string_view trimmed(std::string_view line) {
+  constexpr std::string_view blanks = " \t\r";
+  const std::size_t start = line.find_first_not_of(blanks);
+  if (start == line.npos) return {};
+  return line.substr(start, line.find_last_not_of(blanks) + 1 - start);
+}
+
 }  // namespace bgpcomm

@@ -42,4 +42,7 @@ class Lines {
   bool restFollows_ = false;  ///< the last line was too long, and its rest is not yet taken
 };
 
+/// Without the blanks at its ends.
+std::string_view trimmed(std::string_view line);
+
 }  // namespace bgpcomm

@@ -33,19 +33,18 @@ ListText read(const CommunityTables& tables, Octets value, auto fill) {
 }
 
 template <class List>
-ListText text(const CommunityTables& tables, Octets value, bool names) {
-  return read<List>(tables, value, [names](const List& list, ListText& text) {
-    forEachCommunity(list, [&](const auto& one) {
-      (text.text += text.text.empty() ? "" : " ") += textOf(one, names);
-    });
+ListText text(const CommunityTables& tables, Octets value) {
+  return read<List>(tables, value, [](const List& list, ListText& text) {
+    forEachCommunity(
+        list, [&](const auto& one) { (text.text += text.text.empty() ? "" : " ") += textOf(one); });
   });
 }
 
 template <class List>
-ListText values(const CommunityTables& tables, Octets value, bool names) {
-  return read<List>(tables, value, [names](const List& list, ListText& text) {
+ListText values(const CommunityTables& tables, Octets value) {
+  return read<List>(tables, value, [](const List& list, ListText& text) {
     forEachCommunity(list, [&](const auto& one) {
-      text.values.push_back({textOf(one, names), hex(octetsOf(one))});
+      text.values.push_back({textOf(one), hex(octetsOf(one))});
     });
   });
 }

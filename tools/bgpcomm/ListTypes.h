@@ -41,10 +41,10 @@ struct ListType {
 
   // Each of these reads the value of one attribute, and keeps nothing.
 
-  /// `65000:100 no-export`.
-  ListText (*text)(const CommunityTables& tables, Octets value, bool names);
+  /// `65000:100 NO_EXPORT`.
+  ListText (*text)(const CommunityTables& tables, Octets value);
   /// The same as `values`.
-  ListText (*values)(const CommunityTables& tables, Octets value, bool names);
+  ListText (*values)(const CommunityTables& tables, Octets value);
   /// The octets of the attribute that the interned list writes: header included, non-transitive
   /// communities too.
   ListText (*serialized)(const CommunityTables& tables, Octets value);

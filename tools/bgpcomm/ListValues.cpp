@@ -1,8 +1,10 @@
 #include "ListValues.h"
 
 #include "Hex.h"
+#include "TextStyle.h"
 #include "Zonet/NetworkOrder.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
+#include "kinds/ZoBgpKindText.h"
 
 namespace bgpcomm {
 
@@ -29,6 +31,20 @@ std::string policyText(const Value& value) {
   return text.find(" 0x") == text.npos ? text : "0x" + hex(octetsOf(value));
 }
 
+template <class Value>
+std::string extendedText(const Value& value) {
+  const TextStyle& style = textStyle();
+  switch (style.form()) {
+    case TextForm::canonical:
+      return canonicalText(value.getContent(), *style.kinds);
+    case TextForm::show:
+      return value.toStrep();
+    case TextForm::policy:
+      break;
+  }
+  return policyText(value);
+}
+
 }  // namespace
 
 std::array<U8, 4> octetsOf(U32 community) { return octetsOfWords(community); }
@@ -36,14 +52,18 @@ std::array<U8, 12> octetsOf(const Acl::CommunityValue& community) {
   return octetsOfWords(community.globalAdmin(), community.localData1(), community.localData2());
 }
 
-std::string textOf(U32 community, bool names) {
-  const std::string name = names ? CommList::wellKnownName(community) : "";
+std::string textOf(U32 community) {
+  const TextStyle& style = textStyle();
+  std::string name;
+  if (style.names)
+    name = style.form() == TextForm::canonical ? canonicalText(BgpCommunityValue(community))
+                                               : CommList::wellKnownName(community);
   return name.empty() ? CommList::getStringValue(community) : name;
 }
-std::string textOf(const Acl::CommunityValue& community, bool) {
+std::string textOf(const Acl::CommunityValue& community) {
   return LargeCommList::getStringValue(community);
 }
-std::string textOf(const ExtComm& community, bool) { return policyText(community); }
-std::string textOf(const ExtCommIp6& community, bool) { return policyText(community); }
+std::string textOf(const ExtComm& community) { return extendedText(community); }
+std::string textOf(const ExtCommIp6& community) { return extendedText(community); }
 
 }  // namespace bgpcomm

@@ -1,8 +1,8 @@
 // The values of lists: their octets on the wire, and their texts.
 //
 //   octetsOf(0xfde80064u);        // fd e8 00 64
-//   textOf(0xffffff01u, true);    // "no-export"
-//   textOf(community, true);      // "RT:65000:100"
+//   textOf(0xffffff01u);          // "NO_EXPORT", or "no-export", as TextStyle says
+//   textOf(community);            // "route-target-as2:65000:100", or "RT:65000:100"
 #pragma once
 
 #include <array>
@@ -27,15 +27,16 @@ auto octetsOf(const auto& community) requires requires { community.getContent();
 
 // The texts.
 
-/// `65000:100`; with `names`, a well-known community by its name.
-std::string textOf(U32 community, bool names);
+/// `65000:100`, or the name of a well-known community.
+std::string textOf(U32 community);
 /// `65000:1:2`.
-std::string textOf(const Acl::CommunityValue& community, bool names);
-/// The short policy text of a community that has a meaning, or else the long one, which names type
-/// and subtype. Octets without a meaning are shorter in hex, as `0x0400000000000001`. Different
-/// communities may have the same text: `RT:100:1` does not tell how the AS number is written.
-std::string textOf(const Routing::Bgp::ExtComm& community, bool names);
-std::string textOf(const Routing::Bgp::ExtCommIp6& community, bool names);
+std::string textOf(const Acl::CommunityValue& community);
+/// In policies: the short policy text of a community that has a meaning, or else the long one,
+/// which names type and subtype. Octets without a meaning are shorter in hex, as
+/// `0x0400000000000001`. Different communities may have the same text: `RT:100:1` does not tell how
+/// the AS number is written. Canonical texts do tell.
+std::string textOf(const Routing::Bgp::ExtComm& community);
+std::string textOf(const Routing::Bgp::ExtCommIp6& community);
 
 /// How many octets each value of a list has.
 template <class List>

@@ -15,7 +15,7 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   std::vector<std::string> communities, routeTargets, large, extended;
-  TextOptions text;
+  bool json = false;
 };
 
 bool carries(const CommunityValues& values, const Wanted& wanted) {
@@ -53,7 +53,7 @@ std::vector<Wanted> readWanted(const Options& options) {
 
 class PathPrinter {
  public:
-  PathPrinter(bool names, bool json) : names_(names), json_(json) {}
+  explicit PathPrinter(bool json) : json_(json) {}
 
   /// A list that is refused is one of the path's faults.
   void print(const Path& path, CommunityValues& values) {
@@ -84,7 +84,7 @@ class PathPrinter {
       const bool isThere = !values[type].empty();
       if (!isThere && !values.malformed[type]) continue;
       ListText list;
-      if (isThere) list = listTypes[type].text(tables_, values[type], names_);
+      if (isThere) list = listTypes[type].text(tables_, values[type]);
       if (list.fault) values.faults.add(*list.fault);
       text += (text.empty() ? "" : " ") + (isThere && !list.fault ? list.text : "malformed");
     }
@@ -118,7 +118,7 @@ class PathPrinter {
     auto octets = nlohmann::ordered_json::object();
     for (std::size_t type = 0; type < listTypeCount; ++type) {
       ListText list;
-      if (!values[type].empty()) list = listTypes[type].values(tables_, values[type], names_);
+      if (!values[type].empty()) list = listTypes[type].values(tables_, values[type]);
       if (list.fault) values.faults.add(*list.fault);
       const std::string key(listTypes[type].key);
       auto& ofTexts = object[key] = nlohmann::ordered_json::array();
@@ -131,14 +131,13 @@ class PathPrinter {
     object.update(octets);
   }
 
-  bool names_;
   bool json_;
   const CommunityTables tables_{sharedParser()};
 };
 
 int runPaths(const Options& options) {
   const std::vector<Wanted> wanted = readWanted(options);
-  PathPrinter printer(!options.text.numeric, options.text.json);
+  PathPrinter printer(options.json);
   const auto printWanted = [&](const Path& path, CommunityValues& values, Position) {
     const bool all = std::all_of(wanted.begin(), wanted.end(),
                                  [&](const Wanted& one) { return carries(values, one); });
@@ -180,7 +179,8 @@ void addPaths(CLI::App& app, int& exitCode) {
   addFilter("--ext", options.extended,
             "Only with this extended community, in hex (16\n"
             "digits, or 40 of an IPv6-address-specific one)");
-  addTextOptions(command, options.text);
+  addTextOptions(command);
+  addJsonLines(command, options.json);
 }
 
 }  // namespace bgpcomm

@@ -91,6 +91,7 @@ void addRestore(CLI::App& app, int& exitCode) {
                   "Example: bgpcomm restore rib.store"},
                  exitCode, runRestore);
   command.add_option("STORE", options.store, "What save wrote")->required()->type_name("");
+  addTextOptions(command);
   command.add_flag("--json", options.json, "One JSON object for programs");
 }
 

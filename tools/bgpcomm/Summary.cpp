@@ -120,6 +120,7 @@ void addSummary(CLI::App& app, int& exitCode) {
        "         curl -s URL | bgpcomm summary --json -"},
       exitCode, runSummary);
   addFiles(command, options.files);
+  addTextOptions(command);
   command.add_flag("--json", options.json, "One JSON object for programs");
 }
 

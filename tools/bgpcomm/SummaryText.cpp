@@ -5,6 +5,7 @@
 
 #include "Summary.h"
 #include "Terminal.h"
+#include "TextStyle.h"
 
 namespace bgpcomm {
 namespace {
@@ -85,6 +86,14 @@ std::string typeLines(const FileFigures& figures) {
   return text;
 }
 
+/// The identifier of a type and subtype as `06/00`; empty for a kind that has none.
+std::string_view identifierOf(const std::string& type) {
+  if (!textStyle().kinds) return {};
+  const U64 head = std::stoul(type.substr(0, 2) + type.substr(3), nullptr, 16);
+  const auto* const kind = textStyle().kinds->find(Routing::Bgp::ExtCommContent(head << 48));
+  return kind ? kind->identifier : std::string_view();
+}
+
 std::string extendedLines(const FileFigures::OfType& one) {
   std::string text;
   if (one.figures.distinctRouteTargetSets)
@@ -92,7 +101,8 @@ std::string extendedLines(const FileFigures::OfType& one) {
   if (!one.figures.types || one.figures.types->empty()) return text;
   text += "\n  distinct " + std::string(one.type->title) + " communities by type/subtype\n";
   for (const auto& [type, values] : *one.figures.types)
-    text += "  " + padded(grouped(values), labelWidth) + "  " + type + '\n';
+    text += "  " + padded(grouped(values), labelWidth) + "  " + type +
+            (identifierOf(type).empty() ? "" : "  ") + std::string(identifierOf(type)) + '\n';
   return text;
 }
 

@@ -35,7 +35,7 @@ class Watcher final : public Collection::NotifieeConst {
     const bool come = collection_->rtExtCommListHas(set);
     std::vector<std::string> targets, octets;
     for (const auto& target : set->rtExtCommListRawPtr()->commVector()) {
-      targets.push_back(target->toStrepForPolicy(ExtComm::StrepFormat(strepFormatClassification)));
+      targets.push_back(textOf(*target));
       octets.push_back(hex(octetsOf(*target)));
     }
     print(json_ ? jsonLine(come, targets, octets) : textLine(come, targets));
@@ -133,7 +133,8 @@ void addWatchRt(CLI::App& app, int& exitCode) {
   command.add_option("FILE", options.file, "MRT dump: plain, gz, bz2, xz or zst; - is stdin")
       ->required()
       ->type_name("");
-  command.add_flag("--json", options.json, "One JSON object per line");
+  addTextOptions(command);
+  addJsonLines(command, options.json);
 }
 
 }  // namespace bgpcomm

@@ -81,6 +81,7 @@ int run(int argc, char** argv) {
       "Example: bgpcomm summary rib.bz2");
   app.require_subcommand(1);
   int exitCode = 0;
+  bgpcomm::addKindOptions(app);  // first: commands take over that they understand these
   bgpcomm::addSummary(app, exitCode);
   bgpcomm::addPaths(app, exitCode);
   bgpcomm::addVerify(app, exitCode);
@@ -88,7 +89,10 @@ int run(int argc, char** argv) {
   bgpcomm::addSave(app, exitCode);
   bgpcomm::addRestore(app, exitCode);
   bgpcomm::addWatchRt(app, exitCode);
+  bgpcomm::addEncode(app, exitCode);
+  bgpcomm::addKinds(app, exitCode);
   bgpcomm::addDescribe(app, exitCode);
+  refuseEmptyValues(app);
   for (CLI::App* const command : app.get_subcommands({})) refuseEmptyValues(*command);
   try {
     app.parse(readArguments(argc, argv));

@@ -1,0 +1,120 @@
+#include "HexText.h"
+
+#include <charconv>
+#include <optional>
+
+#include "Errors.h"
+#include "Hex.h"
+
+namespace bgpcomm {
+namespace {
+
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+
+/// The two digits at a position as an octet.
+std::optional<U8> pairAt(std::string_view text, std::size_t at) {
+  if (at + 1 >= text.size()) return {};
+  const int high = hexDigit(text[at]), low = hexDigit(text[at + 1]);
+  if (high < 0 || low < 0) return {};
+  return U8(high << 4 | low);
+}
+
+/// How long the prefix of an octet is: `0x`, or `\x`.
+std::size_t prefixAt(std::string_view text, std::size_t at) {
+  const bool prefix = at + 1 < text.size() && (text[at] == '0' || text[at] == '\\') &&
+                      (text[at + 1] == 'x' || text[at + 1] == 'X');
+  return prefix ? 2 : 0;
+}
+
+/// The offset that a line of a dump begins with, and where its octets begin.
+struct Offset {
+  U64 value;
+  std::size_t end;
+};
+std::optional<Offset> offsetOf(std::string_view line) {
+  std::size_t at = 0;
+  while (at < line.size() && isBlank(line[at])) ++at;
+  at += prefixAt(line, at);
+  const std::size_t start = at;
+  while (at < line.size() && hexDigit(line[at]) >= 0) ++at;
+  U64 value = 0;
+  const auto read = std::from_chars(line.data() + start, line.data() + at, value, 16);
+  if (at - start < 4 || read.ec != std::errc()) return {};
+  const bool colon = at < line.size() && line[at] == ':';
+  at += colon;
+  std::size_t blanks = 0;
+  while (at < line.size() && isBlank(line[at])) ++at, ++blanks;
+  if (blanks < (colon ? 1 : 2) && at < line.size()) return {};
+  return Offset{value, at};
+}
+
+std::vector<U8> readDump(std::string_view text) {
+  std::vector<U8> octets;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (line.find_first_not_of(" \t\r") == line.npos) continue;
+    if (!isDumpLine(line, octets.size()))
+      throw DataError("a line of the dump does not begin with offset " +
+                      std::to_string(octets.size()) + " in hex");
+    appendDumpLine(line, octets);
+  }
+  return octets;
+}
+
+}  // namespace
+
+bool isDumpLine(std::string_view line, std::size_t octetsBefore) {
+  const auto offset = offsetOf(line);
+  return offset && offset->value == octetsBefore;
+}
+
+bool appendDumpLine(std::string_view line, std::vector<U8>& octets) {
+  constexpr std::size_t longest = 16;
+  const std::size_t before = octets.size();
+  std::size_t at = offsetOf(line)->end;
+  // Two blanks end the octets, but for one such gap in the middle of a full line of pairs.
+  while (octets.size() - before < longest) {
+    const auto octet = pairAt(line, at);
+    if (!octet) break;
+    octets.push_back(*octet);
+    at += 2;
+    std::size_t blanks = 0;
+    while (at < line.size() && isBlank(line[at])) ++at, ++blanks;
+    const bool middle =
+        octets.size() - before == longest / 2 && at + 2 < line.size() && isBlank(line[at + 2]);
+    if (blanks > 1 && !middle) break;
+  }
+  return octets.size() > before;
+}
+
+HexText readHexText(std::string_view text, bool plain) {
+  if (!plain && isDumpLine(text.substr(0, text.find('\n')), 0)) return {readDump(text), false};
+  HexText read;
+  read.octets.reserve(text.size() / 2);
+  const auto isBetween = [plain](char c) {
+    return c == ' ' || c == ':' || (!plain && (isBlank(c) || c == ',' || c == '-' || c == '\n'));
+  };
+  for (std::size_t i = prefixAt(text, 0); i < text.size();) {
+    if (isBetween(text[i])) {
+      read.inOnePiece = false;
+      ++i;
+      continue;
+    }
+    if (const std::size_t prefix = plain || i == 0 ? 0 : prefixAt(text, i); prefix && i > 2) {
+      read.inOnePiece = false;
+      i += prefix;
+    }
+    const std::string character = " at character " + std::to_string(i + 1);
+    if (i >= text.size() || hexDigit(text[i]) < 0)
+      throw DataError("no hexadecimal digit" + character);
+    const auto octet = pairAt(text, i);
+    if (!octet) throw DataError("half an octet" + character);
+    read.octets.push_back(*octet);
+    i += 2;
+  }
+  return read;
+}
+
+}  // namespace bgpcomm

@@ -1,0 +1,171 @@
+// The command that lists kinds, and the options that say which ones the process knows.
+#include <algorithm>
+#include <cstdio>
+
+#include "Commands.h"
+#include "KindJson.h"
+#include "Mox/Exception.h"
+#include "Terminal.h"
+#include "TextStyle.h"
+#include "kinds/ZoBgpKindCheck.h"
+#include "kinds/ZoBgpKindText.h"
+
+namespace bgpcomm {
+namespace {
+
+using namespace Routing::Bgp;
+
+struct Options {
+  std::string pattern;
+  bool json = false;
+  bool markdown = false;
+};
+
+std::string hexOctet(U8 octet) {
+  char text[5];
+  std::snprintf(text, sizeof text, "0x%02x", octet);
+  return text;
+}
+
+/// `0x06/0x00`; of well-known communities the value.
+std::string numberOf(const Kind& kind) {
+  if (kind.isExtended()) return hexOctet(*kind.type) + '/' + hexOctet(*kind.subtype);
+  if (!kind.value) return "-";
+  char text[11];
+  std::snprintf(text, sizeof text, "0x%08X", *kind.value);
+  return text;
+}
+
+std::string_view evidenceText(KindEvidence evidence) {
+  switch (evidence) {
+    case KindEvidence::standard:
+      return "standard";
+    case KindEvidence::family:
+      return "family";
+    case KindEvidence::decoders:
+      return "decoders";
+    case KindEvidence::none:
+      break;
+  }
+  return "layout unknown";
+}
+
+bool contains(std::string_view text, std::string_view part) {
+  return std::search(text.begin(), text.end(), part.begin(), part.end(),
+                     [](char a, char b) { return lowerCase(a) == lowerCase(b); }) != text.end();
+}
+
+bool matches(const Kind& kind, const std::string& pattern) {
+  const auto has = [&](std::string_view text) { return contains(text, pattern); };
+  return has(kind.identifier) || has(kind.name) || has(numberOf(kind)) || has(kind.reference) ||
+         std::any_of(kind.aliases.begin(), kind.aliases.end(), has);
+}
+
+std::string line(const Kind& kind) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%2u  %-10s  ", U32(kind.attribute), numberOf(kind).c_str());
+  return text + canonicalForm(kind) + '\n';
+}
+
+std::string details(const Kind& kind) {
+  std::string text = line(kind) + "                " + std::string(kind.name);
+  if (!kind.reference.empty()) text += ", " + std::string(kind.reference);
+  if (kind.evidence != KindEvidence::standard)
+    text += " (" + std::string(evidenceText(kind.evidence)) + ')';
+  text += '\n';
+  for (const std::string_view alias : kind.aliases)
+    if (kind.isExtended()) text += "                also read: " + std::string(alias) + '\n';
+  if (!kind.note.empty()) text += "                " + std::string(kind.note) + '\n';
+  return text;
+}
+
+std::string markdownRow(const Kind& kind) {
+  std::string fields;
+  for (const KindField& field : kind.fields) {
+    fields += (fields.empty() ? "" : "; ") + std::string(field.name) + " " +
+              std::to_string(field.bit) + "+" + std::to_string(field.bits);
+    std::string names;
+    for (const KindName& row : field.names)
+      names +=
+          (names.empty() ? " {" : ", ") + std::to_string(row.number) + "=" + std::string(row.name);
+    if (!names.empty()) fields += names + "}";
+  }
+  return "| " + numberOf(kind) + " | " + std::string(kind.name) + " | " +
+         std::string(kind.reference) + " | `" + canonicalForm(kind) + "` | " + fields + " | " +
+         std::string(evidenceText(kind.evidence)) + " |\n";
+}
+
+int runKinds(const Options& options) {
+  if (!textStyle().kinds) throw UsageError("kinds: there are none with --core");
+  std::vector<const Kind*> found;
+  for (const Kind* kind : textStyle().kinds->rows())
+    if (matches(*kind, options.pattern)) found.push_back(kind);
+  if (found.empty()) {
+    printError(options.pattern, ": no kind has this in its identifier, name, number or reference");
+    return exitBadData;
+  }
+  if (options.json) {
+    Json rows = Json::array();
+    for (const Kind* kind : found) rows.push_back(jsonOf(*kind));
+    print(rows.dump(1) + '\n');
+    return 0;
+  }
+  std::optional<BgpPathAttrType> attribute;
+  for (const Kind* kind : found) {
+    if (options.markdown && kind->attribute != attribute)
+      print("\n## Attribute " + std::to_string(U32(kind->attribute)) +
+            "\n\n| number | name | reference | text | fields: first bit + bits | layout |\n"
+            "|---|---|---|---|---|---|\n");
+    attribute = kind->attribute;
+    print(options.markdown          ? markdownRow(*kind)
+          : options.pattern.empty() ? line(*kind)
+                                    : details(*kind));
+  }
+  return 0;
+}
+
+}  // namespace
+
+void addKinds(CLI::App& app, int& exitCode) {
+  const auto [command, options] =
+      addCommand(app,
+                 {"kinds", "List the kinds of communities that are known",
+                  "A line says attribute, type and subtype, and how the text looks: a part in\n"
+                  "<> for each field, in [] one that may be missing. With a pattern, also names,\n"
+                  "references and notes.\n\n"
+                  "Example: bgpcomm kinds evpn"},
+                 exitCode, runKinds);
+  command
+      .add_option("PATTERN", options.pattern,
+                  "Only those that have it in identifier, name,\nnumber or reference")
+      ->type_name("");
+  auto* const json = command.add_flag("--json", options.json, "Whole rows, as --kinds reads them");
+  command.add_flag("--markdown", options.markdown, "Tables for documentation")->excludes(json);
+}
+
+void addKindOptions(CLI::App& app) {
+  auto* const core = app.add_flag_callback(
+      "--core", [] { textStyle().kinds.reset(); },
+      "Without the table of kinds: what the library\n"
+      "knows and prints by itself");
+  const auto addFile = [](const std::string& file) {
+    const auto read = readKinds(file);
+    try {
+      textStyle().kinds = textStyle().kinds->with(read->kinds, read);
+    } catch (const Mox::RangeException& clash) {
+      throw DataError(file + ": " + clash.what());
+    }
+  };
+  app.add_option_function<std::vector<std::string>>(
+         "--kinds",
+         [addFile](const std::vector<std::string>& files) {
+           for (const std::string& file : files) addFile(file);
+         },
+         "More kinds: rows in the form of kinds --json")
+      ->allow_extra_args(false)
+      ->option_text("FILE")
+      ->excludes(core);
+  app.fallthrough();
+}
+
+}  // namespace bgpcomm
