@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "ReaderNames.h"
+#include "ListTypes.h"
 #include "parse/BgpParseExtCommContainer.h"
 
 namespace bgpcomm {
@@ -24,8 +24,7 @@ class ContentPrinter {
  private:
   U32 format_;
   bool json_;
-  Routing::Bgp::BgpParseExtendedCommunityRule::Ptr parser_ =
-      Routing::Bgp::bgpParseExtCommContainerSmFactory()->extCommParser();
+  Routing::Bgp::BgpParseExtendedCommunityRule::Ptr parser_ = sharedParser()->extCommParser();
 };
 
 }  // namespace bgpcomm

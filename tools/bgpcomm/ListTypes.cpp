@@ -1,6 +1,8 @@
 #include "ListTypes.h"
 
 #include "HeldListsOf.h"
+#include "TextStyle.h"
+#include "kinds/ZoBgpKindPack.h"
 
 namespace bgpcomm {
 
@@ -86,7 +88,12 @@ const std::array<ListType, listTypeCount> listTypes = rows;
 std::size_t listTypeOf(U8 attribute) { return typeByAttribute[attribute]; }
 
 const CommunityTables::Parser& sharedParser() {
-  static const CommunityTables::Parser parser = bgpParseExtCommContainerSmFactory();
+  static const CommunityTables::Parser parser = [] {
+    auto container = bgpParseExtCommContainerSmFactory();
+    // Objects of described kinds print canonical texts in every form.
+    if (textStyle().form() == TextForm::canonical) installKinds(*container, *textStyle().kinds);
+    return container;
+  }();
   return parser;
 }
 

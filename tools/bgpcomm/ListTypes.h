@@ -17,7 +17,8 @@ namespace bgpcomm {
 
 using Routing::Bgp::CommunityTables;
 
-/// The parser that all tables of the process share.
+/// The parser that all tables of the process share. It makes objects of the kinds in
+/// use, unless texts are asked for as they are without these.
 const CommunityTables::Parser& sharedParser();
 
 /// A value for people, and the octets that tell it apart from every other.

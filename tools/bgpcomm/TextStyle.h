@@ -21,6 +21,7 @@ struct TextStyle {
   /// The kinds in use; none with `--core`.
   std::optional<Routing::Bgp::KindTable> kinds = Routing::Bgp::KindTable::builtIn();
 
+  /// REQUIRES: kinds, for canonical texts.
   TextForm form() const { return asked.value_or(kinds ? TextForm::canonical : TextForm::policy); }
 };
 TextStyle& textStyle();

@@ -11,6 +11,7 @@
 
 #include "Commands.h"
 #include "Terminal.h"
+#include "TextStyle.h"
 
 namespace {
 
@@ -81,6 +82,11 @@ int run(int argc, char** argv) {
       "Example: bgpcomm summary rib.bz2");
   app.require_subcommand(1);
   int exitCode = 0;
+  app.parse_complete_callback([] {
+    const bgpcomm::TextStyle& style = bgpcomm::textStyle();
+    if (!style.kinds && style.asked == bgpcomm::TextForm::canonical)
+      throw bgpcomm::UsageError("--core has no canonical texts");
+  });
   bgpcomm::addKindOptions(app);  // first: commands take over that they understand these
   bgpcomm::addSummary(app, exitCode);
   bgpcomm::addPaths(app, exitCode);
