@@ -1,12 +1,13 @@
 // The rules of one level, each under the octet that it serves.
 //
-// Rules are few and looked up for every content that is parsed, so they lie side by side in the
-// order of their keys: a look-up is a binary search and takes no reference.
+// Rules are few and looked up for every content that is parsed: a look-up reads their place from an
+// array, by the octet, and takes no reference.
 //
 // Threads: read from any; nobody else may use the map while it changes.
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "Mox/ValueText.h"
@@ -22,6 +23,8 @@ class BgpParseExtCommRuleMap {
 
   /// Null when there is none. The map keeps the rule alive only while it has it.
   const Rule* find(Key key) const {
+    if (const auto octet = U32(key); octet < places_.size())
+      return places_[octet] ? rules_[places_[octet] - 1].get() : nullptr;
     const auto at = notBelow(rules_, key);
     return at != rules_.end() && (*at)->mapKey() == key ? at->get() : nullptr;
   }
@@ -37,6 +40,7 @@ class BgpParseExtCommRuleMap {
     const auto at = notBelow(rules_, rule->mapKey());
     if (at == rules_.end() || (*at)->mapKey() != rule->mapKey()) {
       rules_.insert(at, std::move(rule));
+      findPlaces();
       return nullptr;
     }
     if (*at == rule) return nullptr;
@@ -49,10 +53,14 @@ class BgpParseExtCommRuleMap {
     const auto at = notBelow(rules_, key);
     Pointer removed = std::move(*at);
     rules_.erase(at);
+    findPlaces();
     return removed;
   }
   /// Empties the map and returns its rules: they may look at the map, empty by then, as they go.
-  std::vector<Pointer> clear() { return std::exchange(rules_, {}); }
+  std::vector<Pointer> clear() {
+    places_ = {};
+    return std::exchange(rules_, {});
+  }
 
   std::size_t size() const { return rules_.size(); }
   auto begin() const { return rules_.begin(); }
@@ -74,7 +82,15 @@ class BgpParseExtCommRuleMap {
                             [](const Pointer& rule, Key other) { return rule->mapKey() < other; });
   }
 
-  std::vector<Pointer> rules_;  // ascending, one for a key
+  void findPlaces() {
+    places_ = {};
+    for (std::size_t i = 0; i < rules_.size(); ++i)
+      if (const auto octet = U32(rules_[i]->mapKey()); octet < places_.size())
+        places_[octet] = U16(i + 1);
+  }
+
+  std::vector<Pointer> rules_;        // ascending, one for a key
+  std::array<U16, 256> places_ = {};  // of octets: 1 + the index in rules_; 0 when there is no rule
 };
 
 }  // namespace Routing::Bgp
