@@ -197,6 +197,7 @@ TEST_F(Decode, KindsAreListedAndMore) {
        "                MAC Mobility, RFC7432 7.7\n"},
       {"bgpcomm kinds 0x0a/ | grep -c :", "1\n"},
       {"bgpcomm kinds | wc -l; bgpcomm kinds --json | grep -c '\"attribute\"'", "139\n139\n"},
+      {"bgpcomm kinds --markdown | diff - docs/kinds.md", ""},
       {"bgpcomm kinds zebra", "", 1, "zebra: no kind has this in its identifier, name, number or reference"},
       {"bgpcomm --kinds " + kinds.name() + " decode 8f01010000000007 | sed -n '2p;4,5p'",
        "  text            mine:up:7\n    flags         up\n    count         7\n"},

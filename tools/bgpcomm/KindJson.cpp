@@ -253,6 +253,8 @@ class KindFileReader : public KindFile {
 
 }  // namespace
 
+std::string_view formText(KindForm form) { return spelled(forms, form); }
+
 Json jsonOf(const Kind& kind) {
   const auto optional = [](const auto& value) { return value ? Json(*value) : Json(nullptr); };
   Json object = {{"attribute", U32(kind.attribute)},
@@ -278,8 +280,12 @@ std::shared_ptr<const KindFile> readKinds(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
   std::ostringstream text;
   if (!in || !(text << in.rdbuf())) throw DataError(file + ": cannot be read");
+  return readKindsText(text.str(), file);
+}
+
+std::shared_ptr<const KindFile> readKindsText(std::string_view text, const std::string& file) {
   try {
-    return std::make_shared<const KindFileReader>(Json::parse(text.str()), file);
+    return std::make_shared<const KindFileReader>(Json::parse(text), file);
   } catch (const Json::exception& error) {
     throw DataError(file + ": " + error.what());
   }

@@ -12,6 +12,9 @@ namespace bgpcomm {
 
 using Json = nlohmann::ordered_json;
 
+/// How rows spell a form: `integer`, `enum`.
+std::string_view formText(Routing::Bgp::KindForm form);
+
 /// A row as `bgpcomm kinds --json` prints it.
 Json jsonOf(const Routing::Bgp::Kind& kind);
 
@@ -22,6 +25,8 @@ struct KindFile {
 /// Reads an array of rows in the same form. Throws DataError, which names file, row, key and
 /// reason. Whether rows fit each other is for KindTable::with to say.
 std::shared_ptr<const KindFile> readKinds(const std::string& file);
+/// The same of a text; `file` is for messages.
+std::shared_ptr<const KindFile> readKindsText(std::string_view text, const std::string& file);
 
 /// The fields by name: numbers, texts, and arrays of the names of flags. Empty for a kind without a
 /// row. Reserved fields are left out; a number of more than 53 bits stands beside a text of it,

@@ -79,21 +79,51 @@ std::string details(const Kind& kind) {
   return text;
 }
 
-std::string markdownRow(const Kind& kind) {
-  std::string fields;
+/// `flags 8 {7=S}; sequence 32`: the fields with their bits and what is not a plain number.
+std::string fieldsText(const Kind& kind) {
+  std::string text;
   for (const KindField& field : kind.fields) {
-    fields += (fields.empty() ? "" : "; ") + std::string(field.name) + " " +
-              std::to_string(field.bit) + "+" + std::to_string(field.bits);
+    if (!text.empty()) text += "; ";
+    text += std::string(field.name) + ' ' + std::to_string(field.bits);
+    const std::string_view form = formText(field.form);
+    const bool told = form == field.name || field.form == KindForm::integer;
+    if (!told) text += ' ' + std::string(form);
     std::string names;
     for (const KindName& row : field.names)
       names +=
-          (names.empty() ? " {" : ", ") + std::to_string(row.number) + "=" + std::string(row.name);
-    if (!names.empty()) fields += names + "}";
+          (names.empty() ? " {" : ", ") + std::to_string(row.number) + '=' + std::string(row.name);
+    if (!names.empty()) text += names + '}';
   }
-  return "| " + numberOf(kind) + " | " + std::string(kind.name) + " | " +
-         std::string(kind.reference) + " | `" + canonicalForm(kind) + "` | " + fields + " | " +
-         std::string(evidenceText(kind.evidence)) + " |\n";
+  return text;
 }
+
+std::string markdownRow(const Kind& kind) {
+  std::string text = "| " + numberOf(kind) + " | " + std::string(kind.name);
+  if (!kind.reference.empty()) text += ", " + std::string(kind.reference);
+  text += " | `" + canonicalForm(kind) + "` | " + (kind.value ? "" : fieldsText(kind));
+  if (kind.evidence != KindEvidence::standard)
+    text += " (" + std::string(evidenceText(kind.evidence)) + ')';
+  for (const std::string_view alias : kind.aliases)
+    if (kind.isExtended()) text += "; also read: `" + std::string(alias) + '`';
+  if (!kind.note.empty()) text += ". " + std::string(kind.note);
+  return text + " |\n";
+}
+
+constexpr std::string_view markdownHead =
+    "# Kinds of communities\n"
+    "\n"
+    "Every kind that the table in `kinds/ZoBgpKindRows.cpp` knows, as `bgpcomm kinds --markdown`\n"
+    "prints it. The facts are from the IANA registries \"BGP Extended Communities\" and \"BGP\n"
+    "Well-known Communities\" and from the documents that the rows name. The number is type and\n"
+    "subtype, or the value of a well-known community. The text has a part for each field, in "
+    "brackets\n"
+    "one that is left out when it is zero; [text.md](text.md) has its rules. Fields have their "
+    "number\n"
+    "of bits and their form, enumerations and flags their names. In parentheses where a layout "
+    "was\n"
+    "not read in a standard: only that of its family is known, two decoders agree on it, or it is "
+    "not\n"
+    "known and the value is kept as octets.\n";
 
 int runKinds(const Options& options) {
   if (!textStyle().kinds) throw UsageError("kinds: there are none with --core");
@@ -110,12 +140,12 @@ int runKinds(const Options& options) {
     print(rows.dump(1) + '\n');
     return 0;
   }
+  if (options.markdown) print(markdownHead);
   std::optional<BgpPathAttrType> attribute;
   for (const Kind* kind : found) {
     if (options.markdown && kind->attribute != attribute)
       print("\n## Attribute " + std::to_string(U32(kind->attribute)) +
-            "\n\n| number | name | reference | text | fields: first bit + bits | layout |\n"
-            "|---|---|---|---|---|---|\n");
+            "\n\n| number | name, reference | text | fields, bits |\n|---|---|---|---|\n");
     attribute = kind->attribute;
     print(options.markdown          ? markdownRow(*kind)
           : options.pattern.empty() ? line(*kind)
