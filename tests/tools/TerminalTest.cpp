@@ -33,7 +33,7 @@ TEST_F(Terminal, AnEmptyValueIsRefused) {
       {"cd $(mktemp -d) && cp $FILE ./--=x= && cp $FILE ./--a= && bgpcomm verify -- --a= --=x=\nrm -r $PWD",
        "--a=: 1 lists compared, 0 differ, 0 malformed\n--=x=: 1 lists compared, 0 differ, 0 malformed\n"},
       {"bgpcomm paths --community=65000:= $FILE", "", 2,
-       "--community 65000:=: neither two numbers up to 65535 with a colon between nor a known name"},
+       "--community 65000:=: at 6: \"=\": expected a decimal number below 65536"},
       // clang-format on
   });
 }

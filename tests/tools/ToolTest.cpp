@@ -79,9 +79,9 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm bogus", "", 2, "bogus is unknown" + usage},
       {"bgpcomm summary", "", 2, "FILE is required" + usage},
       {"bgpcomm paths --community 65000:65536 $FILE", "", 2,
-       "--community 65000:65536: neither two numbers up to 65535 with a colon between nor a known name"},
+       "--community 65000:65536: at 6: \"65536\": expected a decimal number below 65536"},
       {"bgpcomm paths --rt 65536:65536 $KINDS", "", 2,
-       "--rt 65536:65536: neither AS:NUMBER nor ADDRESS:NUMBER within their bounds"},
+       "--rt 65536:65536: at 6: \"65536\": expected a decimal number below 65536 behind an AS number of four octets"},
       {"bgpcomm describe NoSuchType", "", 2, "NoSuchType: no such type, bgpcomm describe lists them"},
       {"printf x >$STORE; bgpcomm restore $STORE", "", 1, store_.name() + ": is too short for a store"},
       {": >$STORE; bgpcomm save /nowhere --to $STORE; wc -c <$STORE", "0\n", 0,
@@ -104,6 +104,10 @@ TEST_F(Tool, KnowsAllFourListTypes) {
       {"bgpcomm paths --ext 0x0002FDE800000064 $KINDS 2>&-", all},
       {"bgpcomm paths --ext 000220010db80000000000000000000000010064 $KINDS 2>&-", all},
       {"bgpcomm paths --large 65000:1:2 --community 65000:100 $KINDS 2>&-", all},
+      {"bgpcomm paths --rt RT:65000:100 $KINDS 2>&- | wc -l; "
+       "bgpcomm paths --rt Route-Target-AS2:65000:100 --community Color:CO'(00)':7 $KINDS 2>&- | wc -l;"
+       "bgpcomm paths --rt route-target-ipv6:[2001:db8::1]:100 $KINDS 2>&- | wc -l", "2\n1\n1\n"},
+      {"bgpcomm paths --rt color:0:7 $KINDS", "", 2, "--rt color:0:7: it is no route target"},
       {"bgpcomm paths --rt 192.0.2.1:100 --rt 4200000000:65535 $KINDS 2>&-", ""},
       {"bgpcomm paths --json $KINDS 2>&- | head -1",
        R"({"time":"2023-11-14T22:13:20Z","peer":"192.0.2.1","peerAs":64600,)"

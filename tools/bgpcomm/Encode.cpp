@@ -8,7 +8,7 @@
 #include "ListTypes.h"
 #include "Terminal.h"
 #include "TextStyle.h"
-#include "kinds/ZoBgpKindText.h"
+#include "kinds/ZoBgpCommunityReader.h"
 
 namespace bgpcomm {
 namespace {
@@ -29,7 +29,7 @@ class Encoding {
   }
 
   void encode(std::string_view text, const std::string& position) {
-    const auto parsed = parseCanonical(text, *textStyle().kinds, attribute_);
+    const auto parsed = readCommunity(text, *textStyle().kinds, attribute_);
     if (!parsed) return refuse(position, parsed.error.text());
     const CommunityOctets octets(*parsed);
     if (!gather_) return print(hex(octets.all()) + '\n');

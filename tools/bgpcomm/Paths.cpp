@@ -33,21 +33,17 @@ bool carries(const CommunityValues& values, const Wanted& wanted) {
 /// The values that the filters of the command line ask for.
 std::vector<Wanted> readWanted(const Options& options) {
   std::vector<Wanted> wanted;
-  const auto add = [&](const char* option, const std::vector<std::string>& texts, auto read,
-                       const char* expected) {
-    for (const std::string& text : texts) {
-      const std::optional<Wanted> one = read(text);
-      if (!one) throw UsageError(std::string(option) + ' ' + text + ": " + expected);
-      wanted.push_back(*one);
-    }
+  const auto add = [&](const char* option, const std::vector<std::string>& texts, auto read) {
+    for (const std::string& text : texts) try {
+        wanted.push_back(read(text));
+      } catch (const UsageError& error) {
+        throw UsageError(std::string(option) + ' ' + text + ": " + error.what());
+      }
   };
-  add("--community", options.communities, wantedCommunity,
-      "neither two numbers up to 65535 with a colon between nor a known name");
-  add("--rt", options.routeTargets, wantedRouteTarget,
-      "neither AS:NUMBER nor ADDRESS:NUMBER within their bounds");
-  add("--large", options.large, wantedLarge,
-      "not three numbers up to 4294967295 with colons between");
-  add("--ext", options.extended, wantedExtended, "not 16 or 40 hexadecimal digits");
+  add("--community", options.communities, wantedCommunity);
+  add("--rt", options.routeTargets, wantedRouteTarget);
+  add("--large", options.large, wantedLarge);
+  add("--ext", options.extended, wantedExtended);
   return wanted;
 }
 
@@ -171,14 +167,15 @@ void addPaths(CLI::App& app, int& exitCode) {
     command.add_option(name, values, help)->allow_extra_args(false)->option_text("VALUE");
   };
   addFilter("--community", options.communities,
-            "Only paths with this one (65000:100, no-export);\n"
+            "Only paths with this one, in any text that is\n"
+            "printed (65000:100, no-export, RT:65000:100);\n"
             "filters given again, or together, must all hold");
   addFilter("--rt", options.routeTargets,
-            "Only with this route target (65000:100,\n192.0.2.1:100)");
+            "Only with this route target (65000:100,\n192.0.2.1:100, route-target-as4:65000:100)");
   addFilter("--large", options.large, "Only with this large community (65000:1:2)");
   addFilter("--ext", options.extended,
-            "Only with this extended community, in hex (16\n"
-            "digits, or 40 of an IPv6-address-specific one)");
+            "Only with this extended community, also in hex\n"
+            "(16 digits, or 40 of an IPv6-address-specific one)");
   addTextOptions(command);
   addJsonLines(command, options.json);
 }

@@ -1,100 +1,88 @@
 #include "Wanted.h"
 
-#include "Hex.h"
+#include <algorithm>
+
+#include "Errors.h"
 #include "Numbers.h"
-#include "Zonet/Ip4Addr.h"
-#include "community-list/ZoBgpCommunityListStandard.h"
+#include "TextStyle.h"
+#include "kinds/ZoBgpCommunityReader.h"
+#include "kinds/ZoBgpKindCheck.h"
 
 namespace bgpcomm {
+
+using namespace Routing::Bgp;
+
 namespace {
 
-using Routing::Bgp::BgpPathAttrType;
+constexpr U64 most16 = 0xFFFF, most32 = 0xFFFFFFFF;
+constexpr U8 routeTargetSubtype = 0x02;
 
-std::optional<Wanted> oneOf(BgpPathAttrType attribute, std::vector<std::vector<U8>> values) {
-  if (values.empty()) return std::nullopt;
-  return Wanted{listTypeOf(U8(attribute)), std::move(values)};
+Wanted wantedOf(const AnyCommunity& community) {
+  const CommunityOctets octets(community);
+  return {listTypeOf(U8(attributeOf(community))), {{octets.all().begin(), octets.all().end()}}};
 }
 
-/// All communities that have names lie in the two ends of the numbers.
-std::optional<U32> readName(std::string_view text) {
-  using Routing::Bgp::CommList;
-  if (text.empty()) return std::nullopt;
-  for (U32 wellKnown = 0xffff0000; wellKnown != 0; ++wellKnown)
-    if (CommList::wellKnownName(wellKnown) == text) return wellKnown;
-  if (CommList::wellKnownName(0) == text) return 0;
-  return std::nullopt;
+/// The community of a text, or of it behind a prefix that says of what kind it is; throws
+/// UsageError.
+AnyCommunity readText(const std::string& text, std::string_view prefix = "",
+                      std::optional<BgpPathAttrType> attribute = {}) {
+  const auto& kinds = textStyle().kinds;
+  auto read =
+      readCommunity(std::string(prefix) + text, kinds ? *kinds : KindTable::builtIn(), attribute);
+  if (read) return *read;
+  read.error.position -= std::min(read.error.position, prefix.size());
+  throw UsageError(read.error.text());
 }
 
 /// Type octet, the subtype of route targets, then two numbers that fill the rest.
 std::vector<U8> routeTarget(U8 type, U64 administrator, int size, U64 local) {
-  std::vector<U8> octets = {type, 0x02};
+  std::vector<U8> octets = {type, routeTargetSubtype};
   appendNumber(octets, administrator, size);
   appendNumber(octets, local, 6 - size);
   return octets;
 }
 
-/// The four numbers with dots between them as one.
-std::optional<U32> readAddress(std::string text) {
-  for (char& c : text) {
-    if (c == ':') return std::nullopt;
-    if (c == '.') c = ':';
-  }
-  const auto numbers = readNumbers<4>(text, 0xFF);
-  if (!numbers) return std::nullopt;
-  U32 address = 0;
-  for (const U64 number : *numbers) address = address << 8 | U32(number);
-  return address;
+bool isRouteTarget(const AnyCommunity& community) {
+  if (const auto* content = std::get_if<ExtCommContent>(&community))
+    return content->type() <= 0x02 && content->subtype() == routeTargetSubtype;
+  const auto* content = std::get_if<ExtCommIp6Content>(&community);
+  return content && content->type() == 0x00 && content->subtype() == routeTargetSubtype;
 }
 
 }  // namespace
 
-std::optional<Wanted> wantedCommunity(const std::string& text) {
-  std::optional<U32> community;
-  if (const auto numbers = readNumbers<2>(text, 0xFFFF))
-    community = U32((*numbers)[0] << 16 | (*numbers)[1]);
-  else
-    community = readName(text);
-  if (!community) return std::nullopt;
-  std::vector<U8> octets;
-  appendNumber(octets, *community, 4);
-  return oneOf(BgpPathAttrType::community, {octets});
+Wanted wantedCommunity(const std::string& text) { return wantedOf(readText(text)); }
+
+Wanted wantedLarge(const std::string& text) {
+  return wantedOf(readText(text, "", BgpPathAttrType::largeCommunity));
 }
 
-std::optional<Wanted> wantedLarge(const std::string& text) {
-  const auto numbers = readNumbers<3>(text, 0xFFFFFFFF);
-  if (!numbers) return std::nullopt;
-  std::vector<U8> octets;
-  for (const U64 number : *numbers) appendNumber(octets, number, 4);
-  return oneOf(BgpPathAttrType::largeCommunity, {octets});
-}
-
-std::optional<Wanted> wantedRouteTarget(const std::string& text) {
-  constexpr U64 most16 = 0xFFFF, most32 = 0xFFFFFFFF;
-  std::vector<std::vector<U8>> values;
-  if (const auto numbers = readNumbers<2>(text, most32)) {
+// Both ways to write the AS number print the same policy text.
+Wanted wantedRouteTarget(const std::string& text) {
+  constexpr std::string_view prefix = "RT:";
+  const bool prefixed = equalIgnoringCase(std::string_view(text).substr(0, prefix.size()), prefix);
+  const std::string target = prefixed ? text.substr(prefix.size()) : text;
+  if (const auto numbers = readNumbers<2>(target, most32)) {
     const auto [as, local] = *numbers;
-    if (as <= most16) values.push_back(routeTarget(0x00, as, 2, local));
-    if (local <= most16) values.push_back(routeTarget(0x02, as, 4, local));
-  } else if (const auto colon = text.find(':'); colon != text.npos) {
-    const auto address = readAddress(text.substr(0, colon));
-    const auto local = readNumbers<1>(std::string_view(text).substr(colon + 1), most16);
-    if (address && local) values.push_back(routeTarget(0x01, *address, 4, (*local)[0]));
+    Wanted wanted{listTypeOf(U8(BgpPathAttrType::extCommunity)), {}};
+    if (as <= most16) wanted.values.push_back(routeTarget(0x00, as, 2, local));
+    if (local <= most16) wanted.values.push_back(routeTarget(0x02, as, 4, local));
+    if (!wanted.values.empty()) return wanted;
   }
-  return oneOf(BgpPathAttrType::extCommunity, std::move(values));
+  const bool bare = target == text && text.find_first_not_of("0123456789.:") == text.npos;
+  const AnyCommunity community = readText(text, bare ? prefix : "");
+  if (!isRouteTarget(community)) throw UsageError("it is no route target");
+  return wantedOf(community);
 }
 
-std::optional<Wanted> wantedExtended(const std::string& text) {
-  const std::size_t prefix = text.starts_with("0x") || text.starts_with("0X") ? 2 : 0;
-  const std::size_t digits = text.size() - prefix;
-  if (digits != 16 && digits != 40) return std::nullopt;
-  std::vector<U8> octets;
-  for (std::size_t i = prefix; i < text.size(); i += 2) {
-    const int high = hexDigit(text[i]), low = hexDigit(text[i + 1]);
-    if (high < 0 || low < 0) return std::nullopt;
-    octets.push_back(U8(high << 4 | low));
-  }
-  return oneOf(digits == 16 ? BgpPathAttrType::extCommunity : BgpPathAttrType::extCommunityIp6,
-               {octets});
+Wanted wantedExtended(const std::string& text) {
+  const bool digits = (text.size() == 16 || text.size() == 40) &&
+                      text.find_first_not_of("0123456789abcdefABCDEF") == text.npos;
+  const AnyCommunity community = readText(text, digits ? "0x" : "");
+  const auto attribute = attributeOf(community);
+  if (attribute == BgpPathAttrType::community || attribute == BgpPathAttrType::largeCommunity)
+    throw UsageError("it is no extended community");
+  return wantedOf(community);
 }
 
 }  // namespace bgpcomm

@@ -15,15 +15,16 @@ struct Wanted {
   std::vector<std::vector<U8>> values;
 };
 
-// Nothing when the text is of another form.
+// Each reads every text that a command prints, see docs/text.md, and throws UsageError for others.
 
-/// `65000:100`, or a well-known name.
-std::optional<Wanted> wantedCommunity(const std::string& text);
-/// `65000:100`, whether the AS number is written in two octets or in four, or `192.0.2.1:100`.
-std::optional<Wanted> wantedRouteTarget(const std::string& text);
-/// `65000:1:2`.
-std::optional<Wanted> wantedLarge(const std::string& text);
-/// 16 or 40 hexadecimal digits.
-std::optional<Wanted> wantedExtended(const std::string& text);
+/// Of any attribute: `65000:100`, `no-export`, `mac-mobility:S:5`.
+Wanted wantedCommunity(const std::string& text);
+/// A route target; `65000:100` and `RT:65000:100`, whether the AS number is written in two octets
+/// or in four, and `192.0.2.1:100`.
+Wanted wantedRouteTarget(const std::string& text);
+/// A large community.
+Wanted wantedLarge(const std::string& text);
+/// An extended community, also in 16 or 40 hexadecimal digits.
+Wanted wantedExtended(const std::string& text);
 
 }  // namespace bgpcomm
