@@ -39,7 +39,7 @@ constexpr KindField rateField = {"rate", 0, 32, KindForm::float32};
 constexpr KindField ipv4Field = {"address", 0, 32, KindForm::ipv4};
 
 /// Reads all of `text` as one field.
-std::optional<U32> readAs(const KindField& field, std::string_view text) {
+std::optional<U32> readBits(const KindField& field, std::string_view text) {
   CommunityTextParts parts(text);
   U8 octets[4];
   if (parts.count() != 1 || !readField(parts, field, 1, octets)) return {};
@@ -68,7 +68,7 @@ std::optional<float> readRate(std::string_view text) {
   if (equalIgnoringCase(text, "-nan")) return std::bit_cast<float>(0xffc00000);
   if (const auto blank = text.find(' '); blank != text.npos)
     return readRateWithUnit(text.substr(0, blank), text.substr(blank + 1));
-  const auto bits = readAs(rateField, text);
+  const auto bits = readBits(rateField, text);
   return bits ? std::optional(std::bit_cast<float>(*bits)) : std::nullopt;
 }
 
@@ -195,7 +195,7 @@ class PolicyText {
   }
 
   Parsed ofIp4(std::string_view admin, std::string_view local, U8 type, U8 subtype) {
-    const auto address = readAs(ipv4Field, admin);
+    const auto address = readBits(ipv4Field, admin);
     if (!address) return fault(admin, "an IPv4 address");
     const auto number = decimalNumber(local, 16);
     if (!number) return wrongLocal(local, 16, "an address");

@@ -48,12 +48,6 @@ static void fromText(std::string_view text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
   fromOctets({data, size});
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
-  fromText(text);
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find('\n', at), text.size());
-    fromText(text.substr(at, end - at));
-    at = end + 1;
-  }
+  fromText({reinterpret_cast<const char*>(data), size});
   return 0;
 }
