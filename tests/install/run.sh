@@ -29,7 +29,8 @@ printf '#include "%s.h"\n' >"$scratch/every-header.cpp" \
   community{/BgpHashMixImpl,/ZoBgpCommunity,-list/ZoBgpCommunityList{,Impl}} \
   ip6/ExtCommIp6{,ClassificationList,DedupTable,List,ListDedupTable} \
   parse/BgpParseExtComm{,Color,DefaultGateway,LinkBandwidth,OriginValidationState} \
-  parse/BgpParseExtComm{RouteOrigin,RouteTarget,TunnelEncap} path/ZoBgpCommunityTables
+  parse/BgpParseExtComm{RouteOrigin,RouteTarget,TunnelEncap} path/ZoBgpCommunityTables \
+  kinds/ZoBgp{Kind{,Check,Fields,Pack,Table,Text},CommunityReader}
 
 "$here/run-paths.sh" "$scratch/prefix"
 cmake -S "$here" -B "$scratch/build" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \

@@ -1,4 +1,8 @@
 // Communities and attributes given in hex, as the tool's user sees them.
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <set>
+
 #include "RunTool.h"
 
 namespace bgpcomm {
@@ -244,6 +248,19 @@ TEST_F(Decode, KindsAreListedAndMore) {
     const TemporaryFile file(rows);
     expectRuns({{"bgpcomm kinds --kinds " + file.name(), "", 1, file.name() + ": " + fault}});
   }
+}
+
+// The facts that the table was made from, where they are at hand.
+TEST_F(Decode, KindsAreAsTheyWereCollected) {
+  const char* const named = std::getenv("BGPCOMM_DATA");
+  const std::string file = std::string(named ? named : "../shared/data") + "/kinds.json";
+  std::ifstream in(file);
+  if (!in) GTEST_SKIP() << "no kinds.json in $BGPCOMM_DATA, nor in ../shared/data";
+  const auto rows = [](const nlohmann::json& all) { return std::set(all.begin(), all.end()); };
+  const auto collected = rows(nlohmann::json::parse(in));
+  ASSERT_GT(collected.size(), 100u);
+  const ToolRun run = runTool("bgpcomm kinds --json");
+  EXPECT_EQ(rows(nlohmann::json::parse(run.out, nullptr, false)), collected);
 }
 
 }  // namespace
