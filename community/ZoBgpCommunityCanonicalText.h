@@ -9,7 +9,8 @@
 //
 // A well-known community has the name that IANA registers, with an underscore for its blank. Other
 // texts of this library, `local-as` and `GSHUT` for example, are what policies and show commands
-// print; they are not read here. The texts of extended communities are in kinds/ZoBgpKindText.h.
+// print; kinds/ZoBgpCommunityReader.h reads them, not this. The texts of extended communities are
+// in kinds/ZoBgpKindText.h.
 //
 // Pure functions; call from any thread.
 #pragma once

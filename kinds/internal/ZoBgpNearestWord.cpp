@@ -1,7 +1,7 @@
 #include "kinds/internal/ZoBgpNearestWord.h"
 
 #include <algorithm>
-#include <vector>
+#include <array>
 
 #include "kinds/ZoBgpKindCheck.h"
 
@@ -10,16 +10,17 @@ namespace {
 
 /// How many letters must be added, dropped or changed; `enough` stands for more as well.
 std::size_t editDistance(std::string_view a, std::string_view b, std::size_t enough) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  std::array<U8, 2 * NearestWord::longest> row;  // longer ones cannot be close
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = U8(j);
   for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    std::size_t least = row[0] = i;
+    U32 diagonal = row[0];
+    U32 least = row[0] = U8(i);
+    const char letter = comparedLetter(a[i - 1]);
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t changed = diagonal + (comparedLetter(a[i - 1]) != comparedLetter(b[j - 1]));
+      const U32 changed = diagonal + (letter != comparedLetter(b[j - 1]));
       diagonal = row[j];
-      row[j] = std::min({changed, row[j] + 1, row[j - 1] + 1});
-      least = std::min(least, row[j]);
+      row[j] = U8(std::min(changed, std::min<U32>(row[j], row[j - 1]) + 1));
+      least = std::min<U32>(least, row[j]);
     }
     if (least >= enough) return enough;
   }
@@ -35,7 +36,7 @@ bool isSameWord(std::string_view a, std::string_view b) {
 }
 
 NearestWord::NearestWord(std::string_view misspelt)
-    : misspelt_(misspelt.substr(0, 64)),
+    : misspelt_(misspelt.substr(0, longest)),
       best_(std::max<std::size_t>(1, misspelt_.size() / 4) + 1) {}
 
 void NearestWord::offer(std::string_view word) {

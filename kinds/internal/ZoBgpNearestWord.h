@@ -20,6 +20,9 @@ bool isSameWord(std::string_view a, std::string_view b);
 
 class NearestWord {
  public:
+  /// As many letters of it are looked at.
+  static constexpr std::size_t longest = 64;
+
   /// REQUIRES: the text lives as long as this.
   explicit NearestWord(std::string_view misspelt);
 
