@@ -176,6 +176,8 @@ TEST_F(Decode, EncodeIsTheWayBack) {
        "0002fde800000064\nffffff01\n000100040000000100000002\n000220010db80000000000000000000000010064\n"},
       {"bgpcomm encode --attribute NO_EXPORT mac-mobility::1 65000:100 65000:100",
        "c00808fde80064ffffff01\nc010080600000000000001\n"},
+      {"bgpcomm encode 'color:0:7, no-export 1:2' '0304(NT):0x00 0x01 0x00 0x00 0x00 0x02'",
+       "ffffff01\n00010002\n030b000000000007\n4304000100000002\n"},
       {"printf ' color:0:7 \\r\\n\\n1:65536\\n1:2\\n' | bgpcomm encode - --of 16", "030b000000000007\n", 1,
        "standard input, line 3: at 0: \"1\": expected a community: the identifier of a kind, a well-known name, or "
        "two or three decimal numbers\nbgpcomm: standard input, line 4: at 0: \"1\": expected a community: the "

@@ -202,6 +202,12 @@ TEST_F(Tool, FiguresOfRealDataAreAsExpectedAndListsGoBackToTheWireAsTheyCame) {
     EXPECT_EQ(runTool("bgpcomm verify " + file + " | sed 's/.*: //; s/,\\([0-9]\\)/\\1/g'").out,
               std::to_string(lists) + " lists compared, 0 differ, " + expected["malformed"].dump() +
                   " malformed\n");
+    // No kind that has a row is shown as unknown; octets behind the word would name the kind.
+    EXPECT_EQ(runTool("bgpcomm paths " + file +
+                      " 2>&- | grep -o 'unknown-[^ ]*\\| 0x[0-9a-f]*' | "
+                      "bgpcomm encode - | bgpcomm decode - | grep ' text ' | grep -v unknown-")
+                  .out,
+              "");
     // Another process interns from the store what this one has interned from the file.
     const std::string restored =
         runTool("bgpcomm save " + file + " --to $STORE; bgpcomm restore --json $STORE").out;

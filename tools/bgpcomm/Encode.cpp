@@ -28,13 +28,21 @@ class Encoding {
     if (options.of) attribute_ = BgpPathAttrType(options.of);
   }
 
+  /// A community, or several with blanks or commas between, as `paths` prints them.
   void encode(std::string_view text, const std::string& position) {
-    const auto parsed = readCommunity(text, *textStyle().kinds, attribute_);
-    if (!parsed) return refuse(position, parsed.error.text());
-    const CommunityOctets octets(*parsed);
-    if (!gather_) return print(hex(octets.all()) + '\n');
-    auto& all = attributes_[listTypeOf(U8(attributeOf(*parsed)))];
-    all.insert(all.end(), octets.all().begin(), octets.all().end());
+    const KindTable& kinds = *textStyle().kinds;
+    const auto one = readCommunity(text, kinds, attribute_);
+    if (one) return take(*one);
+    if (text.find_first_of(" \t,") == text.npos) return refuse(position, one.error.text());
+    const auto several = readCommunities(text, kinds, attribute_);
+    if (!several) return refuse(position, several.error.text());
+    const auto takeEach = [this](const auto& communities) {
+      for (const auto& community : communities) take(community);
+    };
+    takeEach(several.value->standard);
+    takeEach(several.value->extended);
+    takeEach(several.value->ip6Extended);
+    takeEach(several.value->large);
   }
 
   void encodeLines() try {
@@ -67,6 +75,12 @@ class Encoding {
   bool good() const { return good_; }
 
  private:
+  void take(const AnyCommunity& community) {
+    const CommunityOctets octets(community);
+    if (!gather_) return print(hex(octets.all()) + '\n');
+    auto& all = attributes_[listTypeOf(U8(attributeOf(community)))];
+    all.insert(all.end(), octets.all().begin(), octets.all().end());
+  }
   void refuse(const std::string& position, const std::string& why) {
     printError(position, ": ", why);
     good_ = false;
@@ -99,9 +113,9 @@ void addEncode(CLI::App& app, int& exitCode) {
   const auto [command, options] =
       addCommand(app,
                  {"encode", "Print the octets of communities in hex",
-                  "A line of digits for each text. All texts that other commands print are read;\n"
-                  "blank lines of stdin are passed over. Exit code 1 when a text is no\n"
-                  "community; the rest is printed.\n\n"
+                  "A line of digits for each community. All texts that other commands print are\n"
+                  "read, also several in one, with blanks or commas between; blank lines of stdin\n"
+                  "are passed over. Exit code 1 when a text is none; the rest is printed.\n\n"
                   "Example: bgpcomm encode route-target-as2:65000:100 NO_EXPORT"},
                  exitCode, runEncode);
   command.add_option("TEXT", options.texts, "A community; - reads them from stdin, by lines")
