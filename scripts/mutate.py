@@ -45,10 +45,13 @@ PROGRAMS = {
     "platform/Mox/IndexedQueue.h": ["test_platform", "test_parse"],
     "attr": ["test_attr"],
     "community": ["test_community", "test_ip6"],
+    "community/ZoBgpCommunityCanonicalText.cpp": ["test_kinds"],
+    "community/ZoBgpCommunityTextParts.cpp": ["test_kinds"],
     "ip6": ["test_ip6", "test_community", "test_community-list"],
     "community-list": ["test_community-list"],
     "parse": ["test_parse"],
     "path": ["test_path"],
+    "kinds": ["test_kinds"],
     "mrt": ["test_mrt"],
     "tools": ["test_tools"],
 }
