@@ -12,10 +12,10 @@
 //
 // 1. Kinds that have a rule of the library's, or of a plug-in that came earlier, keep rule, class
 //    and classification. A plug-in that comes later replaces the pack's rules, as it does others.
-// 2. Objects are made where the parser asks for a rule: for the subtypes in the enumeration of a
-// type
-//    that the library has a rule for, and for all of a type that it has none for, such as Ethernet
-//    VPN. Text, fields and JSON are found by content, so they know the other kinds too.
+// 2. Objects are made where the parser asks for a rule: for the subtypes that the library's
+//    enumerations have, of a type that it has a rule for, and for all subtypes of a type that it
+//    has none for, such as Ethernet VPN. Text, fields and JSON are found by content, so they know
+//    the other kinds too.
 // 3. An object derives from the class that the library makes without the pack, where that knows
 //    more than the type, and is as large. Rows of Ethernet VPN (type 0x06) are classified so, all
 //    others not at all.
