@@ -63,7 +63,7 @@ class Reader {
                                 readOctetsText(text_), oldName(), number()})
       if (reading) take(*reading);
     const bool recognised = first_.has_value();
-    // Of a text of another form, the first part may still be an identifier.
+    // The first part of a text of another form may still be an identifier.
     const CommunityTextParts parts(text_);
     if (!recognised || table_.find(parts[0])) takeCanonical(canonical(parts));
     if (other_)

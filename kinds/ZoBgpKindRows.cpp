@@ -209,7 +209,7 @@ constexpr KindField ipv6LocalFields[] = {admin({"global", 0, 128, ipv6}),
                                          {"local", 128, 16, integer}};
 
 constexpr Kind rows[] = {
-    // Transitive, of a two-octet AS.
+    // Transitive: a two-octet AS.
     extended(0x00, 0x02, "Route Target", "RFC4360 4", "route-target-as2", as2LocalFields,
              "0002fbf400000043")
         .draft(),
@@ -249,14 +249,14 @@ constexpr Kind rows[] = {
     extended(0x00, 0x80, "Virtual-Network Identifier", "(registry)", "virtual-network-id",
              sixOctetsFields, "0080000102030405")
         .known(none),
-    // Not transitive, of a two-octet AS.
+    // Not transitive: a two-octet AS.
     extended(0x40, 0x04, "Link Bandwidth (non-transitive)", "RFC10005 2", "link-bandwidth-as2-nt",
              as2RateFields, "4004fbf44e9502f9"),
     extended(0x40, 0x80, "Virtual-Network Identifier",
              "draft-drao-bgp-l3vpn-virtual-network-overlays", "virtual-network-id-nt",
              sixOctetsFields, "4080000102030405")
         .known(none),
-    // Transitive, of an IPv4 address.
+    // Transitive: an IPv4 address.
     extended(0x01, 0x02, "Route Target", "RFC4360 4", "route-target-ipv4", ipv4LocalFields,
              "0102c00002010043")
         .draft(),
@@ -320,11 +320,11 @@ constexpr Kind rows[] = {
              ipv4LocalFields, "0120c00002010043")
         .draft()
         .says("RFC 9081: local set to zero; shown as an integer"),
-    // Not transitive, of an IPv4 address.
+    // Not transitive: an IPv4 address.
     extended(0x41, 0x09, "Node Target (non-transitive)", "draft-ietf-idr-node-target-ext-comm",
              "node-target-nt", ipv4LocalFields, "4109c00002010043")
         .known(family),
-    // Transitive, of a four-octet AS.
+    // Transitive: a four-octet AS.
     extended(0x02, 0x02, "Route Target", "RFC5668 2", "route-target-as4", as4LocalFields,
              "0202000100040043")
         .draft(),
@@ -360,7 +360,7 @@ constexpr Kind rows[] = {
              "rt-derived-as4", as4LocalFields, "0215000100040043")
         .known(family)
         .says(familyOnly),
-    // Not transitive, of a four-octet AS.
+    // Not transitive: a four-octet AS.
     extended(0x42, 0x04, "Generic (deprecated)", "draft-ietf-idr-as4octet-extcomm-generic-subtype",
              "generic-as4-nt", as4LocalFields, "4204000100040043")
         .known(family)
@@ -572,7 +572,7 @@ constexpr Kind rows[] = {
     extended(0x82, 0x85, "Origin Sub-Cluster4", "(registry)", "origin-sub-cluster-as4",
              sixOctetsFields, "8285000102030405")
         .known(none),
-    // Of an IPv6 address (attribute 25).
+    // An IPv6 address (attribute 25).
     extendedIp6(0x00, 0x02, "Route Target", "RFC5701 2", "route-target-ipv6", ipv6LocalFields,
                 "000220010db80000000000000000000000010043")
         .draft(),

@@ -39,7 +39,7 @@ class CommunityOctets {
 
   /// All of them.
   std::span<const U8> all() const { return {octets_.data(), size_}; }
-  /// Those that the fields of a row divide: without type and subtype.
+  /// The octets that the fields of a row divide: without type and subtype.
   std::span<const U8> value() const { return all().subspan(prefix_); }
 
  private:

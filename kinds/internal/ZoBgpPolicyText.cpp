@@ -14,7 +14,7 @@ namespace {
 
 using Parsed = ParsedCommunity<AnyCommunity>;
 
-/// What stands in front of the last number of a community: `any` is what its text looks like.
+/// The part in front of a community's last number; `any` is what its text looks like.
 enum class Administrator { any, as2, as4, ipv4, ipv6 };
 
 struct AdministratorWord {

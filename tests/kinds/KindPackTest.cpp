@@ -45,7 +45,7 @@ std::string texts(const Mox::Ptr<Comm>& comm) {
   return text;
 }
 
-// By type: the subtypes that get an object of the pack, the class of it, and that of the core.
+// The subtypes of each type that get an object of the pack, its class, and the core's class.
 struct Described {
   std::vector<U32> subtypes;
   std::string with, without;
