@@ -43,7 +43,7 @@ void addTool(const std::string& file);
 void addFormatting(const Workload& workload);
 /// One and two threads, on the same lists and on different ones.
 void addThreads(const MadeUpLists& lists);
-/// Cost of a hit by members of the table.
+/// Cost of a hit, a new list and a last release by members of the table.
 void addMembers(U64 mostMembers);
 /// Probes per insertion of consecutive 8-octet values, under many seeds.
 void addPlacing();

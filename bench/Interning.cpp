@@ -8,19 +8,34 @@
 namespace bench {
 namespace {
 
+/// Interns so many different lists, and says how many seconds that took; making up their octets, a
+/// thousand at a time, is not in it.
+template <class Contender>
+double fill(Contender& table, U64 members, Paths<Contender>& all) {
+  constexpr U64 atOnce = 1'000;
+  double seconds = 0;
+  std::vector<U32> values;
+  all.reserve(members);
+  for (U64 i = 0; i < members;) {
+    Stream some;
+    for (const U64 end = std::min(members, i + atOnce); i < end; ++i) {
+      numberedAttribute(i, values);
+      some.addValues(values);
+    }
+    const double begin = threadSeconds();
+    internAll(table, some, all);
+    seconds += threadSeconds() - begin;
+  }
+  return seconds;
+}
+
 template <class Contender>
 void hitAmong(benchmark::State& state, U64 members) {
   Contender table;
   Paths<Contender> all, paths;
-  all.reserve(members);
+  fill(table, members, all);
   Stream drawn;
   std::vector<U32> values;
-  for (U64 i = 0; i < members; ++i) {
-    Stream one;
-    numberedAttribute(i, values);
-    one.addValues(values);
-    table.intern(one[0], all);
-  }
   std::mt19937_64 random(6);
   for (int i = 0; i < 100'000; ++i) {
     numberedAttribute(random() % members, values);
@@ -32,6 +47,30 @@ void hitAmong(benchmark::State& state, U64 members) {
   for (auto _ : state) {
     paths.clear();
     passes.time([&] { internAll(table, drawn, paths); });
+  }
+}
+
+template <class Contender>
+void missAmong(benchmark::State& state, U64 members) {
+  Passes passes(state, members);
+  for (auto _ : state) {
+    Contender table;
+    Paths<Contender> all;
+    passes.add(fill(table, members, all));
+  }
+}
+
+// Lists go in another order than they came.
+template <class Contender>
+void lastReleaseAmong(benchmark::State& state, U64 members) {
+  std::mt19937_64 random(9);
+  Passes passes(state, members);
+  for (auto _ : state) {
+    Contender table;
+    Paths<Contender> all;
+    fill(table, members, all);
+    std::shuffle(all.begin(), all.end(), random);
+    passes.time([&] { all.clear(); });
   }
 }
 
@@ -113,6 +152,19 @@ void upAndDown(std::vector<U32>& values, std::mt19937_64& random) {
   std::rotate(values.begin(), values.begin() + std::ptrdiff_t(random() % count), values.end());
 }
 
+template <class Contender>
+void addAmong(U64 members) {
+  const int filling = int(1 + 40'000 / members);
+  const auto of = [&](const char* operation, int passes, auto run) {
+    add(nameOf(operation, "members " + std::to_string(members), Contender::name), passes,
+        [members, run](benchmark::State& state) { run(state, members); })
+        ->Repetitions(members > 1'000'000 ? 1 : 3);
+  };
+  of("hit", 3, hitAmong<Contender>);
+  of("miss", filling, missAmong<Contender>);
+  of("last release", filling, lastReleaseAmong<Contender>);
+}
+
 }  // namespace
 
 void addInterning(const Workload& workload) {
@@ -126,16 +178,8 @@ void addInterning(const Workload& workload) {
 
 void addMembers(U64 mostMembers) {
   for (U64 members = 1'000; members <= mostMembers; members *= 10) {
-    const auto with = [members](auto run) {
-      return [members, run](benchmark::State& state) { run(state, members); };
-    };
-    const std::string workload = "members " + std::to_string(members);
-    const int repetitions = members > 1'000'000 ? 1 : 3;
-    const auto of = [&](const char* contender, auto run) {
-      add(nameOf("hit", workload, contender), 3, with(run))->Repetitions(repetitions);
-    };
-    of(Ours::name, hitAmong<Ours>);
-    of(FlyweightUnlocked::name, hitAmong<FlyweightUnlocked>);
+    addAmong<Ours>(members);
+    addAmong<FlyweightUnlocked>(members);
   }
 }
 

@@ -226,12 +226,15 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   printFlood();
   printDay();
 
-  std::printf("\nhit by members, drawn evenly, ascending attributes: ours against flyweight\n");
-  for (U64 members = 1'000; members <= 10'000'000; members *= 10) {
-    const std::string lists = "members " + std::to_string(members);
-    printRow({lists.c_str(), nameOf("hit", lists, Ours::name),
-              nameOf("hit", lists, FlyweightUnlocked::name)});
-  }
+  std::printf(
+      "\nby members of the table, drawn evenly, ascending attributes: ours against flyweight\n");
+  for (const char* operation : {"hit", "miss", "last release"})
+    for (U64 members = 1'000; members <= 10'000'000; members *= 10) {
+      const std::string lists = "members " + std::to_string(members);
+      const std::string title = operation + (", " + std::to_string(members));
+      printRow({title.c_str(), nameOf(operation, lists, Ours::name),
+                nameOf(operation, lists, FlyweightUnlocked::name)});
+    }
 
   std::printf(
       "\ncost of a value in an attribute of 16,383 against one of 1,024; log n / log n is 1.40\n");

@@ -5,7 +5,8 @@
 // lists are measured too.
 //
 //   --quick        three repetitions instead of 25; one of the agent's day instead of five
-//   --members=N    the cost of a hit up to N members; 10000000 needs 1.5 GB (default 1000000)
+//   --members=N    costs by the members of a table, up to N; 10000000 needs 2.5 GB (default
+//   1000000)
 
 #include <malloc.h>
 

@@ -10,6 +10,7 @@ packages_for() {
     test) echo bzip2 xz-utils zstd ;;
     python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
+    plot) echo gnuplot-nox ;;
     checks) echo clang-14 libclang-rt-14-dev llvm-14 clang-format-14 clang-tidy-14 g++-multilib ;;
   esac
 }
