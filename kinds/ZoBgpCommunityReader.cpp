@@ -175,7 +175,7 @@ class Reader {
     }
     if (parts.count() < before + 3 + behind) return {};  // the shortest, `::`, is three parts
     const auto piece = from(parts[before], parts[parts.count() - 1 - behind]);
-    return piece.front() != '[' && readIp6Address(piece) ? piece : std::string_view();
+    return readIp6Address(piece) ? piece : std::string_view();
   }
 
   /// A word that this reads and canonical texts do not have.

@@ -50,9 +50,13 @@ std::optional<U32> readBits(const KindField& field, std::string_view text) {
 std::optional<float> readRateWithUnit(std::string_view digits, std::string_view unit) {
   const auto at = std::ranges::find_if(
       rateUnits, [&](const RateUnit& row) { return equalIgnoringCase(row.name, unit); });
-  const bool negative = digits.starts_with('-');
-  const bool number = digits.size() > negative && kindCheck::isDigit(digits[negative]);
-  if (at == std::end(rateUnits) || !number) return {};
+  const std::string_view number = digits.substr(digits.starts_with('-'));
+  const auto isDigitAt = [&](std::size_t i) {
+    return i < number.size() && kindCheck::isDigit(number[i]);
+  };
+  // inf, +1, .5 and 01 are no numbers here, as they are none in canonical texts.
+  const bool begun = isDigitAt(0) && !(number[0] == '0' && isDigitAt(1));
+  if (at == std::end(rateUnits) || !begun) return {};
   double value = 0;
   const char* const end = digits.data() + digits.size();
   const auto [stop, fault] = std::from_chars(digits.data(), end, value, std::chars_format::fixed);

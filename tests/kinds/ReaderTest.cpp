@@ -106,6 +106,7 @@ TEST(Reader, RefusalsSayWhereAndWhat) {
       {"0304:0x00 0x01 0x02 0x03 0x04", 29, "", "six octets"},
       {"0304:0x00  0x01 0x02 0x03 0x04 0x05", 9, "  0x01 0x02 0x03 0x04 0x05", "six octets"},
       {"0304:0x00 0x01 0x02 0x03 0x04 0x05 0x06", 34, " 0x06", "nothing more"},
+      {"0304(NT):1", 9, "1", "six octets"},
       {"4304(NT):0x00 0x01 0x02 0x03 0x04 0x05", 0, "43", "bit 0x40"},
       {"0002-AS4(NT):1:65536", 15, "65536", "below 65536"},
       {"000b-IP6:100", 9, "100", "colon"},
@@ -113,6 +114,9 @@ TEST(Reader, RefusalsSayWhereAndWhat) {
       {"lbw 65000:1e39", 10, "1e39", "a rate"},
       {"lbw 65000:+1", 10, "+1", "a rate"},
       {"Link-Bandwidth-AS:1:10 Qbps", 20, "10 Qbps", "a rate"},
+      {"Link-Bandwidth-AS:1:.5 bps", 20, ".5 bps", "a rate"},
+      {"Link-Bandwidth-AS:1:01 bps", 20, "01 bps", "a rate"},
+      {"Link-Bandwidth-AS:1:inf bps", 20, "inf bps", "a rate"},
       {"Link-Bandwidth-AS:1:1e9 bps", 20, "1e9 bps", "a rate"},
       {"Link-Bandwidth-AS:1:2722258935367508 Ybps", 20, "2722258935367508 Ybps", "a rate"},
       {"TunnelEncap:vxlan", 12, "vxlan", "a tunnel type"},
@@ -127,6 +131,8 @@ TEST(Reader, RefusalsSayWhereAndWhat) {
        "route-target-as2:65000:101"},
       {"<route-target-ipv6:[::1]:65536>", 25, "65536", "below 65536"},
       {"4294967041", 0, "4294967041", "`65535:65281` or `0x00000000ffffff01`"},
+      {"4294967295", 0, "4294967295", "`65535:65535` or `0x00000000ffffffff`"},
+      {"4294967296", 0, "4294967296", "`0x0000000100000000` for octets"},
       {"842122827661412", 0, "842122827661412", "`0x0002fde800000064`"},
       {"lokal-as", 0, "lokal-as", "a community", "local-as"},
       {"no-exprot", 0, "no-exprot", "a community", "NO_EXPORT"},
@@ -190,6 +196,22 @@ TEST(Reader, TwoReadingsAreAnErrorThatSaysBoth) {
   // One of two forms does not fit: one reading is left.
   EXPECT_EQ(*readCommunity("RT:70000:2", table), *readCommunity("route-target-as4:70000:2"));
   EXPECT_FALSE(readCommunity("SoO:[::1]:2", table));
+}
+
+// An address without brackets, where what follows might belong to it: no row of the library is so.
+TEST(Reader, BareAddressesEndWhereTheyMust) {
+  static constexpr KindName letters[] = {{0, "a"}, {1, "b"}};
+  static constexpr KindField fields[] = {{"address", 0, 128, KindForm::ipv6},
+                                         {"flags", 128, 16, KindForm::flags, letters}};
+  const Kind row = {.attribute = Attribute::extCommunityIp6,
+                    .type = 0x00,
+                    .subtype = 0x77,
+                    .name = "V",
+                    .identifier = "v",
+                    .fields = fields};
+  const KindTable table = KindTable::builtIn().with({&row, 1}, nullptr);
+  EXPECT_TRUE(readCommunity("v:[2001:db8::1]:a:b", table));
+  EXPECT_FALSE(readCommunity("v:2001:db8::1:a:b", table));
 }
 
 TEST(Reader, Lists) {
