@@ -33,6 +33,8 @@ const Workload& ipv6ExtendedLists();
 Workload makeLargeLists(U32 count);
 Workload makeExtendedLists(U32 count);
 Workload makeIpv6ExtendedLists(U32 count);
+/// Contents of every kind: parsed with the pack of kinds and without, their texts both ways.
+void addKinds();
 /// The paths of twenty peers, announced, withdrawn and announced again.
 void addDay(int repetitions);
 /// Their numbers, for the reader of the results. Makes the paths if no benchmark did.

@@ -163,6 +163,19 @@ void Report::printFlood() const {
               nameOf(operation, spread.name, Ours::name), 1.3});
 }
 
+void Report::printKinds() const {
+  const auto of = [](const char* operation, const char* contender) {
+    return nameOf(operation, "all kinds", contender);
+  };
+  std::printf("\n8-octet contents of all kinds\n");
+  printRow(
+      {"parse with the pack / without", of("parse", "with the pack"), of("parse", "without"), 1.3});
+  printRow(
+      {"canonical / policy text", of("canonical text", Ours::name), of("policy text", Ours::name)});
+  printRow(
+      {"read / written", of("canonical text read", Ours::name), of("canonical text", Ours::name)});
+}
+
 void Report::printDay() const {
   struct Line {
     const char *title, *operation, *workload, *other;
@@ -199,6 +212,7 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   printLists(largeLists(), {0.75, 1.2, 1.5, 1.1});
   printLists(extendedLists(), {0.85, 3, 4.5, 2.4});
   printLists(ipv6ExtendedLists(), {0.9, 3, 4, 2.4});
+  printKinds();
 
   std::printf("\ntwo threads / one: attributes per second, made-up lists\n");
   const auto threads = [&](const char* title, const char* lists, const char* contender,

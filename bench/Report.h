@@ -39,6 +39,7 @@ class Report final : public benchmark::BenchmarkReporter {
   void printValues(const Workload& workload, bool withAims) const;
   void printLists(const Workload& workload, const std::array<double, 4>& aims) const;
   void printFlood() const;
+  void printKinds() const;
   void printDay() const;
 
   std::map<std::string, Figure> figures_;

@@ -103,6 +103,7 @@ int run(int argc, char** argv) {
   if (Routing::Bgp::ZoBgpGlobals::multiThreaded()) bench::addThreads(lists);
   bench::addValues();
   bench::addLists();
+  bench::addKinds();
   bench::addMembers(options.quick ? 100'000 : options.members);
   bench::addLongAttributes();
   bench::addPlacing();
