@@ -84,7 +84,7 @@ class Reader {
     if (!first_ || (parsed && !*first_))
       first_ = std::move(parsed);
     else if (parsed && *parsed != **first_)
-      other_ = std::move(parsed.value);
+      other_ = parsed.value;
   }
 
   /// Some words of policies are identifiers too: the error that comes later in the text says more.

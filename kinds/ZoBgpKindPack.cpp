@@ -99,29 +99,6 @@ const Mox::Type OpenDescribedRule::type{"Routing::Bgp::BgpParseExtCommOpenSubTyp
                                         &BgpParseExtCommOpenSubTypeRuleBase::type,
                                         {}};
 
-/// Installs the rules of the rows for the types that have no rule in the library.
-void install(BgpParseExtendedCommunityRule& parser, const KindTable& table) {
-  for (const Kind* const kind : table.rows()) {
-    if (kind->attribute != BgpPathAttrType::extCommunity) continue;
-    const auto pktType = BgpExtCommPktType(*kind->type);
-    if (kind::has(pktType)) continue;
-    const auto open = bgpParseExtCommOpenTypeRuleIs(parser, pktType);
-    if (open && !open->subTypeRule(*kind->subtype))
-      open->subTypeRuleIs(Mox::makeNew<OpenDescribedRule>(parser.parseControl(), *kind));
-  }
-}
-
-/// Installs the rules of the rows for one type that has a rule.
-template <class K>
-void install(BgpParseExtCommTypeRule<K>& rule, const KindTable& table) {
-  for (const Kind* const kind : table.rows()) {
-    if (kind->attribute != K::Family::attribute || *kind->type != K::pktType) continue;
-    const auto subtype = typename K::Subtype(*kind->subtype);
-    if (bgpIsValidEnumMember(subtype) && !rule.subTypeRule(subtype))
-      rule.subTypeRuleIs(Mox::makeNew<DescribedRule<K>>(rule.parseControl(), subtype));
-  }
-}
-
 }  // namespace
 
 template <class Base>
@@ -175,12 +152,28 @@ KindPackSm::KindPackSm(const RuleCollections& registry, const KindTable& table)
   handleStartup();
 }
 
-#define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)        \
-  void KindPackSm::instantiate##Operation##SubRule(const Key& ruleKey,                    \
-                                                   const BgpParseExtCommControl&) const { \
-    install(*ruleKey.rule(), table_);                                                     \
+void KindPackSm::install(BgpParseExtendedCommunityRule& parser) const {
+  for (const Kind* const kind : table_.rows()) {
+    if (kind->attribute != BgpPathAttrType::extCommunity) continue;
+    const auto pktType = BgpExtCommPktType(*kind->type);
+    if (kind::has(pktType)) continue;
+    const auto open = bgpParseExtCommOpenTypeRuleIs(parser, pktType);
+    if (open && !open->subTypeRule(*kind->subtype))
+      open->subTypeRuleIs(Mox::makeNew<OpenDescribedRule>(parser.parseControl(), *kind));
   }
-#define ZOBGP_TOP_KIND ZOBGP_KIND
+}
+
+template <class K>
+void KindPackSm::install(BgpParseExtCommTypeRule<K>& rule) const {
+  for (const Kind* const kind : table_.rows()) {
+    if (kind->attribute != K::Family::attribute || *kind->type != K::pktType) continue;
+    const auto subtype = typename K::Subtype(*kind->subtype);
+    if (bgpIsValidEnumMember(subtype) && !rule.subTypeRule(subtype))
+      rule.subTypeRuleIs(Mox::makeNew<DescribedRule<K>>(rule.parseControl(), subtype));
+  }
+}
+
+#define ZOBGP_KIND(Kind, ...) template void KindPackSm::install(kind::Kind::Rule&) const;
 #include "parse/BgpParseExtCommKindList.h"
 
 U32 installKinds(BgpParseExtCommContainerSm& container, const KindTable& table) {

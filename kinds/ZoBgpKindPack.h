@@ -76,11 +76,18 @@ class KindPackSm final : public Mox::Entity<KindPackSm, BgpParseExtCommPluginBas
 
 #define ZOBGP_KIND(Kind, Operation, Collection, RuleClass, SubRuleClass, Key, ...)        \
   void instantiate##Operation##SubRule(const Key& ruleKey, const BgpParseExtCommControl&) \
-      const override;
+      const override {                                                                    \
+    install(*ruleKey.rule());                                                             \
+  }
 #define ZOBGP_TOP_KIND ZOBGP_KIND
 #include "parse/BgpParseExtCommKindList.h"
 
  private:
+  // The rules of rows of types that have no rule in the library, and of those of one that has.
+  void install(BgpParseExtendedCommunityRule& parser) const;
+  template <class K>
+  void install(BgpParseExtCommTypeRule<K>& rule) const;
+
   const KindTable table_;
 };
 
