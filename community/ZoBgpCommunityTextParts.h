@@ -10,6 +10,7 @@
 // `std::bad_alloc`.
 #pragma once
 
+#include <concepts>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -43,7 +44,10 @@ struct ParsedCommunity {
 
 class CommunityTextParts {
  public:
+  /// REQUIRES: the text lives as long as the parts.
   explicit CommunityTextParts(std::string_view text);
+  template <std::same_as<Mox::String> Temporary>
+  explicit CommunityTextParts(Temporary&&) = delete;
 
   std::size_t count() const { return parts_.size(); }
   /// How many have not been taken.

@@ -71,7 +71,8 @@ class Reader {
                        "one reading, but it may be `" + canonicalText(*first_->value, table_) +
                            "` or `" + canonicalText(*other_, table_) + '`');
     CommunityTextError& error = first_->error;
-    if (!recognised && !*first_ && error.position == 0 && error.nearest.empty())
+    if (!recognised && !*first_ && error.position == 0 && error.nearest.empty() &&
+        !table_.find(parts[0]))
       error.nearest = nearest();
     return *first_;
   }
@@ -200,14 +201,26 @@ class Reader {
   std::optional<AnyCommunity> other_;  // read from the same text
 };
 
+using Communities = std::vector<AnyCommunity>;
+
+/// Whether the text begins as a form with blanks does: a show text, a rate with its unit, octets.
+bool hasBlanksItself(std::string_view text) {
+  const auto begins = [text](std::string_view word) {
+    return equalIgnoringCase(text.substr(0, word.size()), word);
+  };
+  return text.find(',') == text.npos &&
+         (begins("<") || begins("lbw ") || begins("Link-Bandwidth") ||
+          text.substr(0, text.find(' ')).find(":0x") != text.npos);
+}
+
 /// The texts of a list, one after the other.
 class ListText {
  public:
   explicit ListText(std::string_view text) : text_(text), rest_(text) {}
 
   /// Communities of all of the text, or the first error.
-  ParsedCommunity<CommunityVectors> read(const auto& readOne) {
-    CommunityVectors communities;
+  ParsedCommunity<Communities> read(const auto& readOne) {
+    Communities communities;
     skipBlanks();
     while (!rest_.empty()) {
       const std::string_view item = takeItem();
@@ -217,7 +230,7 @@ class ListText {
         parsed.error.position += std::size_t(item.data() - text_.data());
         return {{}, std::move(parsed.error)};
       }
-      communities.add(*parsed);
+      communities.push_back(*parsed);
       if (!rest_.empty() && !isBetween(rest_.front()))
         return fault(rest_.substr(0, 1), "a blank or a comma behind the quotes");
       skipBlanks();
@@ -246,7 +259,7 @@ class ListText {
     rest_ = from.substr(end + quoted);
     return from.substr(0, end);
   }
-  ParsedCommunity<CommunityVectors> fault(std::string_view piece, Mox::String expected) const {
+  ParsedCommunity<Communities> fault(std::string_view piece, Mox::String expected) const {
     return {{}, textFault(text_, piece, std::move(expected)).error};
   }
 
@@ -272,17 +285,24 @@ void CommunityVectors::add(const AnyCommunity& community) {
     large.push_back(std::get<Acl::CommunityValue>(community));
 }
 
-ParsedCommunity<CommunityVectors> readCommunities(std::string_view text, const KindTable& table,
-                                                  std::optional<BgpPathAttrType> attribute) {
+ParsedCommunity<std::vector<AnyCommunity>> readAnyCommunities(
+    std::string_view text, const KindTable& table, std::optional<BgpPathAttrType> attribute) {
   const auto readOne = [&](std::string_view item) { return readCommunity(item, table, attribute); };
   auto communities = ListText(text).read(readOne);
-  if (!communities) {
-    if (const auto alone = readOne(text)) {
-      communities = {CommunityVectors()};
-      communities.value->add(*alone);
-    }
-  }
+  if (communities) return communities;
+  const auto alone = readOne(text);
+  if (alone) return {Communities{*alone}};
+  if (hasBlanksItself(text)) communities.error = alone.error;
   return communities;
+}
+
+ParsedCommunity<CommunityVectors> readCommunities(std::string_view text, const KindTable& table,
+                                                  std::optional<BgpPathAttrType> attribute) {
+  const auto communities = readAnyCommunities(text, table, attribute);
+  if (!communities) return {{}, communities.error};
+  CommunityVectors sorted;
+  for (const AnyCommunity& community : *communities) sorted.add(community);
+  return {std::move(sorted)};
 }
 
 }  // namespace Routing::Bgp

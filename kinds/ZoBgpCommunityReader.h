@@ -44,6 +44,11 @@ struct CommunityVectors {
   }
 };
 
+/// Reads as `readCommunities` does, in the order of the text.
+ParsedCommunity<std::vector<AnyCommunity>> readAnyCommunities(
+    std::string_view text, const KindTable& table = KindTable::builtIn(),
+    std::optional<BgpPathAttrType> attribute = {});
+
 /// Reads texts with blanks (also tabs and ends of lines) or commas between them, of all attributes
 /// or of the one given. A text that has blanks of its own stands alone, or in double quotes. No
 /// text at all is a list of none. Positions of errors count in the whole text.

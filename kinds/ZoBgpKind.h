@@ -5,8 +5,9 @@
 //       {.name = "flags", .bit = 0, .bits = 8, .form = KindForm::flags, .names = macMobilityFlags},
 //       {.name = "reserved", .bit = 8, .bits = 8, .form = KindForm::reserved},
 //       {.name = "sequence", .bit = 16, .bits = 32}};
-//   constexpr Kind macMobility = Kind::extended(0x06, 0x00, "MAC Mobility", "RFC7432 7.7",
-//                                               "mac-mobility", macMobilityFields);
+//   constexpr Kind macMobility = {.type = 0x06, .subtype = 0x00, .name = "MAC Mobility",
+//                                 .reference = "RFC7432 7.7", .identifier = "mac-mobility",
+//                                 .fields = macMobilityFields};
 //   static_assert(!checkKind(macMobility));
 //
 // 1. A row is all that is known about a kind. Its text, the parser of texts, its named fields and

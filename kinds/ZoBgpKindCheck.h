@@ -18,6 +18,7 @@ struct KindFault {
   const Kind* kind = nullptr;
   const KindField* field = nullptr;  ///< null when the fault is not in one field
   std::string_view reason;
+  const Kind* other = nullptr;  ///< the row that this one clashes with
 
   /// `kind "mac-mobility", field "sequence": begins at another bit than the one before ends`
   Mox::String text() const;
@@ -100,8 +101,31 @@ constexpr bool isOfVariableParts(const KindField& field) {
   return field.form == KindForm::flags || field.form == KindForm::dataCollection || field.optional;
 }
 
+/// Whether the text can be printed as it is, on one line of any terminal.
+constexpr bool isPrintable(std::string_view text) {
+  for (const char c : text)
+    if (c < ' ' || c > '~') return false;
+  return true;
+}
+
+/// Words that people take for the same: `no-export` and `NO_EXPORT`.
+constexpr bool isSameSpelling(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  const auto plain = [](char c) { return c == '-' || c == ' ' ? '_' : lowerCase(c); };
+  for (std::size_t i = 0; i < a.size(); ++i)
+    if (plain(a[i]) != plain(b[i])) return false;
+  return true;
+}
+
+/// Whether a malformed value can show the field as it is in every value.
+constexpr bool isAdministrator(const KindField& field) {
+  return !isOfVariableParts(field) && field.form != KindForm::reserved &&
+         field.form != KindForm::float32;
+}
+
 constexpr std::string_view faultOf(const KindField& field) {
   if (field.name.empty()) return "has no name";
+  if (!isWord(field.name)) return "has a name that is no word of letters, digits and - or _";
   if (field.bits == 0) return "has no bits";
   if (!isWidthOf(field.form, field.bits)) return "has a number of bits that its form cannot have";
   if (isOfOctets(field.form) && field.bit % 8) return "does not begin at an octet";
@@ -109,6 +133,7 @@ constexpr std::string_view faultOf(const KindField& field) {
   if (!named && !field.names.empty()) return "has names, but is neither an enumeration nor flags";
   if (field.optional && !named) return "is optional, but is neither an enumeration nor flags";
   if (field.first && field.form != KindForm::flags) return "numbers flags, but has none";
+  if (field.first + field.bits > 0x10000) return "numbers flags beyond 65535";
   for (std::size_t i = 0; i < field.names.size(); ++i) {
     const KindName& name = field.names[i];
     if (!isWord(name.name) || isReservedWord(name.name)) return "has a name that cannot be read";
@@ -129,7 +154,7 @@ constexpr std::string_view faultOf(const KindField& field) {
 constexpr std::optional<KindFault> checkKind(const Kind& kind) {
   using namespace kindCheck;
   const auto fault = [&](std::string_view reason, const KindField* field = nullptr) {
-    return KindFault{&kind, field, reason};
+    return KindFault{&kind, field, reason, nullptr};
   };
   const bool standard = kind.attribute == BgpPathAttrType::community;
   if (!kind.isExtended() && !standard && kind.attribute != BgpPathAttrType::largeCommunity)
@@ -138,6 +163,8 @@ constexpr std::optional<KindFault> checkKind(const Kind& kind) {
     return fault("has type and subtype exactly if it is extended");
   if (kind.value && !standard) return fault("has a value, but is not a standard community");
   if (kind.name.empty()) return fault("has no name");
+  for (const std::string_view text : {kind.name, kind.reference, kind.note})
+    if (!isPrintable(text)) return fault("has a text with characters that are not printable ASCII");
   if (kind.identifier.empty() != (!kind.isExtended() && !kind.value))
     return fault("has an identifier exactly if it is extended or well-known");
   const auto isReadable = [](std::string_view word) {
@@ -158,8 +185,9 @@ constexpr std::optional<KindFault> checkKind(const Kind& kind) {
     if (end > kind.valueBits()) return fault("ends behind the value", &field);
     variable += isOfVariableParts(field);
     if (variable > 1) return fault("is the second of a variable number of parts", &field);
-    if (field.globalAdministrator && (!administrator || end % 8 || isOfVariableParts(field)))
-      return fault("is a global administrator, but not whole octets at the beginning", &field);
+    if (field.globalAdministrator && (!administrator || end % 8 || !isAdministrator(field)))
+      return fault("cannot be a global administrator: whole octets at the beginning, of one form",
+                   &field);
     administrator = field.globalAdministrator;
   }
   if (end != kind.valueBits()) return fault("has fields that leave out bits of the value");
@@ -170,18 +198,19 @@ constexpr std::optional<KindFault> checkKind(const Kind& kind) {
   return {};
 }
 
-/// Whether both rows are found by the same community or the same word.
+/// Whether both rows are found by the same community or the same word: the reason, up to the name
+/// of the other row.
 constexpr std::string_view clashOf(const Kind& a, const Kind& b) {
   if (a.attribute == b.attribute && a.type == b.type && a.subtype == b.subtype &&
       a.value == b.value)
-    return "is of the same type and subtype as another row";
+    return "is of the same type and subtype as";
   const auto words = [](const Kind& kind, std::size_t i) {
     return i == 0 ? kind.identifier : kind.aliases[i - 1];
   };
   for (std::size_t i = 0; i <= a.aliases.size(); ++i)
     for (std::size_t j = 0; j <= b.aliases.size(); ++j)
-      if (!words(a, i).empty() && equalIgnoringCase(words(a, i), words(b, j)))
-        return "has an identifier of another row";
+      if (!words(a, i).empty() && kindCheck::isSameSpelling(words(a, i), words(b, j)))
+        return "has an identifier of";
   return {};
 }
 
@@ -193,10 +222,10 @@ constexpr std::optional<KindFault> checkKinds(std::span<const Kind> rows,
     if (const auto fault = checkKind(rows[i])) return fault;
     for (std::size_t j = 0; j < i; ++j)
       if (const auto reason = clashOf(rows[i], rows[j]); !reason.empty())
-        return KindFault{&rows[i], nullptr, reason};
+        return KindFault{&rows[i], nullptr, reason, &rows[j]};
     for (const Kind* other : others)
       if (const auto reason = clashOf(rows[i], *other); !reason.empty())
-        return KindFault{&rows[i], nullptr, reason};
+        return KindFault{&rows[i], nullptr, reason, other};
   }
   return {};
 }

@@ -34,7 +34,8 @@ std::vector<Mox::String> KindFieldValue::names() const {
     for (const KindName& row : field_->names)
       if (row.number == value) names.emplace_back(row.name);
   } else if (field_->form == KindForm::flags && number()) {
-    CommunityTextParts parts(text());
+    const Mox::String flags = text();
+    CommunityTextParts parts(flags);
     while (parts.left()) names.emplace_back(parts.take());
   }
   return names;

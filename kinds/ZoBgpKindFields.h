@@ -16,7 +16,8 @@
 
 namespace Routing::Bgp {
 
-/// One field of one community. Keeps the octets of the community; refers to the row.
+/// One field of one community. Keeps the octets of the community.
+/// REQUIRES: the table whose row it is lives as long, or a copy of it.
 class KindFieldValue {
  public:
   /// REQUIRES: the row is the community's.
@@ -46,7 +47,8 @@ class KindFieldValue {
 /// read all the same.
 bool isMalformed(const AnyCommunity& community, const Kind& kind);
 
-/// A field by name; nothing when the community has no row, or the row no such field.
+/// A field by name, whose letter case counts; nothing when the community has no row, or the row no
+/// such field. Of several reserved fields the first.
 std::optional<KindFieldValue> kindField(const AnyCommunity& community, std::string_view name,
                                         const KindTable& table = KindTable::builtIn());
 /// A field by its index in the row.

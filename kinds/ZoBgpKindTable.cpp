@@ -137,14 +137,23 @@ const KindTable& KindTable::builtIn() {
   static const KindTable table = [] {
     const auto wellKnown = std::make_shared<const WellKnownKinds>();
     return KindTable(std::make_shared<const State>())
-        .with(wellKnown->kinds, wellKnown)
-        .with(assignedKinds(), nullptr)
-        .with(plainKinds, nullptr);
+        .added(wellKnown->kinds, wellKnown)
+        .added(assignedKinds(), nullptr)
+        .added(plainKinds, nullptr);
   }();
   return table;
 }
 
 KindTable KindTable::with(std::span<const Kind> rows, std::shared_ptr<const void> owner) const {
+  for (const Kind& kind : rows)
+    if (!kind.isExtended())
+      throw Mox::RangeException(
+          KindFault{&kind, nullptr, "is no extended community: others have no further kinds"}
+              .text());
+  return added(rows, std::move(owner));
+}
+
+KindTable KindTable::added(std::span<const Kind> rows, std::shared_ptr<const void> owner) const {
   if (const auto fault = checkKinds(rows, this->rows())) throw Mox::RangeException(fault->text());
   auto state = std::make_shared<State>(*state_);
   state->owners.push_back(std::move(owner));
@@ -198,7 +207,12 @@ Mox::String KindFault::text() const {
     text += ", field ";
     quoted(field->name);
   }
-  return text + ": " + Mox::String(reason);
+  text += ": " + Mox::String(reason);
+  if (other) {
+    text += ' ';
+    quoted(other->identifier.empty() ? other->name : other->identifier);
+  }
+  return text;
 }
 
 }  // namespace Routing::Bgp

@@ -57,13 +57,17 @@ class KindTable {
   /// The kinds that are assigned.
   static const KindTable& builtIn();
 
-  /// This table and more rows, which `owner` keeps alive. RangeException with the text of the first
-  /// fault when a row is no good or clashes with another; see ZoBgpKindCheck.h.
+  /// This table and more rows, of extended communities, which `owner` keeps alive. RangeException
+  /// with the text of the first fault when a row is no good or clashes with another, see
+  /// ZoBgpKindCheck.h; this table stays as it is. Costs a comparison of each row with all others.
   KindTable with(std::span<const Kind> rows, std::shared_ptr<const void> owner) const;
 
   /// All rows, in the order in which they were added; in the built-in table by attribute, type and
   /// subtype, unnamed ones last.
   std::span<const Kind* const> rows() const { return state_->rows; }
+
+  // Rows live as long as a copy of the table does. By content a binary search; by word also an
+  // allocation.
 
   /// The row of a community, or null. A standard or large one always has a row.
   const Kind* find(const AnyCommunity& community) const;
@@ -84,6 +88,7 @@ class KindTable {
     std::vector<std::shared_ptr<const void>> owners;
   };
 
+  KindTable added(std::span<const Kind> rows, std::shared_ptr<const void> owner) const;
   explicit KindTable(std::shared_ptr<const State> state) : state_(std::move(state)) {}
   const Kind* findKey(U64 key) const;
 

@@ -162,6 +162,8 @@ class Reader {
         large ? any(parseCanonicalLarge(text_)) : any(parseCanonicalStandard(text_));
     const bool numeric = !text_.empty() && text_[0] >= '0' && text_[0] <= '9';
     if ((large || standard) && (parsed || attribute_ || numeric)) return parsed;
+    if (attribute_ && table_.find(parts_[0]))
+      return fail("a community of attribute " + std::to_string(U32(*attribute_)));
     CommunityTextError error{0, Mox::String(parts_[0]),
                              "a community: the identifier of a kind, a "
                              "well-known name, or two or three decimal numbers",

@@ -12,7 +12,8 @@
 //        | identifier { ":" part } ":malformed" { ":" octet }
 //                                         a reserved bit is set: the administrator, then octets
 //        | "unknown-transitive" or "unknown-non-transitive" { ":" octet }
-//                                         a kind without a row
+//                                         a kind without a row; of 20 octets and type 0x00 or 0x40
+//                                         subtype, address in brackets and number behind the word
 //        | number ":" number | number ":" number ":" number | a well-known name
 //
 // parseCanonical(canonicalText(v)) is v for every value of 4, 8, 12 and 20 octets. Letter case
@@ -20,7 +21,8 @@
 // row by now, `malformed:` and all octets of any extended community, numbers for names, flags in
 // any order, other spellings of addresses and rates.
 //
-// Pure functions; call from any thread.
+// Pure functions; call from any thread. A bad text is an error that is returned; nothing is thrown
+// but `std::bad_alloc`. Cost: a look-up of the row, and in proportion to the text.
 #pragma once
 
 #include "community/ZoBgpCommunityCanonicalText.h"

@@ -272,6 +272,20 @@ TEST(Kinds, FieldsByNameAndIndex) {
   EXPECT_EQ(kindField(Acl::CommunityValue(1, 2, 3), "local2")->number(), 3u);
   EXPECT_EQ(kindField(fromHex("000220010db80000000000000000000000010043"), "global")->text(),
             "[2001:db8::1]");
+  // All flags set have as many names as there are bits, and the field's text has them all.
+  for (const Kind* kind : KindTable::builtIn().rows()) {
+    std::vector<U8> octets(kind->octets(), 0xFF);
+    if (kind->isExtended()) octets[0] = *kind->type, octets[1] = *kind->subtype;
+    const CommunityOctets all(communityOf(kind->attribute, octets));
+    for (const KindField& field : kind->fields) {
+      const auto names = KindFieldValue(all, field).names();
+      if (field.form != KindForm::flags) continue;
+      EXPECT_EQ(names.size(), field.bits) << kind->identifier;
+      Mox::String joined;
+      for (const Mox::String& name : names) joined += (joined.empty() ? "" : ":") + name;
+      EXPECT_EQ(joined, KindFieldValue(all, field).text());
+    }
+  }
   // Fields of a malformed value are there as well; reserved ones say that they are.
   const ExtCommContent malformed(0x030c000100000008);
   EXPECT_TRUE(isMalformed(malformed, *KindTable::builtIn().find(malformed)));
@@ -305,9 +319,14 @@ TEST(Kinds, RowsAreChecked) {
       {{{.name = "a", .bits = 48, .optional = true}},
        "is optional, but is neither an enumeration nor flags"},
       {{{"a", 0, 16}, {.name = "b", .bit = 16, .bits = 32, .globalAdministrator = true}},
-       "is a global administrator, but not whole octets at the beginning"},
+       "cannot be a global administrator: whole octets at the beginning, of one form"},
+      {{{.name = "a", .bits = 16, .form = reserved, .globalAdministrator = true}, {"b", 16, 32}},
+       "cannot be a global administrator: whole octets at the beginning, of one form"},
+      {{{.name = "a", .bits = 32, .form = float32, .globalAdministrator = true}, {"b", 32, 16}},
+       "cannot be a global administrator: whole octets at the beginning, of one form"},
+      {{{.name = "a", .bits = 48, .form = flags, .first = 65489}}, "numbers flags beyond 65535"},
       {{{.name = "a", .bits = 4, .globalAdministrator = true}, {"b", 4, 44}},
-       "is a global administrator, but not whole octets at the beginning"},
+       "cannot be a global administrator: whole octets at the beginning, of one form"},
   };
   for (const auto& row : rows) {
     Kind kind = vendor;
@@ -342,6 +361,9 @@ TEST(Kinds, TablesTakeMoreRows) {
   EXPECT_EQ(*parseCanonical("V:7", more), AnyCommunity(content));
   EXPECT_EQ(canonicalText(content), "unknown-transitive:8f:01:00:00:00:00:00:07");
   EXPECT_FALSE(parseCanonical("v:7"));
+  constexpr Kind standard = {
+      .attribute = Attribute::community, .value = 1, .name = "S", .identifier = "s"};
+  EXPECT_THROW((void)more.with({&standard, 1}, nullptr), Mox::RangeException);
   // The same type again, and the same word again.
   Kind clashing = vendor;
   clashing.identifier = "w";

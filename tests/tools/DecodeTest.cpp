@@ -160,11 +160,22 @@ TEST_F(Decode, TellsKindAndFields) {
        "its length is 4, but 1 octet follows\nbgpcomm: argument 2 (40010100c010104004fde84e...): Extended "
        "Community attribute, offset 8: a second link bandwidth, expected at most one\n"
        "bgpcomm: argument 3 (ffffffff ffffffff ffffff...): half an octet at character 79"},
+      {"bgpcomm decode '" + update.substr(0, 36) + "0023" + update.substr(40) + "' '" + update.substr(0, 41) + "01" +
+           update.substr(43) + "' 'ffffffff ffffffff ffffffff ffffffff 0017 02 0000 0000'", "", 1,
+       "argument 1 (ffffffff ffffffff ffffff...): a message whose length says 35 octets, not 34\n"
+       "bgpcomm: argument 2 (ffffffff ffffffff ffffff...): a message of type 1, not an UPDATE"},
       // Dumps of packet tools: one text over several lines, offsets in front, letters behind.
       {"printf '0x0000:  4001 0100 c008 04fd  @.......\n0x0008:  e800 64\n40 01 01 00\n' | bgpcomm decode -",
        two + two.substr(0, 27)},
       {"printf '00000000  40 01 01 00 c0 08 04 fd  e8 00 64 40 01 01 00 40  |@|\n00000010  01 01 00\n\n"
        "0000   40 01 01 00\n' | bgpcomm decode -", two + two.substr(0, 27) + two.substr(0, 27) + two.substr(0, 27)},
+      {"file=$(mktemp); printf '\\100\\001\\001\\000\\300\\010\\004\\375\\350\\000\\144' > $file;"
+       "hexdump -C $file | bgpcomm decode -; od -Ax -tx1 $file | bgpcomm decode -; xxd $file | bgpcomm decode -; "
+       "xxd -p $file | bgpcomm decode -; rm $file", two + two + two + two},
+      {"bgpcomm decode 00000000 0000000000000000 | grep text",
+       "  text            0:0\n  text            unknown-transitive:00:00:00:00:00:00:00:00\n"},
+      {"bgpcomm decode --json 0609ffff00000000 | sed 's/.*fields//'",
+       R"(":{"flags":["0","1","2","EEG","SFG","SEMG","MVPN","SBD","SEG","IPMG","MEG","PEG","OISM","EMHAR","M","I"]}})" "\n"},
       // clang-format on
   });
 }
@@ -177,7 +188,7 @@ TEST_F(Decode, EncodeIsTheWayBack) {
       {"bgpcomm encode --attribute NO_EXPORT mac-mobility::1 65000:100 65000:100",
        "c00808fde80064ffffff01\nc010080600000000000001\n"},
       {"bgpcomm encode 'color:0:7, no-export 1:2' '0304(NT):0x00 0x01 0x00 0x00 0x00 0x02'",
-       "ffffff01\n00010002\n030b000000000007\n4304000100000002\n"},
+       "030b000000000007\nffffff01\n00010002\n4304000100000002\n"},
       {"printf ' color:0:7 \\r\\n\\n1:65536\\n1:2\\n' | bgpcomm encode - --of 16", "030b000000000007\n", 1,
        "standard input, line 3: at 0: \"1\": expected a community: the identifier of a kind, a well-known name, or "
        "two or three decimal numbers\nbgpcomm: standard input, line 4: at 0: \"1\": expected a community: the "
@@ -231,7 +242,7 @@ TEST_F(Decode, KindsAreListedAndMore) {
        "row 1, \"attribute\" is neither 16 nor 25: others have no kinds"},
       {R"([{"attribute":16,"identifier":"mine","type":256}])",
        "row 1, \"type\" is no number from 0 to 255"},
-      {row(field, R"(,"feilds":[])"), "row 1, \"feilds\" is a key that no row has"},
+      {row(field, R"(,"feilds":[])"), "row 1, \"feilds\" is a key that it cannot have"},
       {row(R"({"name":"a","bit":0,"bits":48,"as":"intger"})"),
        "row 1 (mine), field 1, \"as\" is \"intger\", not one of integer, as2, as4, ipv4, ipv6, "
        "mac, "
@@ -240,9 +251,19 @@ TEST_F(Decode, KindsAreListedAndMore) {
        "row 1 (mine), field 1, \"enum\" has \"x\", which is no number with a name"},
       {row(R"({"name":"a","bit":0,"bits":47,"as":"integer"})"),
        "kind \"mine\": has fields that leave out bits of the value"},
-      {row(field, R"(,"aliases":["color"])"), "kind \"mine\": has an identifier of another row"},
+      {row(field, R"(,"aliases":["color"])"), "kind \"mine\": has an identifier of \"color\""},
       {row(field, R"(,"example":{"hex":"8f01"})"),
        "row 1 (mine), example, \"hex\" is not the digits of a community"},
+      {row(field, R"(,"example":{"hex":"0002000000000000"})"),
+       "row 1 (mine), example, \"hex\" is of another type and subtype"},
+      {row(R"({"name":"a","bit":0,"bits":48,"as":"flags","enum":{}})"),
+       "row 1 (mine), field 1, \"enum\" is not of its form"},
+      {row(R"({"name":"a","bits":48,"as":"integer"})"),
+       "row 1 (mine), field 1, \"bit\" is missing"},
+      {row(field, R"(,"note":"\u001b[31m")"),
+       "kind \"mine\": has a text with characters that are not printable ASCII"},
+      {row(field, R"(,"aliases":["no-export"])"),
+       "kind \"mine\": has an identifier of \"NO_EXPORT\""},
       {row(field, R"(,"verified":"maybe")"),
        "row 1, \"verified\" is neither true, false, family nor decoders"},
   };

@@ -72,12 +72,12 @@ class Decoding {
     Lines lines;
     while (const std::optional<Lines::Line> line = lines.next()) {
       const std::string_view text = trimmed(line->text);
-      if (!line->tooLong && takeDumpLine(text, line->number)) continue;
+      if (!line->tooLong && takeDumpLine(text, position, line->number)) continue;
       endDump(position);
       if (line->tooLong)
         refuse(position + std::to_string(line->number),
                "longer than " + std::to_string(Lines::longestLine) + " characters");
-      else if (!takeDumpLine(text, line->number) && !text.empty())
+      else if (!takeDumpLine(text, position, line->number) && !text.empty())
         decode(text, position, line->number);
     }
     endDump(position);
@@ -90,10 +90,11 @@ class Decoding {
 
  private:
   /// Adds a line that goes on with the dump, or begins one, whose lines are one text together.
-  bool takeDumpLine(std::string_view line, U64 number) {
+  bool takeDumpLine(std::string_view line, const char* position, U64 number) {
     if (!textStyle().kinds || !isDumpLine(line, dump_.size())) return false;
     if (dump_.empty()) dumpLine_ = number;
-    return appendDumpLine(line, dump_);
+    if (!appendDumpLine(line, dump_)) endDump(position);  // the length of all
+    return true;
   }
   void endDump(const char* position) {
     if (dump_.empty()) return;

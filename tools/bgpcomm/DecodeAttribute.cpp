@@ -32,18 +32,23 @@ std::string octetsFollow(std::size_t count) {
 }
 
 /// The attributes of an UPDATE with its header (RFC 4271, sections 4.1 and 4.3); nothing when the
-/// octets are no whole message of that type.
+/// octets do not begin as a message does. Throws DataError for a message that is something else.
 std::optional<Octets> attributesOfUpdate(Octets message) {
-  constexpr std::size_t marker = 16, header = 19;
+  constexpr std::size_t marker = 16;
   constexpr U8 update = 2;
-  if (message.size() < header + 4) return {};
+  if (message.size() < marker + 3) return {};
   for (const U8 octet : message.first(marker))
     if (octet != 0xFF) return {};
   Cursor in(message.subspan(marker));
-  if (in.u16() != message.size() || in.u8() != update) return {};
+  if (const std::size_t length = in.u16(); length != message.size())
+    throw DataError("a message whose length says " + std::to_string(length) + " octets, not " +
+                    std::to_string(message.size()));
+  if (const U8 type = in.u8(); type != update)
+    throw DataError("a message of type " + std::to_string(type) + ", not an UPDATE");
   (void)in.take(in.u16());  // withdrawn prefixes
   const Octets attributes = in.take(in.u16());
-  return in ? std::optional(attributes) : std::nullopt;
+  if (!in) throw DataError("an UPDATE whose prefixes or attributes run over its end");
+  return attributes;
 }
 
 }  // namespace
@@ -55,8 +60,9 @@ bool AttributePrinter::isOne(Octets octets) {
 
 void AttributePrinter::print(Octets octets, bool single,
                              const std::function<void(const std::string&)>& refuse) const {
-  if (const auto update = single ? std::nullopt : attributesOfUpdate(octets)) octets = *update;
-  if (octets.size() < 3) refuseAll(single, "too short for flags, type and length");
+  const auto update = single ? std::nullopt : attributesOfUpdate(octets);
+  if (update) octets = *update;
+  if (!update && octets.size() < 3) refuseAll(single, "too short for flags, type and length");
   // All or nothing: octets that do not end with an attribute may be something else.
   const auto eachAttribute = [octets](auto use) {
     for (Octets rest = octets; !rest.empty();) {

@@ -28,21 +28,11 @@ class Encoding {
     if (options.of) attribute_ = BgpPathAttrType(options.of);
   }
 
-  /// A community, or several with blanks or commas between, as `paths` prints them.
+  /// A community, or several with blanks or commas between.
   void encode(std::string_view text, const std::string& position) {
-    const KindTable& kinds = *textStyle().kinds;
-    const auto one = readCommunity(text, kinds, attribute_);
-    if (one) return take(*one);
-    if (text.find_first_of(" \t,") == text.npos) return refuse(position, one.error.text());
-    const auto several = readCommunities(text, kinds, attribute_);
-    if (!several) return refuse(position, several.error.text());
-    const auto takeEach = [this](const auto& communities) {
-      for (const auto& community : communities) take(community);
-    };
-    takeEach(several.value->standard);
-    takeEach(several.value->extended);
-    takeEach(several.value->ip6Extended);
-    takeEach(several.value->large);
+    const auto read = readAnyCommunities(text, *textStyle().kinds, attribute_);
+    if (!read) return refuse(position, read.error.text());
+    for (const AnyCommunity& community : *read) take(community);
   }
 
   void encodeLines() try {
@@ -113,9 +103,9 @@ void addEncode(CLI::App& app, int& exitCode) {
   const auto [command, options] =
       addCommand(app,
                  {"encode", "Print the octets of communities in hex",
-                  "A line of digits for each community. All texts that other commands print are\n"
-                  "read, also several in one, with blanks or commas between; blank lines of stdin\n"
-                  "are passed over. Exit code 1 when a text is none; the rest is printed.\n\n"
+                  "A line of digits for each community. Texts that other commands print are read,\n"
+                  "canonical ones also with blanks or commas between; blank lines of stdin are\n"
+                  "passed over. Exit code 1 when a text is none; the rest is printed.\n\n"
                   "Example: bgpcomm encode route-target-as2:65000:100 NO_EXPORT"},
                  exitCode, runEncode);
   command.add_option("TEXT", options.texts, "A community; - reads them from stdin, by lines")

@@ -39,12 +39,16 @@ std::optional<Offset> offsetOf(std::string_view line) {
   while (at < line.size() && hexDigit(line[at]) >= 0) ++at;
   U64 value = 0;
   const auto read = std::from_chars(line.data() + start, line.data() + at, value, 16);
-  if (at - start < 4 || read.ec != std::errc()) return {};
+  const std::size_t digits = at - start;
+  if (digits < 4 || read.ec != std::errc()) return {};
   const bool colon = at < line.size() && line[at] == ':';
   at += colon;
   std::size_t blanks = 0;
   while (at < line.size() && isBlank(line[at])) ++at, ++blanks;
-  if (blanks < (colon ? 1 : 2) && at < line.size()) return {};
+  // One blank is enough behind a colon, or where octets in pairs follow.
+  const bool pairs = at + 2 <= line.size() && (at + 2 == line.size() || isBlank(line[at + 2]));
+  const bool longer = blanks >= 2 || (blanks == 1 && (colon || (pairs && digits >= 6)));
+  if (!longer && at < line.size()) return {};
   return Offset{value, at};
 }
 
@@ -67,7 +71,8 @@ std::vector<U8> readDump(std::string_view text) {
 
 bool isDumpLine(std::string_view line, std::size_t octetsBefore) {
   const auto offset = offsetOf(line);
-  return offset && offset->value == octetsBefore;
+  // The first line has octets; the last may be the length of all alone.
+  return offset && offset->value == octetsBefore && (octetsBefore || pairAt(line, offset->end));
 }
 
 bool appendDumpLine(std::string_view line, std::vector<U8>& octets) {

@@ -1,5 +1,6 @@
 #include "KindJson.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <deque>
@@ -87,29 +88,34 @@ AnyCommunity exampleOf(const Kind& kind) {
 
 // --- Reading.
 
-/// Reads the keys of one object, each once, and refuses those that nobody asked for.
+/// Reads the keys of one object, and refuses those that it cannot have.
 class ObjectReader {
  public:
-  ObjectReader(const Json& object, std::string where) : object_(object), where_(std::move(where)) {
+  ObjectReader(const Json& object, std::string where, std::initializer_list<std::string_view> keys)
+      : object_(object), where_(std::move(where)) {
     if (!object.is_object()) fail("is no object");
+    for (const auto& item : object.items())
+      if (std::find(keys.begin(), keys.end(), item.key()) == keys.end())
+        fail(item.key().c_str(), "is a key that it cannot have");
   }
 
   /// The value of a key; null when there is none.
-  const Json* find(const char* key) {
-    asked_.push_back(key);
+  const Json* find(const char* key) const {
     const auto at = object_.find(key);
     return at == object_.end() || at->is_null() ? nullptr : &*at;
   }
   std::string text(const char* key, bool required = true) {
     const Json* const value = find(key);
     if (!value && !required) return {};
-    if (!value || !value->is_string()) fail(key, "is no text");
+    if (!value) fail(key, "is missing");
+    if (!value->is_string()) fail(key, "is no text");
     return value->get<std::string>();
   }
   std::optional<U64> number(const char* key, U64 most, bool required = true) {
     const Json* const value = find(key);
     if (!value && !required) return {};
-    if (!value || !value->is_number_unsigned() || value->get<U64>() > most)
+    if (!value) fail(key, "is missing");
+    if (!value->is_number_unsigned() || value->get<U64>() > most)
       fail(key, "is no number from 0 to " + std::to_string(most));
     return value->get<U64>();
   }
@@ -120,7 +126,8 @@ class ObjectReader {
   }
   const Json& array(const char* key) {
     const Json* const value = find(key);
-    if (!value || !value->is_array()) fail(key, "is no array");
+    if (!value) fail(key, "is missing");
+    if (!value->is_array()) fail(key, "is no array");
     return *value;
   }
   template <class Value, std::size_t n>
@@ -132,13 +139,6 @@ class ObjectReader {
     for (const auto& row : rows) known += (known.empty() ? "" : ", ") + std::string(row.text);
     fail(key, "is \"" + word + "\", not one of " + known);
   }
-  void refuseOthers() const {
-    for (const auto& item : object_.items()) {
-      const bool known = std::any_of(asked_.begin(), asked_.end(),
-                                     [&](const char* key) { return item.key() == key; });
-      if (!known) fail(item.key().c_str(), "is a key that no row has");
-    }
-  }
   [[noreturn]] void fail(const char* key, const std::string& why) const {
     throw DataError(where_ + ", \"" + key + "\" " + why);
   }
@@ -148,7 +148,6 @@ class ObjectReader {
 
   const Json& object_;
   const std::string where_;
-  std::vector<const char*> asked_;
 };
 
 /// Owns what the rows refer to.
@@ -160,10 +159,16 @@ class KindFileReader : public KindFile {
   }
 
  private:
+  // Words are held against each other, all with all.
+  static constexpr std::size_t mostWords = 4096;
+  static constexpr const char* tooMany = "has more than 4096 words";
+
   std::string_view keep(std::string text) { return texts_.emplace_back(std::move(text)); }
 
   void readKind(const Json& row, const std::string& where) {
-    ObjectReader in(row, where);
+    ObjectReader in(row, where,
+                    {"attribute", "type", "subtype", "value", "name", "reference", "identifier",
+                     "identifierSource", "aliases", "fields", "verified", "example", "note"});
     Kind kind;
     kind.attribute = BgpPathAttrType(U32(*in.number("attribute", 255)));
     kind.identifier = keep(in.text("identifier"));
@@ -177,21 +182,29 @@ class KindFileReader : public KindFile {
     if (in.find("identifierSource")) kind.source = in.word("identifierSource", sources);
     kind.evidence = readEvidence(in);
     if (in.find("aliases")) kind.aliases = readAliases(in);
-    in.find("value");
+    if (in.find("value")) in.fail("value", "is of well-known standard communities only");
     auto& fields = fields_.emplace_back();
     for (const Json& field : in.array("fields"))
       fields.push_back(readField(field, here + ", field " + std::to_string(fields.size() + 1)));
     kind.fields = fields;
+    for (const KindField& field : fields)
+      if (std::any_of(fields.begin(), fields.end(), [&](const KindField& other) {
+            return other.name == std::string(field.name) + "Text";
+          }))
+        in.fail("fields", "has \"" + std::string(field.name) + "Text\", the name of a text of \"" +
+                              std::string(field.name) + '"');
     if (const Json* const example = in.find("example")) {
-      ObjectReader of(*example, here + ", example");
+      ObjectReader of(*example, here + ", example", {"hex", "text"});
       kind.example = keep(of.text("hex"));
       (void)of.text("text", false);
       const bool digits = std::all_of(kind.example.begin(), kind.example.end(),
                                       [](char c) { return hexDigit(c) >= 0; });
       if (!digits || kind.example.size() != 2 * kind.octets())
         of.fail("hex", "is not the digits of a community");
+      const CommunityOctets octets(exampleOf(kind));
+      if (octets.all()[0] != *kind.type || octets.all()[1] != *kind.subtype)
+        of.fail("hex", "is of another type and subtype");
     }
-    in.refuseOthers();
     kinds.push_back(kind);
   }
 
@@ -205,6 +218,7 @@ class KindFileReader : public KindFile {
   }
 
   std::span<const std::string_view> readAliases(ObjectReader& in) {
+    if (in.array("aliases").size() > mostWords) in.fail("aliases", tooMany);
     auto& words = aliases_.emplace_back();
     for (const Json& alias : in.array("aliases")) {
       if (!alias.is_string()) in.fail("aliases", "has one that is no text");
@@ -214,7 +228,8 @@ class KindFileReader : public KindFile {
   }
 
   KindField readField(const Json& object, const std::string& where) {
-    ObjectReader in(object, where);
+    ObjectReader in(object, where,
+                    {"name", "bit", "bits", "as", "ga", "first", "style", "enum", "flags"});
     KindField field;
     field.name = keep(in.text("name"));
     field.bit = U16(*in.number("bit", 143));
@@ -227,13 +242,16 @@ class KindFileReader : public KindFile {
       field.optional = true;
     }
     for (const char* key : {"enum", "flags"})
-      if (const Json* const names = in.find(key)) field.names = readNames(in, key, *names);
-    in.refuseOthers();
+      if (const Json* const names = in.find(key)) {
+        if (key != formText(field.form)) in.fail(key, "is not of its form");
+        field.names = readNames(in, key, *names);
+      }
     return field;
   }
 
   std::span<const KindName> readNames(ObjectReader& in, const char* key, const Json& object) {
     if (!object.is_object()) in.fail(key, "is no object of numbers and names");
+    if (object.size() > mostWords) in.fail(key, tooMany);
     auto& names = names_.emplace_back();
     for (const auto& item : object.items()) {
       const auto number = decimalNumber(item.key(), 32);
@@ -279,7 +297,8 @@ Json jsonOf(const Kind& kind) {
 std::shared_ptr<const KindFile> readKinds(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
   std::ostringstream text;
-  if (!in || !(text << in.rdbuf())) throw DataError(file + ": cannot be read");
+  if (in && in.peek() != std::ifstream::traits_type::eof()) text << in.rdbuf();
+  if (in.bad() || !in.is_open()) throw DataError(file + ": cannot be read");
   return readKindsText(text.str(), file);
 }
 

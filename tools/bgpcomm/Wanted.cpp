@@ -34,6 +34,13 @@ AnyCommunity readText(const std::string& text, std::string_view prefix = "",
   throw UsageError(read.error.text());
 }
 
+/// `0x` for digits of an extended community that stand without it.
+std::string_view octetsPrefix(std::string_view text) {
+  const bool digits = (text.size() == 16 || text.size() == 40) &&
+                      text.find_first_not_of("0123456789abcdefABCDEF") == text.npos;
+  return digits ? "0x" : "";
+}
+
 /// Type octet, the subtype of route targets, then two numbers that fill the rest.
 std::vector<U8> routeTarget(U8 type, U64 administrator, int size, U64 local) {
   std::vector<U8> octets = {type, routeTargetSubtype};
@@ -69,16 +76,15 @@ Wanted wantedRouteTarget(const std::string& text) {
     if (local <= most16) wanted.values.push_back(routeTarget(0x02, as, 4, local));
     if (!wanted.values.empty()) return wanted;
   }
-  const bool bare = target == text && text.find_first_not_of("0123456789.:") == text.npos;
-  const AnyCommunity community = readText(text, bare ? prefix : "");
+  const bool bare = !text.empty() && text.find_first_of("0123456789[") == 0 &&
+                    text.find_first_of(":[") != text.npos;
+  const AnyCommunity community = readText(text, bare ? prefix : octetsPrefix(text));
   if (!isRouteTarget(community)) throw UsageError("it is no route target");
   return wantedOf(community);
 }
 
 Wanted wantedExtended(const std::string& text) {
-  const bool digits = (text.size() == 16 || text.size() == 40) &&
-                      text.find_first_not_of("0123456789abcdefABCDEF") == text.npos;
-  const AnyCommunity community = readText(text, digits ? "0x" : "");
+  const AnyCommunity community = readText(text, octetsPrefix(text));
   const auto attribute = attributeOf(community);
   if (attribute == BgpPathAttrType::community || attribute == BgpPathAttrType::largeCommunity)
     throw UsageError("it is no extended community");
