@@ -10,7 +10,6 @@
 // `std::bad_alloc`.
 #pragma once
 
-#include <concepts>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -46,8 +45,6 @@ class CommunityTextParts {
  public:
   /// REQUIRES: the text lives as long as the parts.
   explicit CommunityTextParts(std::string_view text);
-  template <std::same_as<Mox::String> Temporary>
-  explicit CommunityTextParts(Temporary&&) = delete;
 
   std::size_t count() const { return parts_.size(); }
   /// How many have not been taken.
