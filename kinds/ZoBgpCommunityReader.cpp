@@ -60,7 +60,7 @@ class Reader {
 
   Parsed read() {
     for (const auto& reading : {readShowText(text_, table_), readPolicyText(text_),
-                                readOctetsText(text_), oldName(), number()})
+                                readOctetsText(text_), oldName(), number(), bareAdministrator()})
       if (reading) take(*reading);
     const bool recognised = first_.has_value();
     // The first part of a text of another form may still be an identifier.
@@ -122,6 +122,16 @@ class Reader {
     return textFault(text_, text_,
                      "one reading, but it may be `" + std::to_string(*number >> 16) + ':' +
                          std::to_string(*number & 0xFFFF) + "` or `" + extended + '`');
+  }
+  /// An address, or an AS number with a dot, in front of a number: a target, or an origin.
+  TextReading bareAdministrator() const {
+    const bool digits = !text_.empty() && text_.find_first_of("0123456789[") == 0;
+    if (!digits || text_.find_first_of(".[") == text_.npos) return {};
+    const auto target = readPolicyText("RT:" + Mox::String(text_));
+    if (!target || !*target) return {};
+    return textFault(text_, text_,
+                     "one reading, but it may be `RT:" + Mox::String(text_) +
+                         "` or `SoO:" + Mox::String(text_) + '`');
   }
   static Mox::String valueOctets(const ExtCommContent& content) {
     CommText text;

@@ -140,7 +140,7 @@ TEST_F(Decode, TellsKindAndFields) {
        "  text            NO_EXPORT\n  text            65540:1:2\n"},
       {"bgpcomm decode 030c000100000008 0607000000000000 | grep -A1 text",
        "  text            encapsulation:malformed:00:01:00:00:00:08\n"
-       "  kind            Encapsulation, RFC9012 4.1; malformed: a reserved bit is set, or it is NaN\n--\n"
+       "  kind            Encapsulation, RFC9012 4.1; malformed: a reserved bit is set\n--\n"
        "  text            unknown-transitive:06:07:00:00:00:00:00:00\n  kind            not assigned\n"},
       {"bgpcomm decode --json fde80064 0601400000000437 8007000000000003 40080000 | cut -d, -f2- | grep -o '\"id.*'",
        R"("identifier":null,"canonical":"65000:100","fields":{"as":65000,"value":100}})" "\n"
@@ -149,6 +149,8 @@ TEST_F(Decode, TellsKindAndFields) {
        R"("identifier":"flowspec-traffic-action","canonical":"flowspec-traffic-action:SAMPLE:TERMINAL",)"
        R"("fields":{"action":["SAMPLE","TERMINAL"]}})" "\n"
        R"("identifier":null,"canonical":"16392:0","fields":{"as":16392,"value":0}})" "\n"},
+      {"bgpcomm decode 4004fbf47fc00000 | grep kind",
+       "  kind            Link Bandwidth (non-transitive), RFC10005 2; malformed: the rate is no number\n"},
       // An attribute's digits, if they are as many as a community's, are a community.
       {"bgpcomm decode 40010100 | head -1", "40010100\n", 0,
        "argument 1 (40010100): read as a community; with blanks between its octets it would be an attribute"},
@@ -242,6 +244,8 @@ TEST_F(Decode, KindsAreListedAndMore) {
        "row 1, \"attribute\" is neither 16 nor 25: others have no kinds"},
       {R"([{"attribute":16,"identifier":"mine","type":256}])",
        "row 1, \"type\" is no number from 0 to 255"},
+      {row(R"({"name":"a","bit":0,"bit":1,"bits":48,"as":"integer"})"),
+       "\"bit\" comes twice in one object"},
       {row(field, R"(,"feilds":[])"), "row 1, \"feilds\" is a key that it cannot have"},
       {row(R"({"name":"a","bit":0,"bits":48,"as":"intger"})"),
        "row 1 (mine), field 1, \"as\" is \"intger\", not one of integer, as2, as4, ipv4, ipv6, "

@@ -1,6 +1,7 @@
 #include "DecodeContent.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "Errors.h"
@@ -82,13 +83,23 @@ void appendLine(std::string& text, std::string_view label, std::string_view valu
   text += value.empty() ? "-" : value;
 }
 
+/// Why a malformed value is that.
+std::string malformedText(const AnyCommunity& community, const KindTable& kinds) {
+  std::string text = "; malformed: a reserved bit is set";
+  forEachKindField(community, kinds, [&](const KindFieldValue& value) {
+    if (value.field().form == KindForm::float32 && std::isnan(value.rate()))
+      text = "; malformed: the " + std::string(value.field().name) + " is no number";
+  });
+  return text;
+}
+
 void appendKindLines(std::string& text, const AnyCommunity& community, const KindTable& kinds) {
   appendLine(text, "text", canonicalText(community, kinds));
   const Kind* const kind = kinds.find(community);
   if (!kind) return appendLine(text, "kind", "not assigned");
   std::string name(kind->name);
   if (!kind->reference.empty()) name += ", " + std::string(kind->reference);
-  if (isMalformed(community, *kind)) name += "; malformed: a reserved bit is set, or it is NaN";
+  if (isMalformed(community, *kind)) name += malformedText(community, kinds);
   if (!kind->name.starts_with('(')) appendLine(text, "kind", name);
   if (kind->value) return;
   forEachKindField(community, kinds, [&](const KindFieldValue& field) {

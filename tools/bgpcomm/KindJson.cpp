@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <deque>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 #include "Errors.h"
@@ -303,8 +304,17 @@ std::shared_ptr<const KindFile> readKinds(const std::string& file) {
 }
 
 std::shared_ptr<const KindFile> readKindsText(std::string_view text, const std::string& file) {
+  // A key that comes twice would count for what it says last.
+  std::vector<std::set<std::string>> keys;
+  const auto refuseRepeats = [&](int, Json::parse_event_t event, const Json& parsed) {
+    if (event == Json::parse_event_t::object_start) keys.emplace_back();
+    if (event == Json::parse_event_t::object_end) keys.pop_back();
+    if (event == Json::parse_event_t::key && !keys.back().insert(parsed.get<std::string>()).second)
+      throw DataError(file + ": \"" + parsed.get<std::string>() + "\" comes twice in one object");
+    return true;
+  };
   try {
-    return std::make_shared<const KindFileReader>(Json::parse(text), file);
+    return std::make_shared<const KindFileReader>(Json::parse(text, refuseRepeats), file);
   } catch (const Json::exception& error) {
     throw DataError(file + ": " + error.what());
   }

@@ -157,14 +157,14 @@ int runKinds(const Options& options) {
 }  // namespace
 
 void addKinds(CLI::App& app, int& exitCode) {
-  const auto [command, options] =
-      addCommand(app,
-                 {"kinds", "List the kinds of communities that are known",
-                  "A line says attribute, type and subtype, and how the text looks: a part in\n"
-                  "<> for each field, in [] one that may be missing. With a pattern, also names,\n"
-                  "references and notes.\n\n"
-                  "Example: bgpcomm kinds evpn"},
-                 exitCode, runKinds);
+  const auto [command, options] = addCommand(
+      app,
+      {"kinds", "List the kinds of communities that are known",
+       "A line says attribute, type and subtype, and how the text looks: a part in\n"
+       "<> for each field, <field:...> where it has several parts (flags, octets), in\n"
+       "[] one that may be missing. With a pattern, also names, references and notes.\n\n"
+       "Example: bgpcomm kinds evpn"},
+      exitCode, runKinds);
   command
       .add_option("PATTERN", options.pattern,
                   "Only those that have it in identifier, name,\nnumber or reference")
