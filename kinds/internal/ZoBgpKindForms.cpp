@@ -28,11 +28,12 @@ std::optional<U64> numberOf(const KindField& field, std::string_view text, U32 b
   return decimalNumber(text, bits);
 }
 
-/// `a name, such as A or S, or ` for error messages.
+/// `A, S or `, in front of what may stand instead of a name.
 Mox::String namesForErrors(const KindField& field) {
   Mox::String text;
-  for (const KindName& row : field.names) text += Mox::String(row.name) + ", ";
-  return text;
+  for (const KindName& row : field.names)
+    text += (text.empty() ? "" : ", ") + Mox::String(row.name);
+  return text.empty() ? text : text + " or ";
 }
 
 // --- IPv6 addresses: RFC 5952, without the dotted tail that it allows for some prefixes.
@@ -129,8 +130,8 @@ bool readEnumeration(CommunityTextParts& parts, const KindField& field, std::spa
   if (number)
     bitsAre(value, field.bit, field.bits, *number);
   else
-    parts.fail("one of " + namesForErrors(field) + "or a decimal number of at most " +
-               std::to_string(field.bits) + " bits");
+    parts.fail(namesForErrors(field) + "a decimal number of at most " + std::to_string(field.bits) +
+               " bits");
   return number.has_value();
 }
 
@@ -153,9 +154,8 @@ bool readFlags(CommunityTextParts& parts, const KindField& field, std::size_t co
   for (std::size_t i = 0; i < count && !none; ++i) {
     const auto number = numberOf(field, parts.take(), 16);
     if (!number || *number < field.first || *number - field.first >= field.bits) {
-      parts.fail("a flag: " + namesForErrors(field) + "or a bit from " +
-                 std::to_string(field.first) + " to " +
-                 std::to_string(field.first + field.bits - 1));
+      parts.fail("a flag: " + namesForErrors(field) + "a bit from " + std::to_string(field.first) +
+                 " to " + std::to_string(field.first + field.bits - 1));
       return false;
     }
     const U64 bit = 1ULL << (field.bits - 1 - (*number - field.first));
