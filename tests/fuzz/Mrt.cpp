@@ -14,7 +14,7 @@ static void askEverything(const Path& path, const CommunityTables& tables) {
   const CommunityValues values = findCommunities(path.attributes);
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     if (values[type].empty()) continue;
-    listTypes[type].text(tables, values[type], true);
+    listTypes[type].text(tables, values[type]);
     listTypes[type].serialized(tables, values[type]);
   }
 }
