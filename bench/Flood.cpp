@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t contents = 100'000;
 
-// What the hash does to its state once an octet is added, and the way back: 1025 is odd, so it has
+// The step of the hash once an octet is added, and the way back: 1025 is odd, so it has
 // an inverse modulo 2^32, and a shift to the right is taken back from the top.
 constexpr U32 step(U32 state) {
   state *= 1025;

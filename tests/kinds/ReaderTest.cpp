@@ -355,7 +355,7 @@ TEST_F(Printed, EightOctetsReadBack) {
       for (U32 flags = 0; flags <= ExtComm::StrepFormat::max; ++flags) {
         const ExtComm::StrepFormat format(flags);
         const Mox::String text = object->toStrepForPolicy(format);
-        // Of formats that give one text, those with more flags say more.
+        // Several formats may give one text: the one with more flags says more.
         if (!seen.insert(text + (saysAll(*object, format, text) ? "+" : "-")).second) continue;
         if (!saysAll(*object, format, text)) {
           EXPECT_FALSE(readCommunity(text, KindTable::builtIn(), Attribute::extCommunity)) << text;

@@ -47,7 +47,7 @@ std::string classes(const BgpParseExtendedCommunityRule::Ptr& parser,
 }
 const std::initializer_list<U32> everybodys{0x0600, 0x0603, 0x06ff, 0x0604, 0x4407};
 
-/// What is left when plug-ins come, by letter, and parsers, `p`, are made in this order.
+/// The state left when plug-ins come, by letter, and parsers, `p`, are made in this order.
 struct Come {
   explicit Come(std::string_view order) {
     for (const char who : order) {

@@ -66,7 +66,7 @@ Rows libraryRows(const Value& value, U32 format) {
           {"policy", value.toStrepForPolicy(typename Value::StrepFormat(format))}};
 }
 
-/// What the library itself says of a community: of standard and large ones nothing.
+/// The lines that the library itself has for a community: none for standard and large ones.
 Rows libraryRows(const AnyCommunity& community, U32 format,
                  const BgpParseExtendedCommunityRule& parser) {
   if (const auto* content = std::get_if<ExtCommContent>(&community))

@@ -17,7 +17,7 @@ struct Wanted {
 
 // Each reads every text that a command prints, see docs/text.md, and throws UsageError for others.
 
-/// Of any attribute: `65000:100`, `no-export`, `mac-mobility:S:5`.
+/// A community of any attribute: `65000:100`, `no-export`, `mac-mobility:S:5`.
 Wanted wantedCommunity(const std::string& text);
 /// A route target; `65000:100` and `RT:65000:100`, whether the AS number is written in two octets
 /// or in four, and `192.0.2.1:100`.
