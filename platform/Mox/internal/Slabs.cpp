@@ -174,19 +174,25 @@ void unlockDepots() {
   for (Depot& depot : depots) depot.mutex_.unlock();
 }
 
-/// Asked by the first who takes memory; nobody has any to give before.
+// While the library is loaded no other thread can fork: a child would lack the thread that was just
+// asking for the handlers, and wait for it.
+const int forkHandlers = pthread_atfork(lockDepots, unlockDepots, unlockDepots);
+
+/// Asked by the first who takes memory; nobody has any to give before. Several may ask at once, and
+/// find the same; a static with a lock of its own would be locked for good in the child of a fork.
 bool slabsAreUsed() {
-  static const bool used = [] {
-    pthread_atfork(lockDepots, unlockDepots, unlockDepots);
-    const char* const wish = std::getenv("MOX_SLABS");
-    if (wish && *wish) return std::string_view(wish) != "0";
+  enum : U8 { unknown, no, yes };
+  static constinit std::atomic<U8> used{unknown};
+  if (const U8 known = used.load(std::memory_order_relaxed)) return known == yes;
+  const char* const wish = std::getenv("MOX_SLABS");
 #ifdef __SANITIZE_ADDRESS__
-    return false;
+  const std::string_view otherwise = "0";
 #else
-    return true;
+  const std::string_view otherwise = "1";
 #endif
-  }();
-  return used;
+  const bool wanted = (wish && *wish ? std::string_view(wish) : otherwise) != "0";
+  used.store(wanted ? yes : no, std::memory_order_relaxed);
+  return wanted;
 }
 
 bool isOfSlab(std::size_t octets) {
