@@ -39,6 +39,7 @@ struct ParsedCommunity {
 
   explicit operator bool() const { return value.has_value(); }
   const Value& operator*() const { return *value; }
+  const Value* operator->() const { return &*value; }
 };
 
 class CommunityTextParts {

@@ -63,4 +63,19 @@ std::optional<KindFieldValue> kindField(const AnyCommunity& community, std::size
   return KindFieldValue(CommunityOctets(community), kind->fields[index]);
 }
 
+std::optional<CommunityTextError> readKindField(std::string_view text, const KindField& field,
+                                                std::span<U8> value) {
+  CommunityTextParts parts(text);
+  const auto [least, most] = partsOf(field);
+  if (parts.count() < std::max<std::size_t>(least, 1) || parts.count() > most)
+    parts.fail(text, least == most ? "text of " + std::to_string(most) + " parts"
+                                   : "text of at most " + std::to_string(most) + " parts");
+  std::array<U8, 20> read{};
+  std::ranges::copy(value, read.begin());
+  const std::span<U8> bits(read.data(), value.size());
+  if (parts.failed() || !readField(parts, field, parts.count(), bits)) return parts.error();
+  std::ranges::copy(bits, value.begin());
+  return {};
+}
+
 }  // namespace Routing::Bgp

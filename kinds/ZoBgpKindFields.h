@@ -12,6 +12,7 @@
 #pragma once
 
 #include "community/ZoBgpCommunityText.h"
+#include "community/ZoBgpCommunityTextParts.h"
 #include "kinds/ZoBgpKindTable.h"
 
 namespace Routing::Bgp {
@@ -61,5 +62,12 @@ void forEachKindField(const AnyCommunity& community, const KindTable& table, aut
   const CommunityOctets octets(community);
   for (const KindField& field : kind->fields) use(KindFieldValue(octets, field));
 }
+
+/// Reads the text of a field, in every spelling that canonical texts may have, into its bits of a
+/// value; or says what is wrong, the value unchanged. An optional field that is left out has no
+/// text. REQUIRES: value is as long as that of the field's row, see CommunityOctets; the field is
+/// not reserved.
+std::optional<CommunityTextError> readKindField(std::string_view text, const KindField& field,
+                                                std::span<U8> value);
 
 }  // namespace Routing::Bgp

@@ -40,6 +40,8 @@ class PathCommunitiesOf {
   bool empty() const { return *this == PathCommunitiesOf(); }
   /// Calls `use(list)` for each list that is there.
   void forEachList(auto use) const { ((list<Lists>() ? use(list<Lists>()) : void()), ...); }
+  /// Calls `use(list)` for each list type; with null when the path has none of it.
+  void forEachType(auto use) const { (use(list<Lists>()), ...); }
 
   friend bool operator==(const PathCommunitiesOf&, const PathCommunitiesOf&) = default;
 

@@ -14,8 +14,9 @@ layer_of() {
     parse/*) echo 4 ;;
     path/*) echo 6 ;;
     kinds/*) echo 7 ;;
-    mrt/*) echo 8 ;;
-    tools/* | examples/*) echo 9 ;;
+    query/*) echo 8 ;;
+    mrt/*) echo 9 ;;
+    tools/* | examples/*) echo 10 ;;
     *) echo 0 ;;
   esac
 }

@@ -1,0 +1,95 @@
+// What operators say that their communities mean, as the looking glass of NLNOG keeps it: a text
+// file for each AS, a line for each entry.
+//
+//   # AS64500
+//   64500:100,Customer
+//   64500:200-299,Learned in region $0
+//   64500:30x,Prepend x times
+//   64500:6:nnn,Do not announce to AS$0
+//
+//   CommunityDescriptions descriptions;
+//   for (const auto& fault : descriptions.add(text)) warn(fault.line, fault.text);
+//   descriptions.find(BgpCommunityValue(64500 << 16 | 250))   // "Learned in region 250"
+//
+// 1. An entry has two numbers, of a standard community, or three, of a large one. Each is a decimal
+//    number, a range, digits of which some are `x` (any digit), or `nnn` (any number).
+// 2. `$0` stands for the first of these that is no plain number: the number that a range or `nnn`
+//    meets, the digits that a run of `x` meets; `$1` for the second, up to `$9`.
+// 3. A plain entry goes before the others, one whose first number is plain before the rest; of
+//    equals the one that was added first.
+// 4. Well-known communities are described by their registry, whatever a file says.
+//
+// Threads: many may ask while nobody adds. std::bad_alloc in `add` leaves what was added so far.
+#pragma once
+
+#include <deque>
+#include <unordered_map>
+#include <vector>
+
+#include "kinds/ZoBgpKindTable.h"
+
+namespace Routing::Bgp {
+
+class CommunityDescriptions {
+ public:
+  CommunityDescriptions() = default;
+  CommunityDescriptions(const CommunityDescriptions&) = delete;  // views look into its texts
+  CommunityDescriptions& operator=(const CommunityDescriptions&) = delete;
+
+  /// A line that was passed over, counted from 1.
+  struct LineFault {
+    std::size_t line;
+    Mox::String text;
+  };
+  /// Adds the entries of a file. Lines that are none are passed over and reported; empty ones and
+  /// those that `#` begins are neither.
+  std::vector<LineFault> add(std::string_view text);
+
+  /// The description, `$0` replaced; nothing when there is none. Cost: a look-up, and the entries
+  /// with `x`, ranges or `nnn` of the community's first number.
+  std::optional<Mox::String> find(const AnyCommunity& community) const;
+  /// Whether there is one.
+  bool has(const AnyCommunity& community) const;
+  /// Entries that were added. An entry that repeats an earlier one counts too.
+  std::size_t size() const { return size_; }
+
+ private:
+  /// What one number of an entry may be.
+  struct Part {
+    enum class Form : U8 { number, range, digits };
+    Form form = Form::number;
+    U32 first = 0;  // of a range; the number
+    U32 last = 0;
+    std::string_view digits = {};  // with `x`, as many as the number has
+
+    bool matches(U32 number) const;
+  };
+  /// An entry with a part that is no plain number.
+  struct Entry {
+    std::array<Part, 3> parts;
+    std::string_view text;
+  };
+  using Numbers = std::array<U32, 3>;  // the third is zero of standard ones
+  struct HashNumbers {
+    std::size_t operator()(const Numbers& numbers) const;
+  };
+  struct OfAttribute {
+    std::unordered_map<Numbers, std::string_view, HashNumbers> plain;
+    std::unordered_map<U32, std::vector<Entry>> byFirst;
+    std::vector<Entry> others;
+  };
+  struct Found {
+    std::string_view text;         // null when nothing was found
+    const Entry* entry = nullptr;  // unless it is plain
+  };
+  class Line;
+
+  Found find(const OfAttribute& entries, const Numbers& numbers) const;
+  Found findAny(const AnyCommunity& community, Numbers& numbers) const;
+
+  std::deque<Mox::String> files_;  // where the views above look
+  OfAttribute standard_, large_;
+  std::size_t size_ = 0;
+};
+
+}  // namespace Routing::Bgp

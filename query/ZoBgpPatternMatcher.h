@@ -1,0 +1,64 @@
+// A pattern that remembers its answers: each list is looked at once, however many paths carry it.
+//
+//   PatternMatcher matcher(*CommunityPattern::parse("RT:65000:* and not no-export"));
+//   for (const PathCommunities& path : table) if (matcher.matches(path)) use(path);
+//   matcher.forgetUnused();       // now and then, where routes come and go
+//
+// 1. What is remembered is held: the address of a list that is known to the matcher is not given to
+//    another. `forgetUnused` lets go of lists that nobody else holds any more.
+// 2. A path whose lists are known costs a look-up for each list that the pattern asks for, and
+//    allocates nothing.
+//
+// Threads: one at a time.
+#pragma once
+
+#include "query/ZoBgpCommunityPattern.h"
+
+namespace Routing::Bgp {
+
+class PatternMatcher {
+ public:
+  explicit PatternMatcher(CommunityPattern pattern);
+
+  const CommunityPattern& pattern() const { return pattern_; }
+  /// Whether the pattern holds for the path. std::bad_alloc when a list is new and no memory is
+  /// left; the matcher is as before then.
+  bool matches(const PathCommunities& path);
+
+  /// How many lists are remembered.
+  std::size_t lists() const { return size_; }
+  /// Lets go of the lists that only this matcher holds. Cost: all lists remembered.
+  void forgetUnused();
+
+ private:
+  using Answers = CommunityPattern::Answers;
+  /// An intern table's member, by its address; a free slot has none.
+  struct Slot {
+    const void* list = nullptr;
+    Answers answers = 0;
+  };
+  /// What the pattern wants of lists of a type, in the order of PathCommunities.
+  struct OfType {
+    bool asked;
+    Answers without;  ///< when a path has none
+  };
+  template <class... Lists>
+  static std::tuple<std::vector<Mox::Ptr<const Lists>>...> holdersOf(
+      const PathCommunitiesOf<Lists...>&);
+  template <class List>
+  Answers answersOf(const Mox::Ptr<const List>& list);
+  template <class List>
+  Answers remember(const Mox::Ptr<const List>& list);
+
+  Slot& slotOf(const void* list);
+  void grow(std::size_t size);
+
+  const CommunityPattern pattern_;
+  std::vector<OfType> types_;
+  // A power of two, at most half of them taken. The first free slot behind its place ends a search.
+  std::vector<Slot> slots_;
+  std::size_t size_ = 0;
+  decltype(holdersOf(PathCommunities())) held_;
+};
+
+}  // namespace Routing::Bgp
