@@ -78,8 +78,8 @@ evpn-router-mac:*                    | evpn-router-mac:00:11:22:33:44:55        
 evpn-router-mac:00:11:22:33:44:55    | evpn-router-mac:00:11:22:33:44:55         | evpn-router-mac:00:11:22:33:44:56
 ospf-route-type:*:as-external:* | ospf-route-type:0.0.0.2:as-external:TYPE-2-METRIC ospf-route-type:0.0.0.2:as-external: | ospf-route-type:0.0.0.2:12:0
 ospf-route-type:*:{router,as-external}:* | ospf-route-type:0.0.0.2:as-external: | ospf-route-type:0.0.0.2:12:0
-link-bandwidth:65000:1..2000    | link-bandwidth:65000:1.5 link-bandwidth:65000:2000  | link-bandwidth:65000:0.5 link-bandwidth:65000:-1.5
-link-bandwidth:*:*              | link-bandwidth:1:inf link-bandwidth:1:-inf   | 0x400400017fc00000
+link-bandwidth-as2:65000:1..2000    | link-bandwidth-as2:65000:1.5 link-bandwidth-as2:65000:2000  | link-bandwidth-as2:65000:0.5 link-bandwidth-as2:65000:-1.5
+link-bandwidth-as2:*:*              | link-bandwidth-as2:1:inf link-bandwidth-as2:1:-inf   | 0x000400017fc00000
 unknown                         | 0x0407000000000000 0x3f00000000000000 | mac-mobility::5 65000:1 1:2:3
 "data-collection-as2:64500:*"   | data-collection-as2:64500:AS:NP data-collection-as2:64500:26471 | data-collection-as2:64501:AS:NP
 )")) {
