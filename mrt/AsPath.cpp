@@ -22,7 +22,7 @@ AsSegment takeSegment(Cursor& in, unsigned width) {
 
 std::size_t lengthOf(const AsSegment& segment) {
   if (inConfederation(segment.type)) return 0;
-  return isSet(segment.type) ? 1 : segment.numbers.size();
+  return segment.type == AsSegmentType::set ? 1 : segment.numbers.size();
 }
 
 /// Nothing when a segment is malformed.
@@ -88,7 +88,7 @@ AsPath::AsPath(const Path& path) : width_(path.as4 ? as4Width : 2) {
   length_ = leading_ = *length;
   if (path.as4 || !all.as4Path || aggregatedSince(all)) return;
   const std::optional<std::size_t> restored = lengthOf(*all.as4Path, as4Width);
-  if (!restored || *restored == 0 || *restored > length_) return;
+  if (!restored || *restored > length_) return;
   as4Path_ = *all.as4Path;
   leading_ -= *restored;
 }
@@ -99,7 +99,8 @@ std::optional<U32> AsPath::origin() const {
   while (const AsSegment* const segment = reader.next()) {
     if (inConfederation(segment->type)) continue;
     origin = std::nullopt;
-    if (!isSet(segment->type)) origin = segment->numbers[segment->numbers.size() - 1];
+    if (segment->type == AsSegmentType::sequence)
+      origin = segment->numbers[segment->numbers.size() - 1];
   }
   return origin;
 }

@@ -84,11 +84,8 @@ class AsNumbers {
 /// The types of RFC 4271 and RFC 5065, by their numbers.
 enum class AsSegmentType : U8 { set = 1, sequence = 2, confedSequence = 3, confedSet = 4 };
 
-/// Whether the segment is one of the ASes inside of a confederation.
+/// Whether the AS numbers are of members of the peer's own confederation.
 constexpr bool inConfederation(AsSegmentType type) { return type >= AsSegmentType::confedSequence; }
-constexpr bool isSet(AsSegmentType type) {
-  return type == AsSegmentType::set || type == AsSegmentType::confedSet;
-}
 
 struct AsSegment {
   AsSegmentType type = {};
@@ -121,7 +118,8 @@ class AsPath {
  public:
   explicit AsPath(const Path& path);
 
-  /// Whether AS_PATH does not fit its octets, or the attributes end before one is found that fits.
+  /// Whether a segment of AS_PATH has an unknown type, no AS numbers, or more than fit. True, too,
+  /// when attributes are cut short before an AS_PATH is found: it may be the lost one.
   bool malformed() const { return malformed_; }
   /// No segments: a route of the peer's own AS, or one without AS_PATH, or a malformed one.
   bool empty() const { return path_.empty(); }

@@ -17,11 +17,13 @@ std::string reach(AddressFamily family, const std::string& nextHop) {
   return "800e" + hex(view(counted(value, 1)));
 }
 
-std::string text(const Path& path, const std::string& attributes, AddressFamily family) {
-  Path other = path;
+/// Of the first prefix, and of those of a family.
+using NextHops = std::pair<std::string, std::string>;
+
+NextHops nextHops(Path path, const std::string& attributes, AddressFamily family) {
   const Bytes block = octets(attributes);
-  other.attributes = view(block);
-  return addressText(nextHop(other)) + ' ' + addressText(nextHop(other, family));
+  path.attributes = view(block);
+  return {addressText(nextHop(path)), addressText(nextHop(path, family))};
 }
 
 TEST(NextHop, OfAnUpdateIsThatOfItsPrefixes) {
@@ -30,34 +32,34 @@ TEST(NextHop, OfAnUpdateIsThatOfItsPrefixes) {
     std::string attributes;
     bool prefixes;  // in the message's own field
     AddressFamily family;
-    std::string nextHop;  // of the first prefix, and of the family
+    NextHops nextHops;
   } cases[] = {
-      {plain, true, ip4, "192.0.2.1 192.0.2.1"},
-      {plain, true, ip6, "192.0.2.1 -"},
-      {plain, false, ip4, "- -"},  // nothing is announced
-      {"400303 c00002", true, ip4, "- -"},
-      {"400304 c00002", true, ip4, "- -"},
-      {reach(ip6, global), true, ip4, "- -"},
-      {plain + reach(ip6, global), false, ip6, "2001:db8::1 2001:db8::1"},
-      {plain + reach(ip6, global), true, ip6, "192.0.2.1 2001:db8::1"},
-      {plain + reach(ip4, global), false, ip4, "2001:db8::1 2001:db8::1"},
-      {reach(ip6, global + local), false, ip6, "2001:db8::1 2001:db8::1"},
-      {reach(ip6, "c0000201"), false, ip4, "192.0.2.1 -"},
-      {reach(vpn, zeros + "c0000202"), false, vpn, "192.0.2.2 192.0.2.2"},
-      {reach(vpn, zeros + global), false, vpn, "2001:db8::1 2001:db8::1"},
-      {reach(vpn, zeros + global + zeros + local), false, vpn, "2001:db8::1 2001:db8::1"},
-      {reach(vpn, "0000fde800000064 c0000202"), false, vpn, "- -"},
-      {reach(flow, ""), false, flow, "- -"},
-      {reach(ip6, "c000020102"), false, ip6, "- -"},
-      {"800e07 0002 01 04 c00002", false, ip6, "- -"},  // cut short
-      {"800e02 0002", false, ip6, "- -"},
-      {"800e05 04 c0000201", false, ip6, "- -"},  // the form of tables
+      {plain, true, ip4, {"192.0.2.1", "192.0.2.1"}},
+      {plain, true, ip6, {"192.0.2.1", "-"}},
+      {plain, false, ip4, {"-", "-"}},  // nothing is announced
+      {"400303 c00002", true, ip4, {"-", "-"}},
+      {"400304 c00002", true, ip4, {"-", "-"}},
+      {reach(ip6, global), true, ip4, {"-", "-"}},
+      {plain + reach(ip6, global), false, ip6, {"2001:db8::1", "2001:db8::1"}},
+      {plain + reach(ip6, global), true, ip6, {"192.0.2.1", "2001:db8::1"}},
+      {plain + reach(ip4, global), false, ip4, {"2001:db8::1", "2001:db8::1"}},
+      {reach(ip6, global + local), false, ip6, {"2001:db8::1", "2001:db8::1"}},
+      {reach(ip6, "c0000201"), false, ip4, {"192.0.2.1", "-"}},
+      {reach(vpn, zeros + "c0000202"), false, vpn, {"192.0.2.2", "192.0.2.2"}},
+      {reach(vpn, zeros + global), false, vpn, {"2001:db8::1", "2001:db8::1"}},
+      {reach(vpn, zeros + global + zeros + local), false, vpn, {"2001:db8::1", "2001:db8::1"}},
+      {reach(vpn, "0000fde800000064 c0000202"), false, vpn, {"-", "-"}},
+      {reach(flow, ""), false, flow, {"-", "-"}},
+      {reach(ip6, "c000020102"), false, ip6, {"-", "-"}},
+      {"800e07 0002 01 04 c00002", false, ip6, {"-", "-"}},  // cut short
+      {"800e02 0002", false, ip6, {"-", "-"}},
+      {"800e05 04 c0000201", false, ip6, {"-", "-"}},  // the form of tables
   };
-  for (const auto& [attributes, own, family, nextHop] : cases) {
+  for (const auto& [attributes, own, family, expected] : cases) {
     Path path;
     path.addressFamily = ip4;
     if (own) path.nlri = view(prefixes);
-    EXPECT_EQ(text(path, attributes, family), nextHop) << attributes;
+    EXPECT_EQ(nextHops(path, attributes, family), expected) << attributes;
   }
 }
 
@@ -86,7 +88,7 @@ TEST(NextHop, OfATableIsAbbreviatedOrInFull) {
     Path path;
     path.fromTable = true;
     path.addressFamily = family;
-    EXPECT_EQ(text(path, attributes, family), nextHop + ' ' + nextHop) << attributes;
+    EXPECT_EQ(nextHops(path, attributes, family), NextHops(nextHop, nextHop)) << attributes;
   }
 }
 
