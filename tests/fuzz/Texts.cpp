@@ -18,13 +18,9 @@ static void requireStable(const AnyCommunity& community) {
 
 // As a community of each attribute.
 static void fromOctets(std::span<const U8> octets) {
-  constexpr struct {
-    BgpPathAttrType attribute;
-    std::size_t size;
-  } sizes[] = {{BgpPathAttrType::community, 4},
-               {BgpPathAttrType::extCommunity, 8},
-               {BgpPathAttrType::largeCommunity, 12},
-               {BgpPathAttrType::extCommunityIp6, 20}};
+  using enum BgpPathAttrType;
+  constexpr std::pair<BgpPathAttrType, std::size_t> sizes[] = {
+      {community, 4}, {extCommunity, 8}, {largeCommunity, 12}, {extCommunityIp6, 20}};
   for (const auto& [attribute, size] : sizes)
     if (octets.size() >= size) requireStable(communityOf(attribute, octets.first(size)));
 }

@@ -1,11 +1,23 @@
-// An agent as somebody else would build it: installed headers and libraries, nothing of this tree.
+// An agent as somebody else would build it, with the pack of kinds: installed headers and
+// libraries, nothing of this tree.
 #include <iostream>
 
 #include "Mox/Exception.h"
 #include "Mox/Type.h"
 #include "community-list/ZoBgpCommunityList.h"
+#include "kinds/ZoBgpCommunityReader.h"
+#include "kinds/ZoBgpKindPack.h"
 
 using namespace Routing::Bgp;
+
+static bool describes(const ExtCommContent& content, std::string_view text) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  installKinds(*container);
+  const auto comm = container->extCommParser()->parseExtendedCommunity(content);
+  const auto read = readCommunity(text);
+  return read && *read == AnyCommunity(content) && canonicalText(content) == text &&
+         comm->classification() == extCommClassificationEvpn;
+}
 
 int main() {
   const CommListDedupTable::Ptr table = commListDedupTableFactory();
@@ -15,6 +27,7 @@ int main() {
   const Mox::U8 received[] = {0xFF, 0xFF, 0xFF, 0x01};
   if (CommList::lookupWire(table, received).list != interned) return 1;
   std::cout << interned->commsWellKnownStringForm() << '\n';
+  if (!describes(ExtCommContent(0x0600010000000005), "mac-mobility:S:5")) return 1;
   try {
     Mox::Type::read(*interned, "no such attribute");
   } catch (const Mox::RangeException&) {  // caught by its type on this side
