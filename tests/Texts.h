@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "Mox/Exception.h"
+#include "Mox/Trace.h"
 
 /// Checks that `text` is the value's, also on a stream of any format, and that it is read back into
 /// `read`, another value.
@@ -40,4 +41,25 @@ inline std::string raised(const std::function<void()>& act) try {
   return std::string("not deletable: ") + error.what();
 } catch (const Mox::ParseException& error) {
   return "at " + std::to_string(error.offset()) + ": " + error.what();
+} catch (const std::exception& error) {
+  return error.what();
+}
+
+/// The same, of a mutator `Class::attribute` that is given null.
+inline std::string nullRefused(const std::string& name) {
+  return "range: null _" + name.substr(name.find("::") + 2) +
+         " parameter to mutator for Routing::Bgp::" + name + " not allowed\"";
+}
+
+/// The lines that are traced while `act` runs at the level, each behind its own.
+inline std::string traced(Mox::U32 level, const std::function<void()>& act) {
+  static std::string lines;
+  lines.clear();
+  Mox::traceSinkIs(
+      [](Mox::U32 its, auto line) { (lines += char('0' + its)).append(line) += '\n'; });
+  Mox::traceLevel = level;
+  act();
+  Mox::traceLevel = 0;
+  Mox::traceSinkIs(nullptr);
+  return lines;
 }

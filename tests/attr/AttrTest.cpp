@@ -24,11 +24,8 @@ std::string addValue(Serialize& buffer, U32 octets) {
 }
 
 TEST(PathAttribute, HasTheHeaderThatItsLengthNeedsAndIsReadBack) {
-  const struct {
-    U32 octets;
-    BgpPathAttrFlag flags;
-    std::string header;
-  } cases[] = {// clang-format off
+  const std::tuple<U32, BgpPathAttrFlag, std::string> cases[] = {
+      // clang-format off
       {0, optionalTransitive, {'\xC0', 25, 0}}, {40, BgpPathAttrFlag(0xEF), {'\xEF', 25, 40}},
       {255, optionalTransitive, {'\xC0', 25, '\xFF'}}, {256, optionalTransitive, {'\xD0', 25, 1, 0}},
       {4093, optionalTransitive | extLen | partial, {'\xF0', 25, '\x0F', '\xFD'}},
@@ -46,9 +43,8 @@ TEST(PathAttribute, HasTheHeaderThatItsLengthNeedsAndIsReadBack) {
     EXPECT_GE(reused.capacity(), octets + 4) << "grown once, before the value comes";
     addValue(reused, octets);
     EXPECT_TRUE(reused.serializedString() == written);
-    EXPECT_TRUE(written == pathAttributeString(extCommunityIp6, flags, octets, [&](U8* at) {
-                  std::copy(value.begin(), value.end(), at);
-                }));
+    const auto fill = [&value](U8* at) { std::copy(value.begin(), value.end(), at); };
+    EXPECT_TRUE(written == pathAttributeString(extCommunityIp6, flags, octets, fill));
     PathAttributeReader in({reinterpret_cast<const U8*>(written.data()), written.size()});
     const auto read = in.next();
     ASSERT_TRUE(read);

@@ -19,20 +19,15 @@ struct LargeCommListTest : ListsOf<Large> {};
 
 TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
   const std::tuple<std::vector<U32>, const char*, const char*, U32> cases[] = {
-      {{}, "", "", 0},
-      {{0}, "0:0", "internet", 0},
-      {{5}, "0:5", "0:5", 0x667043ea},
+      // clang-format off
+      {{}, "", "", 0}, {{0}, "0:0", "internet", 0}, {{5}, "0:5", "0:5", 0x667043ea},
       {{0xFFFFFF04}, "65535:65284", "65535:65284", 0x73e36af9},
-      {{0xFFFFFFFF}, "65535:65535", "65535:65535", 0x21c088bc},
-      {{0xFFFE0001}, "65534:1", "65534:1", 0x4355ae8b},
-      {{0x00640005}, "100:5", "100:5", 0x6cad7312},
-      {{gshut}, "65535:0", "GSHUT", 0x1d759c3d},
+      {{0xFFFFFFFF}, "65535:65535", "65535:65535", 0x21c088bc}, {{0xFFFE0001}, "65534:1", "65534:1", 0x4355ae8b},
+      {{0x00640005}, "100:5", "100:5", 0x6cad7312}, {{gshut}, "65535:0", "GSHUT", 0x1d759c3d},
       {{noExport}, "65535:65281", "no-export", 0xd533f173},
       {{noAdvertise}, "65535:65282", "no-advertise", 0x83a53ccb},
-      {{localAs}, "65535:65283", "local-as", 0xcf990452},
-      {{5, 3, 5, 1}, "0:1 0:3 0:5", "0:1 0:3 0:5", 0x2c28ec16},
+      {{localAs}, "65535:65283", "local-as", 0xcf990452}, {{5, 3, 5, 1}, "0:1 0:3 0:5", "0:1 0:3 0:5", 0x2c28ec16},
       {{noExport, 0}, "0:0 65535:65281", "internet no-export", 0xd533f173},
-      // clang-format off
       {{localAs, noExport, gshut, 0x00010002},
        "1:2 65535:0 65535:65281 65535:65283", "1:2 GSHUT no-export local-as", 0xd3beb90e}};
   // clang-format on
@@ -44,9 +39,8 @@ TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
       Mox::String appended = ">";
       list->appendCommsWellKnownStringForm(appended);
       EXPECT_EQ(appended, std::string(">") + named);
-      EXPECT_EQ(list->toStrep(), named);
-      EXPECT_EQ(streamed(list), named);
-      EXPECT_EQ(list->hash(), hash);
+      EXPECT_EQ(row(list->toStrep(), '|', streamed(list), list->hash()),
+                row(named, '|', named, hash));
       EXPECT_EQ(std::tuple(list->noExport(), list->noAdvertise(), list->noExportSubconfed()),
                 std::tuple(values.contains(noExport), values.contains(noAdvertise),
                            values.contains(localAs)));
@@ -73,18 +67,18 @@ TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
 
 TEST_F(LargeCommListTest, TextsAndHashOfKnownLists) {
   const std::tuple<Acl::CommunityValue, const char*, const char*, U32> ascending[] = {
-      {{65000, 1, 2}, "65000:1:2", "65000:1:2", 0x32cc934c},
-      {{65536, 0, 0}, "65536:0:0", "1.0:0:0", 0x7646f749},
+      // clang-format off
+      {{65000, 1, 2}, "65000:1:2", "65000:1:2", 0x32cc934c}, {{65536, 0, 0}, "65536:0:0", "1.0:0:0", 0x7646f749},
       {{4200000000, 5, 6}, "4200000000:5:6", "64086.59904:5:6", 0x84ae4950}};
+  // clang-format on
   const auto all = LargeCommList::LargeCommListIs();
   for (const auto& [value, plain, asdot, hash] : ascending) {
     all->commIs(value);
     const auto one = LargeCommList::LargeCommListIs();
     one->commIs(value);
     EXPECT_EQ(one->dedup(table())->hash(), hash);
-    EXPECT_EQ(one->toStrep(), plain);
-    EXPECT_EQ(LargeCommList::getStringValue(value), plain);
-    EXPECT_EQ(LargeCommList::displayString(value, true), asdot);
+    EXPECT_EQ(row(one->toStrep(), List::getStringValue(value), List::displayString(value, true)),
+              row(plain, plain, asdot));
   }
   EXPECT_EQ(LargeCommList::displayString({65535, 0, 9}, true), "65535:0:9");
   const auto list = all->dedup(table());

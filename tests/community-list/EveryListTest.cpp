@@ -184,20 +184,8 @@ TYPED_TEST(EveryList, PlacesDependOnAllOfTheContentAndOnTheSeed) {
   EXPECT_LT(*places.rbegin(), U64{1} << 32);
 }
 
-// The manager of a store, told of each object that is restored.
-struct HeardStore final : MoxStash::StoreManager {
-  explicit HeardStore(const MoxStash::StoreWriter& writer) : store("NAME", writer.octets()) {}
-  const void* translate(MoxStash::StoreReference at, U64 size, U32 alignment) const override {
-    return store.translate(at, size, alignment);
-  }
-  void restored() const override { ++heard; }
-  const MoxStash::FileStore store;
-  mutable U32 heard = 0;
-};
-
 TYPED_TEST(EveryList, StoresKeepTheOrderAndRefuseAFalseOne) {
   using List = typename TypeParam::List;
-  static std::vector<Mox::String> traced;
   const Octets a = TypeParam::some(5), b = TypeParam::some(17);
   const Contents contents = {std::max(a, b), std::min(a, b), std::max(a, b)};
   const Contents ascending = {contents[1], contents[0]};
@@ -206,19 +194,15 @@ TYPED_TEST(EveryList, StoresKeepTheOrderAndRefuseAFalseOne) {
   const auto unsorted = writer.add(this->built(contents)), sorted = writer.add(list);
   EXPECT_NE(writer.add(this->built(contents)), unsorted) << "a private list may change";
   const HeardStore store(writer);
-  Mox::traceSinkIs([](U32, std::string_view line) { traced.emplace_back(line); });
-  Mox::traceLevel = 8;
-  const auto restored = List::destash(unsorted, store);
-  Mox::traceLevel = 0;
-  Mox::traceSinkIs(nullptr);
+  Mox::Ptr<List> restored;
+  const auto lines = traced(8, [&] { restored = List::destash(unsorted, store); });
   if constexpr (InternsValues<List>) {
     EXPECT_EQ(store.heard, TypeParam::size == 20 ? 4u : 3u) << "values, and lists of one family";
     EXPECT_EQ(contentsOf(*restored), contents);
   } else {
     const auto text = this->built(contents)->toStrep();
     EXPECT_EQ(restored->toStrep(), text);
-    EXPECT_EQ(std::exchange(traced, {}),
-              (std::vector{"Destashing " + List::type.name(), "  destashed: " + text}));
+    EXPECT_EQ(lines, "8Destashing " + List::type.name() + "\n8  destashed: " + text + '\n');
   }
   EXPECT_TRUE(!restored->commVectorSorted() && !restored->isDeduped());
   EXPECT_EQ(contentsOf(*List::destash(sorted, store)), ascending);

@@ -4,17 +4,16 @@
 
 #include <gmock/gmock.h>
 
-#include <iomanip>
 #include <random>
 #include <set>
 #include <thread>
 
-#include "Mox/Trace.h"
 #include "MoxStash/FileStore.h"
 #include "MoxStash/StoreWriter.h"
 #include "path/ZoBgpCommunityTables.h"
 #include "tests/AllocationCounter.h"
 #include "tests/HexOctets.h"
+#include "tests/Texts.h"
 
 namespace Routing::Bgp {
 

@@ -1,12 +1,24 @@
-// Uses of a restored store as programs make them, for tests and fuzzing.
+// Stores in memory and what is restored from them, for tests and fuzzing.
 #pragma once
 
 #include <cstring>
 
 #include "MoxStash/FileStore.h"
+#include "MoxStash/StoreWriter.h"
 #include "path/ZoBgpCommunityTables.h"
 
 namespace Routing::Bgp {
+
+/// What was written, from a manager that counts the objects that are restored.
+struct HeardStore final : MoxStash::StoreManager {
+  explicit HeardStore(const MoxStash::StoreWriter& writer) : store("NAME", writer.octets()) {}
+  const void* translate(MoxStash::StoreReference at, U64 size, U32 alignment) const override {
+    return store.translate(at, size, alignment);
+  }
+  void restored() const override { ++heard; }
+  const MoxStash::FileStore store;
+  mutable U32 heard = 0;
+};
 
 /// All that can be said of an object; it is serialized too if an attribute has room for it.
 template <class Object>

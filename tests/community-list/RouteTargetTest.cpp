@@ -160,12 +160,10 @@ TEST_F(RouteTargets, CollectionChangesAreHeardAndRefused) {
   for (int twice = 0; twice < 2; ++twice) other->rtExtCommListIs(notifier);
   other->rtExtCommListDelAll();
   other->rtExtCommListDel(notifier);
-  EXPECT_EQ(std::tuple(observer.came, observer.went), std::tuple(1, 1));
+  EXPECT_EQ(row(observer.came, observer.went), "1 1");
   EXPECT_THROW(rtExtCommListLifeTimeNotifieeFactory(nullptr), Mox::RangeException);
-  EXPECT_THAT([&] { other->rtExtCommListIs(nullptr); },
-              testing::ThrowsMessage<Mox::RangeException>(
-                  "null _rtExtCommList parameter to mutator for "
-                  "Routing::Bgp::NotifyingRtExtCommListCollection::rtExtCommList not allowed\""));
+  EXPECT_EQ(raised([&] { other->rtExtCommListIs(nullptr); }),
+            nullRefused("NotifyingRtExtCommListCollection::rtExtCommList"));
   const Mox::Ptr<Orv::DedupHandle> known(
       const_cast<RtExtCommClassificationList*>(groupOf(list).get()));
   const auto unknown =
@@ -193,7 +191,7 @@ TEST_F(RouteTargets, TableTakesItsNotifiersAlong) {
     EXPECT_EQ(observer.faults, 1) << "it came before the observer was there";
   }
   EXPECT_EQ(collection->rtExtCommList(), std::vector<Notifier>{kept});
-  EXPECT_EQ(std::tuple(alone->comms(), list->comms()), std::tuple(1u, 1u));
+  EXPECT_EQ(row(alone->comms(), list->comms()), "1 1");
 }
 
 TEST_F(RouteTargets, DroppedPartsLiveOnWithTheirOtherHolders) {
@@ -208,23 +206,17 @@ TEST_F(RouteTargets, DroppedPartsLiveOnWithTheirOtherHolders) {
 }
 
 TEST_F(RouteTargets, TracesNameNotifieeGroupAndNotifier) {
-  static Mox::String traced;
-  Mox::traceSinkIs([](U32, std::string_view line) { (traced += line) += '\n'; });
-  Mox::traceLevel = 8;
-  interned({target(1)});
-  EXPECT_EQ(traced, "");
-  Mox::traceLevel = 9;
-  interned({target(1)});
-  notifiee()->handleNotificationStop(table()->rtExtCommClassificationListDedupTable());
-  Mox::traceLevel = 0;
-  Mox::traceSinkIs(nullptr);
+  EXPECT_EQ(traced(8, [&] { interned({target(1)}); }), "");
+  const auto lines = traced(9, [&] {
+    interned({target(1)});
+    notifiee()->handleNotificationStop(table()->rtExtCommClassificationListDedupTable());
+  });
   const Mox::String text =
       "extCommClassificationRouteTarget : <RouteTarget2ByteASN 65000:1 0x0002fde800000001>";
   const Mox::String both = " 0x[^ ]* handle: " + text + " rtExtCommListLifeTimeNotifier: " + text;
-  EXPECT_THAT(traced,
-              testing::MatchesRegex("[^ ]*:handleInsert" + both + "\n[^ ]*:handleRemove" + both +
-                                    "\n[^ ]*:handleNotificationStop 0x[^ ]* "
-                                    "dedupTable: 0x[^ ]*\n"));
+  EXPECT_THAT(lines, testing::MatchesRegex(
+                         "9[^ ]*:handleInsert" + both + "\n9[^ ]*:handleRemove" + both +
+                         "\n9[^ ]*:handleNotificationStop 0x[^ ]* dedupTable: 0x[^ ]*\n"));
 }
 
 TEST_F(RouteTargets, ObserversMayInternReleaseComeAndGoWhileTheyAreCalled) {
@@ -237,7 +229,7 @@ TEST_F(RouteTargets, ObserversMayInternReleaseComeAndGoWhileTheyAreCalled) {
     }
   };
   interned({target(1)});
-  EXPECT_EQ(std::tuple(observer.came, observer.went, observer.faults.load()), std::tuple(3, 3, 0));
+  EXPECT_EQ(row(observer.came, observer.went, observer.faults), "3 3 0");
   EXPECT_FALSE(another);
 }
 
@@ -279,8 +271,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   EXPECT_EQ(collection()->rtExtCommList(), std::vector{left}) << "the one still held";
   for (const auto& joiner : joiners) EXPECT_EQ(joiner->book, std::set{left});
   EXPECT_GT(walked, 0);
-  EXPECT_EQ(std::tuple(observer.faults.load(), observer.came, observer.book.size()),
-            std::tuple(0, observer.went, 0u));
+  EXPECT_EQ(row(observer.faults, observer.came, observer.book.size()), row(0, observer.went, 0));
 }
 
 }  // namespace

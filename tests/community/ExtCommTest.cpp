@@ -1,12 +1,10 @@
-// Extended communities of 8 octets: contents, the vocabulary, and every text.
-
-#include <gtest/gtest.h>
-
-#include <iomanip>
+// Extended communities of 8 and of 20 octets: contents, the vocabulary, and every text.
 #include <locale>
 
 #include "community/ZoBgpCommunityWellKnown.h"
+#include "ip6/ExtCommIp6.h"
 #include "parse/BgpParseExtComm.h"
+#include "tests/Texts.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -25,6 +23,15 @@ ExtComm::Ptr typed(Content content) {
   return bgpParseExtCommContainerSmFactory()->extCommParser()->parseExtendedCommunity(content);
 }
 
+// The same of 20 octets.
+ExtCommIp6::PtrConst plain6(const ExtCommIp6Content& content) {
+  return extCommIp6Factory(extCommClassificationUnSpecified, content);
+}
+ExtCommIp6::PtrConst subtyped6(const ExtCommIp6Content& content) {
+  return Mox::makeNew<ExtCommIp6Subtyped>(extCommClassificationRouteTarget, content);
+}
+const Zonet::Ip6Addr documentation({0x20, 1, 0xd, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1});
+
 TEST(ExtCommContent, HashesAndIsStoredInDecimalAndOrderedUnsigned) {
   const std::tuple<U64, U32, const char*> ascending[] = {
       {0, 0, "0"},
@@ -42,6 +49,45 @@ TEST(ExtCommContent, HashesAndIsStoredInDecimalAndOrderedUnsigned) {
     EXPECT_EQ(read, content);
   }
   EXPECT_THROW(sequenceToValue("18446744073709551616", read), Mox::RangeException);
+}
+
+TEST(ExtCommIp6, HashesAndComparesFieldByField) {
+  // Computed by an independent program.
+  EXPECT_EQ(ExtCommIp6Content(0x00, 0x02, documentation, 100).hash(), 0x96c28a85u);
+  EXPECT_EQ(ExtCommIp6Content(0x40, 0xff, documentation, 0x0102).hash(), 0x9b06c0b0u);
+  const ExtCommIp6Content ascending[] = {// clang-format off
+      {0x00, 0x02, {}, 1}, {0x00, 0x02, {}, 0x0100}, {0x00, 0x02, documentation, 0},
+      {0x00, 0x02, Zonet::Ip6Addr({0x20, 2}), 0}, {0x00, 0xff, {}, 0}, {0x80, 0x00, {}, 0xffff}};
+  // clang-format on
+  for (const auto& a : ascending)
+    for (const auto& b : ascending) {
+      EXPECT_EQ(a <=> b, &a <=> &b);
+      EXPECT_EQ(plain6(a)->compare(subtyped6(b).get()), &a == &b);
+      EXPECT_EQ(plain6(a)->compareByContent({&b, 20}), &a == &b);
+    }
+}
+
+TEST(ExtCommIp6Content, IsTextWithTwoRawOctetsAndNoOtherText) {
+  ExtCommIp6Content read;
+  const auto expectStop = [&](const Mox::String& text, std::size_t offset) {
+    const Mox::String reason = raised([&] { sequenceToValue(text, read); });
+    ASSERT_TRUE(reason.starts_with("at " + std::to_string(offset) + ':')) << text << ": " << reason;
+  };
+  for (U32 octet = 0; octet < 256; ++octet) {
+    SCOPED_TRACE(octet);
+    const ExtCommIp6Content any(U8(octet), U8(255 - octet), documentation, U16(octet * 257));
+    const Mox::String address =
+        Mox::String("type=") + char(octet) + ";subtype=" + char(255 - octet) + ";addr=";
+    const Mox::String number = address + "2001:db8::1;localAdmin=";
+    expectText(any, number + std::to_string(octet * 257));
+    for (std::size_t cut = 0; cut <= number.size(); ++cut) expectStop(number.substr(0, cut), cut);
+    expectStop("type=a;Su", 7);
+    expectStop(address + "zz;localAdmin=0", address.size());
+    expectStop(number + "-1", number.size());
+    for (const char* tooLarge : {"65536", "4294967296"})
+      ASSERT_THROW(sequenceToValue(number + tooLarge, read), Mox::RangeException);
+    ASSERT_EQ(read, ExtCommIp6Content());
+  }
 }
 
 // An enumeration, the type octet whose subtypes it names, or -, and what its names begin with,
@@ -201,23 +247,33 @@ struct Grouping : std::numpunct<char> {
 };
 
 // Texts take nothing from the stream but upper case, and that in the content alone.
-TEST(ExtCommText, ShowAndPolicyUnderAllFlags) {
+struct ExtCommText : testing::Test {
+  ExtCommText() {
+    stream.imbue(std::locale(std::locale::classic(), new Grouping));
+    stream << std::hex << std::showbase << std::showpos << std::left << std::setfill('*')
+           << std::setw(40);
+  }
+  template <class Comm>
+  void expectTexts(const Mox::Ptr<Comm>& comm, const Mox::String& show, const char* policy) {
+    stream.str("");
+    stream << comm << *comm << static_cast<const Comm*>(nullptr);
+    EXPECT_EQ(stream.str(), show + show + "NULL");
+    EXPECT_EQ(comm->toStrep(), show);
+    for (U32 flags = 0; flags <= 0x3f; ++flags)
+      EXPECT_EQ(comm->toStrepForPolicy(typename Comm::StrepFormat(flags)),
+                underFlags(policy, flags))
+          << flags;
+  }
   std::ostringstream stream;
-  stream.imbue(std::locale(std::locale::classic(), new Grouping));
-  stream << std::hex << std::showbase << std::showpos << std::left << std::setfill('*')
-         << std::setw(40);
+};
+
+TEST_F(ExtCommText, ShowAndPolicyUnderAllFlags) {
   for (const auto& [number, show, policy, make] : texts) {
     const ExtComm::PtrConst comm = make(ExtCommContent(number));
     std::ostringstream expected;
     expected << '<' << show << " 0x" << std::hex << std::setfill('0') << std::setw(16) << number
              << '>';
-    stream.str("");
-    stream << comm << *comm << static_cast<const ExtComm*>(nullptr);
-    EXPECT_EQ(stream.str(), expected.str() + expected.str() + "NULL");
-    EXPECT_EQ(comm->toStrep(), expected.str());
-    for (U32 flags = 0; flags <= ExtComm::StrepFormat::max; ++flags)
-      EXPECT_EQ(comm->toStrepForPolicy(ExtComm::StrepFormat(flags)), underFlags(policy, flags))
-          << flags;
+    expectTexts(comm, expected.str(), policy);
   }
   EXPECT_EQ(ExtComm::extCommTypeAsString("-X", 0xC3, 0x0b, true), "830b-X");
   EXPECT_DEATH(rtAs4(ExtCommContent(0x42ULL << 56))->toStrep(), "0 && \"unexpected type\"");
@@ -229,6 +285,32 @@ TEST(ExtCommText, ShowAndPolicyUnderAllFlags) {
   plain(ExtCommContent(1))->formatCommunityValue(stream);
   EXPECT_EQ(stream.str(), "0X0002FDE8000000AB000000000000000000unspecified0X0000000000000001");
   EXPECT_TRUE(stream.flags() == format && stream.width() == 40 && stream.fill() == '*');
+}
+
+TEST_F(ExtCommText, OfIpv6Addresses) {
+  const std::tuple<decltype(&plain6), U8, U8, Mox::String, const char*> cases[] = {
+      // clang-format off
+      {subtyped6, 0x00, 0x02, "TransIpv6Address extCommIp6PktSubtypeRouteTarget", "{CU:0002-IP6:}2001:db8::1:100"},
+      {subtyped6, 0x40, 0x02, "NonTransIpv6Address subtype=2", "{CU:0002-IP6(NT):}2001:db8::1:100"},
+      {subtyped6, 0x01, 0x02, "Unknown none", "{CU:0102-IP6:}2001:db8::1:100"},
+      {plain6, 0x00, 0x02, "TransIpv6Address", "{CU:0002-IP6:}2001:db8::1:100"},
+      {plain6, 0xff, 0xff, "Unknown", "{CU:bfff-IP6(NT):}2001:db8::1:100"}};
+  // clang-format on
+  for (const auto& [make, type, subtype, show, policy] : cases) {
+    const auto comm = make({type, subtype, documentation, 100});
+    expectTexts(comm, "<extCommIp6PktType" + show + " addr=2001:db8::1 localAdmin=100>", policy);
+    stream.str("");
+    comm->formatSubtype(stream);
+    EXPECT_TRUE(make == plain6 ? stream.str() == "unspecified" : show.ends_with(stream.str()));
+  }
+  const ExtCommIp6Content trans(0x00, 0x12, {}, 0), nonTrans(0x40, 2, {}, 0);
+  EXPECT_EQ(subtyped6(trans)->pktSubtypeTransIpv6AddressAsString(),
+            "extCommIp6PktSubtypeInterAreaP2MPNextHop");
+  EXPECT_EQ(subtyped6(nonTrans)->pktSubtypeNonTransIpv6AddressAsString(), "subtype=2");
+  EXPECT_DEATH(plain6(trans)->pktSubtypeNonTransIpv6AddressAsString(),
+               "ExtCommIp6.*: extCommIp6PktTypeNonTransIpv6Address_ == pktType\\(\\)");
+  EXPECT_DEATH(plain6(trans)->pktSubtypeTransIpv6AddressAsString(),
+               ": !pktSubtype\\(\\).isUnspecified\\(\\)");
 }
 
 }  // namespace

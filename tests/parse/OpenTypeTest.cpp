@@ -85,12 +85,15 @@ TEST(OpenType, LeavesAWholeRuleWhereItIs) {
     const Come come(order);
     EXPECT_EQ(classes(come.parser, {0x0600, 0x0604, 0x4407}),
               "DefaultGateway DefaultGateway Color ");
+    const auto rule = come.parser->typeRule(evpn);
+    EXPECT_TRUE(rule->hasNotificationActive() && come.parser->hasNotificationActive());
+    EXPECT_EQ(rule->parseControl(), Control(come.registry));
     EXPECT_FALSE(bgpParseExtCommOpenTypeRuleIs(*come.parser, evpn));
     const auto& a = come.sms[order.find('a') > order.find('w')];
     const BgpParseExtendedCommunityRuleKey key(come.parser.get());
     const auto subRule = Mox::makeNew<SubRule<evpn, 0x05, extCommColorFactory>>(Control());
     EXPECT_FALSE(a->addExtCommOpenTypeSubRule(key, subRule));
-    EXPECT_EQ(come.parser->typeRuleDel(evpn)->fwkType().name(), "Test::WholeRule");
+    EXPECT_EQ(come.parser->typeRuleDel(evpn), rule);
     EXPECT_TRUE(a->addExtCommOpenTypeSubRule(key, subRule));
     a->handleStartup();
     EXPECT_EQ(classes(come.parser, {0x0600, 0x0605, 0x0604}), "Color Color  ");
@@ -116,17 +119,6 @@ TEST_F(Parsing, OpensTheTypesThatHaveNoRule) {
   EXPECT_EQ(Mox::Type::read(*parser, "typeRule"), before);
 }
 
-// A sub-rule that acts while it is asked.
-struct ActingRule final : OpenBase {
-  explicit ActingRule(std::function<void()> its)
-      : OpenBase(Control(), evpn, 0x42), act(std::move(its)) {}
-  Mox::Ptr<ExtComm> inhale(const ExtCommContent&) const override {
-    act();
-    return nullptr;
-  }
-  const std::function<void()> act;
-};
-
 TEST_F(Parsing, HoldsOpenRulesWhileTheyAreAsked) {
   const auto alive = [](const Mox::Type& type) {
     return Mox::allocationCount(type.name()).objects;
@@ -138,68 +130,51 @@ TEST_F(Parsing, HoldsOpenRulesWhileTheyAreAsked) {
       [&] { parser->typeRuleIs(Mox::makeNew<WholeRule>(Control())); }};
   for (const auto& remove : removals) {
     bool asked = false;
-    open()->subTypeRuleIs(Mox::makeNew<ActingRule>([&] {
+    auto rule = Mox::makeNew<MarkRule<OpenBase>>(Control(), evpn, U8(0x42));
+    rule->act = [&] {
       remove();
       EXPECT_EQ(row(alive(OpenBase::type), alive(Open::type)), "1 1");
       asked = true;
-    }));
+      return false;
+    };
+    open()->subTypeRuleIs(std::exchange(rule, nullptr));
     EXPECT_EQ(classes(parser, {0x0642}), " ") << "null: a plain object";
     EXPECT_EQ(row(asked, alive(OpenBase::type)), "1 0");
     EXPECT_EQ(alive(Open::type), bool(parser->typeRule(evpn)) && &remove < removals + 2);
   }
 }
 
-std::vector<std::string> traced;
-
 TEST(Rules, TraceAtLevel8WhatIsReplaced) {
-  Mox::traceSinkIs(
-      [](U32 level, auto line) { traced.push_back(char('0' + level) + std::string(line)); });
   const auto parser = newParser();
   const auto opaque = Mox::makeNew<OpaqueRule>(Control());
   parser->typeRuleIs(opaque);
   const auto open = bgpParseExtCommOpenTypeRuleIs(*parser, evpn);
-  const auto color = Mox::makeNew<SubRule<evpn, 0x0b, extCommColorFactory>>(Control());
+  using Color = SubRule<evpn, 0x0b, extCommColorFactory>;
+  using OpaqueColor = BgpParseExtComSubTypeTransOpaqueColorRule;
+  using OpaqueBase = BgpParseExtComSubTypeTransOpaqueRuleBase;
+  const auto color = Mox::makeNew<Color>(Control());
+  const auto whole = [&] { parser->typeRuleIs(Mox::makeNew<WholeRule>(Control())); };
+  // clang-format off
   const std::pair<std::function<void()>, std::string> cases[] = {
       {[&] { open->subTypeRuleIs(color); }, ""},
       {[&] { open->subTypeRuleIs(color); }, ""},  // the same one
-      {[&] {
-         open->subTypeRuleIs(Mox::makeNew<SubRule<evpn, 0x0b, extCommColorFactory>>(Control()));
-       },
-       "8Routing::Bgp::BgpParseExtCommOpenTypeRule::subTypeRuleIs: 11: Test::SubRule replaces "
-       "Test::SubRule"},
-      {[&] {
-         opaque->subTypeRuleIs(Mox::makeNew<BgpParseExtComSubTypeTransOpaqueColorRule>(Control()));
-       },
-       ""},
-      {[&] {
-         opaque->subTypeRuleIs(
-             Mox::makeNew<BgpParseExtComSubTypeTransOpaqueRuleBase>(Control(), OpaqueSubtype(11)));
-       },
-       "8Routing::Bgp::BgpParseExtCommTransOpaqueRule::subTypeRuleIs: 11: "
-       "Routing::Bgp::BgpParseExtComSubTypeTransOpaqueRuleBase "
-       "replaces Routing::Bgp::BgpParseExtComSubTypeTransOpaqueColorRule"},
-      {[&] { parser->typeRuleIs(Mox::makeNew<WholeRule>(Control())); },
-       "8Routing::Bgp::BgpParseExtendedCommunityRule::typeRuleIs: 6: Test::WholeRule replaces "
-       "Routing::Bgp::BgpParseExtCommOpenTypeRule"},
+      {[&] { open->subTypeRuleIs(Mox::makeNew<Color>(Control())); },
+       "BgpParseExtCommOpenTypeRule::subTypeRuleIs: 11: Test::SubRule replaces Test::SubRule"},
+      {[&] { opaque->subTypeRuleIs(Mox::makeNew<OpaqueColor>(Control())); }, ""},
+      {[&] { opaque->subTypeRuleIs(Mox::makeNew<OpaqueBase>(Control(), OpaqueSubtype(11))); },
+       "BgpParseExtCommTransOpaqueRule::subTypeRuleIs: 11: " + OpaqueBase::type.name() + " replaces " +
+           OpaqueColor::type.name()},
+      {whole, "BgpParseExtendedCommunityRule::typeRuleIs: 6: Test::WholeRule replaces " + Open::type.name()},
       {[&] { bgpParseExtCommOpenTypeRuleIs(*parser, evpn); },
-       "8Routing::Bgp::bgpParseExtCommOpenTypeRuleIs: 6: Test::WholeRule is there"},
+       "bgpParseExtCommOpenTypeRuleIs: 6: Test::WholeRule is there"},
       {[&] { parser->typeRuleDel(evpn); }, ""},
       {[&] { parser->ip6TypeRuleIs(Mox::makeNew<BgpParseExtCommIp6TransRule>(Control())); },
-       "8Routing::Bgp::BgpParseExtendedCommunityRule::ip6TypeRuleIs: 0: "
-       "Routing::Bgp::BgpParseExtCommIp6TransRule "
-       "replaces Routing::Bgp::BgpParseExtCommIp6TransRule"}};
-  Mox::traceLevel = 8;
-  for (const auto& [act, expected] : cases) {
-    traced.clear();
-    act();
-    EXPECT_THAT(traced, testing::ElementsAreArray(std::vector(!expected.empty(), expected)));
-  }
-  traced.clear();
-  Mox::traceLevel = 7;
-  for (int twice = 0; twice < 2; ++twice) parser->typeRuleIs(Mox::makeNew<WholeRule>(Control()));
-  EXPECT_TRUE(traced.empty());
-  Mox::traceLevel = 0;
-  Mox::traceSinkIs(nullptr);
+       "BgpParseExtendedCommunityRule::ip6TypeRuleIs: 0: Routing::Bgp::BgpParseExtCommIp6TransRule replaces "
+       "Routing::Bgp::BgpParseExtCommIp6TransRule"}};
+  // clang-format on
+  for (const auto& [act, expected] : cases)
+    EXPECT_EQ(traced(8, act), expected.empty() ? "" : "8Routing::Bgp::" + expected + '\n');
+  EXPECT_EQ(traced(7, [&] { whole(), whole(); }), "");
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <regex>
 #include <thread>
 
-#include "Mox/Trace.h"
 #include "agent/FeatureToggles.h"
 #include "community/ZoBgpCommunityDedupTable.h"
 #include "ip6/ExtCommIp6DedupTable.h"
@@ -41,5 +40,16 @@ inline std::size_t registered(const BgpParseExtCommRuleCollections::Ptr& registr
 #include "parse/BgpParseExtCommKindList.h"
   return rules;
 }
+
+/// Builds plain objects of a mark, or leaves that to the level above when `act` says no.
+template <class Base>
+struct MarkRule final : Base {
+  using Base::Base;
+  Mox::Ptr<typename Base::Object> inhale(const typename Base::Content& content) const override {
+    if (act && !act()) return nullptr;
+    return Mox::makeNew<typename Base::Object>(extCommClassificationEvpn, content);
+  }
+  std::function<bool()> act;
+};
 
 }  // namespace Routing::Bgp

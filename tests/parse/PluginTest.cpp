@@ -82,28 +82,6 @@ TEST(Plugins, AreAskedForEveryRuleWheneverTheyCome) {
   EXPECT_EQ(row(registered(registry), parser->typeRules().size()), "0 11") << "it goes on";
 }
 
-// A plug-in that only brings rules, one of them a whole type rule.
-struct MarkRule final : BgpParseExtendedCommunityTypeRuleBase {
-  explicit MarkRule(const Control& control)
-      : BgpParseExtCommTypeRuleBase(control, extCommPktTypeTransEvpn) {}
-};
-struct MarkSm final : BgpParseExtCommPlugin<MarkSm, MarkRule> {
-  inline static const BgpParseExtCommPluginType type{"Test::MarkSm"};
-  using BgpParseExtCommPlugin::BgpParseExtCommPlugin;
-};
-
-TEST(Plugins, InstallTheirRulesInEveryParser) {
-  const auto registry = bgpParseExtCommRuleCollectionsFactory();
-  const auto early = newParser(registry);
-  const auto sm = Mox::makeNew<MarkSm>(registry);
-  EXPECT_FALSE(BgpParseExtCommColorSmIs(nullptr)->ruleCollections());
-  for (const auto& parser : {early, newParser(registry)}) {
-    const auto rule = parser->typeRule(extCommPktTypeTransEvpn);
-    EXPECT_TRUE(rule->hasNotificationActive() && parser->hasNotificationActive());
-    EXPECT_EQ(rule->parseControl(), Control(registry));
-  }
-}
-
 TEST(Plugins, ReactionsEndWithTheMarkTheRegistryOrThePlugin) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
   const auto rule = Mox::makeNew<OpaqueRule>(Control(registry));
@@ -214,17 +192,13 @@ TEST_F(Parsing, PluginsMayChangeTheParserWhileItIsWithdrawn) {
 }
 
 TEST(Plugins, TraceWhatTheyInstallAtLevel8) {
-  Mox::traceSinkIs([](U32 level, auto line) { (heard += char('0' + level)).append(line) += '\n'; });
-  for (const U32 level : {8, 7, 0}) {
-    Mox::traceLevel = level;
-    bgpParseExtCommContainerSmFactory();
-  }
-  Mox::traceSinkIs(nullptr);
-  const std::string lines = take();
+  const auto make = [] { bgpParseExtCommContainerSmFactory(); };
+  const std::string lines = traced(8, make);
   const std::regex form(
       "(8BgpParseExtComm\\w+.cpp:\\d+:virtual void Routing::Bgp::\\w+Sm::instantiate"
       "\\w+SubRule\\(const .*RuleKey&, const .*\\) const\n){11}");
   EXPECT_TRUE(std::regex_match(lines, form)) << lines;
+  EXPECT_EQ(traced(7, make), "");
 }
 
 TEST(Container, GoesInOrderAndUnheard) {

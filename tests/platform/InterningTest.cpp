@@ -313,8 +313,7 @@ TEST(InterningDeathTest, MisuseEndsTheProcess) {
   // clang-format off
   const std::pair<std::function<void()>, const char*> cases[] = {
       {[&] { member->beingDetachedIs(true), member->referencesInc(); }, "!beingDetached\\(\\)"},
-      {[&] { lone->assertIsDeduped(); }, "isDeduped\\(\\)"},
-      {[&] { table->dedup(nullptr); }, "dedupHandle"},
+      {[&] { lone->assertIsDeduped(); }, "isDeduped\\(\\)"}, {[&] { table->dedup(nullptr); }, "dedupHandle"},
       {[&] { table->dedup(nullptr, 0); }, "dedupHandle"},
       {[&] { member->haveLifeTimeNotifierIs(true), member->doRemoveFromDedupTable(); },
        "__null != lifeTimeNotifiee"},

@@ -1,6 +1,5 @@
 // Small values and their texts, and the buffer in which they go to the wire.
 #include "Mox/Enum.h"
-#include "Mox/Trace.h"
 #include "Orv/HashMix.h"
 #include "Orv/MaybeU63.h"
 #include "Platform.h"
@@ -41,13 +40,10 @@ consteval auto enumTable(Fruit) {
 const Mox::Type fruitType = Mox::enumType<Fruit>();
 
 TEST(Enum, NamesAndNumbersConvertBothWays) {
-  const struct {
-    U32 value;
-    std::string text;
-    bool member, named;
-  } cases[] = {{2, "fruitApple", true, true}, {256, "fruitUnknown", false, true},
-               {9, "fruitPear", true, true},  {0, "0", false, false},
-               {~0u, "fruitFig", true, true}, {~0u - 1, "4294967294", false, false}};
+  const std::tuple<U32, std::string, bool, bool> cases[] = {
+      {2, "fruitApple", true, true}, {256, "fruitUnknown", false, true},
+      {9, "fruitPear", true, true},  {0, "0", false, false},
+      {~0u, "fruitFig", true, true}, {~0u - 1, "4294967294", false, false}};
   const std::string noneNamed = "no enumerator of Test::Fruit is named \"",
                     noMember = "range: no member of Test::Fruit has the value ";
   const auto instance = [](const auto& key) {
@@ -122,30 +118,23 @@ TEST(Texts, OfAddressesNumbersAndValues) {
 }
 
 TEST(FeatureToggles, DefaultHoldsUntilTheHostSaysOtherwise) {
-  const auto both = [] {
-    return row(Routing::getToggleState("Test", true), Routing::getToggleState("Test", false));
-  };
-  EXPECT_EQ(both(), "1 0");
-  for (const bool on : {true, false}) {
-    Routing::featureToggleIs("Test", on);
-    EXPECT_EQ(both(), row(on, on));
-  }
-  Routing::featureToggleDel("Test");
-  EXPECT_EQ(both(), "1 0");
+  using namespace Routing;
+  const auto both = [] { return row(getToggleState("Test", true), getToggleState("Test", false)); };
+  std::string seen = both();
+  for (const bool on : {true, false}) featureToggleIs("Test", on), seen += ", " + both();
+  featureToggleDel("Test");
+  EXPECT_EQ(seen + ", " + both(), "1 0, 1 1, 0 0, 1 0");
 }
 
 TEST(Trace, GoesToStandardErrorUnlessTheHostTakesIt) {
-  static std::string taken;
-  Mox::traceSinkIs([](U32 level, std::string_view line) { (taken += char('0' + level)) += line; });
-  Mox::trace(9, "mine");
-  Mox::traceSinkIs(nullptr);
+  EXPECT_FALSE(Mox::traceEnabled(1)) << "off by default";
+  const std::string taken = traced(8, [] {
+    EXPECT_TRUE(Mox::traceEnabled(8) && !Mox::traceEnabled(9));
+    Mox::trace(9, "mine");
+  });
   testing::internal::CaptureStderr();
   Mox::trace(8, "yours");
-  EXPECT_EQ(taken + testing::internal::GetCapturedStderr(), "9mine[8] yours\n");
-  EXPECT_FALSE(Mox::traceEnabled(1)) << "off by default";
-  Mox::traceLevel = 8;
-  EXPECT_TRUE(Mox::traceEnabled(8) && !Mox::traceEnabled(9));
-  Mox::traceLevel = 0;
+  EXPECT_EQ(taken + testing::internal::GetCapturedStderr(), "9mine\n[8] yours\n");
 }
 
 // A loop over the octets of a temporary walks a copy.
@@ -153,10 +142,8 @@ static_assert(std::is_same_v<decltype(Ip6Addr().octets()), Ip6Addr::Octets>);
 
 TEST(LinkBandwidth, TextWithUnitAndWeighted) {
   using Limits = std::numeric_limits<double>;
-  const struct {
-    double octetsPerSecond;
-    const char *text, *weighted;
-  } cases[] = {
+  // Octets per second, text, weighted text.
+  const std::tuple<double, const char*, const char*> cases[] = {
       // clang-format off
       {1250000000, "10 Gbps", "1250000000"}, {-1250000, "-10 Mbps", "-1250000"}, {0, "0 bps", "0"},
       {0.00005, "0 bps", "0.00005"}, {-0.00006, "0 bps", "-0.00006"}, {-0.0, "0 bps", "-0"},
