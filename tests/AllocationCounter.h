@@ -11,8 +11,7 @@ extern thread_local std::size_t allocations;
 extern thread_local std::size_t allocationsLeft;
 
 /// Within its scope so many allocations of this thread succeed, and all others fail.
-class MemoryFor {
- public:
+struct MemoryFor {
   explicit MemoryFor(std::size_t count) { allocationsLeft = count; }
   ~MemoryFor() { allocationsLeft = std::size_t(-1); }
 };

@@ -73,7 +73,9 @@ TEST(Input, DeliversWhatWasCompressedUpToAFault) {
     EXPECT_FALSE(whole.failure());
     EXPECT_EQ(whole.position(), whole.size());
 
-    FILE* const pipe = ::popen(("dd bs=7777 status=none if=" + file.name()).c_str(), "r");
+    // At first less than any signature.
+    const Bytes copy = "{ dd bs=3 count=1; sleep 0.05; dd bs=7777; } 2>/dev/null <" + file.name();
+    FILE* const pipe = ::popen(copy.c_str(), "r");
     Input piped("/dev/fd/" + std::to_string(::fileno(pipe)));
     EXPECT_TRUE(readAll(piped) == plain);
     EXPECT_EQ(piped.size(), 0u);
@@ -98,14 +100,12 @@ TEST(Input, KeepsWhatStandsBeforeAFault) {
     const std::string early = format + " data end too early";
     expectRead({
         // clang-format off
-        {"two", both, first + second},
-        {"zeros behind", both + Bytes(700'001, '\0'), first + second},
+        {"two", both, first + second}, {"zeros behind", both + Bytes(700'001, '\0'), first + second},
         {"something behind", both + Bytes(600, '\0') + "x", first + second,
          format + " data are followed by something else"},
         {"one that begins", one + next.substr(0, 30), first, early},
         {"cut off", both.substr(0, both.size() - 3), first, early},
-        {"damaged", damaged, first, format + " data are damaged"},
-        {"no header", one.substr(0, 11), "", early},
+        {"damaged", damaged, first, format + " data are damaged"}, {"no header", one.substr(0, 11), "", early},
         // clang-format on
     });
     const Bytes twice = "compressed data are compressed once more";
@@ -142,32 +142,44 @@ TEST(Input, DeliversWholeBlocksOfBzip2) {
                     more = "bzip2 data are followed by something else";
   expectExactly({
       // clang-format off
-      {"empty", bzip2(""), ""},
-      {"three blocks", data, plain},
-      {"a block of more than a part", bzip2(zeros), zeros},
-      {"a mark that is none", bzip2(blockMark), blockMark},
-      {"an end that is none", bzip2(endMark), endMark},
+      {"empty", bzip2(""), ""}, {"three blocks", data, plain}, {"a block of more than a part", bzip2(zeros), zeros},
+      {"a mark that is none", bzip2(blockMark), blockMark}, {"an end that is none", bzip2(endMark), endMark},
       {"twice, and zeros", data + bzip2(blockMark) + Bytes(600, '\0'), plain + blockMark},
-      {"a header behind", data + "BZh9", plain, more},
-      {"no end", data.substr(0, data.size() - 10), plain, early},
+      {"a header behind", data + "BZh9", plain, more}, {"no end", data.substr(0, data.size() - 10), plain, early},
       {"half an end", data.substr(0, data.size() - 3), plain, early},
+      {"far from any mark", data.substr(0, 500) + pattern(5'000'000), "", damaged},
       {"half a block", data.substr(0, data.size() / 2), block, early},
-      {"the sum of a block", flipped(10), "", damaged},
-      {"values", flipped(data.size() / 2), block, damaged},
+      {"the sum of a block", flipped(10), "", damaged}, {"values", flipped(data.size() / 2), block, damaged},
       {"the sum at the end", flipped(data.size() - 3), plain, damaged},
       // clang-format on
   });
 }
 
 TEST(Input, TellsFormatsByTheirWholeSignature) {
-  const Bytes plain = pattern(1000), frame = compressed("zstd", plain);
+  const Bytes plain = pattern(1000), frame = compressed("zstd", plain), block = pattern(512 * 1024);
   const Bytes largeDictionary = octets("fd377a585a00 0004 e6d6b446 0200 2101 28 000000 e6a011b3");
-  const Bytes skipped = octets("502a4d18 04000000 61626364"), none = octets("5f2a4d18 00000000");
-  const Bytes tooMuch = "data would take more than ", two = frame + skipped + frame;
+  const Bytes skipped = octets("502a4d18 01010000") + block.substr(0, 257);
+  const Bytes none = octets("5f2a4d18 00000000"), two = frame + skipped + frame;
+  const Bytes tooMuch = "data would take more than ";
+  const Bytes dictionaryOf64MiB = octets(
+      "fd377a585a00 0004 e6d6b446 0200 2101 1c 000000 10cf58cc 0100026162630000 2776271a4a09d82c"
+      "00011b03 0b2fb910 1fb6f37d 0100000000 04595a");
+  // No matter where it is read from, a piece begins with a signature.
+  Bytes signatures = "abcd";
+  while (signatures.size() < 1'500'000) signatures += frame.substr(0, 4);
   expectExactly({
       // clang-format off
       {"frames to be skipped over", skipped + two + skipped, plain + plain},
-      {"empty ones", none + two + none, plain + plain},
+      {"empty ones", none + two + none, plain + plain}, {"nothing else", none, ""},
+      {"no check sum behind all that is read at once", compressed("zstd --no-check", block), block},
+      {"signatures within", signatures, signatures},
+      {"good blocks before another", octets("28b52ffd 0058 180000 616263 180000 646566 060000"), "abc",
+       "zstd data are damaged"},
+      {"the same", octets("1f8b0800000000000003 00 0300 fcff 616263 07 00000000"), "abc", "gzip data are damaged: invalid"},
+      {"a wrong check sum", octets("1f8b0800000000000003 01 0300 fcff 616263 00000000 03000000"), "",
+       "gzip data are damaged: incorrect"},
+      {"a later version", octets("fd377a585a00 0104 a7e7af5f"), "", "xz data need a newer version"},
+      {"a dictionary of 64 MiB", dictionaryOf64MiB, "abc"},
       {"a dictionary of 4 GiB", largeDictionary, "", "xz " + tooMuch + "256 MiB of memory"},
       {"a window of 512 MiB", octets("28b52ffd 00 98 010000"), "", "zstd " + tooMuch + "128 MiB of memory"},
       // clang-format on
@@ -175,7 +187,7 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
   // All begin with a time that is also the start of a signature.
   for (const std::string start :
        {"425a6839 0010 0004", "425a6830 3141 5926 5359", "425a683a 3141 5926 5359",
-        "5d000080 000d 0002", "1f8b0010", "502a4d18 000d 0002"})
+        "5d000080 000d 0002", "1f8b0010", "502a4d18 000d 0002", "602a4d18 0000"})
     expectExactly({{start, octets(start) + plain, octets(start) + plain}});
 }
 

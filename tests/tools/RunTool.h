@@ -38,8 +38,7 @@ inline void expectRuns(std::initializer_list<ToolCase> cases) {
 }
 
 /// Skips its tests where there is no tool.
-class ToolTest : public testing::Test {
- protected:
+struct ToolTest : testing::Test {
   void SetUp() override {
     if (!std::getenv("BGPCOMM")) GTEST_SKIP() << "$BGPCOMM does not name the tool";
   }

@@ -76,6 +76,10 @@ TEST_F(Stored, NothingButAStoreIsReplacedAndNothingIsLeftBeside) {
       {"(ulimit -f 8; " + save + "$STORE)", "", 1, store + ": cannot be written: File too large"},
       {"cd $(dirname $STORE) && ls && bgpcomm save $OLDPWD/" + sample + " --to " + name +
            " && ls && bgpcomm restore --json " + name + " | grep -c rib.bird", name + "\n1\n"},
+      {"head -c 3000 " + sample + " | bgpcomm save - --to $STORE", "", 1,
+       "-: gzip data end too early (record 94, octet 11125)"},
+      {"bgpcomm save /nowhere " + sample + " --to $STORE; bgpcomm restore --json $STORE | grep -c '\"file\"'", "2\n", 0,
+       "/nowhere: No such file or directory"},
       {"cp " + sample + " $STORE; bgpcomm save $STORE --to $STORE", "", 2,
        "--to " + store + ": is one of the files to be read"},
       // clang-format on
@@ -87,10 +91,13 @@ TEST_F(Stored, NoNumberOfANoteIsTrusted) {
   using namespace nlohmann::literals;
   using Routing::Bgp::CommList;
   const TemporaryFile file;
-  const auto restore = [&](const nlohmann::json& note) {
+  MoxStash::StoreWriter().write(file.name());
+  const std::string notSaved = ": no files are noted in it: it was not saved by bgpcomm";
+  expectRuns({{"bgpcomm restore " + file.name(), "", 1, file.name() + notSaved}});
+  const auto restore = [&](const nlohmann::json& note, U32 length = 1) {
     MoxStash::StoreWriter writer;
     const auto list = CommList::CommListIs();
-    list->commIs(0xFDE80064);
+    while (length > 0) list->commIs(0xFDE80063 + length--);
     writer.add(CommList::PtrConst(list), 2);
     writer.noteIs("bgpcomm", note.dump());
     writer.write(file.name());
@@ -139,6 +146,13 @@ TEST_F(Stored, NoNumberOfANoteIsTrusted) {
       {"", 7, "it is no list of files\n"},
   };
   for (const auto& [at, value, reason] : cases) expectRefused(at, value, reason);
+  // A list as long as an attribute can have it, a longer one, and none at all: where each stands.
+  const std::pair<U32, U32> lengths[] = {{16383, 65600}, {16384, 65600}, {0, 64}};
+  for (const auto& [length, at] : lengths) {
+    nlohmann::json note = good;
+    note[0]["kinds"]["standard"]["lists"][0][0] = at;
+    EXPECT_EQ(restore(note, length).exitCode, length != 16383) << length;
+  }
   // Each of two files is good, but their sum is none.
   good[0]["records"] = most / 2;
   good.push_back(good[0]);

@@ -1,22 +1,23 @@
 // The command line, the standard descriptors, messages and signals: how the tool meets its user.
 #include "tools/bgpcomm/Terminal.h"
 
-#include <fcntl.h>
 #include <poll.h>
+#include <pty.h>
 
 #include <csignal>
+#include <thread>
 
 #include "RunTool.h"
+#include "tools/bgpcomm/Progress.h"
 
 namespace bgpcomm {
 namespace {
 
 Bytes onePath() { return messageRecord(update(octets("c00804fde80064"), octets("180a0102"))); }
 
-class Terminal : public ToolTest {
- protected:
+struct Terminal : ToolTest {
   Terminal() { ::setenv("FILE", file_.name().c_str(), 1); }
-  TemporaryFile file_{onePath()};
+  const TemporaryFile file_{onePath()};
 };
 
 TEST_F(Terminal, AnEmptyValueIsRefused) {
@@ -28,7 +29,7 @@ TEST_F(Terminal, AnEmptyValueIsRefused) {
       {"bgpcomm save --to= $OTHER $FILE; echo $?; cat $OTHER", "2\nx", 0, "--to" + empty},
       {"bgpcomm save $FILE --to ''", "", 2, "--to" + empty},
       {"bgpcomm paths --community= no-export $FILE", "", 2, "--community" + empty},
-      {"bgpcomm decode --format= ui 40010100", "", 2, "--format" + empty},
+      {"bgpcomm decode --format= ui 40010100", "", 2, "--format" + empty}, {"bgpcomm --version >/dev/null", ""},
       {"bgpcomm decode --json= 40010100", "", 2, "--json" + empty},
       {"cd $(mktemp -d) && cp $FILE ./--=x= && cp $FILE ./--a= && bgpcomm verify -- --a= --=x=\nrm -r $PWD",
        "--a=: 1 lists compared, 0 differ, 0 malformed\n--=x=: 1 lists compared, 0 differ, 0 malformed\n"},
@@ -82,11 +83,9 @@ TEST(Visible, EscapesWhatATerminalMightObey) {
 /// A terminal, and everything that was written to it.
 class Screen {
  public:
-  Screen() : descriptor_(::posix_openpt(O_RDWR | O_NOCTTY)) {
-    ::grantpt(descriptor_);
-    ::unlockpt(descriptor_);
+  Screen() {
+    ::openpty(&descriptor_, &slave_, nullptr, nullptr, nullptr);
     ::setenv("SCREEN", ::ptsname(descriptor_), 1);
-    slave_ = ::open(::ptsname(descriptor_), O_RDWR | O_NOCTTY);
   }
   ~Screen() {
     ::close(descriptor_);
@@ -103,12 +102,34 @@ class Screen {
     return got_.find(text) != got_.npos;
   }
   const std::string& got() const { return got_; }
+  int slave() const { return slave_; }
 
  private:
-  const int descriptor_;
-  int slave_;
+  int descriptor_, slave_;
   std::string got_;
 };
+
+TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
+  const TemporaryFile file(Bytes(8 << 20, 'x'));
+  Screen screen;
+  const int before = ::dup(STDERR_FILENO);
+  ::dup2(screen.slave(), STDERR_FILENO);
+  std::signal(SIGHUP, SIG_IGN);
+  const std::string name = file.name().substr(file.name().rfind('/') + 1), gone = "\r\033[K";
+  {
+    Input input(file.name());
+    Progress progress(file.name(), input, true);
+    // A quarter of the file is read ahead meanwhile.
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    for (U64 paths = 1; paths <= 256; ++paths) progress.update(paths);
+    EXPECT_TRUE(screen.shows('\r' + name + " [######..................] 25 % ")) << screen.got();
+  }
+  EXPECT_TRUE(screen.shows(gone));
+  printError("last");
+  ::dup2(before, STDERR_FILENO);
+  EXPECT_TRUE(screen.shows("paths/s\033[K" + gone + "bgpcomm: last")) << "it went once";
+  EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
+}
 
 TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
   Bytes paths;
