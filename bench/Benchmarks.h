@@ -35,6 +35,8 @@ Workload makeExtendedLists(U32 count);
 Workload makeIpv6ExtendedLists(U32 count);
 /// Contents of every kind: parsed with the pack of kinds and without, their texts both ways.
 void addKinds();
+/// A question asked of paths with a standard list of the workload and an extended one.
+void addQuery(const Workload& standard);
 /// The paths of twenty peers, announced, withdrawn and announced again.
 void addDay(int repetitions);
 /// Their numbers, for the reader of the results. Makes the paths if no benchmark did.

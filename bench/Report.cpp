@@ -176,6 +176,16 @@ void Report::printKinds() const {
       {"read / written", of("canonical text read", Ours::name), of("canonical text", Ours::name)});
 }
 
+void Report::printQuery(const Workload& workload) const {
+  const std::string remembered = nameOf("match", workload.name, "remembered");
+  const Figure* const figure = find(remembered);
+  if (!figure) return;
+  std::printf(
+      "\na question of two lists, by path: %.1f ns where the lists were seen (aim: at most 5)\n",
+      figure->median());
+  printRow({"remembered / anew", remembered, nameOf("match", workload.name, "anew")});
+}
+
 void Report::printDay() const {
   struct Line {
     const char *title, *operation, *workload, *other;
@@ -213,6 +223,7 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   printLists(extendedLists(), {0.85, 3, 4.5, 2.4});
   printLists(ipv6ExtendedLists(), {0.9, 3, 4, 2.4});
   printKinds();
+  printQuery(*workloads.front());
 
   std::printf("\ntwo threads / one: attributes per second, made-up lists\n");
   const auto threads = [&](const char* title, const char* lists, const char* contender,

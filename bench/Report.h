@@ -40,6 +40,7 @@ class Report final : public benchmark::BenchmarkReporter {
   void printLists(const Workload& workload, const std::array<double, 4>& aims) const;
   void printFlood() const;
   void printKinds() const;
+  void printQuery(const Workload& workload) const;
   void printDay() const;
 
   std::map<std::string, Figure> figures_;

@@ -104,6 +104,7 @@ int run(int argc, char** argv) {
   bench::addValues();
   bench::addLists();
   bench::addKinds();
+  bench::addQuery(workloads.front());
   bench::addMembers(options.quick ? 100'000 : options.members);
   bench::addLongAttributes();
   bench::addPlacing();

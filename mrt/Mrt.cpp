@@ -189,6 +189,7 @@ bool PathCutter::startEntries(AddressFamily family, bool addPath) {
   const std::optional<Octets> nlri = takeNlri(in_, family);
   if (!nlri) return false;
   path_.fromTable = true;
+  path_.as4 = true;
   path_.addressFamily = family;
   path_.nlri = *nlri;
   entryIds_ = addPath;
@@ -251,6 +252,7 @@ bool PathCutter::startBgp4mp(const Record& record) {
     in_.take(*size);
   }
   if (form->stateChange) return readStateChange();
+  path_.as4 = form->as4;
   path_.sent = form->sent;
   path_.addPath = form->addPath;
   path_.addressFamily = {afiIpv4, safiUnicast};

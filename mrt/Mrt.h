@@ -118,6 +118,8 @@ struct Path {
   Peer peer;
   /// As in an UPDATE, one after the other: `Bgp::PathAttributeReader` takes them apart.
   Octets attributes;
+  /// AS numbers in AS_PATH and AGGREGATOR have 4 octets, else 2 (RFC 6396, sections 4.2 to 4.4).
+  bool as4 = false;
 
   bool fromTable = false;  ///< A RIB entry.
   /// Only with `PathCutter::Updates::all`. Such a path has peer and time, and nothing else.

@@ -6,6 +6,8 @@
 #include <ctime>
 #include <utility>
 
+#include "mrt/internal/Attributes.h"
+
 namespace Routing::Mrt {
 namespace {
 
@@ -101,24 +103,6 @@ bool fits(Cursor in, AddressFamily family, bool addPath) {
   return true;
 }
 
-constexpr U8 mpReach = 14;
-constexpr U8 mpUnreach = 15;
-
-//   attribute:  flags (0x10: length of two octets), type, length 1 or 2, value
-/// The value of the first attribute of a type (RFC 4271, section 4.3); nothing when there is none
-/// before the first that does not fit.
-std::optional<Octets> findAttribute(Octets attributes, U8 type) {
-  constexpr U8 extendedLength = 0x10;
-  Cursor in(attributes);
-  while (!in.atEnd()) {
-    const U8 flags = in.u8(), found = in.u8();
-    const Octets value = in.take(flags & extendedLength ? in.u16() : in.u8());
-    if (!in) break;
-    if (found == type) return value;
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 std::optional<Octets> takeNlri(Cursor& in, AddressFamily family) {
@@ -166,7 +150,7 @@ PrefixReader::PrefixReader(const Path& path, Octets nlri, U8 attribute)
 }
 
 PrefixReader PrefixReader::announced(const Path& path) {
-  if (!path.fromTable) return PrefixReader(path, path.nlri, mpReach);
+  if (!path.fromTable) return PrefixReader(path, path.nlri, mpReachAttribute);
   PrefixReader reader(path, {}, 0);
   reader.prefix_ = {path.addressFamily, path.nlri, path.pathId};
   reader.single_ = true;
@@ -174,7 +158,7 @@ PrefixReader PrefixReader::announced(const Path& path) {
 }
 
 PrefixReader PrefixReader::withdrawn(const Path& path) {
-  return PrefixReader(path, path.withdrawn, path.fromTable ? 0 : mpUnreach);
+  return PrefixReader(path, path.withdrawn, path.fromTable ? 0 : mpUnreachAttribute);
 }
 
 /// Some daemons write messages with ADD-PATH under a subtype without, so whichever reading fits is
@@ -196,7 +180,7 @@ bool PrefixReader::startAttribute() {
   if (!value) return false;
   Cursor in(*value);
   const AddressFamily family{in.u16(), in.u8()};
-  if (type == mpReach) in.take(in.u8() + 1u);
+  if (type == mpReachAttribute) in.take(in.u8() + 1u);
   cutShort_ |= !in;
   start(in.left(), family);
   return true;

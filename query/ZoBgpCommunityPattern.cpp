@@ -18,7 +18,7 @@ constexpr ListWord listWords[] = {{"standard", Attribute::community},
                                   {"ipv6-extended", Attribute::extCommunityIp6},
                                   {"ipv6Extended", Attribute::extCommunityIp6},
                                   {"large", Attribute::largeCommunity}};
-constexpr std::string_view listsExpected = "standard, extended, ipv6-extended or large";
+constexpr std::string_view listsExpected = "standard, extended, ipv6-extended, large";
 
 constexpr Attribute allAttributes[] = {Attribute::community, Attribute::extCommunity,
                                        Attribute::extCommunityIp6, Attribute::largeCommunity};
@@ -131,7 +131,10 @@ class PatternReader {
     if (!condition.attribute) {
       const std::string_view start = rest_;
       condition.values = takeValue();
-      if (!condition.values) return {};
+      if (!condition.values) {
+        if (fault_) fault_->expected = Mox::String(listsExpected) + ", or " + fault_->expected;
+        return {};
+      }
       for (const Attribute attribute : allAttributes)
         if (condition.values->mayMatch(attribute)) {
           if (condition.attribute)

@@ -1,6 +1,8 @@
 // A hostile dump: its records are cut into paths, and of each path everything is asked.
 
 #include "mrt/Mrt.h"
+#include "mrt/AsPath.h"
+#include "mrt/NextHop.h"
 #include "mrt/Nlri.h"
 #include "tools/bgpcomm/Attributes.h"
 
@@ -8,7 +10,14 @@ using namespace bgpcomm;
 
 static void askEverything(const Path& path, const CommunityTables& tables) {
   addressText(path.peer.address);
-  const auto ask = [](const Prefix& prefix) { nlriText(prefix.addressFamily, prefix.nlri); };
+  const AsPath asPath(path);
+  asPath.text();
+  asPath.origin();
+  addressText(nextHop(path));
+  const auto ask = [&](const Prefix& prefix) {
+    nlriText(prefix.addressFamily, prefix.nlri);
+    addressText(nextHop(path, prefix.addressFamily));
+  };
   visitPrefixes(path, ask);
   visitWithdrawn(path, ask);
   const CommunityValues values = findCommunities(path.attributes);

@@ -70,7 +70,8 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
        "-: 3 malformed, the first attrLength (record 2, octet 62)"},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
-       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"]})" "\n"},
+       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"],)"
+       R"("announced":[],"asPath":"","originAs":null,"nextHop":"-"})" "\n"},
       {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", "", 1, "a\\x1bb\\x0ac: No such file or directory"},
       {"bgpcomm paths --help | grep -c 'VALUE [.]'", "0\n", 1},
       {"bgpcomm verify /", "", 1, "/: Is a directory"},
@@ -116,8 +117,9 @@ TEST_F(Tool, KnowsAllFourListTypes) {
        R"("ipv6Extended":["route-target-ipv6:[2001:db8::1]:100"],"large":["65000:1:1","65000:1:2"],)"
        R"("standardOctets":["fde80064"],"extendedOctets":["0002fde800000064","030b000000000007"],)"
        R"("ipv6ExtendedOctets":["000220010db80000000000000000000000010064"],)"
-       R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"]})" "\n"},
-      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13-", "\"malformed\":[\"linkBandwidth\"]}\n"},
+       R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"],)"
+       R"("announced":["10.1.2.0/24"],"asPath":"","originAs":null,"nextHop":"-"})" "\n"},
+      {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13", "\"malformed\":[\"linkBandwidth\"]\n"},
       {"bgpcomm paths $KINDS 2>&1 >/dev/null | cut -d' ' -f3-7", "1 malformed, the first linkBandwidth\n"},
       {"bgpcomm verify $KINDS", kinds_.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
       {"bgpcomm watch-rt $KINDS 2>&-", come2 + come4 + gone2 + gone4},

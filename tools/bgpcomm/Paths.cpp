@@ -4,74 +4,61 @@
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
+#include "PathFilter.h"
+#include "PathGroups.h"
 #include "Reading.h"
 #include "Terminal.h"
-#include "Wanted.h"
-#include "mrt/Nlri.h"
+#include "mrt/AsPath.h"
+#include "mrt/NextHop.h"
 
 namespace bgpcomm {
 namespace {
 
 struct Options {
   std::vector<std::string> files;
-  std::vector<std::string> communities, routeTargets, large, extended;
-  bool json = false;
+  PathFilterOptions filter;
+  bool json = false, withdrawals = false, count = false;
+  std::string groupBy;
+  U64 limit = 0;
 };
-
-bool carries(const CommunityValues& values, const Wanted& wanted) {
-  const auto isWanted = [&](Octets value) {
-    return std::any_of(wanted.values.begin(), wanted.values.end(), [&](const auto& one) {
-      return std::equal(value.begin(), value.end(), one.begin(), one.end());
-    });
-  };
-  const std::size_t size = listTypes[wanted.type].valueSize;
-  for (Octets left = values[wanted.type]; !left.empty(); left = left.subspan(size))
-    if (isWanted(left.first(size))) return true;
-  return false;
-}
-
-/// The values that the filters of the command line ask for.
-std::vector<Wanted> readWanted(const Options& options) {
-  std::vector<Wanted> wanted;
-  const auto add = [&](const char* option, const std::vector<std::string>& texts, auto read) {
-    for (const std::string& text : texts) try {
-        wanted.push_back(read(text));
-      } catch (const UsageError& error) {
-        throw UsageError(std::string(option) + ' ' + text + ": " + error.what());
-      }
-  };
-  add("--community", options.communities, wantedCommunity);
-  add("--rt", options.routeTargets, wantedRouteTarget);
-  add("--large", options.large, wantedLarge);
-  add("--ext", options.extended, wantedExtended);
-  return wanted;
-}
 
 class PathPrinter {
  public:
-  explicit PathPrinter(bool json) : json_(json) {}
+  PathPrinter(bool json, const PathFilter& filter) : json_(json), filter_(filter) {}
 
   /// A list that is refused is one of the path's faults.
   void print(const Path& path, CommunityValues& values) {
-    bgpcomm::print(json_ ? jsonLine(path, values) : textLine(path, values));
+    bgpcomm::print(json_ ? jsonLine(path, values)
+                         : textLine(path, PrefixReader::announced(path), communities(values)));
+  }
+  /// The prefixes that a message takes back.
+  void printWithdrawn(const Path& path) {
+    if (!json_) {
+      bgpcomm::print(textLine(path, PrefixReader::withdrawn(path), "withdrawn"));
+      return;
+    }
+    nlohmann::ordered_json object = head(path);
+    addPrefixes(object, "withdrawn", PrefixReader::withdrawn(path));
+    bgpcomm::print(object.dump() + '\n');
   }
 
  private:
-  std::string textLine(const Path& path, CommunityValues& values) {
+  std::string textLine(const Path& path, PrefixReader prefixes, const std::string& rest) const {
     std::string line = timeText(path) + '\t' + addressText(path.peer.address) + " AS" +
                        std::to_string(path.peer.asNumber) + '\t';
     const std::size_t start = line.size();
     const auto separate = [&line, start] {
       if (line.size() > start) line += ' ';
     };
-    const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
+    while (const Prefix* const prefix = prefixes.next()) {
+      if (!filter_.wants(*prefix)) continue;
       separate();
-      line += nlriText(prefix.addressFamily, prefix.nlri);
-      if (prefix.pathId) line += '#' + std::to_string(*prefix.pathId);
-    });
-    if (!whole) separate(), line += '?';
+      line += nlriText(prefix->addressFamily, prefix->nlri);
+      if (prefix->pathId) line += '#' + std::to_string(*prefix->pathId);
+    }
+    if (prefixes.cutShort()) separate(), line += '?';
     if (line.size() == start) line += '-';
-    return line + '\t' + communities(values) + '\n';
+    return line + '\t' + rest + '\n';
   }
 
   std::string communities(CommunityValues& values) {
@@ -87,13 +74,29 @@ class PathPrinter {
     return text.empty() ? "-" : text;
   }
 
+  static nlohmann::ordered_json head(const Path& path) {
+    return {{"time", timeText(path)},
+            {"peer", addressText(path.peer.address)},
+            {"peerAs", path.peer.asNumber}};
+  }
+
+  /// The prefixes as an array of texts; with ADD-PATH the identifiers as another.
+  void addPrefixes(nlohmann::ordered_json& object, const char* key, PrefixReader prefixes) const {
+    auto texts = nlohmann::ordered_json::array(), ids = nlohmann::ordered_json::array();
+    while (const Prefix* const prefix = prefixes.next()) {
+      if (!filter_.wants(*prefix)) continue;
+      texts.push_back(nlriText(prefix->addressFamily, prefix->nlri));
+      if (prefix->pathId) ids.push_back(*prefix->pathId);
+    }
+    object[key] = std::move(texts);
+    if (!ids.empty()) object["pathIds"] = std::move(ids);
+  }
+
   std::string jsonLine(const Path& path, CommunityValues& values) {
-    auto object = nlohmann::ordered_json::object();
-    object["time"] = timeText(path);
-    object["peer"] = addressText(path.peer.address);
-    object["peerAs"] = path.peer.asNumber;
+    nlohmann::ordered_json object = head(path);
     nlohmann::ordered_json prefixes = nlohmann::ordered_json::array();
     const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
+      if (!filter_.wants(prefix)) return;
       nlohmann::ordered_json entry = {{"prefix", nlriText(prefix.addressFamily, prefix.nlri)}};
       if (prefix.pathId) entry["pathId"] = *prefix.pathId;
       prefixes.push_back(std::move(entry));
@@ -105,6 +108,12 @@ class PathPrinter {
     for (std::size_t i = 0; i < faultNames.size(); ++i)
       if (values.faults[Fault(i)]) malformed.push_back(faultNames[i]);
     if (!malformed.empty()) object["malformed"] = std::move(malformed);
+    // What other data are joined on; plain columns, without objects inside.
+    addPrefixes(object, "announced", PrefixReader::announced(path));
+    object["asPath"] = AsPath(path).text();
+    const auto origin = AsPath(path).origin();
+    object["originAs"] = origin ? nlohmann::ordered_json(*origin) : nlohmann::ordered_json();
+    object["nextHop"] = addressText(nextHop(path));
     return object.dump() + '\n';
   }
 
@@ -127,26 +136,88 @@ class PathPrinter {
     object.update(octets);
   }
 
-  bool json_;
+  const bool json_;
+  const PathFilter& filter_;
   const CommunityTables tables_{sharedParser()};
 };
 
+/// What becomes of the paths that pass: lines, groups, or their number alone.
+class PathTaker {
+ public:
+  explicit PathTaker(const Options& options)
+      : options_(options), filter_(options.filter), printer_(options.json, filter_) {
+    if (!options.groupBy.empty()) groups_.emplace(readGroupBy(options.groupBy));
+    if (options.count && groups_) throw UsageError("--count and --group-by exclude each other");
+    if (options.withdrawals && (options.count || groups_))
+      throw UsageError("--withdrawals is for lines of paths");
+  }
+
+  /// False once there are enough.
+  bool take(const Path& path, CommunityValues& values) {
+    if (path.stateChange || !filter_.passes(path, values, options_.withdrawals)) return true;
+    const bool withdraws =
+        options_.withdrawals && filter_.wantsOneOf(PrefixReader::withdrawn(path));
+    if (withdraws) {
+      ++taken_;
+      printer_.printWithdrawn(path);
+      if (isEnough()) return false;
+    }
+    // Without attributes, or with none but those of the withdrawal, a message announces nothing.
+    const bool announces =
+        withdraws ? filter_.wantsOneOf(PrefixReader::announced(path)) : !path.attributes.empty();
+    if (!announces) return true;
+    ++taken_;
+    if (groups_)
+      groups_->add(path, values, filter_);
+    else if (!options_.count)
+      printer_.print(path, values);
+    return !isEnough();
+  }
+  /// Prints what is known only at the end.
+  void end() const {
+    if (options_.count)
+      print(options_.json ? nlohmann::json{{"paths", taken_}}.dump() + '\n'
+                          : std::to_string(taken_) + '\n');
+    if (!groups_) return;
+    const auto groups = groups_->sorted();
+    const auto shown =
+        std::min<U64>(options_.limit ? options_.limit : groups.size(), groups.size());
+    for (const PathGroups::Group& group : std::span(groups).first(shown))
+      print(options_.json
+                ? nlohmann::ordered_json{{"count", group.paths}, {options_.groupBy, group.key}}
+                          .dump() +
+                      '\n'
+                : std::to_string(group.paths) + '\t' + group.key + '\n');
+  }
+
+ private:
+  bool isEnough() const { return options_.limit && !groups_ && taken_ >= options_.limit; }
+  const Options& options_;
+  PathFilter filter_;
+  PathPrinter printer_;
+  std::optional<PathGroups> groups_;
+  U64 taken_ = 0;
+};
+
 int runPaths(const Options& options) {
-  const std::vector<Wanted> wanted = readWanted(options);
-  PathPrinter printer(options.json);
-  const auto printWanted = [&](const Path& path, CommunityValues& values, Position) {
-    const bool all = std::all_of(wanted.begin(), wanted.end(),
-                                 [&](const Wanted& one) { return carries(values, one); });
-    if (all) printer.print(path, values);
-  };
+  PathTaker taker(options);
   // A bar between lines on the same screen would only disturb.
-  const bool showProgress = !::isatty(STDOUT_FILENO);
-  bool good = true;
+  const ReadOptions reading{.showProgress = !::isatty(STDOUT_FILENO),
+                            .updates = options.withdrawals ? PathCutter::Updates::all
+                                                           : PathCutter::Updates::withAttributes};
+  bool good = true, more = true;
   for (const std::string& file : options.files) {
-    const ReadResult result = readFile(file, printWanted, {.showProgress = showProgress});
+    if (!more) break;
+    const ReadResult result = readFileWhile(
+        file,
+        [&](const Path& path, CommunityValues& values, Position) {
+          return more = taker.take(path, values);
+        },
+        reading);
     reportMalformed(file, result);
     good = good && !result.failed;
   }
+  taker.end();
   return good ? 0 : exitBadData;
 }
 
@@ -159,23 +230,19 @@ void addPaths(CLI::App& app, int& exitCode) {
                   "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
                   "communities; - where there are none. Exit code 1 when a file cannot be read\n"
                   "to its end; what is malformed is shown as such, and counted on stderr.\n\n"
-                  "Example: bgpcomm paths --community 65000:100 --community no-export rib.bz2"},
+                  "Example: bgpcomm paths --where 'RT:65000:* and not no-export' rib.bz2"},
                  exitCode, runPaths);
   addFiles(command, options.files);
-  const auto addFilter = [&command = command](const char* name, std::vector<std::string>& values,
-                                              const char* help) {
-    command.add_option(name, values, help)->allow_extra_args(false)->option_text("VALUE");
-  };
-  addFilter("--community", options.communities,
-            "Only paths with this one, in any text that is\n"
-            "printed (65000:100, no-export, RT:65000:100);\n"
-            "filters given again, or together, must all hold");
-  addFilter("--rt", options.routeTargets,
-            "Only with this route target (65000:100,\n192.0.2.1:100, route-target-as4:65000:100)");
-  addFilter("--large", options.large, "Only with this large community (65000:1:2)");
-  addFilter("--ext", options.extended,
-            "Only with this extended community, also in hex\n"
-            "(16 digits, or 40 of an IPv6-address-specific one)");
+  addFilterOptions(command, options.filter);
+  command.add_option("--limit", options.limit, "At most so many lines")->option_text("N");
+  command.add_flag("--withdrawals", options.withdrawals,
+                   "Also a line for the prefixes that a message\nwithdraws");
+  command.add_flag("--count", options.count, "Only how many paths there are");
+  command
+      .add_option("--group-by", options.groupBy,
+                  "Only how many paths there are by peer, origin,\n"
+                  "kind, value or prefix-length, most first")
+      ->option_text("WHAT");
   addTextOptions(command);
   addJsonLines(command, options.json);
 }

@@ -49,6 +49,8 @@ class FileReading {
   /// The values of the path that `next` returned; more faults of it may be added.
   CommunityValues& values() { return values_; }
   Position position() const;
+  /// Ends the reading: counts the faults of the path that `next` returned.
+  void stop() { count(values_.faults, position()); }
   /// Ends the reading: prints an error line of memory that did not suffice.
   void outOfMemory();
   const ReadResult& result() const { return result_; }
@@ -66,18 +68,30 @@ class FileReading {
   ReadResult result_;
 };
 
-/// Calls `visit(path, values, position)` for each path. All paths before the end have been
-/// visited; running out of memory, also in `visit`, is such an end.
+/// Calls `visit(path, values, position)` for each path, as long as that returns true. All paths
+/// before the end have been visited; running out of memory, also in `visit`, is such an end.
 template <class Visit>
-ReadResult readFile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
+ReadResult readFileWhile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
   FileReading reading(file, options);
   try {
     while (const Path* const path = reading.next())
-      visit(*path, reading.values(), reading.position());
+      if (!visit(*path, reading.values(), reading.position())) {
+        reading.stop();
+        break;
+      }
   } catch (const std::bad_alloc&) {
     reading.outOfMemory();
   }
   return reading.result();
+}
+/// The same for all paths.
+template <class Visit>
+ReadResult readFile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
+  const auto visitAll = [&](const Path& path, CommunityValues& values, Position position) {
+    visit(path, values, position);
+    return true;
+  };
+  return readFileWhile(file, visitAll, options);
 }
 
 /// One error line of what was passed over, if anything was. An early end of the file

@@ -1,0 +1,50 @@
+// Paths counted by what they have in common.
+//
+//   PathGroups groups(readGroupBy("kind"));
+//   groups.add(path, values, filter);
+//   for (const PathGroups::Group& group : groups.sorted()) use(group.key, group.paths);
+#pragma once
+
+#include <unordered_map>
+
+#include "PathFilter.h"
+
+namespace bgpcomm {
+
+enum class GroupBy { peer, origin, kind, value, prefixLength };
+/// The words of `--group-by`, in the order of the enumeration.
+inline constexpr std::array<std::string_view, 5> groupByNames = {"peer", "origin", "kind", "value",
+                                                                 "prefix-length"};
+/// Throws UsageError.
+GroupBy readGroupBy(const std::string& name);
+
+class PathGroups {
+ public:
+  struct Group {
+    std::string key;
+    U64 paths;  ///< of prefix lengths: prefixes
+  };
+
+  explicit PathGroups(GroupBy by) : by_(by) {}
+
+  /// Counts a path, once in each of its groups; a list that is refused is one of its faults.
+  void add(const Path& path, CommunityValues& values, const PathFilter& filter);
+  /// The largest first, equals by their keys.
+  std::vector<Group> sorted() const;
+
+ private:
+  using Communities = Routing::Bgp::PathCommunities;
+  struct HashCommunities {
+    std::size_t operator()(const Communities& communities) const;
+  };
+
+  std::unordered_map<std::string, U64> byCommunities() const;
+
+  const GroupBy by_;
+  const CommunityTables tables_{sharedParser()};
+  std::unordered_map<std::string, U64> groups_;
+  // Of kinds and values: taken apart once, however many paths have the same.
+  std::unordered_map<Communities, U64, HashCommunities> communities_;
+};
+
+}  // namespace bgpcomm
