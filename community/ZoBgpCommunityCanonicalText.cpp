@@ -27,16 +27,6 @@ constexpr RegisteredCommunity registered[] = {
 };
 static_assert(std::ranges::is_sorted(registered, {}, &RegisteredCommunity::value));
 
-/// The letter that a registered name is compared by.
-char plain(char c) {
-  if (c == '-' || c == ' ') return '_';
-  return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
-}
-
-bool isSpelling(std::string_view text, std::string_view name) {
-  return std::ranges::equal(text, name, {}, plain, plain);
-}
-
 template <std::size_t n>
 std::optional<std::array<U64, n>> numbers(CommunityTextParts& parts, U32 bits) {
   std::array<U64, n> numbers{};
@@ -67,7 +57,7 @@ Mox::String canonicalText(const Acl::CommunityValue& value) { return valueToStre
 
 ParsedCommunity<BgpCommunityValue> parseCanonicalStandard(std::string_view text) {
   for (const RegisteredCommunity& row : registered)
-    if (isSpelling(text, row.text)) return {BgpCommunityValue(row.value)};
+    if (isSameWord(text, row.text)) return {BgpCommunityValue(row.value)};
   CommunityTextParts parts(text);
   if (parts.count() != 2) {
     parts.fail("a standard community: two decimal numbers, or a well-known name");

@@ -1,13 +1,13 @@
 #include "community/ZoBgpCommunityTextParts.h"
 
-#include <algorithm>
 #include <charconv>
 
 namespace Routing::Bgp {
 
 Mox::String CommunityTextError::text() const {
+  constexpr std::size_t shown = 64;
   Mox::String text = "at " + std::to_string(position) + ": \"";
-  for (const char c : token) {
+  for (const char c : std::string_view(token).substr(0, shown)) {
     constexpr char digits[] = "0123456789abcdef";
     const auto octet = U8(c);
     if (octet < 0x20 || octet >= 0x7f)
@@ -15,7 +15,7 @@ Mox::String CommunityTextError::text() const {
     else
       text += c;
   }
-  text += "\": expected " + expected;
+  text += (token.size() > shown ? "...\": expected " : "\": expected ") + expected;
   if (!nearest.empty()) text += "; did you mean \"" + nearest + "\"?";
   return text;
 }

@@ -10,6 +10,7 @@
 // `std::bad_alloc`.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -26,8 +27,8 @@ struct CommunityTextError {
   Mox::String expected = {};  ///< after "expected", as "a decimal number below 65536"
   Mox::String nearest = {};   ///< an identifier that is close to the token, if there is one
 
-  /// `at 17: "65536": expected a decimal number below 65536`, then `; did you mean "..."?`. Control
-  /// characters of the token are escaped.
+  /// `at 17: "65536": expected a decimal number below 65536`, then `; did you mean "..."?`. Of the
+  /// token the first 64 octets, with all but printable ASCII escaped.
   Mox::String text() const;
 };
 
@@ -82,5 +83,15 @@ class CommunityTextParts {
 
 /// A decimal number without sign or leading zeros; nothing for any other text, or beyond `bits`.
 std::optional<U64> decimalNumber(std::string_view text, U32 bits);
+
+/// The letter that names are compared by: in lower case, and `-`, `_` and a blank are one.
+constexpr char comparedLetter(char c) {
+  if (c == '-' || c == ' ') return '_';
+  return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+}
+/// Whether names differ in these only, as `no-export` and `NO_EXPORT`.
+constexpr bool isSameWord(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, comparedLetter, comparedLetter);
+}
 
 }  // namespace Routing::Bgp

@@ -125,8 +125,10 @@ class Reader {
   }
   /// An address, or an AS number with a dot, in front of a number: a target, or an origin.
   TextReading bareAdministrator() const {
-    const bool digits = !text_.empty() && text_.find_first_of("0123456789[") == 0;
-    if (!digits || text_.find_first_of(".[") == text_.npos) return {};
+    const bool looksSo =
+        text_.find_first_not_of("0123456789abcdefABCDEF:.[]") == text_.npos &&
+        (text_.find_first_of(".[") != text_.npos || std::ranges::count(text_, ':') > 2);
+    if (!looksSo) return {};
     const auto target = readPolicyText("RT:" + Mox::String(text_));
     if (!target || !*target) return {};
     return textFault(text_, text_,
@@ -219,7 +221,7 @@ bool hasBlanksItself(std::string_view text) {
     return equalIgnoringCase(text.substr(0, word.size()), word);
   };
   return text.find(',') == text.npos &&
-         (begins("<") || begins("lbw ") || begins("Link-Bandwidth") ||
+         (begins("<") || begins("lbw ") || begins("Link-Bandwidth-AS:") ||
           text.substr(0, text.find(' ')).find(":0x") != text.npos);
 }
 

@@ -7,7 +7,8 @@
 //   readCommunity("0304(NT):0x00 0x01 0x02 0x03 0x04 0x05").value
 //   readCommunity("RT:70000:70000").error.text()
 //       // at 9: "70000": expected a decimal number below 65536 ...
-//   for (const auto& target : readCommunities("RT:1:2, no-export").value->extended) use(target);
+//   const auto read = readCommunities("RT:1:2, no-export");
+//   for (const ExtCommContent& target : read.value->extended) use(target);
 //
 // Read are canonical texts, policy texts, show texts, names of lists, AS numbers with a dot, octets
 // behind `0x`; docs/text.md lists every form, with an example and what it leaves unsaid. Letter
@@ -30,8 +31,8 @@ ParsedCommunity<AnyCommunity> readCommunity(std::string_view text,
                                             const KindTable& table = KindTable::builtIn(),
                                             std::optional<BgpPathAttrType> attribute = {});
 
-/// Communities sorted out by attribute: in the order of the text, repeats kept. Lists are built
-/// from these values.
+/// Communities sorted out by attribute: in the order of the text, repeats kept. For interned lists
+/// of them see ZoBgpCommunityLists.h.
 struct CommunityVectors {
   std::vector<BgpCommunityValue> standard;
   std::vector<ExtCommContent> extended;

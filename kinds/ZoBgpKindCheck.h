@@ -9,6 +9,11 @@
 // parts that depends on the value.
 #pragma once
 
+#include <functional>
+#include <tuple>
+#include <vector>
+
+#include "community/ZoBgpCommunityTextParts.h"
 #include "kinds/ZoBgpKind.h"
 
 namespace Routing::Bgp {
@@ -108,15 +113,6 @@ constexpr bool isPrintable(std::string_view text) {
   return true;
 }
 
-/// Words that people take for the same: `no-export` and `NO_EXPORT`.
-constexpr bool isSameSpelling(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  const auto plain = [](char c) { return c == '-' || c == ' ' ? '_' : lowerCase(c); };
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (plain(a[i]) != plain(b[i])) return false;
-  return true;
-}
-
 /// Whether a malformed value can show the field as it is in every value.
 constexpr bool isAdministrator(const KindField& field) {
   return !isOfVariableParts(field) && field.form != KindForm::reserved &&
@@ -198,35 +194,60 @@ constexpr std::optional<KindFault> checkKind(const Kind& kind) {
   return {};
 }
 
-/// Whether both rows are found by the same community or the same word: the reason, up to the name
-/// of the other row.
-constexpr std::string_view clashOf(const Kind& a, const Kind& b) {
-  if (a.attribute == b.attribute && a.type == b.type && a.subtype == b.subtype &&
-      a.value == b.value)
-    return "is of the same type and subtype as";
-  const auto words = [](const Kind& kind, std::size_t i) {
-    return i == 0 ? kind.identifier : kind.aliases[i - 1];
-  };
-  for (std::size_t i = 0; i <= a.aliases.size(); ++i)
-    for (std::size_t j = 0; j <= b.aliases.size(); ++j)
-      if (!words(a, i).empty() && kindCheck::isSameSpelling(words(a, i), words(b, j)))
-        return "has an identifier of";
+namespace kindCheck {
+
+/// A row, by its number, under something that it is found by.
+template <class Key>
+struct Entry {
+  Key key;
+  std::size_t row;
+};
+/// The order of words, in which those that are the same stand together.
+constexpr bool isWordBefore(std::string_view a, std::string_view b) {
+  std::size_t i = 0;  // a loop of its own: compilers count steps
+  while (i < a.size() && i < b.size() && comparedLetter(a[i]) == comparedLetter(b[i])) ++i;
+  return i < b.size() && (i == a.size() || comparedLetter(a[i]) < comparedLetter(b[i]));
+}
+/// Two rows under one key, the earlier first; nothing when there are none.
+template <class Key>
+constexpr std::optional<std::pair<std::size_t, std::size_t>> clashOf(
+    std::vector<Entry<Key>>& entries, auto less) {
+  const auto before = [less](const auto& a, const auto& b) { return less(a.key, b.key); };
+  std::sort(entries.begin(), entries.end(), before);
+  for (std::size_t i = 1; i < entries.size(); ++i) {
+    const auto& a = entries[i - 1];
+    const auto& b = entries[i];
+    if (a.row != b.row && !before(a, b)) return std::minmax(a.row, b.row);
+  }
   return {};
 }
 
-/// The first fault of the rows, each alone, with those before it, and with the `others`.
-/// REQUIRES: the others have been checked.
+}  // namespace kindCheck
+
+/// A fault of the rows, each alone, with each other, and with the `others`; nothing when they are
+/// good. O(n log n). REQUIRES: the others have been checked.
 constexpr std::optional<KindFault> checkKinds(std::span<const Kind> rows,
                                               std::span<const Kind* const> others = {}) {
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (const auto fault = checkKind(rows[i])) return fault;
-    for (std::size_t j = 0; j < i; ++j)
-      if (const auto reason = clashOf(rows[i], rows[j]); !reason.empty())
-        return KindFault{&rows[i], nullptr, reason, &rows[j]};
-    for (const Kind* other : others)
-      if (const auto reason = clashOf(rows[i], *other); !reason.empty())
-        return KindFault{&rows[i], nullptr, reason, other};
+  for (const Kind& kind : rows)
+    if (const auto fault = checkKind(kind)) return fault;
+  std::vector<const Kind*> all(others.begin(), others.end());
+  for (const Kind& kind : rows) all.push_back(&kind);
+
+  const auto keyOf = [](const Kind& kind) {
+    return std::tuple(kind.attribute, kind.type, kind.subtype, kind.value);
+  };
+  std::vector<kindCheck::Entry<decltype(keyOf(*all[0]))>> keys;
+  std::vector<kindCheck::Entry<std::string_view>> words;
+  for (std::size_t row = 0; row < all.size(); ++row) {
+    keys.push_back({keyOf(*all[row]), row});
+    if (!all[row]->identifier.empty()) words.push_back({all[row]->identifier, row});
+    for (const std::string_view alias : all[row]->aliases) words.push_back({alias, row});
   }
+  if (const auto both = kindCheck::clashOf(keys, std::less()))
+    return KindFault{all[both->second], nullptr, "is of the same type and subtype as",
+                     all[both->first]};
+  if (const auto both = kindCheck::clashOf(words, kindCheck::isWordBefore))
+    return KindFault{all[both->second], nullptr, "has an identifier of", all[both->first]};
   return {};
 }
 

@@ -1,6 +1,6 @@
 // The fields of a community, by name and as what they are.
 //
-//   const ExtCommContent mobility(0x0601000000000005);
+//   const ExtCommContent mobility(0x0600010000000005);
 //   const auto sequence = kindField(mobility, "sequence");
 //   if (sequence) use(sequence->number());        // 5
 //   forEachKindField(community, table, [](const KindFieldValue& field) {

@@ -58,8 +58,8 @@ class KindTable {
   static const KindTable& builtIn();
 
   /// This table and more rows, of extended communities, which `owner` keeps alive. RangeException
-  /// with the text of the first fault when a row is no good or clashes with another, see
-  /// ZoBgpKindCheck.h; this table stays as it is. Costs a comparison of each row with all others.
+  /// with the text of a fault when a row is no good or clashes with another, see ZoBgpKindCheck.h;
+  /// this table stays as it is. Sorts all rows.
   KindTable with(std::span<const Kind> rows, std::shared_ptr<const void> owner) const;
 
   /// All rows, in the order in which they were added; in the built-in table by attribute, type and

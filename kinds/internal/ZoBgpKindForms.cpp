@@ -111,11 +111,8 @@ bool readRate(CommunityTextParts& parts, float& rate) {
     rate = negative ? -INFINITY : INFINITY;
     return true;
   }
-  const bool number = !digits.empty() && digits[0] >= '0' && digits[0] <= '9' &&
-                      !(digits.size() > 1 && digits[0] == '0' && digits[1] >= '0' &&
-                        digits[1] <= '9');  // nan, +1, .5 and 01 are something else
   const char* const end = part.data() + part.size();
-  if (number)
+  if (isDecimalFraction(digits))
     if (const auto [stop, fault] = std::from_chars(part.data(), end, rate);
         fault == std::errc() && stop == end)
       return true;
@@ -229,6 +226,15 @@ bool readOctets(CommunityTextParts& parts, std::span<U8> octets) {
     octet = *read;
   }
   return true;
+}
+
+bool isDecimalFraction(std::string_view text) {
+  const auto isDigitAt = [text](std::size_t i) {
+    return i < text.size() && kindCheck::isDigit(text[i]);
+  };
+  const auto dot = text.find('.');
+  return isDigitAt(0) && !(text[0] == '0' && isDigitAt(1)) &&
+         (dot == text.npos || isDigitAt(dot + 1));
 }
 
 bool isMalformed(const KindField& field, std::span<const U8> value) {

@@ -18,6 +18,10 @@ void writeOctets(CommText& text, std::span<const U8> octets);
 /// Takes as many parts; false, and the parts keep the error, when one is something else.
 bool readOctets(CommunityTextParts& parts, std::span<U8> octets);
 
+/// Whether the text begins as a decimal number does, with a digit on both sides of a dot; nan, +1,
+/// .5, 1. and 01 do not.
+bool isDecimalFraction(std::string_view text);
+
 /// Whether the field alone makes the value malformed.
 bool isMalformed(const KindField& field, std::span<const U8> value);
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "kinds/ZoBgpKindCheck.h"
+#include "community/ZoBgpCommunityTextParts.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -28,12 +28,6 @@ std::size_t editDistance(std::string_view a, std::string_view b, std::size_t eno
 }
 
 }  // namespace
-
-char comparedLetter(char c) { return c == '-' || c == ' ' ? '_' : lowerCase(c); }
-
-bool isSameWord(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, comparedLetter, comparedLetter);
-}
 
 NearestWord::NearestWord(std::string_view misspelt)
     : misspelt_(misspelt.substr(0, longest)),

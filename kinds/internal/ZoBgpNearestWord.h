@@ -13,11 +13,6 @@
 namespace Routing::Bgp {
 using namespace Mox::Words;
 
-/// The letter that words are compared by: in lower case, and `-`, `_` and a blank are one.
-char comparedLetter(char c);
-/// Whether they differ in these only.
-bool isSameWord(std::string_view a, std::string_view b);
-
 class NearestWord {
  public:
   /// As many letters of it are looked at.

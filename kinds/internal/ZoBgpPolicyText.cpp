@@ -27,6 +27,10 @@ constexpr AdministratorWord administratorWords[] = {{"-AS4", Administrator::as4}
                                                     {"-IP6", Administrator::ipv6},
                                                     {"-IP", Administrator::ipv4}};
 
+/// Of the types 0x00, 0x01 and 0x02 of eight octets.
+constexpr Administrator administratorsOfTypes[] = {Administrator::as2, Administrator::ipv4,
+                                                   Administrator::as4};
+
 struct RateUnit {
   std::string_view name;
   double bitsPerSecond;
@@ -51,12 +55,7 @@ std::optional<float> readRateWithUnit(std::string_view digits, std::string_view 
   const auto at = std::ranges::find_if(
       rateUnits, [&](const RateUnit& row) { return equalIgnoringCase(row.name, unit); });
   const std::string_view number = digits.substr(digits.starts_with('-'));
-  const auto isDigitAt = [&](std::size_t i) {
-    return i < number.size() && kindCheck::isDigit(number[i]);
-  };
-  // inf, +1, .5 and 01 are no numbers here, as they are none in canonical texts.
-  const bool begun = isDigitAt(0) && !(number[0] == '0' && isDigitAt(1));
-  if (at == std::end(rateUnits) || !begun) return {};
+  if (at == std::end(rateUnits) || !isDecimalFraction(number)) return {};
   double value = 0;
   const char* const end = digits.data() + digits.size();
   const auto [stop, fault] = std::from_chars(digits.data(), end, value, std::chars_format::fixed);
@@ -142,6 +141,10 @@ class PolicyText {
     }
     if (*type & 0x40)
       return fault(whole.substr(0, 2), "a type without bit 0x40, which `(NT)` stands for");
+    if (*type < std::size(administratorsOfTypes) && !octets &&
+        administrator != Administrator::ipv6 && administrator != administratorsOfTypes[*type])
+      return fault(whole.substr(0, whole.size() - rest_.size() - 1),
+                   "`-AS` behind type 00, `-IP` behind 01, `-AS4` behind 02");
     const U8 wholeType = U8(*type | (nonTransitive ? 0x40 : 0));
     return octets ? valueOctets(wholeType, *subtype)
                   : administered(administrator, wholeType, *subtype);

@@ -11,7 +11,7 @@
 #include "community-list/ZoBgpCommunityListStandard.h"
 #include "community/ZoBgpCommunityTyped.h"
 #include "ip6/ExtCommIp6.h"
-#include "kinds/ZoBgpCommunityReader.h"
+#include "kinds/ZoBgpCommunityLists.h"
 #include "parse/BgpParseExtComm.h"
 
 namespace Routing::Bgp {
@@ -96,6 +96,7 @@ TEST(Reader, RefusalsSayWhereAndWhat) {
       {"1.10:5", 0, "1.10:5", "`RT:1.10:5` or `SoO:1.10:5`"},
       {"192.0.2.1:100", 0, "192.0.2.1:100", "`RT:192.0.2.1:100` or `SoO:192.0.2.1:100`"},
       {"[2001:db8::1]:100", 0, "[2001:db8::1]:100", "`RT:[2001:db8::1]:100` or"},
+      {"::1:100", 0, "::1:100", "`RT:::1:100` or `SoO:::1:100`"},
       {"1.10:5:4294967296", 7, "4294967296", "below 4294967296"},
       {"65536.1:5:6", 0, "65536.1", "a decimal number"},
       {"route-target-as4:1.10:65536", 22, "65536", "below 65536"},
@@ -110,13 +111,17 @@ TEST(Reader, RefusalsSayWhereAndWhat) {
       {"0304:0x00 0x01 0x02 0x03 0x04 0x05 0x06", 34, " 0x06", "nothing more"},
       {"0304(NT):1", 9, "1", "six octets"},
       {"4304(NT):0x00 0x01 0x02 0x03 0x04 0x05", 0, "43", "bit 0x40"},
-      {"0002-AS4(NT):1:65536", 15, "65536", "below 65536"},
+      {"0202-AS4(NT):1:65536", 15, "65536", "below 65536"},
+      {"0202-AS(NT):65000:100", 0, "0202-AS(NT)", "`-AS4` behind 02"},
+      {"0002-AS4:1:2", 0, "0002-AS4", "`-AS` behind type 00"},
+      {"0102-AS:1:2", 0, "0102-AS", "`-IP` behind 01"},
       {"000b-IP6:100", 9, "100", "colon"},
       {"lbw 65536:1", 4, "65536", "an AS number below 65536"},
       {"lbw 65000:1e39", 10, "1e39", "a rate"},
       {"lbw 65000:+1", 10, "+1", "a rate"},
       {"Link-Bandwidth-AS:1:10 Qbps", 20, "10 Qbps", "a rate"},
       {"Link-Bandwidth-AS:1:.5 bps", 20, ".5 bps", "a rate"},
+      {"Link-Bandwidth-AS:1:1. bps", 20, "1. bps", "a rate"},
       {"Link-Bandwidth-AS:1:01 bps", 20, "01 bps", "a rate"},
       {"Link-Bandwidth-AS:1:inf bps", 20, "inf bps", "a rate"},
       {"Link-Bandwidth-AS:1:1e9 bps", 20, "1e9 bps", "a rate"},
@@ -248,6 +253,7 @@ TEST(Reader, Lists) {
               {"1:2 \"\"", 5, ""},
               {"1:2 lbw 1:1", 4, "lbw"},
               {"1:2 \" 3:4\"", 5, " 3"},
+              {"link-bandwidth-as2:1:5 1:2x", 25, "2x"},
               {"1:2;3:4", 2, "2;3"}};
   for (const auto& [text, position, token] : rows) {
     const auto refused = readCommunities(text);
@@ -256,6 +262,23 @@ TEST(Reader, Lists) {
     EXPECT_EQ(refused.error.token, token) << text;
     expectPlaced(refused.error, text);
   }
+}
+
+TEST(Reader, ListsOfAPath) {
+  const CommunityTables tables;
+  const auto read = [&](std::string_view text) { return readCommunityLists(text, tables); };
+  const auto path = read("no-export 65000:100,RT:1:2 1:2:3 65000:100");
+  ASSERT_TRUE(path) << path.error.text();
+  EXPECT_EQ((*path).list<CommList>()->toStrep(), "65000:100 no-export");
+  EXPECT_EQ((*path).list<ExtCommList>()->comms(), 1u);
+  EXPECT_EQ((*path).list<LargeCommList>()->comms(), 1u);
+  EXPECT_EQ((*path).list<ExtCommIp6List>(), nullptr);
+  EXPECT_EQ(*path, *read("1:2:3 65000:100 route-target-as2:1:2 65535:65281"));
+  EXPECT_TRUE((*read("")).empty());
+  EXPECT_EQ(read("1:2 3:65536").error.position, 6u);
+  const auto refused = read("\"lbw 1:1\" \"lbw 1:2\"");
+  ASSERT_FALSE(refused);
+  EXPECT_NE(refused.error.text().find("a second link bandwidth"), std::string::npos);
 }
 
 // --- What the library prints.

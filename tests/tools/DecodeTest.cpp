@@ -1,5 +1,6 @@
 // Communities and attributes given in hex, as the tool's user sees them.
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 
@@ -169,6 +170,15 @@ TEST_F(Decode, TellsKindAndFields) {
       {"file=$(mktemp); printf '\\100\\001\\001\\000\\300\\010\\004\\375\\350\\000\\144' > $file;"
        "hexdump -C $file | bgpcomm decode -; od -Ax -tx1 $file | bgpcomm decode -; xxd $file | bgpcomm decode -; "
        "xxd -p $file | bgpcomm decode -; rm $file", two + two + two + two},
+      // A `*` stands for lines like the one before, with offsets in hex and in octal.
+      {"file=$(mktemp); { printf '\\330\\010\\000\\204'; head -c 128 /dev/zero; printf '\\000\\001\\000\\002'; } > $file\n"
+       "for dump in 'hexdump -C' 'od -Ax -tx1' 'od -tx1' 'od -tx1 -w8' 'xxd -a' 'hexdump -vC'; do\n"
+       "  $dump $file | bgpcomm decode -; bgpcomm decode \"$($dump $file)\"; done | sort | uniq -c; rm $file",
+       "     12 Community (8), flags 0xd8: 0:0 1:2\n"},
+      {"printf '0000  40 01 01 00\n*\n0006  0\n' | bgpcomm decode -; bgpcomm decode \"$(printf '0000  40\n*')\"", "", 1,
+       "standard input, line 1: a dump ends in `*`, which leaves out lines; hexdump -v shows all of them\n"
+       "bgpcomm: standard input, line 3 (0006  0): half an octet at character 7\nbgpcomm: argument 1 (0000  40\\x0a*): "
+       "a dump ends in `*`, which leaves out lines; hexdump -v shows all of them"},
       {"bgpcomm decode 00000000 0000000000000000 | grep text",
        "  text            0:0\n  text            unknown-transitive:00:00:00:00:00:00:00:00\n"},
       {"bgpcomm decode --json 0609ffff00000000 | sed 's/.*fields//'",
@@ -221,7 +231,8 @@ TEST_F(Decode, KindsAreListedAndMore) {
       // clang-format on
   });
 
-  // $ is what a row needs besides its fields, % a field of all bits.
+  // $ is what a row needs besides its fields, % a field of all bits, @ and # are too many of them
+  // and of keys.
   const std::string whole =
       R"("attribute":16,"type":143,"subtype":1,"name":"M","identifier":"mine")";
   const std::string field = R"({"name":"a","bit":0,"bits":48,"as":"integer"})";
@@ -240,17 +251,23 @@ TEST_F(Decode, KindsAreListedAndMore) {
 [{$,"fields":[%],"example":{"hex":"8f01"}}] -> row 1 (mine), example, "hex" is not the digits of a community
 [{$,"fields":[%],"example":{"hex":"0002000000000000"}}] -> row 1 (mine), example, "hex" is of another type and subtype
 [{$,"fields":[{"name":"a","bit":0,"bits":48,"as":"flags","enum":{}}]}] -> row 1 (mine), field 1, "enum" is not of its form
+[{$,"fields":[%],"note":null}] -> row 1, "note" is no text
+[{$,"fields":[%@]}] -> row 1, "fields" has more fields than the value has bits
+[{#}] -> an object has more than 4096 keys
 [{$,"fields":[{"name":"a","bits":48,"as":"integer"}]}] -> row 1 (mine), field 1, "bit" is missing
 [{$,"fields":[%],"note":"\u001b[31m"}] -> kind "mine": has a text with characters that are not printable ASCII
 [{$,"fields":[%],"aliases":["no-export"]}] -> kind "mine": has an identifier of "NO_EXPORT"
 [{$,"fields":[%],"verified":"maybe"}] -> row 1, "verified" is neither true, false, family nor decoders
 )");
+  std::map<char, std::string> texts = {{'$', whole}, {'%', field}};
+  for (int i = 0; i < 48; ++i) texts['@'] += ',' + field;
+  for (int i = 0; i < 4097; ++i) texts['#'] += (i ? ",\"" : "\"") + std::to_string(i) + "\":0";
   faults.get();
   for (std::string line; std::getline(faults, line);) {
     const auto arrow = line.find(" -> ");
     std::string rows = line.substr(0, arrow);
-    if (const auto at = rows.find('$'); at != rows.npos) rows.replace(at, 1, whole);
-    if (const auto at = rows.find('%'); at != rows.npos) rows.replace(at, 1, field);
+    for (const auto& [sign, text] : texts)
+      if (const auto at = rows.find(sign); at != rows.npos) rows.replace(at, 1, text);
     const TemporaryFile file(rows);
     expectRuns({{"bgpcomm kinds --kinds " + file.name(), "", 1,
                  file.name() + ": " + line.substr(arrow + 4)}});

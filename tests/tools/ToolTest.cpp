@@ -107,7 +107,8 @@ TEST_F(Tool, KnowsAllFourListTypes) {
       {"bgpcomm paths --large 65000:1:2 --community 65000:100 $KINDS 2>&-", all},
       {"bgpcomm paths --rt RT:65000:100 $KINDS 2>&- | wc -l; "
        "bgpcomm paths --rt Route-Target-AS2:65000:100 --community Color:CO'(00)':7 $KINDS 2>&- | wc -l;"
-       "bgpcomm paths --rt route-target-ipv6:[2001:db8::1]:100 $KINDS 2>&- | wc -l", "2\n1\n1\n"},
+       "for rt in route-target-ipv6:[2001:db8::1]:100 2001:db8::1:100 fe80::1:100 ::1:100 1.10:5; do"
+       " bgpcomm paths --rt $rt $KINDS 2>&- | wc -l; done", "2\n1\n1\n1\n0\n0\n0\n"},
       {"bgpcomm paths --rt color:0:7 $KINDS", "", 2, "--rt color:0:7: it is no route target"},
       {"bgpcomm paths --rt 192.0.2.1:100 --rt 4200000000:65535 $KINDS 2>&-", ""},
       {"bgpcomm paths --json $KINDS 2>&- | head -1",

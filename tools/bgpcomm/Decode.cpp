@@ -91,15 +91,22 @@ class Decoding {
  private:
   /// Adds a line that goes on with the dump, or begins one, whose lines are one text together.
   bool takeDumpLine(std::string_view line, const char* position, U64 number) {
-    if (!textStyle().kinds || !isDumpLine(line, dump_.size())) return false;
-    if (dump_.empty()) dumpLine_ = number;
-    if (!appendDumpLine(line, dump_)) endDump(position);  // the length of all
+    if (!textStyle().kinds) return false;
+    const bool begins = dump_.empty();
+    if (!dump_.take(line)) return false;
+    if (begins) dumpLine_ = number;
+    if (dump_.complete()) endDump(position);
     return true;
   }
   void endDump(const char* position) {
     if (dump_.empty()) return;
+    const Dump dump = std::exchange(dump_, {});
     std::string digits;
-    for (const U8 octet : std::exchange(dump_, {})) digits += hex(Octets(&octet, 1)) + ' ';
+    try {
+      for (const U8 octet : dump.octets()) digits += hex(Octets(&octet, 1)) + ' ';
+    } catch (const DataError& error) {
+      return refuse(position + std::to_string(dumpLine_), error.what());
+    }
     decode(digits, position, dumpLine_);
   }
   void refuse(const std::string& position, const std::string& why) {
@@ -108,7 +115,7 @@ class Decoding {
   }
 
   const Printer printer_;
-  std::vector<U8> dump_;
+  Dump dump_;
   U64 dumpLine_ = 0;
   bool good_ = true;
 };

@@ -2,8 +2,7 @@
 // \x before each, or as packet tools print them, with offsets in front and letters behind.
 //
 //   readHexText("C0 08:04 fde80064")           // c0 08 04 fd e8 00 64, not in one piece
-//   readHexText("0x0000:  4001 0100 ...")      // a line of a dump: its offset is none of the
-//   octets
+//   readHexText("0x0000:  4001 0100 ...")      // a line of a dump: its offset is no octet
 #pragma once
 
 #include <string>
@@ -23,10 +22,28 @@ struct HexText {
 /// blanks and colons between pairs.
 HexText readHexText(std::string_view text, bool plain = false);
 
-/// Whether the line is one of a dump whose lines before hold so many octets: it begins with this
-/// number, in four or more hexadecimal digits, and a colon or two blanks.
-bool isDumpLine(std::string_view line, std::size_t octetsBefore);
-/// Appends the octets of such a line; false when there are none.
-bool appendDumpLine(std::string_view line, std::vector<U8>& octets);
+/// A dump, line by line. A line begins with the number of octets before it, in four or more
+/// hexadecimal digits or in seven octal ones, and a colon or two blanks; one is enough in front of
+/// pairs. `*` stands for lines like the one before.
+class Dump {
+ public:
+  /// Takes a line that begins the dump or goes on with it; false for any other.
+  bool take(std::string_view line);
+  bool empty() const { return octets_.empty(); }
+  /// Whether the last line was the length of all.
+  bool complete() const { return complete_; }
+  /// Throws DataError when a `*` was last: nothing says how many lines it stands for.
+  const std::vector<U8>& octets() const;
+
+ private:
+  /// Whether an offset is the next one. Fills in what a `*` stands for.
+  bool isNext(std::string_view digits, int base);
+
+  std::vector<U8> octets_;
+  std::size_t lineSize_ = 0;  // octets of the last line
+  int base_ = 0;              // of offsets, once one has told
+  bool repeats_ = false;      // a `*` was last
+  bool complete_ = false;
+};
 
 }  // namespace bgpcomm

@@ -36,6 +36,10 @@ constexpr Spelling<KindForm> forms[] = {
 constexpr Spelling<KindSource> sources[] = {{"registry", KindSource::registry},
                                             {"draft", KindSource::draft},
                                             {"proposed", KindSource::proposed}};
+constexpr Spelling<KindEvidence> evidences[] = {{"standard", KindEvidence::standard},
+                                                {"family", KindEvidence::family},
+                                                {"decoders", KindEvidence::decoders},
+                                                {"layout unknown", KindEvidence::none}};
 
 template <class Value, std::size_t n>
 std::string_view spelled(const Spelling<Value> (&rows)[n], Value value) {
@@ -60,17 +64,9 @@ Json jsonOf(const KindField& field) {
 }
 
 Json verifiedJson(KindEvidence evidence) {
-  switch (evidence) {
-    case KindEvidence::standard:
-      return true;
-    case KindEvidence::family:
-      return "family";
-    case KindEvidence::decoders:
-      return "decoders";
-    case KindEvidence::none:
-      break;
-  }
-  return false;
+  if (evidence == KindEvidence::standard || evidence == KindEvidence::none)
+    return evidence == KindEvidence::standard;
+  return spelled(evidences, evidence);
 }
 
 std::string hexOf(U32 number) {
@@ -103,7 +99,7 @@ class ObjectReader {
   /// The value of a key; null when there is none.
   const Json* find(const char* key) const {
     const auto at = object_.find(key);
-    return at == object_.end() || at->is_null() ? nullptr : &*at;
+    return at == object_.end() ? nullptr : &*at;
   }
   std::string text(const char* key, bool required = true) {
     const Json* const value = find(key);
@@ -160,10 +156,6 @@ class KindFileReader : public KindFile {
   }
 
  private:
-  // Words are held against each other, all with all.
-  static constexpr std::size_t mostWords = 4096;
-  static constexpr const char* tooMany = "has more than 4096 words";
-
   std::string_view keep(std::string text) { return texts_.emplace_back(std::move(text)); }
 
   void readKind(const Json& row, const std::string& where) {
@@ -185,6 +177,8 @@ class KindFileReader : public KindFile {
     if (in.find("aliases")) kind.aliases = readAliases(in);
     if (in.find("value")) in.fail("value", "is of well-known standard communities only");
     auto& fields = fields_.emplace_back();
+    if (in.array("fields").size() > kind.valueBits())
+      in.fail("fields", "has more fields than the value has bits");
     for (const Json& field : in.array("fields"))
       fields.push_back(readField(field, here + ", field " + std::to_string(fields.size() + 1)));
     kind.fields = fields;
@@ -211,15 +205,13 @@ class KindFileReader : public KindFile {
 
   static KindEvidence readEvidence(ObjectReader& in) {
     const Json* const value = in.find("verified");
-    if (!value || *value == true) return KindEvidence::standard;
-    if (*value == "family") return KindEvidence::family;
-    if (*value == "decoders") return KindEvidence::decoders;
-    if (*value != false) in.fail("verified", "is neither true, false, family nor decoders");
-    return KindEvidence::none;
+    if (!value) return KindEvidence::standard;
+    for (const auto& row : evidences)
+      if (verifiedJson(row.value) == *value) return row.value;
+    in.fail("verified", "is neither true, false, family nor decoders");
   }
 
   std::span<const std::string_view> readAliases(ObjectReader& in) {
-    if (in.array("aliases").size() > mostWords) in.fail("aliases", tooMany);
     auto& words = aliases_.emplace_back();
     for (const Json& alias : in.array("aliases")) {
       if (!alias.is_string()) in.fail("aliases", "has one that is no text");
@@ -252,7 +244,6 @@ class KindFileReader : public KindFile {
 
   std::span<const KindName> readNames(ObjectReader& in, const char* key, const Json& object) {
     if (!object.is_object()) in.fail(key, "is no object of numbers and names");
-    if (object.size() > mostWords) in.fail(key, tooMany);
     auto& names = names_.emplace_back();
     for (const auto& item : object.items()) {
       const auto number = decimalNumber(item.key(), 32);
@@ -273,6 +264,7 @@ class KindFileReader : public KindFile {
 }  // namespace
 
 std::string_view formText(KindForm form) { return spelled(forms, form); }
+std::string_view evidenceText(KindEvidence evidence) { return spelled(evidences, evidence); }
 
 Json jsonOf(const Kind& kind) {
   const auto optional = [](const auto& value) { return value ? Json(*value) : Json(nullptr); };
@@ -304,17 +296,21 @@ std::shared_ptr<const KindFile> readKinds(const std::string& file) {
 }
 
 std::shared_ptr<const KindFile> readKindsText(std::string_view text, const std::string& file) {
-  // A key that comes twice would count for what it says last.
+  // A key that comes twice would count for what it says last; among many, each is sought in turn.
+  constexpr std::size_t mostKeys = 4096;
   std::vector<std::set<std::string>> keys;
-  const auto refuseRepeats = [&](int, Json::parse_event_t event, const Json& parsed) {
+  const auto checkKeys = [&](int, Json::parse_event_t event, const Json& parsed) {
     if (event == Json::parse_event_t::object_start) keys.emplace_back();
     if (event == Json::parse_event_t::object_end) keys.pop_back();
-    if (event == Json::parse_event_t::key && !keys.back().insert(parsed.get<std::string>()).second)
+    if (event != Json::parse_event_t::key) return true;
+    if (!keys.back().insert(parsed.get<std::string>()).second)
       throw DataError(file + ": \"" + parsed.get<std::string>() + "\" comes twice in one object");
+    if (keys.back().size() > mostKeys)
+      throw DataError(file + ": an object has more than " + std::to_string(mostKeys) + " keys");
     return true;
   };
   try {
-    return std::make_shared<const KindFileReader>(Json::parse(text, refuseRepeats), file);
+    return std::make_shared<const KindFileReader>(Json::parse(text, checkKeys), file);
   } catch (const Json::exception& error) {
     throw DataError(file + ": " + error.what());
   }

@@ -14,6 +14,8 @@ using Json = nlohmann::ordered_json;
 
 /// How rows spell a form: `integer`, `enum`.
 std::string_view formText(Routing::Bgp::KindForm form);
+/// How a layout is known: `standard`, `layout unknown`.
+std::string_view evidenceText(Routing::Bgp::KindEvidence evidence);
 
 /// A row as `bgpcomm kinds --json` prints it.
 Json jsonOf(const Routing::Bgp::Kind& kind);

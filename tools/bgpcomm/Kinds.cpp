@@ -36,20 +36,6 @@ std::string numberOf(const Kind& kind) {
   return text;
 }
 
-std::string_view evidenceText(KindEvidence evidence) {
-  switch (evidence) {
-    case KindEvidence::standard:
-      return "standard";
-    case KindEvidence::family:
-      return "family";
-    case KindEvidence::decoders:
-      return "decoders";
-    case KindEvidence::none:
-      break;
-  }
-  return "layout unknown";
-}
-
 bool contains(std::string_view text, std::string_view part) {
   return std::search(text.begin(), text.end(), part.begin(), part.end(),
                      [](char a, char b) { return lowerCase(a) == lowerCase(b); }) != text.end();

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "Errors.h"
-#include "Numbers.h"
 #include "TextStyle.h"
 #include "kinds/ZoBgpCommunityReader.h"
 #include "kinds/ZoBgpKindCheck.h"
@@ -14,7 +13,6 @@ using namespace Routing::Bgp;
 
 namespace {
 
-constexpr U64 most16 = 0xFFFF, most32 = 0xFFFFFFFF;
 constexpr U8 routeTargetSubtype = 0x02;
 
 Wanted wantedOf(const AnyCommunity& community) {
@@ -41,14 +39,6 @@ std::string_view octetsPrefix(std::string_view text) {
   return digits ? "0x" : "";
 }
 
-/// Type octet, the subtype of route targets, then two numbers that fill the rest.
-std::vector<U8> routeTarget(U8 type, U64 administrator, int size, U64 local) {
-  std::vector<U8> octets = {type, routeTargetSubtype};
-  appendNumber(octets, administrator, size);
-  appendNumber(octets, local, 6 - size);
-  return octets;
-}
-
 bool isRouteTarget(const AnyCommunity& community) {
   if (const auto* content = std::get_if<ExtCommContent>(&community))
     return content->type() <= 0x02 && content->subtype() == routeTargetSubtype;
@@ -69,15 +59,16 @@ Wanted wantedRouteTarget(const std::string& text) {
   constexpr std::string_view prefix = "RT:";
   const bool prefixed = equalIgnoringCase(std::string_view(text).substr(0, prefix.size()), prefix);
   const std::string target = prefixed ? text.substr(prefix.size()) : text;
-  if (const auto numbers = readNumbers<2>(target, most32)) {
-    const auto [as, local] = *numbers;
+  if (target.find_first_not_of("0123456789:") == target.npos) {
     Wanted wanted{listTypeOf(U8(BgpPathAttrType::extCommunity)), {}};
-    if (as <= most16) wanted.values.push_back(routeTarget(0x00, as, 2, local));
-    if (local <= most16) wanted.values.push_back(routeTarget(0x02, as, 4, local));
+    for (const char* kind : {"route-target-as2:", "route-target-as4:"})
+      if (const auto read = readCommunity(kind + target))
+        wanted.values.push_back(wantedOf(*read).values.front());
     if (!wanted.values.empty()) return wanted;
   }
-  const bool bare = !text.empty() && text.find_first_of("0123456789[") == 0 &&
-                    text.find_first_of(":[") != text.npos;
+  // Administrator and number: by their looks, or as `fe80::1:100` because they can be read so.
+  const bool bare = (text.find_first_of("0123456789[") == 0 && text.find(':') != text.npos) ||
+                    readCommunity(std::string(prefix) + text);
   const AnyCommunity community = readText(text, bare ? prefix : octetsPrefix(text));
   if (!isRouteTarget(community)) throw UsageError("it is no route target");
   return wantedOf(community);
