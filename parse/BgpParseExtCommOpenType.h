@@ -10,7 +10,7 @@
 // 2. The subtype octet is looked up as it is: no enumeration says which of them are asked for.
 // 3. A content that no sub-rule serves is left to the parser, which makes a plain ExtComm of it, as
 //    it does without the rule.
-// 4. Asking never displaces the rule of somebody else. `typeRuleIs` still does: an open rule that is
+// 4. Asking never displaces the rule of somebody else, as `typeRuleIs` does: an open rule that is
 //    replaced keeps its sub-rules and is asked nothing more.
 // 5. No registry knows the rule. Plug-ins install their sub-rules when they are asked for those of
 //    the parser; BgpParseExtCommPlugin and `addExtCommOpenTypeSubRule` do so.
