@@ -15,6 +15,7 @@ namespace bgpcomm {
 
 void addSummary(CLI::App& app, int& exitCode);
 void addPaths(CLI::App& app, int& exitCode);
+void addValues(CLI::App& app, int& exitCode);
 void addVerify(CLI::App& app, int& exitCode);
 void addDecode(CLI::App& app, int& exitCode);
 void addSave(CLI::App& app, int& exitCode);

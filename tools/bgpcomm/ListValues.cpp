@@ -1,6 +1,7 @@
 #include "ListValues.h"
 
 #include "Hex.h"
+#include "ListTypes.h"
 #include "TextStyle.h"
 #include "Zonet/NetworkOrder.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
@@ -65,5 +66,13 @@ std::string textOf(const Acl::CommunityValue& community) {
 }
 std::string textOf(const ExtComm& community) { return extendedText(community); }
 std::string textOf(const ExtCommIp6& community) { return extendedText(community); }
+
+std::string kindName(const AnyCommunity& community) {
+  const auto& kinds = textStyle().kinds;
+  const Kind* const kind = (kinds ? *kinds : KindTable::builtIn()).find(community);
+  if (!kind) return "unknown";
+  if (!kind->identifier.empty()) return std::string(kind->identifier);
+  return std::string(listTypes[listTypeOf(U8(kind->attribute))].key);
+}
 
 }  // namespace bgpcomm

@@ -13,6 +13,7 @@
 #include "community-list/ZoBgpCommunityListLarge.h"
 #include "community/ZoBgpCommunity.h"
 #include "ip6/ExtCommIp6.h"
+#include "kinds/ZoBgpKindTable.h"
 
 namespace bgpcomm {
 
@@ -37,6 +38,10 @@ std::string textOf(const Acl::CommunityValue& community);
 /// the AS number is written. Canonical texts do tell.
 std::string textOf(const Routing::Bgp::ExtComm& community);
 std::string textOf(const Routing::Bgp::ExtCommIp6& community);
+
+/// The identifier of a community's kind; `standard` and `large` of those that have no name,
+/// `unknown` of one without a row.
+std::string kindName(const Routing::Bgp::AnyCommunity& community);
 
 /// How many octets each value of a list has.
 template <class List>

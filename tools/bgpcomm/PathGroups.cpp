@@ -4,27 +4,20 @@
 #include <set>
 
 #include "Errors.h"
-#include "HeldListsOf.h"
 #include "ListValues.h"
-#include "TextStyle.h"
 #include "mrt/AsPath.h"
 
 namespace bgpcomm {
 
 using namespace Routing::Bgp;
 
-namespace {
-
-/// The identifier of a community's kind; `standard` and `large` of those that have no name.
-std::string kindName(const AnyCommunity& community) {
-  const auto& kinds = textStyle().kinds;
-  const Kind* const kind = (kinds ? *kinds : KindTable::builtIn()).find(community);
-  if (!kind) return "unknown";
-  if (!kind->identifier.empty()) return std::string(kind->identifier);
-  return std::string(listTypes[listTypeOf(U8(kind->attribute))].key);
+std::string peerText(const Peer& peer) {
+  return addressText(peer.address) + " AS" + std::to_string(peer.asNumber);
 }
-
-}  // namespace
+std::string originText(const Path& path) {
+  const auto origin = AsPath(path).origin();
+  return origin ? "AS" + std::to_string(*origin) : "-";
+}
 
 GroupBy readGroupBy(const std::string& name) {
   const auto at = std::ranges::find(groupByNames, name);
@@ -32,25 +25,14 @@ GroupBy readGroupBy(const std::string& name) {
   throw UsageError("--group-by " + name + ": there are peer, origin, kind, value, prefix-length");
 }
 
-std::size_t PathGroups::HashCommunities::operator()(const Communities& communities) const {
-  U64 hash = 0;
-  communities.forEachType([&](const auto& list) {
-    hash = (hash ^ reinterpret_cast<std::uintptr_t>(list.get())) * 0x9E3779B97F4A7C15;
-    hash ^= hash >> 32;
-  });
-  return std::size_t(hash);
-}
-
 void PathGroups::add(const Path& path, CommunityValues& values, const PathFilter& filter) {
   switch (by_) {
     case GroupBy::peer:
-      ++groups_[addressText(path.peer.address) + " AS" + std::to_string(path.peer.asNumber)];
+      ++groups_[peerText(path.peer)];
       return;
-    case GroupBy::origin: {
-      const auto origin = AsPath(path).origin();
-      ++groups_[origin ? "AS" + std::to_string(*origin) : "-"];
+    case GroupBy::origin:
+      ++groups_[originText(path)];
       return;
-    }
     case GroupBy::prefixLength:
       visitPrefixes(path, [&](const Prefix& prefix) {
         if (!filter.wants(prefix)) return;
@@ -63,20 +45,15 @@ void PathGroups::add(const Path& path, CommunityValues& values, const PathFilter
     case GroupBy::value:
       break;
   }
-  Communities communities;
-  for (std::size_t type = 0; type < listTypeCount; ++type)
-    if (!values[type].empty() &&
-        tables_.read(BgpPathAttrType(listTypes[type].attribute), values[type], communities))
-      values.faults.add(Fault::linkBandwidth);
-  ++communities_[communities];
+  ++combinations_.of(values).second;
 }
 
 /// The groups of kinds or values.
 std::unordered_map<std::string, U64> PathGroups::byCommunities() const {
   std::unordered_map<std::string, U64> groups;
-  for (const auto& [communities, paths] : communities_) {
+  for (const auto& [lists, paths] : combinations_.all()) {
     std::set<std::string> keys;
-    communities.forEachList([&](const auto& list) {
+    lists.forEachList([&](const auto& list) {
       forEachCommunity(*list, [&](const auto& one) {
         keys.insert(by_ == GroupBy::value
                         ? textOf(one)

@@ -5,11 +5,15 @@
 //   for (const PathGroups::Group& group : groups.sorted()) use(group.key, group.paths);
 #pragma once
 
-#include <unordered_map>
-
+#include "Combinations.h"
 #include "PathFilter.h"
 
 namespace bgpcomm {
+
+/// `192.0.2.1 AS64600`.
+std::string peerText(const Peer& peer);
+/// `AS64700`; `-` for a path without an origin.
+std::string originText(const Path& path);
 
 enum class GroupBy { peer, origin, kind, value, prefixLength };
 /// The words of `--group-by`, in the order of the enumeration.
@@ -33,18 +37,12 @@ class PathGroups {
   std::vector<Group> sorted() const;
 
  private:
-  using Communities = Routing::Bgp::PathCommunities;
-  struct HashCommunities {
-    std::size_t operator()(const Communities& communities) const;
-  };
-
   std::unordered_map<std::string, U64> byCommunities() const;
 
   const GroupBy by_;
-  const CommunityTables tables_{sharedParser()};
   std::unordered_map<std::string, U64> groups_;
   // Of kinds and values: taken apart once, however many paths have the same.
-  std::unordered_map<Communities, U64, HashCommunities> communities_;
+  Combinations<U64> combinations_;
 };
 
 }  // namespace bgpcomm

@@ -44,8 +44,7 @@ class PathPrinter {
 
  private:
   std::string textLine(const Path& path, PrefixReader prefixes, const std::string& rest) const {
-    std::string line = timeText(path) + '\t' + addressText(path.peer.address) + " AS" +
-                       std::to_string(path.peer.asNumber) + '\t';
+    std::string line = timeText(path) + '\t' + peerText(path.peer) + '\t';
     const std::size_t start = line.size();
     const auto separate = [&line, start] {
       if (line.size() > start) line += ' ';

@@ -90,6 +90,7 @@ int run(int argc, char** argv) {
   bgpcomm::addKindOptions(app);  // first: commands take over that they understand these
   bgpcomm::addSummary(app, exitCode);
   bgpcomm::addPaths(app, exitCode);
+  bgpcomm::addValues(app, exitCode);
   bgpcomm::addVerify(app, exitCode);
   bgpcomm::addDecode(app, exitCode);
   bgpcomm::addSave(app, exitCode);

@@ -1,0 +1,26 @@
+#include "ListedValue.h"
+
+#include <nlohmann/json.hpp>
+
+#include "Hex.h"
+
+namespace bgpcomm {
+
+using namespace Routing::Bgp;
+
+AnyCommunity ListedValue::community() const {
+  return communityOf(BgpPathAttrType(type().attribute), octets());
+}
+
+std::string ListedValue::text(const CommunityTables& tables) const {
+  return type().text(tables, octets()).text;
+}
+
+nlohmann::ordered_json ListedValue::json(const CommunityTables& tables) const {
+  return {{"value", text(tables)},
+          {"octets", hex(octets())},
+          {"kind", kindName(community())},
+          {"attribute", type().key}};
+}
+
+}  // namespace bgpcomm
