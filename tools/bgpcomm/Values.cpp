@@ -35,8 +35,8 @@ class ValueCounter {
 
   void startFile() { inTable_ = false; }
   void add(const Path& path, CommunityValues& values, const PathFilter& filter) {
+    if (std::ranges::all_of(values, &Octets::empty)) return;
     auto& [lists, carried] = combinations_.of(values);
-    if (lists.empty()) return;
     if (carried.paths == 0) carried.values = numbersOf(lists);
     ++carried.paths;
     carried.peers.insert(peerNumber(path.peer));
