@@ -136,6 +136,13 @@ std::string peerKey(const Peer& peer) {
   return key + numberKey(peer.asNumber, 4);
 }
 
+Peer peerOfKey(std::string_view key) {
+  Cursor in({reinterpret_cast<const U8*>(key.data()), key.size()});
+  const std::size_t size = in.u8();
+  const Octets address = in.take(16).first(size);
+  return {in.u32(), address};
+}
+
 std::string pathKey(const Path& path, const Prefix& prefix) {
   return peerKey(path.peer) + numberKey(path.sent, 1) + numberKey(prefix.addressFamily.afi, 2) +
          numberKey(prefix.addressFamily.safi, 1) + numberKey(prefix.pathId.has_value(), 1) +

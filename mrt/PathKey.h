@@ -45,6 +45,9 @@ std::string nlriKey(const Prefix& prefix);
 
 /// The peer's part of its paths' keys: they stand together in an ordered map.
 std::string peerKey(const Peer& peer);
+/// The way back from such a key, or from a path's. Its address lies in the key.
+/// REQUIRES: `peerKey` or `pathKey` made it.
+Peer peerOfKey(std::string_view key);
 
 /// The key of a path's prefix: peer, table (received from the peer or sent to it), address family
 /// and path identifier in fixed width, then `nlriKey`.

@@ -41,6 +41,7 @@ inline void expectRuns(std::initializer_list<ToolCase> cases) {
 struct ToolTest : testing::Test {
   void SetUp() override {
     if (!std::getenv("BGPCOMM")) GTEST_SKIP() << "$BGPCOMM does not name the tool";
+    ::setenv("XDG_CONFIG_HOME", "/nonexistent", 1);  // no descriptions of the user's own
   }
 };
 

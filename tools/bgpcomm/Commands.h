@@ -21,12 +21,16 @@ void addDecode(CLI::App& app, int& exitCode);
 void addSave(CLI::App& app, int& exitCode);
 void addRestore(CLI::App& app, int& exitCode);
 void addWatchRt(CLI::App& app, int& exitCode);
+void addDiff(CLI::App& app, int& exitCode);
 void addDescribe(CLI::App& app, int& exitCode);
 void addEncode(CLI::App& app, int& exitCode);
 void addKinds(CLI::App& app, int& exitCode);
 
 /// Declares the options of all commands that say which kinds are known.
 void addKindOptions(CLI::App& app);
+
+/// Declares those that say what communities mean; see Descriptions.h.
+void addDescriptionOptions(CLI::App& app);
 
 /// A subcommand's help: the description in one line, and under its options the rest of the text,
 /// with an example.

@@ -1,5 +1,6 @@
 #include "ListTypes.h"
 
+#include "Descriptions.h"
 #include "HeldListsOf.h"
 #include "TextStyle.h"
 #include "kinds/ZoBgpKindPack.h"
@@ -37,8 +38,13 @@ ListText read(const CommunityTables& tables, Octets value, auto fill) {
 template <class List>
 ListText text(const CommunityTables& tables, Octets value) {
   return read<List>(tables, value, [](const List& list, ListText& text) {
-    forEachCommunity(
-        list, [&](const auto& one) { (text.text += text.text.empty() ? "" : " ") += textOf(one); });
+    forEachCommunity(list, [&](const auto& one) {
+      (text.text += text.text.empty() ? "" : " ") += textOf(one);
+      if (!explains()) return;
+      if (const auto& meaning = descriptionOf(communityOf(List::pathAttribute, octetsOf(one)));
+          !meaning.empty())
+        text.text += " (" + meaning + ')';
+    });
   });
 }
 
@@ -46,7 +52,8 @@ template <class List>
 ListText values(const CommunityTables& tables, Octets value) {
   return read<List>(tables, value, [](const List& list, ListText& text) {
     forEachCommunity(list, [&](const auto& one) {
-      text.values.push_back({textOf(one), hex(octetsOf(one))});
+      text.values.push_back({textOf(one), hex(octetsOf(one)),
+                             descriptionOf(communityOf(List::pathAttribute, octetsOf(one)))});
     });
   });
 }

@@ -24,7 +24,8 @@ const CommunityTables::Parser& sharedParser();
 /// A value for people, and the octets that tell it apart from every other.
 struct ValueText {
   std::string text;
-  std::string octets;  ///< in hex
+  std::string octets;       ///< in hex
+  std::string description;  ///< empty when none is given
 };
 
 /// A list as it was asked for, or why it was refused.

@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "Commands.h"
+#include "Descriptions.h"
 #include "TextStyle.h"
 #include "community/ZoBgpCommunityTextParts.h"
 #include "mrt/AsPath.h"
@@ -114,7 +115,8 @@ U32 readTime(const std::string& text) {
 
 CommunityPattern readQuestion(const std::string& text) {
   const auto& kinds = textStyle().kinds;
-  auto pattern = CommunityPattern::parse(text, kinds ? *kinds : KindTable::builtIn());
+  auto pattern =
+      CommunityPattern::parse(text, kinds ? *kinds : KindTable::builtIn(), descriptions());
   if (!pattern) throw UsageError(pattern.error.text());
   return std::move(*pattern.value);
 }

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
+#include "Descriptions.h"
 #include "PathFilter.h"
 #include "PathGroups.h"
 #include "Reading.h"
@@ -116,23 +117,27 @@ class PathPrinter {
     return object.dump() + '\n';
   }
 
-  /// For each list type an array of texts and one of octets in hex, in the same order: different
-  /// values may have the same text.
+  /// For each list type arrays of texts, of octets in hex (different values may have the same text)
+  /// and, when any are given, of descriptions, in the same order.
   void addLists(nlohmann::ordered_json& object, CommunityValues& values) const {
-    auto octets = nlohmann::ordered_json::object();
+    using Array = nlohmann::ordered_json::array_t;
+    nlohmann::ordered_json beside;
     for (std::size_t type = 0; type < listTypeCount; ++type) {
       ListText list;
       if (!values[type].empty()) list = listTypes[type].values(tables_, values[type]);
       if (list.fault) values.faults.add(*list.fault);
-      const std::string key(listTypes[type].key);
-      auto& ofTexts = object[key] = nlohmann::ordered_json::array();
-      auto& ofOctets = octets[key + "Octets"] = nlohmann::ordered_json::array();
+      Array texts, octets, meanings;
       for (const ValueText& value : list.values) {
-        ofTexts.push_back(value.text);
-        ofOctets.push_back(value.octets);
+        texts.emplace_back(value.text);
+        octets.emplace_back(value.octets);
+        meanings.emplace_back(value.description);
       }
+      const std::string key(listTypes[type].key);
+      object[key] = std::move(texts);
+      beside[key + "Octets"] = std::move(octets);
+      if (descriptions()) beside[key + "Descriptions"] = std::move(meanings);
     }
-    object.update(octets);
+    object.update(beside);
   }
 
   const bool json_;

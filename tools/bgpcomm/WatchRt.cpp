@@ -1,14 +1,12 @@
-#include <map>
 #include <nlohmann/json.hpp>
-#include <set>
 
 #include "Commands.h"
 #include "Hex.h"
 #include "ListTypes.h"
 #include "ListValues.h"
+#include "PathTable.h"
 #include "Reading.h"
 #include "Terminal.h"
-#include "mrt/PathKey.h"
 
 namespace bgpcomm {
 namespace {
@@ -67,38 +65,19 @@ class Replay {
  public:
   explicit Replay(const ExtCommListDedupTable::Ptr& lists) : lists_(lists) {}
 
-  /// Returns whether the list was refused. A prefix that a message both withdraws and announces is
-  /// announced (RFC 4271, section 4.3). Any change of a peer's state means that what it announced
-  /// before is void: a new session starts with nothing, too.
+  /// Returns whether the list was refused.
   bool take(const Path& path, Octets extended) {
-    if (path.stateChange) forget(path.peer);
     FromWire<const ExtCommList> read;
     if (!extended.empty()) read = ExtCommList::dedupWire(lists_, values_, extended);
-    std::set<std::string> announced;
-    visitPrefixes(path, [&](const Prefix& prefix) {
-      const auto at = announced.insert(pathKey(path, prefix)).first;
-      if (read)
-        paths_[*at] = read.list;
-      else
-        paths_.erase(*at);
-    });
-    visitWithdrawn(path, [&](const Prefix& prefix) {
-      const std::string withdrawn = pathKey(path, prefix);
-      if (!announced.contains(withdrawn)) paths_.erase(withdrawn);
-    });
+    paths_.take(path,
+                [&](const Prefix&) { return read ? std::optional(read.list) : std::nullopt; });
     return bool(read.fault);
   }
 
  private:
-  void forget(const Peer& peer) {
-    const std::string key = peerKey(peer);
-    for (auto at = paths_.lower_bound(key); at != paths_.end() && at->first.starts_with(key);)
-      at = paths_.erase(at);
-  }
-
   ExtCommDedupTable::Ptr values_ = extCommDedupTableFactory(sharedParser()->extCommParser());
   ExtCommListDedupTable::Ptr lists_;
-  std::map<std::string, ExtCommList::PtrConst> paths_;
+  PathTable<ExtCommList::PtrConst> paths_;
 };
 
 int runWatchRt(const Options& options) {

@@ -88,9 +88,11 @@ int run(int argc, char** argv) {
       throw bgpcomm::UsageError("--core has no canonical texts");
   });
   bgpcomm::addKindOptions(app);  // first: commands take over that they understand these
+  bgpcomm::addDescriptionOptions(app);
   bgpcomm::addSummary(app, exitCode);
   bgpcomm::addPaths(app, exitCode);
   bgpcomm::addValues(app, exitCode);
+  bgpcomm::addDiff(app, exitCode);
   bgpcomm::addVerify(app, exitCode);
   bgpcomm::addDecode(app, exitCode);
   bgpcomm::addSave(app, exitCode);
