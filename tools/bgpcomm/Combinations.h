@@ -1,13 +1,12 @@
 // The distinct combinations of lists that paths carry, each with what a command counts of it.
 //
 //   Combinations<U64> combinations;
-//   ++combinations.of(values).second;                  // once a path
-//   for (const auto& [lists, paths] : combinations.all()) use(lists, paths);
+//   ++combinations.of(values).count;                  // once a path
+//   combinations.forEach([](const PathCommunities& lists, U64 paths) { ... });
 #pragma once
 
-#include <unordered_map>
-
 #include "Attributes.h"
+#include "Numbering.h"
 
 namespace bgpcomm {
 
@@ -24,18 +23,26 @@ struct HashLists {
 template <class Count>
 class Combinations {
  public:
-  using Counts = std::unordered_map<PathCommunities, Count, HashLists>;
-
-  /// The combination of a path and its count, made if there is none. A list that is refused is one
-  /// of the path's faults.
-  typename Counts::value_type& of(CommunityValues& values) {
-    return *counts_.try_emplace(readLists(tables_, values)).first;
+  struct Combination {
+    const PathCommunities& lists;
+    Count& count;
+  };
+  /// The combination of a path, valid until the next call. A list that is refused is one of the
+  /// path's faults.
+  Combination of(CommunityValues& values) {
+    const U32 number = lists_.numberOf(readLists(tables_, values));
+    if (counts_.size() <= number) counts_.resize(number + 1);
+    return {lists_[number], counts_[number]};
   }
-  const Counts& all() const { return counts_; }
+  /// Calls `use(lists, count)` for each, in the order in which they came.
+  void forEach(auto use) const {
+    for (U32 number = 0; number < counts_.size(); ++number) use(lists_[number], counts_[number]);
+  }
 
  private:
   const CommunityTables tables_{sharedParser()};
-  Counts counts_;
+  Numbering<PathCommunities, HashLists> lists_;
+  std::vector<Count> counts_;
 };
 
 }  // namespace bgpcomm

@@ -1,15 +1,15 @@
-// Numbers instead of texts and octets, and sets of these.
+// Numbers instead of things that are long, and sets of these.
 //
-//   Numbering peers;
+//   Numbering<std::string> peers;
 //   NumberSet seen;
-//   seen.insert(peers.numberOf(peerKey(peer)));
+//   seen.insert(peers.numberOf(asText(address)));
 //   seen.size();
 #pragma once
 
 #include <bit>
+#include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "Mox/Types.h"
@@ -17,25 +17,56 @@
 namespace bgpcomm {
 using namespace Mox::Words;
 
-/// Numbers keys from 0 on, in the order in which they come. A key that is known allocates nothing.
+template <class Thing>
+struct HashOf : std::hash<Thing> {};
+template <>
+struct HashOf<std::string> : std::hash<std::string_view> {};
+
+/// Numbers things from 0 on, in the order in which they come.
+template <class Thing, class Hash = HashOf<Thing>>
 class Numbering {
  public:
-  U32 numberOf(std::string_view key) {
-    if (const auto known = numbers_.find(key); known != numbers_.end()) return known->second;
-    const auto made = numbers_.emplace(key, U32(keys_.size())).first;
-    keys_.push_back(&made->first);
-    return made->second;
+  /// The number of the thing that equals the key; one that is new is made from the key.
+  U32 numberOf(const auto& key) {
+    if (2 * things_.size() >= slots_.size()) grow();
+    const U64 hash = mixed(Hash()(key));
+    Slot& slot = slotOf(hash, [&](U32 number) { return things_[number] == key; });
+    if (!slot.taken) {
+      things_.emplace_back(key);
+      slot = {U32(hash >> 32), U32(things_.size() - 1), true};
+    }
+    return slot.number;
   }
-  std::size_t size() const { return keys_.size(); }
+  std::size_t size() const { return things_.size(); }
   /// REQUIRES: number < size().
-  const std::string& operator[](U32 number) const { return *keys_[number]; }
+  const Thing& operator[](U32 number) const { return things_[number]; }
 
  private:
-  struct Hash : std::hash<std::string_view> {
-    using is_transparent = void;
+  /// Finds a thing by half of its hash. The first free slot behind its place ends a search.
+  struct Slot {
+    U32 hash = 0;
+    U32 number = 0;
+    bool taken = false;
   };
-  std::unordered_map<std::string, U32, Hash, std::equal_to<>> numbers_;
-  std::vector<const std::string*> keys_;
+  static U64 mixed(U64 hash) { return (hash ^ hash >> 32) * 0x9E3779B97F4A7C15; }
+
+  /// The slot of a thing, or the free one where it belongs.
+  Slot& slotOf(U64 hash, auto isIt) {
+    const U32 half = U32(hash >> 32);
+    for (std::size_t at = half;; ++at) {
+      Slot& slot = slots_[at & (slots_.size() - 1)];
+      if (!slot.taken || (slot.hash == half && isIt(slot.number))) return slot;
+    }
+  }
+  void grow() {
+    std::vector<Slot> old(slots_.empty() ? 64 : 2 * slots_.size());  // a power of two
+    old.swap(slots_);
+    for (const Slot& slot : old)
+      if (slot.taken) slotOf(U64{slot.hash} << 32, [](U32) { return false; }) = slot;
+  }
+
+  std::vector<Thing> things_;
+  std::vector<Slot> slots_;  // at most half of them taken
 };
 
 /// A bit for each number up to the largest.

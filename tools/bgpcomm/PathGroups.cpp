@@ -45,13 +45,13 @@ void PathGroups::add(const Path& path, CommunityValues& values, const PathFilter
     case GroupBy::value:
       break;
   }
-  ++combinations_.of(values).second;
+  ++combinations_.of(values).count;
 }
 
 /// The groups of kinds or values.
 std::unordered_map<std::string, U64> PathGroups::byCommunities() const {
   std::unordered_map<std::string, U64> groups;
-  for (const auto& [lists, paths] : combinations_.all()) {
+  combinations_.forEach([&](const PathCommunities& lists, U64 paths) {
     std::set<std::string> keys;
     lists.forEachList([&](const auto& list) {
       forEachCommunity(*list, [&](const auto& one) {
@@ -61,7 +61,7 @@ std::unordered_map<std::string, U64> PathGroups::byCommunities() const {
       });
     });
     for (const std::string& key : keys) groups[key] += paths;
-  }
+  });
   return groups;
 }
 

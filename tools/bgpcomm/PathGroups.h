@@ -5,6 +5,8 @@
 //   for (const PathGroups::Group& group : groups.sorted()) use(group.key, group.paths);
 #pragma once
 
+#include <unordered_map>
+
 #include "Combinations.h"
 #include "PathFilter.h"
 

@@ -36,8 +36,9 @@ class ValueCounter {
   void startFile() { inTable_ = false; }
   void add(const Path& path, CommunityValues& values, const PathFilter& filter) {
     if (std::ranges::all_of(values, &Octets::empty)) return;
-    auto& [lists, carried] = combinations_.of(values);
-    if (carried.paths == 0) carried.values = numbersOf(lists);
+    const auto combination = combinations_.of(values);
+    Carried& carried = combination.count;
+    if (carried.paths == 0) carried.values = numbersOf(combination.lists);
     ++carried.paths;
     carried.peers.insert(peerNumber(path.peer));
     if (path.fromTable)
@@ -51,12 +52,13 @@ class ValueCounter {
     for (U32 number = 0; number < values_.size(); ++number)
       figures.push_back({.key = numbers_[number], .prefixes = values_[number].tablePrefixes});
     std::vector<NumberSet> peers(values_.size());
-    for (const auto& [lists, carried] : combinations_.all())
+    combinations_.forEach([&](const PathCommunities&, const Carried& carried) {
       for (const U32 number : carried.values) {
         figures[number].paths += carried.paths;
         figures[number].prefixes += carried.announced;
         peers[number].add(carried.peers);
       }
+    });
     for (std::size_t i = 0; i < figures.size(); ++i) figures[i].peers = peers[i].size();
     return figures;
   }
@@ -109,7 +111,7 @@ class ValueCounter {
 
   const std::optional<ValuePattern> kind_;
   Combinations<Carried> combinations_;
-  Numbering numbers_, peers_;
+  Numbering<std::string> numbers_, peers_;
   std::vector<Value> values_;
 
   // The prefix of a table that was met last.
