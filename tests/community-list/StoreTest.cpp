@@ -126,9 +126,9 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
     return (fresh.add(lists, 1), ..., fresh.octets());
   };
   // Its layout is above.
-  const std::string standardList = stored(list<CommList>("fde80064 00010002"));
+  const std::string flat = stored(list<CommList>("fde80064 00010002"));
   // 64: the value, 80: its reference.
-  const std::string extendedList = stored(list<ExtCommList>("0002fde800000064"));
+  const std::string extended = stored(list<ExtCommList>("0002fde800000064"));
   const auto both = ExtCommList::ExtCommListIs();
   for (const char* const one : {"4004fde84d000000", "4004fde84e000000"})
     both->append(list<ExtCommList>(one));
@@ -139,19 +139,17 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
   const char* const outside = "stored reference is out of bounds";
   const std::tuple<const std::string&, U64, U32, U64, const char*> cases[] = {
       // clang-format off
-      {standardList, 0, 1, 0x88, "is not a store"}, {standardList, 8, 4, 0x04030201, "is of the other byte order"},
-      {standardList, 8, 4, 0x03040102, "has no byte order that is known"},
-      {standardList, 12, 2, 2, "is of version 2, not 1"},
-      {standardList, 14, 2, 4, "has references of 4 octets, not 8"}, {standardList, 32, 8, 100, outside},
-      {standardList, 40, 8, 2, outside}, {standardList, 56, 8, ~U64{0}, outside},
-      {standardList, 72, 8, 68, outside}, {standardList, 72, 8, 80, "stored list has impossible bounds"},
-      {standardList, 80, 8, 70, "stored list has impossible bounds"},
-      {standardList, 80, 8, 64 + 4 * 0x1FFFFFFFULL, outside},
-      {standardList, 80, 8, U64{1} << 63, "stored list is too long"},
-      {standardList, 64, 4, 0xFDE80064, "stored list is not in the order that it claims"},
-      {standardList, 104, 8, ~U64{0} - 7, outside},
-      {extendedList, 64, 4, 10, "stored community has no such classification: 10"},
-      {extendedList, 80, 8, 68, outside}, {bandwidths, 4, 1, 0x0D, "stored list has two different link bandwidths"},
+      {flat, 0, 1, 0x88, "is not a store"}, {flat, 8, 4, 0x04030201, "is of the other byte order"},
+      {flat, 8, 4, 0x03040102, "has no byte order that is known"}, {flat, 12, 2, 2, "is of version 2, not 1"},
+      {flat, 14, 2, 4, "has references of 4 octets, not 8"}, {flat, 32, 8, 100, outside},
+      {flat, 40, 8, 2, outside}, {flat, 56, 8, ~U64{0}, outside}, {flat, 72, 8, 68, outside},
+      {flat, 72, 8, 80, "stored list has impossible bounds"},
+      {flat, 80, 8, 70, "stored list has impossible bounds"}, {flat, 80, 8, 64 + 4 * 0x1FFFFFFFULL, outside},
+      {flat, 80, 8, U64{1} << 63, "stored list is too long"},
+      {flat, 64, 4, 0xFDE80064, "stored list is not in the order that it claims"},
+      {flat, 104, 8, ~U64{0} - 7, outside},
+      {extended, 64, 4, 10, "stored community has no such classification: 10"}, {extended, 80, 8, 68, outside},
+      {bandwidths, 4, 1, 0x0D, "stored list has two different link bandwidths"},
       {two, 168, 8, 72, "two roots share their elements"}, {two, 152, 8, ~U64{0}, "the figures exceed 64 bits"},
   };
   // clang-format on
@@ -161,7 +159,7 @@ TEST_F(StoreTest, NamesWhatIsWrong) {
     EXPECT_EQ(refusal(sealed(bad)), std::string("NAME: ") + reason) << at << ' ' << number;
   }
   // Sums and products that wrap.
-  const FileStore store("NAME", standardList);
+  const FileStore store("NAME", flat);
   EXPECT_EQ(store.translate(8, ~U64{0} - 7, 1), nullptr);
   EXPECT_EQ(raised([&] { store.records<U64>(8, (U64{1} << 61) + 1); }),
             std::string("NAME: ") + outside);

@@ -34,11 +34,10 @@ const Zonet::Ip6Addr documentation({0x20, 1, 0xd, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 
 
 TEST(ExtCommContent, HashesAndIsStoredInDecimalAndOrderedUnsigned) {
   const std::tuple<U64, U32, const char*> ascending[] = {
-      {0, 0, "0"},
-      {1, 0x98adb391, "1"},
-      {0x0002FDE800000064, 0xbfac65dc, "842122827661412"},
-      {0x0202000100640001, 0x065a557b, "144678142330798081"},
-      {~0ULL, 0x39229c66, "18446744073709551615"}};
+      // clang-format off
+      {0, 0, "0"}, {1, 0x98adb391, "1"}, {0x0002FDE800000064, 0xbfac65dc, "842122827661412"},
+      {0x0202000100640001, 0x065a557b, "144678142330798081"}, {~0ULL, 0x39229c66, "18446744073709551615"}};
+  // clang-format on
   ExtCommContent read;
   for (const auto& [number, hash, decimal] : ascending) {
     const ExtCommContent content(number);
@@ -270,10 +269,9 @@ struct ExtCommText : testing::Test {
 TEST_F(ExtCommText, ShowAndPolicyUnderAllFlags) {
   for (const auto& [number, show, policy, make] : texts) {
     const ExtComm::PtrConst comm = make(ExtCommContent(number));
-    std::ostringstream expected;
-    expected << '<' << show << " 0x" << std::hex << std::setfill('0') << std::setw(16) << number
-             << '>';
-    expectTexts(comm, expected.str(), policy);
+    char octets[24];
+    std::snprintf(octets, sizeof octets, " 0x%016llx>", static_cast<unsigned long long>(number));
+    expectTexts(comm, Mox::String("<") + show + octets, policy);
   }
   EXPECT_EQ(ExtComm::extCommTypeAsString("-X", 0xC3, 0x0b, true), "830b-X");
   EXPECT_DEATH(rtAs4(ExtCommContent(0x42ULL << 56))->toStrep(), "0 && \"unexpected type\"");

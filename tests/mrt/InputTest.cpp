@@ -73,8 +73,8 @@ TEST(Input, DeliversWhatWasCompressedUpToAFault) {
     EXPECT_FALSE(whole.failure());
     EXPECT_EQ(whole.position(), whole.size());
 
-    // At first less than any signature.
-    const Bytes copy = "{ dd bs=3 count=1; sleep 0.05; dd bs=7777; } 2>/dev/null <" + file.name();
+    // At first an octet less than the longest signature.
+    const Bytes copy = "{ dd bs=9 count=1; sleep 0.05; dd bs=7777; } 2>/dev/null <" + file.name();
     FILE* const pipe = ::popen(copy.c_str(), "r");
     Input piped("/dev/fd/" + std::to_string(::fileno(pipe)));
     EXPECT_TRUE(readAll(piped) == plain);
@@ -187,7 +187,7 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
   // All begin with a time that is also the start of a signature.
   for (const std::string start :
        {"425a6839 0010 0004", "425a6830 3141 5926 5359", "425a683a 3141 5926 5359",
-        "5d000080 000d 0002", "1f8b0010", "502a4d18 000d 0002", "602a4d18 0000"})
+        "5d000080 000d 0002", "1f8b0010", "502a4d18 000d 0002", "602a4d18 0000", "502a4d19 0000"})
     expectExactly({{start, octets(start) + plain, octets(start) + plain}});
 }
 

@@ -85,13 +85,13 @@ TEST(MaybeU63, IsNoneOrANumberOf63Bits) {
 
 TEST(Ip6Addr, ReadsEveryFormWritesTheCanonicalOneAndOrdersByOctets) {
   const std::pair<const char*, const char*> ascending[] = {
-      {"0:0:0:0:0:0:0:0", "::"},
-      {"::0.0.1.0", "::100"},
-      {"::ffff:c000:0201", "::ffff:192.0.2.1"},
+      // clang-format off
+      {"0:0:0:0:0:0:0:0", "::"}, {"::0.0.1.0", "::100"}, {"::ffff:c000:0201", "::ffff:192.0.2.1"},
       {"2001:0:0:1:0:0:0:1", "2001:0:0:1::1"},  // the longest run is left out
       {"2001:0DB8:0000:0000:0000:0000:0000:0001", "2001:db8::1"},
       {"2001:db8:0:1:1:1:1:1", "2001:db8:0:1:1:1:1:1"},  // a single zero group stays
       {"ffff:ffff:ffff:ffff:ffff:ffff:255.255.255.255", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff"}};
+  // clang-format on
   Ip6Addr previous({0x20, 1, 0x0d, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff});
   expectText(previous, "2001:db8::ff");
   for (const auto& [form, canonical] : ascending) {
