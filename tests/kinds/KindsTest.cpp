@@ -154,6 +154,8 @@ TEST(Kinds, RefusalsSayWhere) {
       {"rout-target-as2:1:2", 0, "rout-target-as2", "route-target-as2"},
       {"mac-mobilty:S:1", 0, "mac-mobilty", "mac-mobility"},
       {"zebra:1:2", 0, "zebra"},
+      {"encapzzzation:8", 0, "encapzzzation", "encapsulation"},
+      {"encapzzzztion:8", 0, "encapzzzztion"},
       {"route-target-as2:65536:1", 17, "65536"},
       {"route-target-as2:1", 0, "route-target-as2"},
       {"route-target-as2:1:2:3", 21, "3"},
@@ -167,6 +169,7 @@ TEST(Kinds, RefusalsSayWhere) {
       {"mac-mobility:S:S:1", 15, "S"},
       {"mac-mobility:8:1", 13, "8"},
       {"mac-mobility:S::1", 15, ""},
+      {"mac-mobility::7:1", 13, ""},
       {"mac-mobility:1", 0, "mac-mobility"},
       {"color:4:100", 6, "4"},
       {"color:0:1:100", 8, "1"},
@@ -411,6 +414,18 @@ TEST(Kinds, VectorsFromElsewhere) {
     ASSERT_TRUE(parsed) << cells[1] << ": " << parsed.error.text();
     EXPECT_EQ(*parsed, fromHex(cells[2])) << cells[1];
     EXPECT_EQ(canonicalText(*parsed), cells[3]);
+  });
+  eachRow("countries.json", [](const auto& cells) {
+    U32 number = 0;
+    char letters[3];
+    const bool current = std::sscanf(cells[0].c_str(), "\"%u\": \"%2[A-Z]", &number, letters) == 2;
+    if (!current && std::sscanf(cells[0].c_str(), "\"%2[A-Z]\": %u", letters, &number) != 2) return;
+    const Mox::String text = Mox::String("data-collection-as2:1:AS:") + letters;
+    const AnyCommunity community = ExtCommContent(0x0008000100001800 | number);
+    EXPECT_EQ(parseCanonical(text).value, community) << text;
+    if (current) {
+      EXPECT_EQ(canonicalText(community), text);
+    }
   });
   eachRow("kinds-rejects.tsv", [&](const auto& cells) {
     EXPECT_FALSE(parseCanonical(cells[1], KindTable::builtIn(), attribute(cells))) << cells[1];
