@@ -1,6 +1,8 @@
 #include "Orv/DedupHashTableUnorderedSet.h"
 
+#include <algorithm>
 #include <new>
+#include <utility>
 
 namespace Orv {
 
@@ -11,12 +13,11 @@ namespace {
 
 U64 placeByHash(const DedupHandle& member, U64 seed) { return placeOf(member.hash(), seed); }
 
-constexpr U32 threadSafeShardBits = 6;
 constexpr U32 fewestPlaces = 8;
 constexpr U32 fewestKept = 64;  // a shard as small as this is not worth giving back
 
-// At most seven eighths of the places are taken, so a probe always meets a free one.
-constexpr bool isFull(U32 size, U32 places) { return U64(size) * 8 > U64(places) * 7; }
+// At most two thirds of the places are taken, so a probe always meets a free one.
+constexpr bool isFull(U32 size, U32 places) { return U64(size) * 3 > U64(places) * 2; }
 
 }  // namespace
 
@@ -34,8 +35,8 @@ DedupHashTableUnorderedSet::DedupHashTableUnorderedSet(bool threadSafe,
                                                        const DedupPlacement& placement)
     : placement_(placement),
       seed_(placementSeed()),
-      shardBits_(threadSafe ? threadSafeShardBits : 0),
-      shards_(new Shard[shardCount()]) {}
+      threadSafe_(threadSafe),
+      shards_(new Shard[1 << shardBits]) {}
 
 Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::lookupByContent(const DedupContentHandle& content,
                                                                   U32 hash) const {
@@ -73,7 +74,7 @@ Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> ob
       return Mox::Ptr<DedupHandle>::adopt(member);  // `object` dies with the call, unlocked
     if (!reserveOne(shard)) throw std::bad_alloc();
     enter(*object, bool(notifiee_));
-    this->place(shard, tag, object.get());
+    this->place(shard, Entry(tag, object.get()));
     ++shard.size;
   }
   interleave();
@@ -89,7 +90,7 @@ void DedupHashTableUnorderedSet::remove(DedupHandle* member) {
   {
     Shard& shard = shardOf(place);
     const Guard guard(*this, shard);
-    erase(shard, tagOf(place), member);
+    erase(shard, Entry(tagOf(place), member));
     leave(*member);
   }
   interleave();
@@ -117,76 +118,70 @@ DedupHashTableUnorderedSet::~DedupHashTableUnorderedSet() {
 
 void DedupHashTableUnorderedSet::visitMembers(
     const std::function<void(DedupHandle&)>& visit) const {
-  for (U32 s = 0; s < shardCount(); ++s)
-    for (U32 i = 0; shards_[s].size && i <= shards_[s].mask; ++i)
-      if (shards_[s].tags[i]) visit(*shards_[s].members[i]);
+  for (const Shard& shard : shards())
+    for (U32 i = 0; shard.size && i < shard.places; ++i)
+      if (shard.entries[i]) visit(*shard.entries[i].member());
 }
 
 U64 DedupHashTableUnorderedSet::members() const {
   U64 sum = 0;
-  for (U32 s = 0; s < shardCount(); ++s) {
-    const Guard guard(*this, shards_[s]);
-    sum += shards_[s].size;
+  for (Shard& shard : shards()) {
+    const Guard guard(*this, shard);
+    sum += shard.size;
   }
   return sum;
 }
 
 U64 DedupHashTableUnorderedSet::octets() const {
-  U64 sum = sizeof *this + shardCount() * sizeof(Shard);
-  for (U32 s = 0; s < shardCount(); ++s) {
-    const Guard guard(*this, shards_[s]);
-    if (shards_[s].tags) sum += (U64(shards_[s].mask) + 1) * (sizeof(U32) + sizeof(DedupHandle*));
+  U64 sum = sizeof *this + shards().size_bytes();
+  for (Shard& shard : shards()) {
+    const Guard guard(*this, shard);
+    sum += U64(shard.places) * sizeof(Entry);
   }
   return sum;
 }
 
-void DedupHashTableUnorderedSet::place(Shard& shard, U32 tag, DedupHandle* member) {
-  U32 i = tag & shard.mask;
-  while (shard.tags[i]) i = (i + 1) & shard.mask;
-  shard.tags[i] = tag;
-  shard.members[i] = member;
+void DedupHashTableUnorderedSet::place(Shard& shard, Entry entry) {
+  U32 i = shard.home(entry.tag());
+  while (shard.entries[i]) i = shard.next(i);
+  shard.entries[i] = entry;
 }
 
 bool DedupHashTableUnorderedSet::reserveOne(Shard& shard) {
-  const U32 places = shard.tags ? shard.mask + 1 : 0;
-  if (places && !isFull(shard.size + 1, places)) return true;
-  return resize(shard, places ? 2 * places : fewestPlaces);
+  if (!isFull(shard.size + 1, shard.places)) return true;
+  return resize(shard, std::max(shard.places + shard.places / 2, fewestPlaces));
 }
 
 // False, and nothing changed, when there is no memory: growing fails then, shrinking is put off.
 bool DedupHashTableUnorderedSet::resize(Shard& shard, U32 places) {
-  std::unique_ptr<U32[]> tags(new (std::nothrow) U32[places]());
-  std::unique_ptr<DedupHandle*[]> members(new (std::nothrow) DedupHandle*[places]);
-  if (!tags || !members) return false;
-  const U32 oldPlaces = shard.tags ? shard.mask + 1 : 0;
-  tags.swap(shard.tags);
-  members.swap(shard.members);
-  shard.mask = places - 1;
+  std::unique_ptr<Entry[]> entries(new (std::nothrow) Entry[places]);
+  if (!entries) return false;
+  entries.swap(shard.entries);
+  const U32 oldPlaces = std::exchange(shard.places, places);
   for (U32 i = 0; i < oldPlaces; ++i)
-    if (tags[i]) place(shard, tags[i], members[i]);
+    if (entries[i]) place(shard, entries[i]);
   return true;
 }
 
 // Takes the member out and moves back every later one of the same run that may stand further
 // forward, so that no probe meets a hole before its goal.
-void DedupHashTableUnorderedSet::erase(Shard& shard, U32 tag, const DedupHandle* member) {
-  U32 hole = tag & shard.mask;
-  while (shard.tags[hole] != tag || shard.members[hole] != member) {
-    MOX_ASSERT(shard.tags[hole], "member is in its table");
-    hole = (hole + 1) & shard.mask;
+void DedupHashTableUnorderedSet::erase(Shard& shard, Entry entry) {
+  U32 hole = shard.home(entry.tag());
+  while (shard.entries[hole] != entry) {
+    MOX_ASSERT(shard.entries[hole], "member is in its table");
+    hole = shard.next(hole);
   }
-  for (U32 i = (hole + 1) & shard.mask; shard.tags[i]; i = (i + 1) & shard.mask) {
-    const U32 home = shard.tags[i] & shard.mask;
-    if (((i - home) & shard.mask) < ((i - hole) & shard.mask)) continue;
-    shard.tags[hole] = shard.tags[i];
-    shard.members[hole] = shard.members[i];
+  for (U32 i = shard.next(hole); shard.entries[i]; i = shard.next(i)) {
+    const U32 home = shard.home(shard.entries[i].tag());
+    if (shard.steps(home, i) < shard.steps(hole, i)) continue;
+    shard.entries[hole] = shard.entries[i];
     hole = i;
   }
-  shard.tags[hole] = 0;
+  shard.entries[hole] = {};
   --shard.size;
   // A quarter of the places at a sixteenth leaves a quarter taken: no step back and forth.
-  if (shard.mask + 1 > fewestKept && U64(shard.size) * 16 <= shard.mask)
-    resize(shard, (shard.mask + 1) / 4);
+  if (shard.places > fewestKept && U64(shard.size) * 16 <= shard.places)
+    resize(shard, shard.places / 4);
 }
 
 }  // namespace Orv

@@ -1,19 +1,21 @@
 // The intern table there is: shards, each an open-addressing set with linear probing.
 //
-// A shard keeps two arrays side by side, 32-bit tags and members; a probe runs along the tags and
-// touches an object only where the tag is right. Tag 0 is a free place. Deletion shifts back, so
-// there are no tombstones and a table that has seen much is as quick as a new one.
+// Each place of a shard is one word, a member's address with the member's tag in front of it. A
+// probe runs along the words and touches an object only where the tag is right. Deletion shifts
+// back, so there are no tombstones and a table that has seen much is as quick as a new one.
 //
-// Cost: one lock and one or two cache lines of tags for a look-up; growing doubles a shard, so an
-// insertion costs a constant on average. Octets: 12 for each place on 64 bits, at most seven
-// eighths of the places taken.
+// Cost: one lock and one or two cache lines of places for a look-up; a shard grows by half, so an
+// insertion costs a constant on average. Octets: 8 for each place, of which four ninths to two
+// thirds are taken in a table that has only grown: 12 to 18 a member.
 //
 // Lock order: a shard's lock is taken with nothing held, and while it is held nothing is called but
 // the equality of members. It guards the three steps that nobody may see half done: a look-up takes
 // its reference, an object becomes a member, a member is erased.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <span>
 
 #include "Orv/DedupHashTable.h"
 #include "Orv/Placement.h"
@@ -26,8 +28,8 @@ class DedupHashTableUnorderedSet final
  public:
   static const Mox::Type type;
 
-  /// A new table. Thread-safe ones have 64 shards, each with a lock; others one and none. Without
-  /// a placement, members are placed by their `hash()`. A table whose placement has no `ofContent`
+  /// A new table of 64 shards, each with a lock, which only thread-safe tables take. Without a
+  /// placement, members are placed by their `hash()`. A table whose placement has no `ofContent`
   /// looks contents up by the hash too, and so finds none that `ofMember` placed otherwise.
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe);
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe, const DedupPlacement& placement);
@@ -41,6 +43,7 @@ class DedupHashTableUnorderedSet final
   void visitMembers(const std::function<void(DedupHandle&)>& visit) const override;
   U64 members() const override;
   U64 octets() const override;
+  bool threadSafe() const { return threadSafe_; }
 
   // For callers that know how the table places: one place serves look-up and insertion.
   // REQUIRES: `place` is that of the table's placement under `seed()`.
@@ -59,19 +62,53 @@ class DedupHashTableUnorderedSet final
   Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object, U64 place);
 
  private:
-  // `mask` is the number of places less one. All is zero and null until the first member comes. A
-  // shard has a cache line of its own, so that locks of two threads do not share one.
+  // 64 shards times 2^19 tags: beyond 33 million members several share a tag, and probes get
+  // longer.
+  static constexpr U32 shardBits = 6, tagBits = 19, addressBits = 64 - tagBits;
+  // The lower bits of a member's address are zero: it begins with a pointer to its class's table.
+  static constexpr U32 zeroBits = sizeof(void*) == 8 ? 3 : 2;
+  static_assert(alignof(DedupHandle) % (1 << zeroBits) == 0);
+
+  // A place of a shard: free, or a member with its tag. Addresses of processes have up to 48 bits.
+  class Entry {
+   public:
+    Entry() = default;
+    /// Asserts "address < 2^48".
+    Entry(U32 tag, const DedupHandle* member)
+        : word_(U64(tag) << addressBits | reinterpret_cast<std::uintptr_t>(member) >> zeroBits) {
+      MOX_ASSERT(this->tag() == tag && this->member() == member, "address < 2^48");
+    }
+    explicit operator bool() const { return word_; }
+    U32 tag() const { return U32(word_ >> addressBits); }
+    DedupHandle* member() const {
+      const U64 address = (word_ & ((U64{1} << addressBits) - 1)) << zeroBits;
+      return reinterpret_cast<DedupHandle*>(std::uintptr_t(address));
+    }
+    friend bool operator==(Entry, Entry) = default;
+
+   private:
+    U64 word_ = 0;
+  };
+
+  // All is zero and null until the first member comes. A shard has a cache line of its own, so that
+  // locks of two threads do not share one.
   struct alignas(64) Shard {
     ShardLock lock;
-    U32 mask = 0;
+    U32 places = 0;
     U32 size = 0;
-    std::unique_ptr<U32[]> tags;
-    std::unique_ptr<DedupHandle*[]> members;
+    std::unique_ptr<Entry[]> entries;
+
+    /// The place at which a probe for a tag begins. Tags that rise have homes that rise, so a shard
+    /// grows from its first place to its last, and may have any number of places.
+    U32 home(U32 tag) const { return U32(U64{tag} * places >> tagBits); }
+    U32 next(U32 i) const { return i + 1 == places ? 0 : i + 1; }
+    /// How many steps lead from one place to another.
+    U32 steps(U32 from, U32 to) const { return to - from + (to < from ? places : 0); }
   };
   class Guard {
    public:
     Guard(const DedupHashTableUnorderedSet& table, Shard& shard)
-        : lock_(table.shardBits_ ? &shard.lock : nullptr) {
+        : lock_(table.threadSafe_ ? &shard.lock : nullptr) {
       if (lock_) lock_->lock();
     }
     ~Guard() {
@@ -84,32 +121,32 @@ class DedupHashTableUnorderedSet final
     ShardLock* lock_;
   };
 
-  // The lower 32 bits of a place are the tag; the upper ones of these choose the shard.
-  Shard& shardOf(U64 place) const {
-    return shards_[shardBits_ ? U32(place) >> (32 - shardBits_) : 0];
-  }
-  static U32 tagOf(U64 place) { return U32(place) ? U32(place) : 1; }
-  U32 shardCount() const { return 1u << shardBits_; }
+  // The lower 32 bits of a place count. The upper six of these choose the shard, the next are the
+  // tag.
+  Shard& shardOf(U64 place) const { return shards_[U32(place) >> (32 - shardBits)]; }
+  static U32 tagOf(U64 place) { return U32(place) << shardBits >> (32 - tagBits); }
+  std::span<Shard> shards() const { return {shards_.get(), std::size_t{1} << shardBits}; }
 
   // A member that is dying is passed by. The reference taken belongs to the caller.
   template <class Equal>
-  static DedupHandle* find(Shard& shard, U32 tag, Equal equal) {
+  static DedupHandle* find(const Shard& shard, U32 tag, Equal equal) {
     if (!shard.size) return nullptr;
-    for (U32 i = tag & shard.mask; shard.tags[i]; i = (i + 1) & shard.mask)
-      if (shard.tags[i] == tag && equal(*shard.members[i]) &&
-          shard.members[i]->referencesIncIfAlive())
-        return shard.members[i];
+    for (U32 i = shard.home(tag); shard.entries[i]; i = shard.next(i)) {
+      if (shard.entries[i].tag() != tag) continue;
+      DedupHandle* const member = shard.entries[i].member();
+      if (equal(*member) && member->referencesIncIfAlive()) return member;
+    }
     return nullptr;
   }
   static bool reserveOne(Shard& shard);
   static bool resize(Shard& shard, U32 places);
-  static void place(Shard& shard, U32 tag, DedupHandle* member);
-  static void erase(Shard& shard, U32 tag, const DedupHandle* member);
+  static void place(Shard& shard, Entry entry);
+  static void erase(Shard& shard, Entry entry);
   void remove(DedupHandle* member) override;
 
   const DedupPlacement placement_;
   const U64 seed_;
-  const U32 shardBits_;
+  const bool threadSafe_;
   const std::unique_ptr<Shard[]> shards_;
   Mox::Ptr<const DedupHashTableLifeTimeNotifiee> notifiee_;  // set before the first member
 };

@@ -45,15 +45,18 @@ struct Thing final : Mox::Entity<Thing, MoxStash::DedupHandle> {
 
 using Table = Mox::Ptr<Orv::DedupHashTableUnorderedSet>;
 
-/// Things are placed by content, as the library's own values are.
-inline Table newTable(bool threadSafe = true) {
+/// Things are placed by content, as the library's own values are; all in the first shard if the
+/// upper bits of their places are cleared.
+template <U32 cleared = 0>
+Table newTable(bool threadSafe = true) {
   return Orv::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(
-      threadSafe, {[](const Orv::DedupHandle& member, U64 seed) {
-                     return Orv::placeOf(static_cast<const Thing&>(member).content, seed);
-                   },
-                   [](const Orv::DedupContentHandle& content, U64 seed) {
-                     return Orv::placeOf(*static_cast<const U64*>(content.octets), seed);
-                   }});
+      threadSafe,
+      {[](const Orv::DedupHandle& member, U64 seed) {
+         return U64{U32(Orv::placeOf(static_cast<const Thing&>(member).content, seed)) >> cleared};
+       },
+       [](const Orv::DedupContentHandle& content, U64 seed) {
+         return U64{U32(Orv::placeOf(*static_cast<const U64*>(content.octets), seed)) >> cleared};
+       }});
 }
 
 inline Thing::Ptr lookup(const Table& table, U64 content) {
