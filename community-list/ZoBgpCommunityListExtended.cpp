@@ -42,12 +42,16 @@ Mox::Ptr<ExtCommClassificationList> ExtCommListFamily::makeGroup(
 }
 
 const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& ExtCommListFamily::groupTable(
-    const ExtCommListDedupTable& table, const ExtCommClassificationList& group) {
-  if (group.classification() != extCommClassificationRouteTarget)
-    return table.extCommClassificationListDedupTable();
-  // Observers of route targets rely on the class of the group.
-  MOX_ASSERT(group.fwkType().isA(RtExtCommClassificationList::type), "rtExtCommClassificationList");
-  return table.rtExtCommClassificationListDedupTable();
+    const ExtCommListDedupTable& table, ExtCommClassification classification) {
+  return classification == extCommClassificationRouteTarget
+             ? table.rtExtCommClassificationListDedupTable()
+             : table.extCommClassificationListDedupTable();
+}
+
+void ExtCommListFamily::assertClass(const ExtCommClassificationList& group) {
+  if (group.classification() == extCommClassificationRouteTarget)
+    MOX_ASSERT(group.fwkType().isA(RtExtCommClassificationList::type),
+               "rtExtCommClassificationList");
 }
 
 Mox::Ptr<ExtCommListSnapshot> ExtCommList::snapshot() const { return commSnapshot(); }

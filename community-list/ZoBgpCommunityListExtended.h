@@ -41,10 +41,12 @@ struct ExtCommListFamily {
 
   static Mox::Ptr<ExtCommClassificationList> makeGroup(ExtCommClassification classification,
                                                        U32 members);
-  /// Route targets have a table of their own. Asserts "rtExtCommClassificationList" on a group of
-  /// them that is not of the class for them.
+  /// Route targets have a table of their own.
   static const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& groupTable(
-      const ExtCommListDedupTable& table, const ExtCommClassificationList& group);
+      const ExtCommListDedupTable& table, ExtCommClassification classification);
+  /// Asserts "rtExtCommClassificationList" on a group of route targets that is not of the class
+  /// for them, on which their observers rely.
+  static void assertClass(const ExtCommClassificationList& group);
 };
 
 extern template class ExtCommGroupOf<ExtCommListFamily>;

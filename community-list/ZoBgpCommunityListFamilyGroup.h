@@ -13,6 +13,7 @@
 #pragma once
 
 #include "Orv/DedupHandle.h"
+#include "Orv/Placement.h"
 #include "community-list/ZoBgpCommunityListTail.h"
 #include "community-list/ZoBgpCommunityListVector.h"
 #include "community/ZoBgpCommunityEnums.h"
@@ -22,6 +23,9 @@ namespace Routing::Bgp {
 /// Interned communities of a family; once sorted, ascending by content.
 template <class Value>
 using ExtCommVector = CommVector<Mox::Ptr<const Value>>;
+
+template <class F>
+class ExtCommListOf;
 
 /// The communities of one classification. `F` is the family; see ZoBgpCommunityListFamilyList.h.
 template <class F>
@@ -66,14 +70,20 @@ class ExtCommGroupOf : public Orv::DedupHandle {
 
   /// How its table places groups: by the addresses of their members.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed);
+  /// The place of a group of which `place` is that of all members before the last; 0 of none.
+  static U64 placeWith(U64 place, const Value& last, U64 seed) {
+    return Orv::placeOf(place ^ reinterpret_cast<std::uintptr_t>(&last), seed);
+  }
   std::size_t tailOctets() const { return tailPointers_ * sizeof(void*); }
 
  protected:
   friend F;
+  friend class ExtCommListOf<F>;
 
   /// A new group with room for so many members behind it.
   template <class Group>
   static Mox::Ptr<Group> withRoom(ExtCommClassification classification, U32 members);
+  static void assertLinkBandwidths(U32 classification, U32 comms);
   std::ostream& writeTo(std::ostream& stream) const;
 
   const ExtCommClassification classification_;

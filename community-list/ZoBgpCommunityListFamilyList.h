@@ -8,6 +8,7 @@
 //   attribute             its path attribute
 //   makeGroup             a new group of a classification with room for so many members
 //   groupTable            where groups of a classification are interned
+//   assertClass           that a group is of the class for its classification
 //   oneLinkBandwidth      whether a path may carry no more than one link bandwidth
 //   listRestoreIsHeard    whether the store manager hears of restored lists, not of values alone
 //
@@ -179,6 +180,13 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, const ValueTable* values,
                                        std::span<const U8> octets);
+  /// What a list has of one classification: how many, and the place of the group of them.
+  struct Share {
+    U32 members = 0;
+    U64 place = 0;
+  };
+  ConstGroup findGroup(const Table& table, ExtCommClassification classification,
+                       const Share& share) const;
   void makeGroups(const Table& table, void* room, U32 place);
   std::ostream& writeTo(std::ostream& stream) const;
 

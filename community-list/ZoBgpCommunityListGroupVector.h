@@ -51,8 +51,8 @@ class ExtCommGroupVector {
   /// Takes the groups over, in place of those that are there: into `room` behind an object, which
   /// the object frees, or into storage of its own when that is null. REQUIRES: the room is aligned
   /// for pointers and holds one for each group; not checked. std::bad_alloc, without room: no
-  /// groups.
-  void groupsAre(Slots groups, void* room);
+  /// groups, and `groups` as they were.
+  void groupsAre(Slots&& groups, void* room);
 
   /// Compares identities: groups of one table are equal exactly when they are the same object.
   friend bool operator==(const ExtCommGroupVector& a, const ExtCommGroupVector& b) {
@@ -70,7 +70,7 @@ class ExtCommGroupVector {
 };
 
 template <class Group>
-void ExtCommGroupVector<Group>::groupsAre(Slots groups, void* room) {
+void ExtCommGroupVector<Group>::groupsAre(Slots&& groups, void* room) {
   clear();
   U32 count = 0;
   for (const Slot& group : groups) count += bool(group);

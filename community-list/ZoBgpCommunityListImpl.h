@@ -29,11 +29,11 @@ struct ExtCommCompareFn {
 /// Appends an interned community; amortized O(1). Asserts "__null != comm", and that the community
 /// is interned.
 template <class T>
-void ExtCommVectorAdd(const Mox::Ptr<const T>& comm, ExtCommVector<T>& vector) {
+void ExtCommVectorAdd(Mox::Ptr<const T> comm, ExtCommVector<T>& vector) {
   MOX_ASSERT(comm, "__null != comm");
   MOX_ASSERT(comm->dedupState() != Orv::dedupHandleStateNeverDeduped(),
              "__null == ( comm ) || ( comm )->dedupState() != Orv::dedupHandleStateNeverDeduped()");
-  vector.add(comm);
+  vector.add(std::move(comm));
 }
 
 /// The community of a content, or null; O(log n). REQUIRES: the vector is sorted. Asserts

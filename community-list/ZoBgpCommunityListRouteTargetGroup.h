@@ -11,6 +11,7 @@
 
 namespace Routing::Bgp {
 
+class RtExtCommListLifeTimeNotifiee;
 class RtExtCommListLifeTimeNotifier;
 
 class RtExtCommClassificationList final
@@ -33,6 +34,8 @@ class RtExtCommClassificationList final
   void lifeTimeNotifierIs(const Mox::Ptr<RtExtCommListLifeTimeNotifier>& notifier);
 
  private:
+  friend class RtExtCommListLifeTimeNotifiee;
+
   std::atomic<RtExtCommListLifeTimeNotifier*> lifeTimeNotifier_{nullptr};  // owned
 };
 

@@ -39,7 +39,9 @@ std::ostream& operator<<(std::ostream& stream, const RtExtCommListLifeTimeNotifi
 // The group's reference to its notifier is counted by hand, since other threads read the pointer
 // meanwhile. Nobody reads it while it is taken away: the group's last user is gone then.
 
-RtExtCommClassificationList::~RtExtCommClassificationList() { lifeTimeNotifierIs(nullptr); }
+RtExtCommClassificationList::~RtExtCommClassificationList() {
+  if (lifeTimeNotifier_.load(std::memory_order_relaxed)) lifeTimeNotifierIs(nullptr);
+}
 
 Mox::Ptr<RtExtCommListLifeTimeNotifier> RtExtCommClassificationList::getLifeTimeNotifier() const {
   return Mox::Ptr<RtExtCommListLifeTimeNotifier>(lifeTimeNotifier_.load());
@@ -189,23 +191,22 @@ RtExtCommClassificationList* groupOf(Orv::DedupHandle* member) {
 
 }  // namespace
 
-/// The memory of a notifier, until a group comes for it.
+/// Keeps the memory of a notifier until a group comes for it: it stands there itself.
 class RtExtCommListLifeTimeNotifiee::Prepared final : public PreparedInsert {
   using Notifier = RtExtCommListLifeTimeNotifier;
 
  public:
-  Prepared() : memory_(Notifier::operator new(sizeof(Notifier))) {}
-  ~Prepared() override {
-    if (memory_) Notifier::operator delete(memory_, sizeof(Notifier));
+  static void* operator new(std::size_t) { return Notifier::operator new(sizeof(Notifier)); }
+  static void operator delete(void* memory) noexcept {
+    Notifier::operator delete(memory, sizeof(Notifier));
   }
-  Notifier::Ptr notifierOf(const Mox::Ptr<Orv::DedupHandle>& group) {
-    Notifier::Ptr notifier(::new (std::exchange(memory_, nullptr)) Notifier(group));
-    notifier->hasNotificationActiveIs(true);
-    return notifier;
+  static Notifier::Ptr notifierOf(std::unique_ptr<PreparedInsert> prepared,
+                                  const Mox::Ptr<Orv::DedupHandle>& group) {
+    static_assert(sizeof(Prepared) <= sizeof(Notifier));
+    auto* const self = static_cast<Prepared*>(prepared.release());
+    std::destroy_at(self);
+    return Notifier::Ptr::ofNew(::new (static_cast<void*>(self)) Notifier(group));
   }
-
- private:
-  void* memory_;
 };
 
 auto RtExtCommListLifeTimeNotifiee::prepareInsert() const -> std::unique_ptr<PreparedInsert> {
@@ -219,10 +220,12 @@ void RtExtCommListLifeTimeNotifiee::handleInsert(const Mox::Ptr<Orv::DedupHandle
 void RtExtCommListLifeTimeNotifiee::handlePreparedInsert(
     const Mox::Ptr<Orv::DedupHandle>& group, std::unique_ptr<PreparedInsert> prepared) const {
   auto* const rtExtCommList = groupOf(group.get());
-  MOX_ASSERT(!rtExtCommList->getLifeTimeNotifier(), "__null == rtExtCommList->lifeTimeNotifier()");
-  const auto notifier = static_cast<Prepared&>(*prepared).notifierOf(group);
+  MOX_ASSERT(!rtExtCommList->lifeTimeNotifier_.load(),
+             "__null == rtExtCommList->lifeTimeNotifier()");
+  const auto notifier = Prepared::notifierOf(std::move(prepared), group);
   notifier->collection_ = collection_.get();
-  rtExtCommList->lifeTimeNotifierIs(notifier);
+  rtExtCommList->lifeTimeNotifier_.store(RtExtCommListLifeTimeNotifier::Ptr(notifier).release(),
+                                         std::memory_order_release);
   if (Mox::traceEnabled(traceLevel))
     traceLine(__LINE__, "handleInsert", this, " handle: ", rtExtCommList,
               " rtExtCommListLifeTimeNotifier: ", notifier);
@@ -232,13 +235,15 @@ void RtExtCommListLifeTimeNotifiee::handlePreparedInsert(
 // The group is dying: its notifier is what still holds it, and then its table.
 void RtExtCommListLifeTimeNotifiee::handleRemove(Orv::DedupHandle* group) const {
   auto* const rtExtCommList = groupOf(group);
-  const auto lifeTimeNotifier = rtExtCommList->getLifeTimeNotifier();
+  // The group's own reference; the notifier can be read from the group until it has been told.
+  const auto lifeTimeNotifier =
+      RtExtCommListLifeTimeNotifier::Ptr::adopt(rtExtCommList->lifeTimeNotifier_.load());
   if (Mox::traceEnabled(traceLevel))
     traceLine(__LINE__, __func__, this, " handle: ", rtExtCommList,
               " rtExtCommListLifeTimeNotifier: ", lifeTimeNotifier);
   MOX_ASSERT(lifeTimeNotifier, "__null != lifeTimeNotifier");
   collection_->rtExtCommListDel(lifeTimeNotifier);
-  rtExtCommList->lifeTimeNotifierIs(nullptr);
+  rtExtCommList->lifeTimeNotifier_.store(nullptr, std::memory_order_relaxed);
 }
 
 void RtExtCommListLifeTimeNotifiee::handleNotificationStop(

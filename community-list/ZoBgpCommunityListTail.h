@@ -28,9 +28,8 @@ class TailEntity : public Mox::Entity<Object, Base> {
 
   /// A new object with its notifications on. The tail is raw memory.
   static Mox::Ptr<Object> withTail(Tail tail, auto&&... arguments) {
-    Mox::Ptr<Object> object(new (tail) Object(std::forward<decltype(arguments)>(arguments)...));
-    object->hasNotificationActiveIs(true);
-    return object;
+    return Mox::Ptr<Object>::ofNew(new (tail)
+                                       Object(std::forward<decltype(arguments)>(arguments)...));
   }
   /// The first octet behind the object.
   void* tail() { return static_cast<Object*>(this) + 1; }

@@ -121,12 +121,14 @@ class CommVector {
 
   // For elements that are counted pointers.
 
-  /// Drops the references; the elements can be read as before. They are taken again when the vector
-  /// grows. Until then it keeps a word of its owner's, in place of its capacity. REQUIRES: somebody
-  /// else holds the same objects for as long as the elements are read; the storage is trimmed.
-  void lend(U32 word) {
+  /// Gives the references away, `take(T)` for each; the elements can be read as before. They are
+  /// taken again when the vector grows. Until then it keeps a word of its owner's, in place of its
+  /// capacity. REQUIRES: somebody holds the same objects for as long as the elements are read;
+  /// `take` does not throw; the storage is trimmed.
+  template <class Take>
+  void lend(U32 word, Take take) {
     MOX_ASSERT(size_ == capacity_, "size == capacity");
-    for (T& value : std::span(data_, size_)) const T held = T::adopt(value.get());
+    for (const T& value : std::span(data_, size_)) take(T::adopt(value.get()));
     lent_ = true;
     capacity_ = word;
   }

@@ -38,7 +38,8 @@ struct ExtCommIp6ListFamily {
   static Mox::Ptr<ExtCommIp6ClassificationList> makeGroup(ExtCommClassification classification,
                                                           U32 members);
   static const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& groupTable(
-      const ExtCommIp6ListDedupTable& table, const ExtCommIp6ClassificationList& group);
+      const ExtCommIp6ListDedupTable& table, ExtCommClassification classification);
+  static void assertClass(const ExtCommIp6ClassificationList&) {}
 };
 
 extern template class ExtCommGroupOf<ExtCommIp6ListFamily>;

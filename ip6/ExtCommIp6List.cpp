@@ -31,7 +31,7 @@ ExtCommIp6ClassificationList::Ptr ExtCommIp6ListFamily::makeGroup(
 }
 
 const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& ExtCommIp6ListFamily::groupTable(
-    const ExtCommIp6ListDedupTable& table, const ExtCommIp6ClassificationList&) {
+    const ExtCommIp6ListDedupTable& table, ExtCommClassification) {
   return table.extCommClassificationListDedupTable();
 }
 

@@ -71,32 +71,67 @@ auto ExtCommListOf<F>::dedup(const Table& table) -> ConstList {
   }
 }
 
-/// Groups the sorted communities and interns the groups, which then hold the communities for the
-/// list, and keeps the list's place.
+/// The interned group of the communities of one classification, if there is one.
+template <class F>
+auto ExtCommListOf<F>::findGroup(const Table& table, ExtCommClassification classification,
+                                 const Share& share) const -> ConstGroup {
+  const auto isOfThese = [&](const Orv::DedupHandle& member) {
+    const auto& theirs = static_cast<const Group&>(member).comm_;
+    auto at = theirs.begin();
+    return theirs.size() == share.members &&
+           std::all_of(comm_.begin(), comm_.end(), [&](const ConstValue& comm) {
+             return comm->classification() != classification || comm == *at++;
+           });
+  };
+  return Mox::staticCast<const Group>(
+      F::groupTable(*table, classification)->lookup(share.place, isOfThese));
+}
+
+/// Finds the groups of the sorted communities or makes and interns them. They hold the communities
+/// for the list, which keeps its place. When memory runs out, the list is as before.
 template <class F>
 void ExtCommListOf<F>::makeGroups(const Table& table, void* room, U32 place) {
-  std::array<U32, extCommClassificationOneBeyondLast> members{};
+  const U64 seed = table->dedupHashTable()->seed();  // all tables of a process have one
+  std::array<Share, extCommClassificationOneBeyondLast> shares;
   U32 transitive = 0;
   for (const ConstValue& comm : comm_) {
-    ++members[groupIndex(*comm)];
+    Share& share = shares[groupIndex(*comm)];
+    ++share.members;
+    share.place = Group::placeWith(share.place, *comm, seed);
     transitive += comm->transitive();
   }
-  ExtCommNewGroups<F> groups;
+  typename ExtCommGroupVector<Group>::Slots groups;
+  ExtCommNewGroups<F> made;
   for (const ConstGroup& group : groups_.present())  // of an earlier call: refused below
-    groups[group->classification()] = Mox::Ptr<Group>(const_cast<Group*>(group.get()));
-  for (const ConstValue& comm : comm_) {
-    const ExtCommClassification classification = comm->classification();
-    ExtCommListFindOrCreateClassificationList<F>(groups, classification, members[classification])
-        .commIs(comm);
+    made[group->classification()] = Mox::Ptr<Group>(const_cast<Group*>(group.get()));
+  for (std::size_t i = 0; i < shares.size(); ++i) {
+    if (!shares[i].members) continue;
+    const auto classification = ExtCommClassification(i);
+    Group::assertLinkBandwidths(classification, shares[i].members);
+    if (!made[i]) groups[i] = findGroup(table, classification, shares[i]);
+    if (groups[i]) continue;
+    auto& group =
+        ExtCommListFindOrCreateClassificationList<F>(made, classification, shares[i].members);
+    group.comm_.reserve(shares[i].members);
+    group.comm_.sortedIs(true);
   }
-  typename ExtCommGroupVector<Group>::Slots interned;
-  for (std::size_t i = 0; i < groups.size(); ++i) {
-    if (!groups[i]) continue;
-    interned[i] = groups[i]->dedup(table);
-    MOX_ASSERT(interned[i]->commVectorSorted(), "_classificationList->commVectorSorted()");
+  // From here on the groups hold the communities. Those that were found do so already.
+  comm_.lend(place, [&](ConstValue comm) {
+    if (const auto& group = made[comm->classification()])
+      ExtCommVectorAdd(std::move(comm), group->comm_);
+  });
+  try {
+    for (std::size_t i = 0; i < made.size(); ++i) {
+      if (!made[i]) continue;
+      auto& set = *F::groupTable(*table, ExtCommClassification(i));
+      auto equal = set.enterUnlessEqual(*made[i], shares[i].place);
+      groups[i] = equal ? Mox::staticCast<const Group>(std::move(equal)) : std::move(made[i]);
+    }
+    groups_.groupsAre(std::move(groups), room);
+  } catch (...) {
+    comm_.reclaim();
+    throw;
   }
-  groups_.groupsAre(std::move(interned), room);
-  comm_.lend(place);
   totalTransitive_ = transitive;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "Orv/DedupHashTableUnorderedSet.h"
-#include "Orv/Placement.h"
 #include "community-list/ZoBgpCommunityListImpl.h"
 #include "community-list/internal/ZoBgpCommunityListCommTexts.h"
 #include "community/BgpHashMixImpl.h"
@@ -51,11 +50,16 @@ auto ExtCommGroupOf<F>::dedup(const Table& table) -> Mox::Ptr<const typename F::
     comm_.sortedIs(true);
   }
   groupIndex(*this);
-  if (F::oneLinkBandwidth && classification() == extCommClassificationLinkBandwidth)
-    MOX_ASSERT(comms() <= 1, "comms() <= 1");
+  assertLinkBandwidths(classification(), comms());
+  F::assertClass(static_cast<const typename F::Group&>(*this));
   return Mox::staticCast<const typename F::Group>(
-      F::groupTable(*table, static_cast<const typename F::Group&>(*this))
-          ->dedup(std::move(reference)));
+      F::groupTable(*table, classification())->dedup(std::move(reference)));
+}
+
+template <class F>
+void ExtCommGroupOf<F>::assertLinkBandwidths(U32 classification, U32 comms) {
+  if (F::oneLinkBandwidth && classification == extCommClassificationLinkBandwidth)
+    MOX_ASSERT(comms <= 1, "comms() <= 1");
 }
 
 template <class F>
@@ -96,7 +100,9 @@ template <class F>
 U64 ExtCommGroupOf<F>::placeOfMember(const Orv::DedupHandle& member, U64 seed) {
   const auto& comm = static_cast<const ExtCommGroupOf&>(member).comm_;
   MOX_ASSERT(comm.sorted(), "commVectorSorted()");
-  return U32(Orv::placeOf(comm.begin(), comm.size() * sizeof *comm.begin(), seed));
+  U64 place = 0;
+  for (const ConstValue& value : comm) place = placeWith(place, *value, seed);
+  return place;
 }
 
 }  // namespace Routing::Bgp

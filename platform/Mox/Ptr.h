@@ -26,6 +26,11 @@ template <class From, class To>
 concept CountedAs = std::same_as<From, To> || std::same_as<const From, To> ||(
     std::convertible_to<From*, To*>&& std::same_as<typename From::Counting, typename To::Counting>);
 
+/// The class does no more than the base when its notifications are turned on.
+template <class T>
+concept TurnsOnPlainly = std::same_as<decltype(&T::hasNotificationActiveIs),
+                                      decltype(&PtrInterface::hasNotificationActiveIs)>;
+
 template <class T>
 class Ptr {
  public:
@@ -56,6 +61,17 @@ class Ptr {
   static Ptr adopt(T* object) {
     Ptr result;
     result.object_ = object;
+    return result;
+  }
+  /// The first pointer to a new object, with the object's notifications on. REQUIRES: the object is
+  /// exactly a `T`, and nobody else knows it yet.
+  static Ptr ofNew(T* object) {
+    if constexpr (TurnsOnPlainly<T>) {
+      object->firstReferenceInc();
+      return adopt(object);
+    }
+    Ptr result(object);
+    object->hasNotificationActiveIs(true);
     return result;
   }
   /// Gives the reference to the caller; null afterwards.
@@ -98,9 +114,7 @@ std::ostream& operator<<(std::ostream& out, const Ptr<T>& pointer) {
 /// A new object with its notifications on: what every creator and factory returns.
 template <class T, class... Args>
 Ptr<T> makeNew(Args&&... args) {
-  Ptr<T> object(new T(std::forward<Args>(args)...));
-  object->hasNotificationActiveIs(true);
-  return object;
+  return Ptr<T>::ofNew(new T(std::forward<Args>(args)...));
 }
 
 /// A pointer of another class to the same object; the reference moves along.

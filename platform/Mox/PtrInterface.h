@@ -62,6 +62,17 @@ class PtrInterface {
     return count;
   }
 
+  /// What a creator does to the object that it has just made: takes the first reference and turns
+  /// notifications on. A plain store, unless the constructor has given references away.
+  void firstReferenceInc() {
+    if (word_.load(std::memory_order_relaxed) == 0) {
+      word_.store(notificationBit | 1, std::memory_order_relaxed);
+    } else {
+      increment();
+      hasNotificationActiveIs(true);
+    }
+  }
+
   /// Plain memory; allocation throws `std::bad_alloc`. Tracked objects have theirs from their
   /// tracker, see Mox/Allocation.h. REQUIRES: no object that is placed here ends by its count.
   static void* moxMemAlloc(std::size_t octets);

@@ -79,6 +79,11 @@ class DedupHandle : public Mox::PtrInterface {
     return increment();
   }
   U32 referencesDec() const;
+  void firstReferenceInc() {
+    if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
+      return hasNotificationActiveIs(true);
+    Mox::PtrInterface::firstReferenceInc();
+  }
   /// Takes a reference if somebody outside table and notifier holds one; false for a dying object.
   /// The one way from a raw pointer to a reference. REQUIRES: the memory stays valid during the
   /// call, by a lock of the table or by a notifier.

@@ -49,38 +49,44 @@ Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::lookupByContent(const DedupCon
 
 Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> object) {
   MOX_ASSERT(object, "dedupHandle");
+  assertMayEnter(*object);
   const U64 place = placement_.ofMember(*object, seed_);
+  // The notifiee takes its memory only for an object that seems to be new: most are not.
+  if (notifiee_)
+    if (auto member = lookup(place, [&](const DedupHandle& m) { return m.compare(object.get()); }))
+      return member;
   return dedup(std::move(object), place);
 }
 
-Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::dedup(Mox::Ptr<DedupHandle> object, U64 place) {
-  MOX_ASSERT(object, "dedupHandle");
-  MOX_ASSERT(object->dedupState() == dedupHandleStateNeverDeduped() || object->dedupTable() == this,
+void DedupHashTableUnorderedSet::assertMayEnter(const DedupHandle& object) const {
+  MOX_ASSERT(object.dedupState() == dedupHandleStateNeverDeduped() || object.dedupTable() == this,
              "dedupState() == Orv::dedupHandleStateNeverDeduped() || dedupTable() == this");
-  const DedupHandle* const raw = object.get();
+}
+
+Mox::Ptr<DedupHandle> DedupHashTableUnorderedSet::enterUnlessEqual(DedupHandle& object, U64 place) {
+  assertMayEnter(object);
   const U32 tag = tagOf(place);
-  const auto isEqual = [raw](const DedupHandle& member) { return member.compare(raw); };
   std::unique_ptr<DedupHashTableLifeTimeNotifiee::PreparedInsert> prepared;
-  if (notifiee_) {
-    // The notifiee takes its memory while nothing has changed, and only for an object that seems
-    // to be new: most are not.
-    if (Mox::Ptr<DedupHandle> member = lookup(place, isEqual)) return member;
-    prepared = notifiee_->prepareInsert();
-  }
+  if (notifiee_) prepared = notifiee_->prepareInsert();  // while nothing has changed
   {
     Shard& shard = shardOf(place);
     const Guard guard(*this, shard);
-    if (DedupHandle* member = find(shard, tag, isEqual))
-      return Mox::Ptr<DedupHandle>::adopt(member);  // `object` dies with the call, unlocked
+    if (DedupHandle* member =
+            find(shard, tag, [&](const DedupHandle& member) { return member.compare(&object); }))
+      return Mox::Ptr<DedupHandle>::adopt(member);
     if (!reserveOne(shard)) throw std::bad_alloc();
-    enter(*object, bool(notifiee_));
-    this->place(shard, Entry(tag, object.get()));
+    enter(object, bool(notifiee_));
+    this->place(shard, Entry(tag, &object));
     ++shard.size;
   }
   interleave();
   // A member without its notifier could never leave: an exception ends the process.
-  if (notifiee_) [&]() noexcept { notifiee_->handlePreparedInsert(object, std::move(prepared)); }();
-  return object;
+  if (notifiee_)
+    [&]() noexcept {
+      const Mox::Ptr<DedupHandle> member(&object);
+      notifiee_->handlePreparedInsert(member, std::move(prepared));
+    }();
+  return nullptr;
 }
 
 void DedupHashTableUnorderedSet::remove(DedupHandle* member) {

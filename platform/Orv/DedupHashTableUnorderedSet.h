@@ -58,8 +58,15 @@ class DedupHashTableUnorderedSet final
     const Guard guard(*this, shard);
     return Mox::Ptr<DedupHandle>::adopt(find(shard, tagOf(place), equal));
   }
-  /// As `dedup(object)`, whose place is known.
-  Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object, U64 place);
+  /// As `dedup(object)`, whose place is known and at which nothing equal was found.
+  Mox::Ptr<DedupHandle> dedup(Mox::Ptr<DedupHandle> object, U64 place) {
+    MOX_ASSERT(object, "dedupHandle");
+    if (Mox::Ptr<DedupHandle> equal = enterUnlessEqual(*object, place)) return equal;
+    return object;
+  }
+  /// The same for an object that stays with the caller: makes it a member and returns null, or
+  /// returns the member that is equal.
+  Mox::Ptr<DedupHandle> enterUnlessEqual(DedupHandle& object, U64 place);
 
  private:
   // 64 shards times 2^19 tags: beyond 33 million members several share a tag, and probes get
@@ -138,6 +145,7 @@ class DedupHashTableUnorderedSet final
     }
     return nullptr;
   }
+  void assertMayEnter(const DedupHandle& object) const;
   static bool reserveOne(Shard& shard);
   static bool resize(Shard& shard, U32 places);
   static void place(Shard& shard, Entry entry);
