@@ -188,6 +188,7 @@ TEST(Kinds, RefusalsSayWhere) {
       {"data-collection-as2:1:AS:1024", 25, "1024"},
       {"data-collection-as2:1:AS:SAX:NP", 25, "SAX"},
       {"encapsulation:malformed:00", 0, "encapsulation"},
+      {"encapsulation:malformed:00:00:00:00:00:08:00", 0, "encapsulation"},
       {"unknown-transitive:67:89:ab:cd:ef:01:23:45", 19, "67"},
       {"unknown-non-transitive:03:0c:00:00:00:00:00:00", 23, "03"},
       {"unknown-transitive:03:0c", 0, "unknown-transitive:03:0c"},

@@ -224,7 +224,7 @@ TEST(Reader, BareAddressesEndWhereTheyMust) {
 
 TEST(Reader, Lists) {
   const auto parsed = readCommunities(
-      " no-export,65000:100\tRT:1:2 , \"lbw 65000:1.25e+09\"\n1:2:3 000b-IP6:::1:100 65000:100 "
+      " no-export,65000:100\tRT:1:2 , \"lbw 65000:1.25e+09\"\r\n1:2:3 000b-IP6:::1:100 65000:100 "
       "\"Standby PE\",\"RT:1:2\" ");
   ASSERT_TRUE(parsed) << parsed.error.text();
   using enum BgpCommunityValue;
