@@ -106,7 +106,8 @@ class Dump {
       if (!values[type].empty() &&
           tables_.read(BgpPathAttrType(listTypes[type].attribute), values[type], communities))
         values.faults.add(Fault::linkBandwidth);
-    const bool isWanted = !path->attributes.empty() && filter_.passes(*path, values);
+    const bool isWanted =
+        (path->fromTable || !path->attributes.empty()) && filter_.passes(*path, values);
     const auto entry = [&](const Prefix& prefix) {
       return isWanted && filter_.wants(prefix) ? std::optional(communities) : std::nullopt;
     };

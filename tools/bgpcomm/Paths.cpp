@@ -167,8 +167,8 @@ class PathTaker {
       if (isEnough()) return false;
     }
     // Without attributes, or with none but those of the withdrawal, a message announces nothing.
-    const bool announces =
-        withdraws ? filter_.wantsOneOf(PrefixReader::announced(path)) : !path.attributes.empty();
+    const bool announces = withdraws ? filter_.wantsOneOf(PrefixReader::announced(path))
+                                     : path.fromTable || !path.attributes.empty();
     if (!announces) return true;
     ++taken_;
     if (groups_)
