@@ -261,7 +261,7 @@ int runDiff(const Options& options) {
 void addDiff(CLI::App& app, int& exitCode) {
   const auto [command, options] = addCommand(
       app,
-      {"diff", "Print what came, went and changed between two dumps",
+      {"diff", "Print what differs between two dumps",
        "A line for each value, list and set of route targets that only one of the files\n"
        "has, and for each path that only one has or whose communities changed: - or + or *,\n"
        "what it is, its text; of a path the peer, the prefix, and its communities before and\n"

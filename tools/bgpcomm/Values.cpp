@@ -178,7 +178,7 @@ int runValues(const Options& options) {
 void addValues(CLI::App& app, int& exitCode) {
   const auto [command, options] = addCommand(
       app,
-      {"values", "Print every value, and how many paths, peers and prefixes carry it",
+      {"values", "Print every value with its paths, peers, prefixes",
        "Fields are separated by tabs: paths, peers, prefixes, value. The paths of a prefix\n"
        "in a table count it once, in each file; an UPDATE counts all prefixes that it\n"
        "announces, each time anew. Exit code 1 when a file cannot be read to its end; what\n"
