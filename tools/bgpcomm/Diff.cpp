@@ -263,10 +263,10 @@ void addDiff(CLI::App& app, int& exitCode) {
       app,
       {"diff", "Print what differs between two dumps",
        "A line for each value, list and set of route targets that only one of the files\n"
-       "has, and for each path that only one has or whose communities changed: - or + or *,\n"
-       "what it is, its text; of a path the peer, the prefix, and its communities before and\n"
-       "after. Then how many there are of each. Of updates, what they leave counts. Fields\n"
-       "are separated by tabs.\n\n"
+       "has, and for each path that only one has or whose communities changed: - or +\n"
+       "or *, what it is, its text; of a path the peer, the prefix, and its communities\n"
+       "before and after. Then how many there are of each. Of updates, what they leave\n"
+       "counts. Fields are separated by tabs.\n\n"
        "Example: bgpcomm diff rib.monday.bz2 rib.tuesday.bz2"},
       exitCode, runDiff);
   command.add_option("BEFORE", options.before, "MRT dump: plain, gz, bz2, xz or zst")
@@ -278,7 +278,7 @@ void addDiff(CLI::App& app, int& exitCode) {
   addFilterOptions(command, options.filter);
   command
       .add_option("--limit", options.limit,
-                  "At most so many lines of each sort (10); 0 for all,\nas with --json")
+                  "At most so many lines of each sort (10);\n0 for all, as with --json")
       ->option_text("N");
   addTextOptions(command);
   addJsonLines(command, options.json);
