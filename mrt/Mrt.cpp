@@ -293,6 +293,7 @@ const Path* PathReader::next() {
     if (const Path* const path = cutter_.next()) return path;
     if (cutter_.bad()) {
       if (badRecords_++ == 0) firstBadRecord_ = records_.position();
+      if (onBadRecord_) onBadRecord_(records_.position());
     }
     const std::optional<Record> record = records_.next();
     cutter_.start(record.value_or(Record{}));

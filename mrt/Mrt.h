@@ -20,6 +20,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -211,9 +212,12 @@ class PathReader {
  public:
   using Updates = PathCutter::Updates;
 
+  /// Calls `onBadRecord` with the position of each record whose fields do not fit, or that is too
+  /// long.
   /// REQUIRES: `input` lives as long as the reader.
-  explicit PathReader(Input& input, Updates updates = Updates::withAttributes)
-      : records_(input), cutter_(updates) {}
+  explicit PathReader(Input& input, Updates updates = Updates::withAttributes,
+                      std::function<void(Position)> onBadRecord = {})
+      : records_(input), cutter_(updates), onBadRecord_(std::move(onBadRecord)) {}
 
   /// The next path, valid until the next call; null at the end of the file, and where the file
   /// cannot be read on: `truncation` and the input's `failure` say why.
@@ -235,6 +239,7 @@ class PathReader {
  private:
   RecordReader records_;
   PathCutter cutter_;
+  const std::function<void(Position)> onBadRecord_;
   U64 badRecords_ = 0;
   std::optional<Position> firstBadRecord_;
 };

@@ -1,4 +1,6 @@
-// What paths carry: values, and who has most of what.
+// What paths carry: values, who has most of what, what is malformed.
+#include <random>
+
 #include "RunTool.h"
 
 namespace bgpcomm {
@@ -41,7 +43,8 @@ class ValuesTool : public ToolTest {
                       entry(1, "c00804 fde80001")}) +
       prefix("100a01", {entry(0, "c00804 fde80001"), entry(1, "40010100")}) +
       prefix("100a01", {entry(1, "c00804 fde80001")}) + again_ + again_ +
-      updateOf("c0000202", 64600, "c0200c 0000fde80000000100000002", "180a0203")};
+      updateOf("c0000202", 64600, "40020602010000fcbc c0200c 0000fde80000000100000002",
+               "180a0203")};
 };
 
 TEST_F(ValuesTool, CountPathsPeersAndPrefixes) {
@@ -76,6 +79,141 @@ TEST_F(ValuesTool, CountPathsPeersAndPrefixes) {
        "--kind: at 6: \"\": expected a decimal number below 65536"},
       {"bgpcomm values $TABLE /", "2\t2\t1\t65000:1\n", 1, "/: Is a directory"},
   });
+}
+
+TEST_F(ValuesTool, RankByPathsListsAndOctets) {
+  const std::string all = "paths % lists % octets % shared % ",
+                    whole = "9 100.0 4 100.0 60 100.0 32 100.0 (all)\n";
+  for (const auto& [by, rows] : std::initializer_list<std::pair<std::string, std::string>>{
+           {"value",
+            "7 77.8 2 50.0 28 46.7 8 25.0 65000:1\n"
+            "2 22.2 1 25.0 16 26.7 8 25.0 route-target-as2:65000:100\n"
+            "1 11.1 1 25.0 4 6.7 4 12.5 NO_EXPORT\n"
+            "1 11.1 1 25.0 12 20.0 12 37.5 65000:1:2\n"},
+           {"kind",
+            "7 77.8 2 50.0 28 46.7 8 25.0 standard\n"
+            "2 22.2 1 25.0 16 26.7 8 25.0 route-target-as2\n"
+            "1 11.1 1 25.0 4 6.7 4 12.5 NO_EXPORT\n"
+            "1 11.1 1 25.0 12 20.0 12 37.5 large\n"},
+           {"list",
+            "6 66.7 1 25.0 24 40.0 4 12.5 65000:1\n"
+            "2 22.2 1 25.0 16 26.7 8 25.0 route-target-as2:65000:100\n"
+            "1 11.1 1 25.0 8 13.3 8 25.0 65000:1 NO_EXPORT\n"
+            "1 11.1 1 25.0 12 20.0 12 37.5 65000:1:2\n"},
+           {"route-target", "2 22.2 1 25.0 16 26.7 8 25.0 route-target-as2:65000:100\n"},
+           {"peer",
+            "6 66.7 2 50.0 36 60.0 12 37.5 192.0.2.2 AS64601\n"
+            "2 22.2 2 50.0 12 20.0 12 37.5 192.0.2.1 AS64600\n"
+            "1 11.1 1 25.0 12 20.0 12 37.5 192.0.2.2 AS64600\n"},
+           {"prefix",
+            "3 33.3 2 50.0 16 26.7 12 37.5 10.0.0.0/8\n3 33.3 1 25.0 8 13.3 4 12.5 10.1.0.0/16\n"
+            "2 22.2 2 50.0 24 40.0 12 37.5 10.2.0.0/16\n"
+            "2 22.2 2 50.0 24 40.0 12 37.5 10.3.0.0/16\n"
+            "1 11.1 1 25.0 12 20.0 12 37.5 10.2.3.0/24\n"},
+           {"origin", "8 88.9 3 75.0 48 80.0 20 62.5 -\n1 11.1 1 25.0 12 20.0 12 37.5 AS64700\n"},
+       })
+    expectRuns({{"bgpcomm top --by " + by + " $FILE | sed 's/^ *//; s/  */ /g'",
+                 all + by + '\n' + whole + rows}});
+  expectRuns({
+      {"bgpcomm top --limit 1 --where has\\ large $FILE",
+       "       paths     %       lists     %      octets     %      shared     %  value\n"
+       "           1 100.0           1 100.0          12 100.0          12 100.0  (all)\n"
+       "           1 100.0           1 100.0          12 100.0          12 100.0  65000:1:2\n"},
+      {"bgpcomm top --by list --json --limit 1 $FILE; bgpcomm top --by peer --json --limit 1 "
+       "$TABLE",
+       R"({"list":"65000:1","octets":"fde80001","attribute":"standard","paths":6,)"
+       R"("pathsPercent":66.67,"lists":1,"listsPercent":25.0,"octetsBefore":24,)"
+       R"("octetsBeforePercent":40.0,"octetsAfter":4,"octetsAfterPercent":12.5})"
+       "\n"
+       R"({"peer":"192.0.2.1 AS64600","paths":1,"pathsPercent":50.0,"lists":1,)"
+       R"("listsPercent":100.0,"octetsBefore":4,"octetsBeforePercent":50.0,"octetsAfter":4,)"
+       R"("octetsAfterPercent":100.0})"
+       "\n"},
+      {"bgpcomm top --by size $FILE", "", 2,
+       "--by size: there are value, kind, list, route-target, peer, prefix, origin"},
+  });
+}
+
+TEST_F(ValuesTool, ShowFaultsWithTheirPlaces) {
+  // Records of 71, 74, 12 and 78 octets, and 6 of the next one's header.
+  const TemporaryFile faulty(
+      updateOf("c0000201", 64600, "40010100 c00805 fde8006400", "180a0102") +
+      updateOf("c0000201", 64600, "c01010 4004fde84e000000 4004fde84d000000", "") +
+      mrtRecord(16, 4, "") +
+      updateOf("c0000202", 64601, "800804 00000001 c00804 fde80001 c02001 00 d008ffff fd", "") +
+      octets("6553f100 0010"));
+  ::setenv("FAULTY", faulty.name().c_str(), 1);
+  const std::string time = "2023-11-14T22:13:20Z\t", file = '\t' + faulty.name() + '\t';
+  const std::string first = time + "192.0.2.1 AS64600\t10.1.2.0/24\t8" + file +
+                            "1\t0\t4\tCommunity attribute, offset 4: 1 octet, expected a value of "
+                            "4\tc00805fde80064>00\n";
+  const std::string second = time + "192.0.2.1 AS64600\t-\t16" + file +
+                             "2\t71\t0\tExtended Community attribute, offset 8: a second link "
+                             "bandwidth, expected at most one\t"
+                             "c010104004fde84e000000>4004fde84d000000\n";
+  const std::string third =
+      "-\t-\t-\t-" + file + "3\t145\t-\tfields that do not fit, or too long\t-\n";
+  const std::string fourth = time + "192.0.2.2 AS64601\t-\t", place = file + "4\t157\t";
+  const std::string flags = fourth + '8' + place +
+                            "0\tCommunity attribute: flags 0x80, expected optional and "
+                            "transitive\t>80080400000001\n";
+  const std::string repeated =
+      fourth + '8' + place +
+      "7\tCommunity attribute: given again, the first counts\t>c00804fde80001\n";
+  const std::string large = fourth + "32" + place +
+                            "14\tLarge Community attribute, offset 0: 1 octet, expected a value of "
+                            "12\tc02001>00\n";
+  const std::string overrun =
+      fourth + '8' + place + "18\tCommunity attribute: 1 octet left of 65535\td008fffffd>\n";
+  const std::string end =
+      "-\t-\t-\t-" + file + "5\t235\t-\tends inside a record, 6 of 12 octets\t-\n";
+  expectRuns({
+      {"bgpcomm faults $FAULTY 2>&-", first + second + third + large + overrun + end, 1},
+      {"bgpcomm faults --flags --repeats --peer 64601 $FAULTY 2>&-",
+       third + flags + repeated + large + overrun + end, 1},
+      {"bgpcomm faults - <$FAULTY >/dev/null", "", 1,
+       "-: ends inside a record, 6 of 12 octets (record 5, octet 235)\n"
+       "bgpcomm: -: 5 malformed, the first attrLength (record 1, octet 0)"},
+      {"bgpcomm faults --json - <$FAULTY 2>&- | sed -n '1p;3p'",
+       R"({"time":"2023-11-14T22:13:20Z","peer":"192.0.2.1","peerAs":64600,)"
+       R"("announced":["10.1.2.0/24"],"attribute":8,"file":"-","record":1,"octet":0,"offset":4,)"
+       R"("fault":"attrLength","reason":"Community attribute, offset 4: 1 octet, expected a )"
+       R"(value of 4","approach":"treatAsWithdraw","octets":"c00805fde8006400","at":7})"
+       "\n"
+       R"({"time":null,"peer":null,"peerAs":null,"announced":null,"attribute":null,"file":"-",)"
+       R"("record":3,"octet":145,"offset":null,"fault":"badRecord",)"
+       R"("reason":"fields that do not fit, or too long","approach":null,"octets":null,"at":null})"
+       "\n"},
+      {"bgpcomm faults $FILE", ""},
+  });
+}
+
+TEST_F(ValuesTool, ShowAsManyFaultsAsSummaryCounts) {
+  std::mt19937 random(1);
+  const auto below = [&random](U32 end) { return random() % end; };
+  Bytes records;
+  for (int i = 0; i < 400; ++i) {
+    Bytes attributes;
+    for (U32 left = below(5); left > 0; --left) {
+      constexpr std::pair<U8, U32> types[] = {{1, 1}, {8, 4}, {16, 8}, {25, 20}, {32, 12}};
+      const auto [type, size] = types[below(5)];
+      Bytes value = Bytes(below(4) * size + (below(4) == 0), '\x40');
+      // Link bandwidths that differ.
+      if (type == 16)
+        for (std::size_t at = 1; at < value.size(); at += 8) value[at] = 4;
+      if (type == 16 && value.size() > 15) value[15] = char(below(2));
+      attributes += octets(below(4) ? "c0" : "40") + number(type, 1) + counted(value, 1);
+    }
+    attributes.resize(attributes.size() - (below(8) == 0 && !attributes.empty()));
+    records += below(16) ? messageRecord(update(attributes, "")) : mrtRecord(16, 4, "");
+  }
+  const TemporaryFile file(records);
+  ::setenv("MADE", file.name().c_str(), 1);
+  const ToolRun lines = runTool("bgpcomm faults $MADE 2>&- | wc -l");
+  const ToolRun counted = runTool(
+      "bgpcomm summary --json $MADE | sed -n 's/.*\"malformed\": \\([0-9]*\\),/\\1/p' | head -1");
+  EXPECT_EQ(lines.out, counted.out);
+  EXPECT_GT(std::stoi(lines.out), 200);
 }
 
 }  // namespace

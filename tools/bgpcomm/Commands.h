@@ -16,6 +16,8 @@ namespace bgpcomm {
 void addSummary(CLI::App& app, int& exitCode);
 void addPaths(CLI::App& app, int& exitCode);
 void addValues(CLI::App& app, int& exitCode);
+void addTop(CLI::App& app, int& exitCode);
+void addFaults(CLI::App& app, int& exitCode);
 void addVerify(CLI::App& app, int& exitCode);
 void addDecode(CLI::App& app, int& exitCode);
 void addSave(CLI::App& app, int& exitCode);

@@ -5,19 +5,11 @@
 
 #include "Errors.h"
 #include "ListValues.h"
-#include "mrt/AsPath.h"
+#include "PathText.h"
 
 namespace bgpcomm {
 
 using namespace Routing::Bgp;
-
-std::string peerText(const Peer& peer) {
-  return addressText(peer.address) + " AS" + std::to_string(peer.asNumber);
-}
-std::string originText(const Path& path) {
-  const auto origin = AsPath(path).origin();
-  return origin ? "AS" + std::to_string(*origin) : "-";
-}
 
 GroupBy readGroupBy(const std::string& name) {
   const auto at = std::ranges::find(groupByNames, name);

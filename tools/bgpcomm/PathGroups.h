@@ -12,11 +12,6 @@
 
 namespace bgpcomm {
 
-/// `192.0.2.1 AS64600`.
-std::string peerText(const Peer& peer);
-/// `AS64700`; `-` for a path without an origin.
-std::string originText(const Path& path);
-
 enum class GroupBy { peer, origin, kind, value, prefixLength };
 /// The words of `--group-by`, in the order of the enumeration.
 inline constexpr std::array<std::string_view, 5> groupByNames = {"peer", "origin", "kind", "value",

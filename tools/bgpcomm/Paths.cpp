@@ -7,6 +7,7 @@
 #include "Descriptions.h"
 #include "PathFilter.h"
 #include "PathGroups.h"
+#include "PathText.h"
 #include "Reading.h"
 #include "Terminal.h"
 #include "mrt/AsPath.h"
@@ -45,20 +46,8 @@ class PathPrinter {
 
  private:
   std::string textLine(const Path& path, PrefixReader prefixes, const std::string& rest) const {
-    std::string line = timeText(path) + '\t' + peerText(path.peer) + '\t';
-    const std::size_t start = line.size();
-    const auto separate = [&line, start] {
-      if (line.size() > start) line += ' ';
-    };
-    while (const Prefix* const prefix = prefixes.next()) {
-      if (!filter_.wants(*prefix)) continue;
-      separate();
-      line += nlriText(prefix->addressFamily, prefix->nlri);
-      if (prefix->pathId) line += '#' + std::to_string(*prefix->pathId);
-    }
-    if (prefixes.cutShort()) separate(), line += '?';
-    if (line.size() == start) line += '-';
-    return line + '\t' + rest + '\n';
+    return timeText(path) + '\t' + peerText(path.peer) + '\t' + prefixesText(prefixes, filter_) +
+           '\t' + rest + '\n';
   }
 
   std::string communities(CommunityValues& values) {

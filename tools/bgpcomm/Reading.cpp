@@ -25,18 +25,24 @@ std::array<char, 64> positionCharacters(Position position) {
 std::string positionText(Position position) { return positionCharacters(position).data(); }
 
 struct FileReading::Opened {
-  Opened(const std::string& file, ReadOptions options)
-      : input(file), reader(input, options.updates), progress(file, input, options.showProgress) {}
+  Opened(const std::string& file, const ReadOptions& options,
+         std::function<void(Position)> onBadRecord)
+      : input(file),
+        reader(input, options.updates, std::move(onBadRecord)),
+        progress(file, input, options.showProgress) {}
 
   Input input;
   PathReader reader;
   Progress progress;
 };
 
-FileReading::FileReading(const std::string& file, ReadOptions options) : file_(file) {
+FileReading::FileReading(const std::string& file, ReadOptions options)
+    : file_(file), options_(std::move(options)) {
   workingOn(file);
   try {
-    opened_ = std::make_unique<Opened>(file, options);
+    opened_ = std::make_unique<Opened>(file, options_, [this](Position position) {
+      countOutside(Fault::badRecord, position, "fields that do not fit, or too long");
+    });
   } catch (const std::system_error& error) {
     // Memory for a thread is missing, most often for its stack.
     if (error.code() == std::errc::resource_unavailable_try_again)
@@ -53,7 +59,6 @@ const Path* FileReading::next() {
   if (!opened_) return nullptr;
   if (result_.paths > 0) count(values_.faults, position());
   const Path* const path = opened_->reader.next();
-  countBadRecords();
   if (path) {
     ++result_.paths;
     values_ = findCommunities(path->attributes);
@@ -80,29 +85,27 @@ void FileReading::count(const FaultCounts& faults, Position position) {
   result_.faults.add(faults);
 }
 
-void FileReading::countBadRecords() {
-  const U64 counted = result_.faults[Fault::badRecord], bad = opened_->reader.badRecords();
-  if (bad == counted) return;
-  if (!result_.firstFault)
-    result_.firstFault = {Fault::badRecord, *opened_->reader.firstBadRecord()};
-  result_.faults.add(Fault::badRecord, bad - counted);
+void FileReading::countOutside(Fault fault, Position position, const std::string& reason) {
+  count(FaultCounts(fault), position);
+  if (options_.onFault) options_.onFault(fault, position, reason);
 }
 
 /// Prints why the file ended before its end.
 void FileReading::reportEnd() {
   const auto& truncation = opened_->reader.truncation();
   const auto& failure = opened_->input.failure();
-  const std::string text = positionText(position());
-  FaultCounts faults;
-  if (truncation) faults.add(Fault::truncatedRecord);
-  if (failure) {
-    if (failure->compression) faults.add(Fault::compression);
-    printError(file_ + ": " + failure->text + text);
-  } else if (truncation) {
-    printError(file_ + ": ends inside a record, " + std::to_string(truncation->there) + " of " +
-               std::to_string(truncation->wanted) + " octets" + text);
-  }
-  count(faults, position());
+  const std::string where = positionText(position());
+  std::string reason;
+  if (truncation)
+    reason = "ends inside a record, " + std::to_string(truncation->there) + " of " +
+             std::to_string(truncation->wanted) + " octets";
+  if (failure)
+    printError(file_ + ": " + failure->text + where);
+  else if (truncation)
+    printError(file_ + ": " + reason + where);
+  // In the order of their numbers: the first counts as the file's first.
+  if (truncation) countOutside(Fault::truncatedRecord, position(), reason);
+  if (failure && failure->compression) countOutside(Fault::compression, position(), failure->text);
   result_.failed = truncation || failure;
 }
 

@@ -1,6 +1,7 @@
 // Reads a file to its end, or to its fault: what every command that takes files does.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <new>
 #include <optional>
@@ -34,6 +35,8 @@ struct ReadResult {
 struct ReadOptions {
   bool showProgress = true;
   PathCutter::Updates updates = PathCutter::Updates::withAttributes;
+  /// Gets the faults that are of no path, each where it stands, with a reason for people.
+  std::function<void(Fault, Position, const std::string& reason)> onFault = {};
 };
 
 /// A file that is being read. An early end is printed as an error line, with its reason. Malformed
@@ -59,10 +62,11 @@ class FileReading {
   struct Opened;
 
   void count(const FaultCounts& faults, Position position);
-  void countBadRecords();
+  void countOutside(Fault fault, Position position, const std::string& reason);
   void reportEnd();
 
   const std::string& file_;
+  const ReadOptions options_;
   std::unique_ptr<Opened> opened_;
   CommunityValues values_{};
   ReadResult result_;

@@ -93,6 +93,8 @@ int run(int argc, char** argv) {
   bgpcomm::addPaths(app, exitCode);
   bgpcomm::addValues(app, exitCode);
   bgpcomm::addDiff(app, exitCode);
+  bgpcomm::addTop(app, exitCode);
+  bgpcomm::addFaults(app, exitCode);
   bgpcomm::addVerify(app, exitCode);
   bgpcomm::addDecode(app, exitCode);
   bgpcomm::addSave(app, exitCode);

@@ -1,0 +1,192 @@
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "HeldListsOf.h"
+#include "Hex.h"
+#include "PathFilter.h"
+#include "PathText.h"
+#include "Reading.h"
+#include "Terminal.h"
+
+namespace bgpcomm {
+namespace {
+
+using Routing::Bgp::BgpPathAttrType;
+using Routing::Bgp::PathFault;
+using Routing::Bgp::PathFaultReason;
+
+struct Options {
+  std::vector<std::string> files;
+  PathFilterOptions filter;
+  bool flags = false, repeats = false, json = false;
+};
+
+/// The octets of an attribute, as far as they are there, and the place of the fault among them.
+struct MarkedOctets {
+  Octets octets;
+  std::size_t place = 0;
+
+  /// `c00805fde80064>00`
+  std::string text() const { return hex(octets.first(place)) + '>' + hex(octets.subspan(place)); }
+};
+MarkedOctets markedOctets(Octets attributes, const PathFault& fault) {
+  const Octets left = attributes.subspan(fault.offset);
+  const auto header = Routing::Bgp::readPathAttributeHeader(left);
+  if (!header) return {left, left.size()};
+  const Octets octets =
+      left.first(std::min<std::size_t>(left.size(), header->headerSize + header->attrSize));
+  if (fault.overrun) return {octets, octets.size()};
+  if (fault.value) return {octets, header->headerSize + fault.value->offset};
+  return {octets};
+}
+
+/// As `summary` counts it, where it does.
+std::string nameOf(const PathFault& fault) {
+  if (fault.value) return std::string(faultNames[std::size_t(faultOf(*fault.value))]);
+  if (fault.overrun) return std::string(faultNames[std::size_t(Fault::attrOverrun)]);
+  return std::string(stringValue(fault.reason));
+}
+
+class FaultPrinter {
+ public:
+  FaultPrinter(const Options& options, const PathFilter& filter)
+      : options_(options), filter_(filter) {}
+
+  void fileIs(const std::string& file) { file_ = file; }
+
+  /// Prints the faults of a path, and counts those that are not counted yet.
+  void print(const Path& path, CommunityValues& values, Position position) const {
+    Routing::Bgp::PathCommunities lists;
+    for (const PathFault& fault : tables_.readAll(path.attributes, lists)) {
+      if (fault.value && faultOf(*fault.value) == Fault::linkBandwidth)
+        values.faults.add(Fault::linkBandwidth);
+      if (!isShown(fault.reason)) continue;
+      const MarkedOctets octets = markedOctets(path.attributes, fault);
+      bgpcomm::print(options_.json ? jsonLine(path, position, fault, octets)
+                                   : textLine(path, position, fault, octets));
+    }
+  }
+  /// The same of a fault that is of no path.
+  void print(Fault fault, Position position, const std::string& reason) const {
+    if (!options_.json)
+      return bgpcomm::print("-\t-\t-\t-\t" + place(position) + "\t-\t" + visible(reason) + "\t-\n");
+    nlohmann::ordered_json object = {{"time", nullptr},
+                                     {"peer", nullptr},
+                                     {"peerAs", nullptr},
+                                     {"announced", nullptr},
+                                     {"attribute", nullptr}};
+    addPlace(object, position);
+    object.update({{"offset", nullptr},
+                   {"fault", faultNames[std::size_t(fault)]},
+                   {"reason", reason},
+                   {"approach", nullptr},
+                   {"octets", nullptr},
+                   {"at", nullptr}});
+    bgpcomm::print(dumped(object));
+  }
+
+ private:
+  bool isShown(PathFaultReason reason) const {
+    if (reason == PathFaultReason::wrongFlags) return options_.flags;
+    if (reason == PathFaultReason::repeated) return options_.repeats;
+    return true;
+  }
+
+  std::string textLine(const Path& path, Position position, const PathFault& fault,
+                       const MarkedOctets& octets) const {
+    return timeText(path) + '\t' + peerText(path.peer) + '\t' +
+           prefixesText(PrefixReader::announced(path), filter_) + '\t' + attributeText(fault) +
+           '\t' + place(position) + '\t' + std::to_string(fault.offset) + '\t' +
+           std::string(fault.toStrep()) + '\t' + octets.text() + '\n';
+  }
+  std::string jsonLine(const Path& path, Position position, const PathFault& fault,
+                       const MarkedOctets& octets) const {
+    auto prefixes = nlohmann::ordered_json::array();
+    visitPrefixes(path, [&](const Prefix& prefix) {
+      if (filter_.wants(prefix)) prefixes.push_back(nlriText(prefix.addressFamily, prefix.nlri));
+    });
+    nlohmann::ordered_json object = {{"time", timeText(path)},
+                                     {"peer", addressText(path.peer.address)},
+                                     {"peerAs", path.peer.asNumber},
+                                     {"announced", std::move(prefixes)},
+                                     {"attribute", U32(fault.attribute)}};
+    addPlace(object, position);
+    object.update({{"offset", fault.offset},
+                   {"fault", nameOf(fault)},
+                   {"reason", std::string(fault.toStrep())},
+                   {"approach", std::string(stringValue(fault.approach()))},
+                   {"octets", hex(octets.octets)},
+                   {"at", octets.place}});
+    return dumped(object);
+  }
+
+  std::string place(Position position) const {
+    return visible(file_) + '\t' + std::to_string(position.record) + '\t' +
+           std::to_string(position.octet);
+  }
+  void addPlace(nlohmann::ordered_json& object, Position position) const {
+    object.update({{"file", file_}, {"record", position.record}, {"octet", position.octet}});
+  }
+  /// File names need not be UTF-8.
+  static std::string dumped(const nlohmann::ordered_json& object) {
+    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+  }
+  static std::string attributeText(const PathFault& fault) {
+    return fault.attribute == BgpPathAttrType::invalidPathAttr
+               ? "-"
+               : std::to_string(U32(fault.attribute));
+  }
+
+  const Options& options_;
+  const PathFilter& filter_;
+  const CommunityTables tables_{sharedParser()};
+  std::string file_;
+};
+
+int runFaults(const Options& options) {
+  PathFilter filter(options.filter);
+  FaultPrinter printer(options, filter);
+  ReadOptions reading{.showProgress = !::isatty(STDOUT_FILENO)};
+  reading.onFault = [&](Fault fault, Position position, const std::string& reason) {
+    printer.print(fault, position, reason);
+  };
+  bool good = true;
+  for (const std::string& file : options.files) {
+    printer.fileIs(file);
+    const ReadResult result = readFile(
+        file,
+        [&](const Path& path, CommunityValues& values, Position position) {
+          if (filter.passes(path, values)) printer.print(path, values, position);
+        },
+        reading);
+    reportMalformed(file, result);
+    good = good && !result.failed;
+  }
+  return good ? 0 : exitBadData;
+}
+
+}  // namespace
+
+void addFaults(CLI::App& app, int& exitCode) {
+  const auto [command, options] = addCommand(
+      app,
+      {"faults", "Print every malformed attribute and record",
+       "Fields are separated by tabs: time, peer, prefixes, number of the attribute, file,\n"
+       "number of the record, its octet in the file, the attribute's octet among the path's\n"
+       "attributes, reason, the attribute in hex with > where the fault is. Records that\n"
+       "are bad or cut short have a line too, whatever paths are asked for, with - for what\n"
+       "is not known. As many lines as summary counts malformed. Exit code 1 when a file\n"
+       "cannot be read to its end.\n\n"
+       "Example: bgpcomm faults --peer 192.0.2.1 updates.20241001.0055.gz"},
+      exitCode, runFaults);
+  addFiles(command, options.files);
+  addFilterOptions(command, options.filter);
+  command.add_flag("--flags", options.flags,
+                   "Also community attributes that are not optional\nand transitive");
+  command.add_flag("--repeats", options.repeats, "Also such as are given again: the first counts");
+  addJsonLines(command, options.json);
+}
+
+}  // namespace bgpcomm

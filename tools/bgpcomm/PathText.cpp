@@ -1,0 +1,31 @@
+#include "PathText.h"
+
+#include "mrt/AsPath.h"
+
+namespace bgpcomm {
+
+std::string peerText(const Peer& peer) {
+  return addressText(peer.address) + " AS" + std::to_string(peer.asNumber);
+}
+
+std::string originText(const Path& path) {
+  const auto origin = AsPath(path).origin();
+  return origin ? "AS" + std::to_string(*origin) : "-";
+}
+
+std::string prefixesText(PrefixReader prefixes, const PathFilter& filter) {
+  std::string text;
+  const auto separate = [&text] {
+    if (!text.empty()) text += ' ';
+  };
+  while (const Prefix* const prefix = prefixes.next()) {
+    if (!filter.wants(*prefix)) continue;
+    separate();
+    text += nlriText(prefix->addressFamily, prefix->nlri);
+    if (prefix->pathId) text += '#' + std::to_string(*prefix->pathId);
+  }
+  if (prefixes.cutShort()) separate(), text += '?';
+  return text.empty() ? "-" : text;
+}
+
+}  // namespace bgpcomm
