@@ -173,12 +173,12 @@ void addFaults(CLI::App& app, int& exitCode) {
   const auto [command, options] = addCommand(
       app,
       {"faults", "Print every malformed attribute and record",
-       "Fields are separated by tabs: time, peer, prefixes, number of the attribute, file,\n"
-       "number of the record, its octet in the file, the attribute's octet among the path's\n"
-       "attributes, reason, the attribute in hex with > where the fault is. Records that\n"
-       "are bad or cut short have a line too, whatever paths are asked for, with - for what\n"
-       "is not known. As many lines as summary counts malformed. Exit code 1 when a file\n"
-       "cannot be read to its end.\n\n"
+       "Fields are separated by tabs: time, peer, prefixes, number of the attribute,\n"
+       "file, number of the record, its octet in the file, the attribute's octet among\n"
+       "the path's attributes, reason, the attribute in hex with > where the fault is.\n"
+       "Records that are bad or cut short have a line too, whatever paths are asked for,\n"
+       "with - for what is not known. As many lines as summary counts malformed. Exit\n"
+       "code 1 when a file cannot be read to its end.\n\n"
        "Example: bgpcomm faults --peer 192.0.2.1 updates.20241001.0055.gz"},
       exitCode, runFaults);
   addFiles(command, options.files);

@@ -267,22 +267,22 @@ int runTop(const Options& options) {
 }  // namespace
 
 void addTop(CLI::App& app, int& exitCode) {
-  const auto [command, options] = addCommand(
-      app,
-      {"top", "Print which values, kinds, peers and so on have most paths",
-       "Columns, each with its share of (all): paths; their distinct lists; octets of these\n"
-       "lists' values as all paths carry them; the same with each distinct list once.\n"
-       "  value, kind         paths and lists with it; octets of its values alone\n"
-       "  route-target        the same, of route targets\n"
-       "  list                the communities of one attribute; all of its octets\n"
-       "  peer, origin        paths from it, with or without communities; all octets\n"
-       "  prefix              the same; an UPDATE counts with each prefix that it announces;\n"
-       "                      takes memory for every prefix\n"
-       "Repeats inside of an attribute do not count. What peers, origins and prefixes have\n"
-       "in common counts for each of them. Exit code 1 when a file cannot be read to its\n"
-       "end; what is malformed is counted on stderr, and passed over.\n\n"
-       "Example: bgpcomm top --by kind rib.bz2"},
-      exitCode, runTop);
+  const auto [command, options] =
+      addCommand(app,
+                 {"top", "Print what has most paths, lists and octets",
+                  "Columns, each with its share of (all): paths; their distinct lists; octets of\n"
+                  "the lists' values as all paths carry them; the same, each distinct list once.\n"
+                  "  value, kind     paths and lists with it; octets of its values alone\n"
+                  "  route-target    the same, of route targets\n"
+                  "  list            the communities of one attribute; all of its octets\n"
+                  "  peer, origin    paths from it, with or without communities; all octets\n"
+                  "  prefix          the same; an UPDATE counts with each prefix that it\n"
+                  "                  announces; takes memory for every prefix\n"
+                  "Repeats inside of an attribute do not count. What peers, origins and prefixes\n"
+                  "have in common counts for each of them. Exit code 1 when a file cannot be read\n"
+                  "to its end; what is malformed is counted on stderr, and passed over.\n\n"
+                  "Example: bgpcomm top --by kind rib.bz2"},
+                 exitCode, runTop);
   addFiles(command, options.files);
   addFilterOptions(command, options.filter);
   command
