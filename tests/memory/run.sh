@@ -23,12 +23,14 @@ hex > one.mrt <<<'
   180a0102'
 gzip -kn one.mrt; bzip2 -k one.mrt; xz -k one.mrt; zstd -q one.mrt
 "$tool" save one.mrt --to one.store
-printf '40010100\n0002fde800000064\n' > lines
+printf '40 01 01 00\n0002fde800000064\n' > lines
 
 commands=("summary one.mrt.gz" "summary --json one.mrt.bz2" "paths one.mrt.xz" "verify one.mrt"
   "paths --json --rt 65000:100 --ext 030b000000000007 one.mrt.zst" "watch-rt one.mrt"
   "watch-rt --json one.mrt.zst" "save one.mrt --to new.store" "restore one.store" "decode -"
-  "restore --json one.store" "decode --json 0002fde800000064 c00804fde80064" "describe CommList")
+  "restore --json one.store" "decode --json 0002fde800000064 c00804fde80064" "describe CommList"
+  "paths --where 65000:100 --group-by value one.mrt" "values one.mrt" "diff one.mrt.xz one.mrt"
+  "top --by list one.mrt" "faults one.mrt.gz")
 if (($# > 3)); then commands=("${@:4}"); fi
 
 # Runs a command; its output is in `out`, its messages in `err`.
