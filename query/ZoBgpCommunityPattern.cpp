@@ -25,7 +25,8 @@ constexpr Attribute allAttributes[] = {Attribute::community, Attribute::extCommu
 
 bool contains(std::string_view text, std::string_view piece) {
   const auto equal = [](char a, char b) { return lowerCase(a) == lowerCase(b); };
-  return !std::ranges::search(text, piece, equal).empty() || piece.empty();
+  return std::search(text.begin(), text.end(), piece.begin(), piece.end(), equal) != text.end() ||
+         piece.empty();
 }
 
 constexpr bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
