@@ -180,7 +180,7 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, const ValueTable* values,
                                        std::span<const U8> octets);
-  /// What a list has of one classification: how many, and the place of the group of them.
+  /// The members of a list that are of one classification: how many, and the place of their group.
   struct Share {
     U32 members = 0;
     U64 place = 0;

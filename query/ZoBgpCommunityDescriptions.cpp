@@ -158,7 +158,7 @@ std::optional<Mox::String> CommunityDescriptions::find(const AnyCommunity& commu
   const auto [text, entry] = findAny(community, numbers);
   if (!text.data()) return {};
   if (!entry) return Mox::String(text);
-  // What each part that is no plain number means, in their order.
+  // The meaning of each part that is no plain number, in their order.
   std::vector<Mox::String> meant;
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     const Part& part = entry->parts[i];

@@ -1,5 +1,5 @@
-// What operators say that their communities mean, as the looking glass of NLNOG keeps it: a text
-// file for each AS, a line for each entry.
+// Descriptions that operators publish of their communities, as the looking glass of NLNOG keeps
+// them: a text file for each AS, a line for each entry.
 //
 //   # AS64500
 //   64500:100,Customer
@@ -54,7 +54,7 @@ class CommunityDescriptions {
   std::size_t size() const { return size_; }
 
  private:
-  /// What one number of an entry may be.
+  /// One number of an entry, or which it may be.
   struct Part {
     enum class Form : U8 { number, range, digits };
     Form form = Form::number;

@@ -37,7 +37,7 @@ class PatternMatcher {
     const void* list = nullptr;
     Answers answers = 0;
   };
-  /// What the pattern wants of lists of a type, in the order of PathCommunities.
+  /// A list type, as the pattern looks at it.
   struct OfType {
     bool asked;
     Answers without;  ///< when a path has none
@@ -54,7 +54,7 @@ class PatternMatcher {
   void grow(std::size_t size);
 
   const CommunityPattern pattern_;
-  std::vector<OfType> types_;
+  std::vector<OfType> types_;  // in the order of PathCommunities
   // A power of two, at most half of them taken. The first free slot behind its place ends a search.
   std::vector<Slot> slots_;
   std::size_t size_ = 0;

@@ -157,7 +157,7 @@ class RowReader {
     return shape;
   }
   static Shape withAny(const Shape& shape, const KindField& field) {
-    // What is no number is no rate either.
+    // A rate that is no number makes its community malformed.
     return field.form == KindForm::float32
                ? withNumbers(shape, field, {{orderedRate(0xFF800000), orderedRate(0x7F800000)}})
                : shape;
@@ -333,7 +333,7 @@ class Reader {
     if (equalIgnoringCase(word, "RT")) return "route-target";
     return equalIgnoringCase(word, "SoO") ? "route-origin" : "";
   }
-  /// Those of identifiers whose first field may be this.
+  /// The ends of identifiers whose first field may be this.
   static std::vector<std::string_view> endsOf(std::string_view administrator) {
     if (administrator == "*") return {"-as2", "-as4", "-ipv4", "-ipv6"};
     if (administrator.find('[') != administrator.npos) return {"-ipv6"};

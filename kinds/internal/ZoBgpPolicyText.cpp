@@ -27,7 +27,7 @@ constexpr AdministratorWord administratorWords[] = {{"-AS4", Administrator::as4}
                                                     {"-IP6", Administrator::ipv6},
                                                     {"-IP", Administrator::ipv4}};
 
-/// Of the types 0x00, 0x01 and 0x02 of eight octets.
+/// The administrators of the types 0x00, 0x01 and 0x02 of eight octets.
 constexpr Administrator administratorsOfTypes[] = {Administrator::as2, Administrator::ipv4,
                                                    Administrator::as4};
 

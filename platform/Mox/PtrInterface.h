@@ -62,8 +62,8 @@ class PtrInterface {
     return count;
   }
 
-  /// What a creator does to the object that it has just made: takes the first reference and turns
-  /// notifications on. A plain store, unless the constructor has given references away.
+  /// Takes the first reference and turns notifications on, for the creator of an object that nobody
+  /// else sees yet. A plain store, unless the constructor has given references away.
   void firstReferenceInc() {
     if (word_.load(std::memory_order_relaxed) == 0) {
       word_.store(notificationBit | 1, std::memory_order_relaxed);

@@ -13,6 +13,7 @@
 // its reference, an object becomes a member, a member is erased.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -89,7 +90,7 @@ class DedupHashTableUnorderedSet final
     U32 tag() const { return U32(word_ >> addressBits); }
     DedupHandle* member() const {
       const U64 address = (word_ & ((U64{1} << addressBits) - 1)) << zeroBits;
-      return reinterpret_cast<DedupHandle*>(std::uintptr_t(address));
+      return std::bit_cast<DedupHandle*>(std::uintptr_t(address));
     }
     friend bool operator==(Entry, Entry) = default;
 

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What `--describe` names.
+/// The files and folders that `--describe` names.
 std::vector<std::string>& named() {
   static std::vector<std::string> paths;
   return paths;

@@ -1,5 +1,5 @@
-// What operators say that communities mean: read once, from the files and folders that `--describe`
-// names and from the user's own folder.
+// Descriptions of communities by their operators: read once, from the files and folders that
+// `--describe` names and from the user's own folder.
 #pragma once
 
 #include <memory>

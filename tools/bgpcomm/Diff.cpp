@@ -24,7 +24,7 @@ struct Options {
   U64 limit = 10;
 };
 
-/// What is compared beside paths; the order is that of the output.
+/// Things that are compared beside paths, in the order of the output.
 enum class Part : U8 { value, list, routeTargets };
 constexpr std::string_view partWords[] = {"value", "list", "route-target-set"};
 
@@ -36,7 +36,7 @@ struct Item {
   friend auto operator<=>(const Item&, const Item&) = default;
 };
 
-/// What is in a dump, beside its paths.
+/// The values, lists and sets of a dump.
 class Items {
  public:
   void add(const PathCommunities& communities) {

@@ -38,7 +38,7 @@ class PathGroups {
 
   const GroupBy by_;
   std::unordered_map<std::string, U64> groups_;
-  // Of kinds and values: taken apart once, however many paths have the same.
+  // Paths to group by kind or value: taken apart once, however many have the same.
   Combinations<U64> combinations_;
 };
 

@@ -97,7 +97,7 @@ class PathPrinter {
     for (std::size_t i = 0; i < faultNames.size(); ++i)
       if (values.faults[Fault(i)]) malformed.push_back(faultNames[i]);
     if (!malformed.empty()) object["malformed"] = std::move(malformed);
-    // What other data are joined on; plain columns, without objects inside.
+    // Plain columns, without objects inside, to join other data on.
     addPrefixes(object, "announced", PrefixReader::announced(path));
     object["asPath"] = AsPath(path).text();
     const auto origin = AsPath(path).origin();
@@ -134,7 +134,7 @@ class PathPrinter {
   const CommunityTables tables_{sharedParser()};
 };
 
-/// What becomes of the paths that pass: lines, groups, or their number alone.
+/// Makes lines of the paths that pass, or groups, or counts them.
 class PathTaker {
  public:
   explicit PathTaker(const Options& options)

@@ -165,7 +165,7 @@ class Top {
   Groups groups_;
 };
 
-/// What a command's line shows of a column, and where it stands.
+/// A column of the output, and where it stands.
 struct Column {
   std::string_view title, key;
   U64 Figures::*figure;
