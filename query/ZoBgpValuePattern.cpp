@@ -33,7 +33,7 @@ Parts split(std::string_view text) {
   for (std::size_t at = 0; at < text.size(); ++at) {
     const char c = text[at];
     if (end)
-      end = c == end ? 0 : end;
+      end = c == end ? '\0' : end;
     else if (c == '[' || c == '{')
       end = c == '[' ? ']' : '}';
     else if (c == ':')
