@@ -75,7 +75,8 @@ class FileReading {
 /// Calls `visit(path, values, position)` for each path, as long as that returns true. All paths
 /// before the end have been visited; running out of memory, also in `visit`, is such an end.
 template <class Visit>
-ReadResult readFileWhile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
+ReadResult readFileWhile(const std::string& file, const Visit& visit,
+                         const ReadOptions& options = {}) {
   FileReading reading(file, options);
   try {
     while (const Path* const path = reading.next())
@@ -90,7 +91,7 @@ ReadResult readFileWhile(const std::string& file, const Visit& visit, ReadOption
 }
 /// The same for all paths.
 template <class Visit>
-ReadResult readFile(const std::string& file, const Visit& visit, ReadOptions options = {}) {
+ReadResult readFile(const std::string& file, const Visit& visit, const ReadOptions& options = {}) {
   const auto visitAll = [&](const Path& path, CommunityValues& values, Position position) {
     visit(path, values, position);
     return true;
