@@ -24,9 +24,11 @@ PathCommunities pathOf(const CommunityTables& tables, const std::string& texts) 
   PathCommunities path;
   for (const Attribute attribute : allAttributes) {
     std::vector<U8> value;
-    for (const AnyCommunity& one : *communities)
+    for (const AnyCommunity& one : *communities) {
+      const CommunityOctets octets(one);
       if (attributeOf(one) == attribute)
-        for (const U8 octet : CommunityOctets(one).all()) value.push_back(octet);
+        value.insert(value.end(), octets.all().begin(), octets.all().end());
+    }
     EXPECT_TRUE(value.empty() || !tables.read(attribute, value, path)) << texts;
   }
   return path;
