@@ -12,6 +12,7 @@ packages_for() {
     bench) echo libbenchmark-dev libboost-dev ;;
     plot) echo gnuplot-nox ;;
     checks) echo clang-14 libclang-rt-14-dev llvm-14 clang-format-14 clang-tidy-14 g++-multilib ;;
+    servers) echo munge slurm-wlm clickhouse-server clickhouse-client ;;
   esac
 }
 
@@ -23,6 +24,19 @@ missing_packages() {
   done
 }
 
+# Run by root's shell: installs packages. Services among them are not started; where the machine
+# has a rule of its own for this already, that one counts.
+install_packages='
+  rule=/usr/sbin/policy-rc.d
+  if [ ! -e $rule ]; then
+    trap "rm -f $rule" EXIT
+    trap "exit 1" HUP INT TERM
+    printf "#!/bin/sh\nexit 101\n" >$rule
+    chmod +x $rule
+  fi
+  export DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes
+  apt-get install -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "$@" >/dev/null'
+
 # need PURPOSE...: installs what these purposes lack, and says so first. Silent when nothing does.
 need() {
   local wanted missing as_root=() purpose
@@ -33,8 +47,7 @@ need() {
   if ((EUID != 0)); then as_root=(sudo); fi
   echo "Installing with apt: ${missing[*]}"
   "${as_root[@]}" apt-get update -qq
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes \
-    apt-get install -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "${missing[@]}" >/dev/null
+  "${as_root[@]}" sh -c "$install_packages" install "${missing[@]}"
 }
 
 # quietly COMMAND...: its output is shown only when it fails.
