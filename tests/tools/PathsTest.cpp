@@ -76,7 +76,7 @@ TEST_F(PathsTool, LookOnlyAtWhatIsAskedFor) {
             "2023-11-14T22:13:30Z\t192.0.2.2 AS64601\t10.2.0.0/16\twithdrawn\n"},
            {"--withdrawals --json --limit 3 | tail -1",
             R"({"time":"2023-11-14T22:13:30Z","peer":"192.0.2.2","peerAs":64601,)"
-            R"("withdrawn":["10.2.0.0/16","10.3.1.0/24"]})"
+            R"("withdrawn":["10.2.0.0/16","10.3.1.0/24"],"record":3})"
             "\n"},
            {"--group-by peer", "2\t192.0.2.2 AS64601\n1\t192.0.2.1 AS64600\n"},
            {"--group-by origin", "1\t-\n1\tAS64700\n1\tAS65536\n"},
@@ -84,14 +84,14 @@ TEST_F(PathsTool, LookOnlyAtWhatIsAskedFor) {
            {"--group-by value --json --where 'has large'", R"({"count":1,"value":"65000:1:2"})"
                                                            "\n"},
            {"--group-by prefix-length --peer 192.0.2.1", "1\tIPv4 /16\n1\tIPv4 /8\n"},
-           {"--json --limit 1 | grep -o '\"announced.*'",
+           {"--json --collector rrc00 --limit 1 | grep -o '\"announced.*'",
             R"("announced":["10.0.0.0/8","10.1.0.0/16"],"asPath":"64600 64700","originAs":64700,)"
-            R"("nextHop":"9.9.9.9"})"
+            R"("nextHop":"9.9.9.9","record":1,"collector":"rrc00"})"
             "\n"},
            {"--json --peer 192.0.2.2 | grep -o '\"asPath.*'",
-            R"("asPath":"64601 {64701,0,1}","originAs":null,"nextHop":"-"})"
+            R"("asPath":"64601 {64701,0,1}","originAs":null,"nextHop":"-","record":2})"
             "\n"
-            R"("asPath":"64601 65536","originAs":65536,"nextHop":"2001:db8::1"})"
+            R"("asPath":"64601 65536","originAs":65536,"nextHop":"2001:db8::1","record":3})"
             "\n"},
        })
     expectRuns({{"bgpcomm paths $FILE " + options, lines}});

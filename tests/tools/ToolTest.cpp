@@ -71,7 +71,7 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "-: 3 malformed, the first attrLength (record 2, octet 62)"},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
        R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"],)"
-       R"("announced":[],"asPath":"","originAs":null,"nextHop":"-"})" "\n"},
+       R"("announced":[],"asPath":"","originAs":null,"nextHop":"-","record":3})" "\n"},
       {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", "", 1, "a\\x1bb\\x0ac: No such file or directory"},
       {"bgpcomm paths --help | grep -c 'VALUE [.]'", "0\n", 1},
       {"bgpcomm verify /", "", 1, "/: Is a directory"},
@@ -119,7 +119,7 @@ TEST_F(Tool, KnowsAllFourListTypes) {
        R"("standardOctets":["fde80064"],"extendedOctets":["0002fde800000064","030b000000000007"],)"
        R"("ipv6ExtendedOctets":["000220010db80000000000000000000000010064"],)"
        R"("largeOctets":["0000fde80000000100000001","0000fde80000000100000002"],)"
-       R"("announced":["10.1.2.0/24"],"asPath":"","originAs":null,"nextHop":"-"})" "\n"},
+       R"("announced":["10.1.2.0/24"],"asPath":"","originAs":null,"nextHop":"-","record":1})" "\n"},
       {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13", "\"malformed\":[\"linkBandwidth\"]\n"},
       {"bgpcomm paths $KINDS 2>&1 >/dev/null | cut -d' ' -f3-7", "1 malformed, the first linkBandwidth\n"},
       {"bgpcomm verify $KINDS", kinds_.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},

@@ -20,27 +20,29 @@ struct Options {
   std::vector<std::string> files;
   PathFilterOptions filter;
   bool json = false, withdrawals = false, count = false;
-  std::string groupBy;
+  std::string groupBy, collector;
   U64 limit = 0;
 };
 
 class PathPrinter {
  public:
-  PathPrinter(bool json, const PathFilter& filter) : json_(json), filter_(filter) {}
+  PathPrinter(const Options& options, const PathFilter& filter)
+      : json_(options.json), collector_(options.collector), filter_(filter) {}
 
   /// A list that is refused is one of the path's faults.
-  void print(const Path& path, CommunityValues& values) {
-    bgpcomm::print(json_ ? jsonLine(path, values)
+  void print(const Path& path, CommunityValues& values, Position position) {
+    bgpcomm::print(json_ ? jsonLine(path, values, position)
                          : textLine(path, PrefixReader::announced(path), communities(values)));
   }
   /// The prefixes that a message takes back.
-  void printWithdrawn(const Path& path) {
+  void printWithdrawn(const Path& path, Position position) {
     if (!json_) {
       bgpcomm::print(textLine(path, PrefixReader::withdrawn(path), "withdrawn"));
       return;
     }
     nlohmann::ordered_json object = head(path);
     addPrefixes(object, "withdrawn", PrefixReader::withdrawn(path));
+    addSource(object, position);
     bgpcomm::print(object.dump() + '\n');
   }
 
@@ -69,6 +71,12 @@ class PathPrinter {
             {"peerAs", path.peer.asNumber}};
   }
 
+  /// Where the path was read: orders what a peer says within one second.
+  void addSource(nlohmann::ordered_json& object, Position position) const {
+    object["record"] = position.record;
+    if (!collector_.empty()) object["collector"] = collector_;
+  }
+
   /// The prefixes as an array of texts; with ADD-PATH the identifiers as another.
   void addPrefixes(nlohmann::ordered_json& object, const char* key, PrefixReader prefixes) const {
     auto texts = nlohmann::ordered_json::array(), ids = nlohmann::ordered_json::array();
@@ -81,7 +89,7 @@ class PathPrinter {
     if (!ids.empty()) object["pathIds"] = std::move(ids);
   }
 
-  std::string jsonLine(const Path& path, CommunityValues& values) {
+  std::string jsonLine(const Path& path, CommunityValues& values, Position position) {
     nlohmann::ordered_json object = head(path);
     nlohmann::ordered_json prefixes = nlohmann::ordered_json::array();
     const bool whole = visitPrefixes(path, [&](const Prefix& prefix) {
@@ -103,6 +111,7 @@ class PathPrinter {
     const auto origin = AsPath(path).origin();
     object["originAs"] = origin ? nlohmann::ordered_json(*origin) : nlohmann::ordered_json();
     object["nextHop"] = addressText(nextHop(path));
+    addSource(object, position);
     return object.dump() + '\n';
   }
 
@@ -130,6 +139,7 @@ class PathPrinter {
   }
 
   const bool json_;
+  const std::string& collector_;
   const PathFilter& filter_;
   const CommunityTables tables_{sharedParser()};
 };
@@ -138,21 +148,23 @@ class PathPrinter {
 class PathTaker {
  public:
   explicit PathTaker(const Options& options)
-      : options_(options), filter_(options.filter), printer_(options.json, filter_) {
+      : options_(options), filter_(options.filter), printer_(options, filter_) {
     if (!options.groupBy.empty()) groups_.emplace(readGroupBy(options.groupBy));
     if (options.count && groups_) throw UsageError("--count and --group-by exclude each other");
     if (options.withdrawals && (options.count || groups_))
       throw UsageError("--withdrawals is for lines of paths");
+    if (!options.collector.empty() && !options.json)
+      throw UsageError("--collector is for lines of --json");
   }
 
   /// False once there are enough.
-  bool take(const Path& path, CommunityValues& values) {
+  bool take(const Path& path, CommunityValues& values, Position position) {
     if (path.stateChange || !filter_.passes(path, values, options_.withdrawals)) return true;
     const bool withdraws =
         options_.withdrawals && filter_.wantsOneOf(PrefixReader::withdrawn(path));
     if (withdraws) {
       ++taken_;
-      printer_.printWithdrawn(path);
+      printer_.printWithdrawn(path, position);
       if (isEnough()) return false;
     }
     // Without attributes, or with none but those of the withdrawal, a message announces nothing.
@@ -163,7 +175,7 @@ class PathTaker {
     if (groups_)
       groups_->add(path, values, filter_);
     else if (!options_.count)
-      printer_.print(path, values);
+      printer_.print(path, values, position);
     return !isEnough();
   }
   /// Prints what is known only at the end.
@@ -203,8 +215,8 @@ int runPaths(const Options& options) {
     if (!more) break;
     const ReadResult result = readFileWhile(
         file,
-        [&](const Path& path, CommunityValues& values, Position) {
-          return more = taker.take(path, values);
+        [&](const Path& path, CommunityValues& values, Position position) {
+          return more = taker.take(path, values, position);
         },
         reading);
     reportMalformed(file, result);
@@ -238,6 +250,10 @@ void addPaths(CLI::App& app, int& exitCode) {
       ->option_text("WHAT");
   addTextOptions(command);
   addJsonLines(command, options.json);
+  command
+      .add_option("--collector", options.collector,
+                  "Its name in each JSON object, for tables of many")
+      ->option_text("NAME");
 }
 
 }  // namespace bgpcomm
