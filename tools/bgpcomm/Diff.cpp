@@ -28,53 +28,87 @@ struct Options {
 enum class Part : U8 { value, list, routeTargets };
 constexpr std::string_view partWords[] = {"value", "list", "route-target-set"};
 
-/// A value, a list or a set of route targets, by its octets.
-struct Item {
-  Part part;
-  std::size_t type;
-  std::string octets;
-  friend auto operator<=>(const Item&, const Item&) = default;
+/// Of which dumps something is: one bit for each.
+using Sides = U8;
+constexpr Sides bothSides = 0b11;
+constexpr Sides only(PathJoin::Side side) { return Sides(1 << side); }
+
+/// Values, lists and sets of route targets that one dump alone has, by their octets, in order.
+struct Items {
+  std::set<std::string> of[std::size(partWords)][listTypeCount];
 };
 
-/// The values, lists and sets of a dump.
-class Items {
+/// The lists of both dumps, each once and held, so that its address is its own.
+class Lists {
  public:
-  void add(const PathCommunities& communities) {
+  void add(const PathCommunities& communities, Sides sides) {
     communities.forEachList([&](const auto& list) {
       using List = std::remove_cvref_t<decltype(*list)>;
-      auto& held = std::get<Held<List>>(held_);
-      if (held.try_emplace(list.get(), list).second) addList(*list);
+      Entry<List>& entry = std::get<Entries<List>>(entries_)[list.get()];
+      if (!entry.list) entry.list = list;
+      entry.sides |= sides;
     });
   }
-  const std::set<Item>& items() const { return items_; }
+
+  /// The items of a dump that the other has not. Lists of both dumps, most of all, are looked at
+  /// only when some value or set may be among theirs.
+  Items itemsOf(PathJoin::Side side) const {
+    Items items;
+    forEach([&](std::size_t type, const auto& list, Sides sides) {
+      if (sides == only(side))
+        forEachItem(list, [&](Part part, std::string octets) {
+          items.of[std::size_t(part)][type].insert(std::move(octets));
+        });
+    });
+    forEach([&](std::size_t type, const auto& list, Sides sides) {
+      const auto mayHave = [&](Part part) { return !items.of[std::size_t(part)][type].empty(); };
+      if (sides != only(side) && (mayHave(Part::value) || mayHave(Part::routeTargets)))
+        forEachItem(list, [&](Part part, const std::string& octets) {
+          items.of[std::size_t(part)][type].erase(octets);
+        });
+    });
+    return items;
+  }
 
  private:
   template <class List>
-  using Held = std::unordered_map<const List*, Mox::Ptr<const List>>;
-  template <class... Lists>
-  static std::tuple<Held<Lists>...> heldOf(const PathCommunitiesOf<Lists...>&);
-
+  struct Entry {
+    Mox::Ptr<const List> list;
+    Sides sides = 0;
+  };
   template <class List>
-  void addList(const List& list) {
-    const std::size_t type = listTypeOf(U8(List::pathAttribute));
+  using Entries = std::unordered_map<const List*, Entry<List>>;
+  template <class... Lists>
+  static std::tuple<Entries<Lists>...> entriesOf(const PathCommunitiesOf<Lists...>&);
+
+  /// Calls `use(type, list, sides)`.
+  template <class Use>
+  void forEach(const Use& use) const {
+    const auto ofType = [&]<class List>(const Entries<List>& entries) {
+      const std::size_t type = listTypeOf(U8(List::pathAttribute));
+      for (const auto& [address, entry] : entries) use(type, *entry.list, entry.sides);
+    };
+    std::apply([&](const auto&... entries) { (ofType(entries), ...); }, entries_);
+  }
+
+  template <class List, class Use>
+  static void forEachItem(const List& list, const Use& use) {
     std::string octets;
     list.forEachValue([&](const auto& value) {
       const auto its = octetsOf(value);
-      items_.insert({Part::value, type, std::string(asText(its))});
+      use(Part::value, std::string(asText(its)));
       octets += asText(its);
     });
-    items_.insert({Part::list, type, std::move(octets)});
+    use(Part::list, std::move(octets));
     if constexpr (InternsValues<List>)
       if (const auto targets = list.classificationList(extCommClassificationRouteTarget)) {
         std::string set;
         forEachCommunity(*targets, [&](const auto& one) { set += asText(octetsOf(one)); });
-        items_.insert({Part::routeTargets, type, std::move(set)});
+        use(Part::routeTargets, std::move(set));
       }
   }
 
-  // Each list once, held so that its address is its own.
-  decltype(heldOf(PathCommunities())) held_;
-  std::set<Item> items_;
+  decltype(entriesOf(PathCommunities())) entries_;
 };
 
 /// One file that is read. Both share their tables, so lists are equal when they are the same
@@ -123,11 +157,9 @@ class Dump {
     reportMalformed(file_, reading_.result());
     return !reading_.result().failed;
   }
-  const std::set<Item>& items() const { return items_.items(); }
 
  private:
   void take(const Path& path, const Prefix& prefix, const PathCommunities& communities) {
-    items_.add(communities);
     join_.add(side_, path, prefix, communities);
   }
 
@@ -138,7 +170,6 @@ class Dump {
   PathJoin& join_;
   const PathJoin::Side side_;
   PathTable<PathCommunities> updates_;
-  Items items_;
 };
 
 /// Prints a line for everything that differs, and counts.
@@ -148,6 +179,10 @@ class Differences {
       : tables_(tables), options_(options) {}
 
   void addPath(const PathJoin::Pair& pair) {
+    if (pair.isSame()) {
+      ++samePaths_;
+      return;
+    }
     const Change change = !pair.before ? come : !pair.after ? gone : changed;
     if (!isShown(paths_[change]++)) return;
     const auto [afi, nlri, pathId] = pair.prefix;
@@ -171,23 +206,21 @@ class Differences {
     print(line + '\n');
   }
 
-  void addItems(const std::set<Item>& before, const std::set<Item>& after) {
-    std::vector<Item> items[2];
-    std::ranges::set_difference(before, after, std::back_inserter(items[gone]));
-    std::ranges::set_difference(after, before, std::back_inserter(items[come]));
+  void addItems(const Items& before, const Items& after) {
     for (const Part part : {Part::value, Part::list, Part::routeTargets})
       for (std::size_t type = 0; type < listTypeCount; ++type)
         for (const Change change : {gone, come}) {
           U64 count = 0;
-          for (const Item& item : items[change])
-            if (item.part == part && item.type == type && isShown(count++)) printItem(change, item);
+          for (const std::string& octets :
+               (change == gone ? before : after).of[std::size_t(part)][type])
+            if (isShown(count++)) printItem(change, part, type, octets);
           addTotal(change, nameOf(part, type), count);
         }
   }
 
-  void printTotals(U64 samePaths) {
+  void printTotals() {
     for (const Change change : {gone, come, changed}) addTotal(change, "path", paths_[change]);
-    if (!options_.json) print(totals_ + grouped(samePaths) + "\tsame\tpath\n");
+    if (!options_.json) print(totals_ + grouped(samePaths_) + "\tsame\tpath\n");
   }
 
  private:
@@ -198,17 +231,17 @@ class Differences {
   static std::string nameOf(Part part, std::size_t type) {
     return std::string(listTypes[type].key) + ' ' + std::string(partWords[std::size_t(part)]);
   }
-  void printItem(Change change, const Item& item) {
-    const Octets octets(reinterpret_cast<const U8*>(item.octets.data()), item.octets.size());
-    const std::string text = listTypes[item.type].text(tables_, octets).text;
+  void printItem(Change change, Part part, std::size_t type, const std::string& itsOctets) {
+    const Octets octets(reinterpret_cast<const U8*>(itsOctets.data()), itsOctets.size());
+    const std::string text = listTypes[type].text(tables_, octets).text;
     const nlohmann::ordered_json object = {{"change", changeWords[change]},
-                                           {"what", partWords[std::size_t(item.part)]},
-                                           {"list", listTypes[item.type].key},
+                                           {"what", partWords[std::size_t(part)]},
+                                           {"list", listTypes[type].key},
                                            {"text", text},
                                            {"octets", hex(octets)}};
     print(options_.json ? object.dump() + '\n'
-                        : std::string(1, changeSigns[change]) + '\t' +
-                              nameOf(item.part, item.type) + '\t' + text + '\n');
+                        : std::string(1, changeSigns[change]) + '\t' + nameOf(part, type) + '\t' +
+                              text + '\n');
   }
   std::string textsOf(const PathCommunities& communities) const {
     std::string text;
@@ -228,7 +261,7 @@ class Differences {
 
   const CommunityTables& tables_;
   const Options& options_;
-  U64 paths_[3] = {};
+  U64 paths_[3] = {}, samePaths_ = 0;
   std::string totals_;
 };
 
@@ -236,7 +269,13 @@ int runDiff(const Options& options) {
   const CommunityTables tables(sharedParser());
   PathFilter filter(options.filter);
   Differences differences(tables, options);
-  PathJoin join([&](const PathJoin::Pair& pair) { differences.addPath(pair); });
+  Lists lists;
+  PathJoin join([&](const PathJoin::Pair& pair) {
+    differences.addPath(pair);
+    if (pair.isSame()) return lists.add(*pair.before, bothSides);
+    if (pair.before) lists.add(*pair.before, only(PathJoin::before));
+    if (pair.after) lists.add(*pair.after, only(PathJoin::after));
+  });
   Dump before(options.before, tables, filter, join, PathJoin::before);
   Dump after(options.after, tables, filter, join, PathJoin::after);
   // In turn, so that few paths wait for their likes.
@@ -250,8 +289,8 @@ int runDiff(const Options& options) {
     (more[0] ? before : after).outOfMemory();
   }
   join.end();
-  differences.addItems(before.items(), after.items());
-  differences.printTotals(join.same());
+  differences.addItems(lists.itemsOf(PathJoin::before), lists.itemsOf(PathJoin::after));
+  differences.printTotals();
   const bool good = before.report();
   return after.report() && good ? 0 : exitBadData;
 }
