@@ -54,9 +54,8 @@ class CommunityPattern {
 
   // The same in steps, for readers that have lists without a path, or remember answers.
 
-  /// One bit for each condition, the first the lowest.
+  /// One bit for each condition.
   using Answers = U64;
-  std::size_t conditions() const { return conditions_.size(); }
   /// Whether lists of this attribute are asked for at all.
   bool asks(BgpPathAttrType attribute) const;
   /// Which conditions hold because a path has this list.

@@ -275,6 +275,14 @@ class RowReader {
   std::optional<CommunityTextError> fault_;
 };
 
+Shape exactly(const AnyCommunity& community) {
+  Shape shape{attributeOf(community)};
+  const CommunityOctets octets(community);
+  std::ranges::copy(octets.all(), shape.octets.begin());
+  std::fill_n(shape.mask.begin(), octets.all().size(), U8(0xFF));
+  return shape;
+}
+
 /// A pattern in the making.
 class Reader {
  public:
@@ -296,13 +304,6 @@ class Reader {
   }
 
  private:
-  static Shape exactly(const AnyCommunity& community) {
-    Shape shape{attributeOf(community)};
-    const CommunityOctets octets(community);
-    std::ranges::copy(octets.all(), shape.octets.begin());
-    std::fill_n(shape.mask.begin(), octets.all().size(), U8(0xFF));
-    return shape;
-  }
   static Shape ofKind(const Kind& kind) {
     Shape shape{kind.attribute};
     shape.octets[0] = *kind.type;
@@ -398,6 +399,12 @@ ParsedCommunity<ValuePattern> ValuePattern::parse(std::string_view text, const K
   if (!shapes) return {{}, std::move(shapes.error)};
   pattern.shapes_ = std::move(*shapes.value);
   return {std::move(pattern)};
+}
+
+ValuePattern ValuePattern::of(const AnyCommunity& community) {
+  ValuePattern pattern;
+  pattern.shapes_.push_back(exactly(community));
+  return pattern;
 }
 
 bool ValuePattern::matches(const AnyCommunity& community) const {

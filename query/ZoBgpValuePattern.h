@@ -36,6 +36,9 @@ class ValuePattern {
   static ParsedCommunity<ValuePattern> parse(std::string_view text,
                                              const KindTable& table = KindTable::builtIn());
 
+  /// The pattern of one community.
+  static ValuePattern of(const AnyCommunity& community);
+
   /// Cost: a comparison of 20 octets and of the ranges, for each kind that is meant; of `unknown` a
   /// look-up of the row.
   bool matches(const AnyCommunity& community) const;

@@ -17,15 +17,15 @@ using namespace Routing::Bgp;
 
 namespace {
 
-bool carries(const CommunityValues& values, const Wanted& wanted) {
-  const auto isWanted = [&](Octets value) {
-    return std::any_of(wanted.values.begin(), wanted.values.end(), [&](const auto& one) {
-      return std::equal(value.begin(), value.end(), one.begin(), one.end());
-    });
-  };
-  const std::size_t size = listTypes[wanted.type].valueSize;
-  for (Octets left = values[wanted.type]; !left.empty(); left = left.subspan(size))
-    if (isWanted(left.first(size))) return true;
+/// Looks at the octets: also at those of a list that is refused.
+bool carries(const CommunityValues& values, const ValuePattern& wanted) {
+  for (std::size_t type = 0; type < listTypeCount; ++type) {
+    const auto attribute = BgpPathAttrType(listTypes[type].attribute);
+    if (values[type].empty() || !wanted.mayMatch(attribute)) continue;
+    const std::size_t size = listTypes[type].valueSize;
+    for (Octets left = values[type]; !left.empty(); left = left.subspan(size))
+      if (wanted.matches(communityOf(attribute, left.first(size)))) return true;
+  }
   return false;
 }
 
@@ -127,7 +127,7 @@ PathFilter::PathFilter(const PathFilterOptions& options)
   readAll(wanted_, "--rt", options.routeTargets, wantedRouteTarget);
   readAll(wanted_, "--large", options.large, wantedLarge);
   readAll(wanted_, "--ext", options.extended, wantedExtended);
-  readAll(prefixes_, "--prefix", options.prefixes, [](const std::string& text) {
+  readAll(prefixes_, options.prefixOption, options.prefixes, [](const std::string& text) {
     const auto slash = text.find('/');
     const auto address = readAddress(text.substr(0, slash));
     if (!address) throw UsageError("expected a prefix, as 192.0.2.0/24 or 2001:db8::/32");
@@ -171,7 +171,7 @@ PathFilter::PathFilter(const PathFilterOptions& options)
 
 bool PathFilter::passes(const Path& path, const CommunityValues& values, bool withdrawn) {
   if (!isInTime(path) || !isOfPeer(path.peer)) return false;
-  if (!std::ranges::all_of(wanted_, [&](const Wanted& one) { return carries(values, one); }))
+  if (!std::ranges::all_of(wanted_, [&](const ValuePattern& one) { return carries(values, one); }))
     return false;
   if (!isOfOrigin(path) || !holds(values)) return false;
   return prefixes_.empty() || wantsOneOf(PrefixReader::announced(path)) ||
@@ -225,7 +225,7 @@ bool PathFilter::holds(const CommunityValues& values) {
   return where_->matches(communities);
 }
 
-void addFilterOptions(CLI::App& command, PathFilterOptions& options) {
+void addFilterOptions(CLI::App& command, PathFilterOptions& options, bool withPrefixes) {
   const auto add = [&command](const char* name, std::vector<std::string>& values, const char* form,
                               const char* help) {
     command.add_option(name, values, help)->allow_extra_args(false)->option_text(form);
@@ -248,11 +248,13 @@ void addFilterOptions(CLI::App& command, PathFilterOptions& options) {
   add("--ext", options.extended, "VALUE",
       "Only with this extended community, also in hex\n"
       "(16 digits, or 40 of an IPv6-address-specific one)");
-  add("--prefix", options.prefixes, "PREFIX",
-      "Only this prefix, or one of several (10.0.0.0/8,\n2001:db8::/32; an address alone is a "
-      "host's)");
-  command.add_flag("--more-specific", options.moreSpecific, "Also prefixes inside");
-  command.add_flag("--less-specific", options.lessSpecific, "Also prefixes around");
+  if (withPrefixes) {
+    add("--prefix", options.prefixes, "PREFIX",
+        "Only this prefix, or one of several (10.0.0.0/8,\n2001:db8::/32; an address alone is a "
+        "host's)");
+    command.add_flag("--more-specific", options.moreSpecific, "Also prefixes inside");
+    command.add_flag("--less-specific", options.lessSpecific, "Also prefixes around");
+  }
   add("--peer", options.peers, "PEER", "Only of this peer, by address or AS number");
   add("--origin-as", options.origins, "AS", "Only paths that this AS originates");
   addOne("--since", options.since, "TIME",

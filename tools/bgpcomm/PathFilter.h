@@ -28,11 +28,13 @@ struct PathFilterOptions {
   std::string where;
   std::vector<std::string> communities, routeTargets, large, extended;
   std::vector<std::string> prefixes, peers, origins;
+  const char* prefixOption = "--prefix";  ///< how messages call it
   bool moreSpecific = false, lessSpecific = false;
   std::string since, until;
 };
-/// Declares the options of all commands that look at paths one by one.
-void addFilterOptions(CLI::App& command, PathFilterOptions& options);
+/// Declares the options of all commands that look at paths one by one; those of prefixes only if
+/// asked to.
+void addFilterOptions(CLI::App& command, PathFilterOptions& options, bool withPrefixes = true);
 
 /// The question of a command line; throws UsageError.
 Routing::Bgp::CommunityPattern readQuestion(const std::string& text);
@@ -45,6 +47,8 @@ class PathFilter {
   /// Whether all that is asked for holds for the path, and for one of the prefixes that it
   /// announces, or `withdrawn`. Lists that are refused are not there.
   bool passes(const Path& path, const CommunityValues& values, bool withdrawn = false);
+  /// Whether the path is of the time that is asked for.
+  bool isInTime(const Path& path) const;
   /// Whether a prefix is asked for; each is when none is named.
   bool wants(const Prefix& prefix) const;
   /// Whether there is such a prefix.
@@ -60,14 +64,13 @@ class PathFilter {
     std::string address;
   };
 
-  bool isInTime(const Path& path) const;
   bool isOfPeer(const Peer& peer) const;
   bool isOfOrigin(const Path& path) const;
   bool holds(const CommunityValues& values);
 
   const CommunityTables tables_{sharedParser()};
   std::optional<Routing::Bgp::PatternMatcher> where_;
-  std::vector<Wanted> wanted_;
+  std::vector<Routing::Bgp::ValuePattern> wanted_;
   std::vector<WantedPrefix> prefixes_;
   bool moreSpecific_, lessSpecific_;
   std::vector<WantedPeer> peers_;

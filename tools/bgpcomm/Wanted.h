@@ -1,30 +1,27 @@
-// Communities that a path is asked for, as people write them.
+// Single communities that a path is asked for, as people write them: the short forms of patterns.
 #pragma once
 
-#include <optional>
 #include <string>
-#include <vector>
 
-#include "ListTypes.h"
+#include "query/ZoBgpValuePattern.h"
 
 namespace bgpcomm {
 
-/// One of these values of a list type, by their octets: some texts stand for several.
-struct Wanted {
-  std::size_t type;
-  std::vector<std::vector<U8>> values;
-};
+using Routing::Bgp::ValuePattern;
 
 // Each reads every text that a command prints, see docs/text.md, and throws UsageError for others.
 
 /// A community of any attribute: `65000:100`, `no-export`, `mac-mobility:S:5`.
-Wanted wantedCommunity(const std::string& text);
+ValuePattern wantedCommunity(const std::string& text);
 /// A route target; `65000:100` and `RT:65000:100`, whether the AS number is written in two octets
 /// or in four, and `192.0.2.1:100`.
-Wanted wantedRouteTarget(const std::string& text);
+ValuePattern wantedRouteTarget(const std::string& text);
 /// A large community.
-Wanted wantedLarge(const std::string& text);
+ValuePattern wantedLarge(const std::string& text);
 /// An extended community, also in 16 or 40 hexadecimal digits.
-Wanted wantedExtended(const std::string& text);
+ValuePattern wantedExtended(const std::string& text);
+
+/// Whether it is a route target, of 8 octets or of 20.
+bool isRouteTarget(const Routing::Bgp::AnyCommunity& community);
 
 }  // namespace bgpcomm
