@@ -169,7 +169,7 @@ TEST(AsPath, IsTheSameBehindOldRouters) {
   }
 }
 
-/// The attributes around an AS path change nothing.
+/// Whatever stands around the attributes changes nothing.
 TEST(AsPath, NothingIsReadBeyondTheAttributes) {
   std::mt19937 random(4271);
   std::size_t paths = 0;

@@ -174,9 +174,9 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
        "    first (record 4, octet 210)\n"
        "  paths per list               1.5           0.0           0.0           0.0\n"
        "                   2  65000:100\n                   2  NO_EXPORT\n                   1  65000:200\n"},
-      {"for command in '' summary paths values diff verify decode describe encode kinds save restore watch-rt; do\n"
+      {"for command in '' summary paths values diff top faults spread lint verify decode describe encode kinds save restore watch-rt; do\n"
        "  bgpcomm $command --help | grep '.\\{81\\}\\|Example: bgpcomm ' | cut -d: -f1\n"
-       "done | uniq -c | tr -d ' '", "13Example\n"},
+       "done | uniq -c | tr -d ' '", "17Example\n"},
       // clang-format on
   });
 }

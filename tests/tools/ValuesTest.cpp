@@ -1,4 +1,4 @@
-// Commands about what paths carry: values, who has most, what is malformed.
+// What paths carry: values, who has most of what, what is malformed.
 #include <random>
 
 #include "RunTool.h"

@@ -1,6 +1,6 @@
 // The subcommands. Each adds itself to the command line and, when chosen, runs as a callback that
-// sets the process's exit code: 0, 1 for bad data, 2 for bad usage. Only files that declare
-// arguments include this header: CLI11 takes long to compile.
+// sets the process's exit code, see Errors.h. Only files that declare arguments include this
+// header: CLI11 takes long to compile.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -18,6 +18,8 @@ void addPaths(CLI::App& app, int& exitCode);
 void addValues(CLI::App& app, int& exitCode);
 void addTop(CLI::App& app, int& exitCode);
 void addFaults(CLI::App& app, int& exitCode);
+void addSpread(CLI::App& app, int& exitCode);
+void addLint(CLI::App& app, int& exitCode);
 void addVerify(CLI::App& app, int& exitCode);
 void addDecode(CLI::App& app, int& exitCode);
 void addSave(CLI::App& app, int& exitCode);

@@ -7,6 +7,7 @@ namespace bgpcomm {
 
 inline constexpr int exitBadData = 1;
 inline constexpr int exitBadUsage = 2;
+inline constexpr int exitFound = 3;  ///< by `lint --strict`
 
 /// A value of the command line that is not understood: one error line, exit code 2.
 class UsageError : public std::runtime_error {

@@ -95,6 +95,8 @@ int run(int argc, char** argv) {
   bgpcomm::addDiff(app, exitCode);
   bgpcomm::addTop(app, exitCode);
   bgpcomm::addFaults(app, exitCode);
+  bgpcomm::addSpread(app, exitCode);
+  bgpcomm::addLint(app, exitCode);
   bgpcomm::addVerify(app, exitCode);
   bgpcomm::addDecode(app, exitCode);
   bgpcomm::addSave(app, exitCode);
