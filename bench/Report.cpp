@@ -273,6 +273,9 @@ void Report::printTool(const std::vector<std::string>& files) const {
   for (const std::string& file : files)
     if (const Figure* perPath = find(nameOf("summary", file, "per path")))
       std::printf("  %-48s %12.0f\n", file.c_str(), 1e9 / perPath->median());
+  for (const std::string& file : files)
+    printRow({"diff / summary of both", nameOf("two dumps", file, "diff"),
+              nameOf("two dumps", file, "summary"), 1.5});
 }
 
 }  // namespace bench

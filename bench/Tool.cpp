@@ -5,6 +5,7 @@
 
 #include "Benchmarks.h"
 #include "Measure.h"
+#include "tools/bgpcomm/DumpDiff.h"
 #include "tools/bgpcomm/Summary.h"
 
 namespace bench {
@@ -42,6 +43,24 @@ U64 summarise(const std::string& file) {
   return figures.paths;
 }
 
+/// Two dumps, compared or summarised one after the other.
+U64 diff(const std::string& file) {
+  const Routing::Bgp::CommunityTables tables(bgpcomm::sharedParser());
+  bgpcomm::PathFilter filter({});
+  U64 pairs = 0;
+  bgpcomm::diffDumps(file, file, tables, filter, [&](const bgpcomm::PathJoin::Pair&) { ++pairs; });
+  return pairs;
+}
+void summariseTwice(const std::string& file) {
+  bgpcomm::FileFigures figures;
+  const bgpcomm::FileLists lists;
+  for (int time = 0; time < 2; ++time) bgpcomm::readInto(file, lists, figures);
+  for (std::size_t type = 0; type < bgpcomm::listTypeCount; ++type) {
+    bgpcomm::ListFigures ofType;
+    lists[type].figures(ofType);
+  }
+}
+
 }  // namespace
 
 // On the wall's clock: reading has a thread of its own.
@@ -49,14 +68,19 @@ void addTool(const std::string& file) {
   const auto plain = std::make_shared<Decompressed>(file);
   const U64 paths = summarise(plain->name());
   if (paths == 0) return;
-  add(nameOf("summary", file, "per path"), 3, [plain, paths](benchmark::State& state) {
-    Passes passes(state, paths);
-    for (auto _ : state) {
-      const double begin = wallSeconds();
-      summarise(plain->name());
-      passes.add(wallSeconds() - begin);
-    }
-  });
+  const auto addOne = [&](const char* operation, const char* contender, auto run) {
+    add(nameOf(operation, file, contender), 3, [plain, paths, run](benchmark::State& state) {
+      Passes passes(state, paths);
+      for (auto _ : state) {
+        const double begin = wallSeconds();
+        run(plain->name());
+        passes.add(wallSeconds() - begin);
+      }
+    });
+  };
+  addOne("summary", "per path", summarise);
+  addOne("two dumps", "diff", diff);
+  addOne("two dumps", "summary", summariseTwice);
 }
 
 }  // namespace bench

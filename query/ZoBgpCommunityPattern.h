@@ -54,8 +54,9 @@ class CommunityPattern {
 
   // The same in steps, for readers that have lists without a path, or remember answers.
 
-  /// One bit for each condition.
+  /// One bit for each condition, the first the lowest.
   using Answers = U64;
+  std::size_t conditions() const { return conditions_.size(); }
   /// Whether lists of this attribute are asked for at all.
   bool asks(BgpPathAttrType attribute) const;
   /// Which conditions hold because a path has this list.

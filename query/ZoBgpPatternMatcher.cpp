@@ -7,6 +7,9 @@ namespace {
 
 constexpr std::size_t leastSlots = 64;
 
+// Expressions of so many conditions are worked off beforehand, for all answers that there may be.
+constexpr std::size_t mostTabled = 12;
+
 /// Addresses differ in their middle bits.
 std::size_t placeOf(const void* list, std::size_t slots) {
   const auto address = U64(reinterpret_cast<std::uintptr_t>(list));
@@ -17,52 +20,63 @@ std::size_t placeOf(const void* list, std::size_t slots) {
 
 PatternMatcher::PatternMatcher(CommunityPattern pattern)
     : pattern_(std::move(pattern)), slots_(leastSlots) {
-  PathCommunities().forEachType([this]<class List>(const Mox::Ptr<const List>&) {
-    types_.push_back(
-        {pattern_.asks(List::pathAttribute), pattern_.answersWithout(List::pathAttribute)});
+  if (pattern_.conditions() <= mostTabled)
+    for (Answers answers = 0; answers < Answers{1} << pattern_.conditions(); ++answers)
+      truths_.push_back(pattern_.holds(answers));
+  auto ofType = types_.begin();
+  PathCommunities().forEachType([&]<class List>(const Mox::Ptr<const List>&) {
+    *ofType++ = {pattern_.asks(List::pathAttribute), pattern_.answersWithout(List::pathAttribute)};
   });
 }
 
 bool PatternMatcher::matches(const PathCommunities& path) {
   Answers answers = 0;
-  std::size_t type = 0;
+  auto ofType = types_.begin();
   path.forEachType([&](const auto& list) {
-    const OfType& ofType = types_[type++];
-    if (ofType.asked) answers |= list ? answersOf(list) : ofType.without;
+    if (ofType->asked) answers |= list ? answersOf(list) : ofType->without;
+    ++ofType;
   });
-  return pattern_.holds(answers);
+  return holds(answers);
 }
 
 template <class List>
 PatternMatcher::Answers PatternMatcher::answersOf(const Mox::Ptr<const List>& list) {
   const Slot& slot = slotOf(list.get());
-  return slot.list ? slot.answers : remember(list);
+  return slot ? answers_[slot.tag()] : remember(list);
 }
 
-/// Looks at the list. Everything that may throw comes before anything is changed for good.
+/// Looks at the list. Everything that may throw comes before the list is known.
 template <class List>
 PatternMatcher::Answers PatternMatcher::remember(const Mox::Ptr<const List>& list) {
-  const Slot slot{list.get(), pattern_.answersOf(*list)};
-  if (2 * (size_ + 1) > slots_.size()) grow(2 * slots_.size());
+  const Answers answers = pattern_.answersOf(*list);
+  const auto known = answerNumbers_.find(answers);
+  const U32 number = known != answerNumbers_.end() ? known->second : U32(answers_.size());
+  if (number > Slot::mostTag) return answers;  // lists that differ so much are looked at each time
+  if (number == answers_.size()) {
+    answers_.push_back(answers);
+    answerNumbers_.emplace(answers, number);
+  }
+  if (4 * (size_ + 1) > slots_.size()) grow(2 * slots_.size());
   std::get<std::vector<Mox::Ptr<const List>>>(held_).push_back(list);
-  slotOf(slot.list) = slot;
+  slotOf(list.get()) = Slot(number, list.get());
   ++size_;
-  return slot.answers;
+  return answers;
 }
 
 /// The slot of a list, or the free one where it belongs.
-PatternMatcher::Slot& PatternMatcher::slotOf(const void* list) {
+PatternMatcher::Slot& PatternMatcher::slotOf(const Orv::DedupHandle* list) {
   for (std::size_t at = placeOf(list, slots_.size());; at = (at + 1) & (slots_.size() - 1))
-    if (slots_[at].list == list || !slots_[at].list) return slots_[at];
+    if (slots_[at].pointer() == list || !slots_[at]) return slots_[at];
 }
 
 void PatternMatcher::grow(std::size_t size) {
   std::vector<Slot> old(size);
   old.swap(slots_);
-  for (const Slot& slot : old)
-    if (slot.list) slotOf(slot.list) = slot;
+  for (const Slot slot : old)
+    if (slot) slotOf(slot.pointer()) = slot;
 }
 
+/// Numbers of answers stay: there are far fewer than lists.
 void PatternMatcher::forgetUnused() {
   std::vector<Slot> kept;
   const auto keep = [&](auto& lists) {
@@ -75,7 +89,7 @@ void PatternMatcher::forgetUnused() {
   kept.reserve(size_);
   std::apply([&](auto&... lists) { (keep(lists), ...); }, held_);
   std::ranges::fill(slots_, Slot());
-  for (const Slot& slot : kept) slotOf(slot.list) = slot;
+  for (const Slot slot : kept) slotOf(slot.pointer()) = slot;
   size_ = kept.size();
 }
 

@@ -12,6 +12,10 @@
 // Threads: one at a time.
 #pragma once
 
+#include <array>
+#include <unordered_map>
+
+#include "Mox/TaggedPointer.h"
 #include "query/ZoBgpCommunityPattern.h"
 
 namespace Routing::Bgp {
@@ -32,15 +36,12 @@ class PatternMatcher {
 
  private:
   using Answers = CommunityPattern::Answers;
-  /// An intern table's member, by its address; a free slot has none.
-  struct Slot {
-    const void* list = nullptr;
-    Answers answers = 0;
-  };
+  // A list, by its address, with the number of its answers; a free slot has none.
+  using Slot = Mox::TaggedPointer<const Orv::DedupHandle>;
   /// A list type, as the pattern looks at it.
   struct OfType {
-    bool asked;
-    Answers without;  ///< when a path has none
+    bool asked = false;
+    Answers without = 0;  ///< when a path has none
   };
   template <class... Lists>
   static std::tuple<std::vector<Mox::Ptr<const Lists>>...> holdersOf(
@@ -49,15 +50,23 @@ class PatternMatcher {
   Answers answersOf(const Mox::Ptr<const List>& list);
   template <class List>
   Answers remember(const Mox::Ptr<const List>& list);
+  bool holds(Answers answers) const {
+    return truths_.empty() ? pattern_.holds(answers) : truths_[answers];
+  }
 
-  Slot& slotOf(const void* list);
+  Slot& slotOf(const Orv::DedupHandle* list);
   void grow(std::size_t size);
 
   const CommunityPattern pattern_;
-  std::vector<OfType> types_;  // in the order of PathCommunities
-  // A power of two, at most half of them taken. The first free slot behind its place ends a search.
+  std::vector<bool> truths_;  // by answers; empty when there are too many
+  std::array<OfType, std::tuple_size_v<decltype(holdersOf(PathCommunities()))>> types_;
+  // A power of two, at most a quarter of them taken. The first free slot behind its place ends a
+  // search.
   std::vector<Slot> slots_;
   std::size_t size_ = 0;
+  // Different answers, by number: most lists have the same few.
+  std::vector<Answers> answers_;
+  std::unordered_map<Answers, U32> answerNumbers_;
   decltype(holdersOf(PathCommunities())) held_;
 };
 

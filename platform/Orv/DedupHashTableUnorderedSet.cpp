@@ -126,7 +126,7 @@ void DedupHashTableUnorderedSet::visitMembers(
     const std::function<void(DedupHandle&)>& visit) const {
   for (const Shard& shard : shards())
     for (U32 i = 0; shard.size && i < shard.places; ++i)
-      if (shard.entries[i]) visit(*shard.entries[i].member());
+      if (shard.entries[i]) visit(*shard.entries[i].pointer());
 }
 
 U64 DedupHashTableUnorderedSet::members() const {

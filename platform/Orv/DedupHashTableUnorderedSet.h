@@ -13,11 +13,11 @@
 // its reference, an object becomes a member, a member is erased.
 #pragma once
 
-#include <bit>
 #include <cstdint>
 #include <memory>
 #include <span>
 
+#include "Mox/TaggedPointer.h"
 #include "Orv/DedupHashTable.h"
 #include "Orv/Placement.h"
 #include "Orv/ShardLock.h"
@@ -72,31 +72,10 @@ class DedupHashTableUnorderedSet final
  private:
   // 64 shards times 2^19 tags: beyond 33 million members several share a tag, and probes get
   // longer.
-  static constexpr U32 shardBits = 6, tagBits = 19, addressBits = 64 - tagBits;
-  // The lower bits of a member's address are zero: it begins with a pointer to its class's table.
-  static constexpr U32 zeroBits = sizeof(void*) == 8 ? 3 : 2;
-  static_assert(alignof(DedupHandle) % (1 << zeroBits) == 0);
-
-  // A place of a shard: free, or a member with its tag. Addresses of processes have up to 48 bits.
-  class Entry {
-   public:
-    Entry() = default;
-    /// Asserts "address < 2^48".
-    Entry(U32 tag, const DedupHandle* member)
-        : word_(U64(tag) << addressBits | reinterpret_cast<std::uintptr_t>(member) >> zeroBits) {
-      MOX_ASSERT(this->tag() == tag && this->member() == member, "address < 2^48");
-    }
-    explicit operator bool() const { return word_; }
-    U32 tag() const { return U32(word_ >> addressBits); }
-    DedupHandle* member() const {
-      const U64 address = (word_ & ((U64{1} << addressBits) - 1)) << zeroBits;
-      return std::bit_cast<DedupHandle*>(std::uintptr_t(address));
-    }
-    friend bool operator==(Entry, Entry) = default;
-
-   private:
-    U64 word_ = 0;
-  };
+  /// A place of a shard: free, or a member with its tag.
+  using Entry = Mox::TaggedPointer<DedupHandle>;
+  static constexpr U32 shardBits = 6, tagBits = Entry::tagBits;
+  static_assert(alignof(DedupHandle) % alignof(void*) == 0);
 
   // All is zero and null until the first member comes. A shard has a cache line of its own, so that
   // locks of two threads do not share one.
@@ -141,7 +120,7 @@ class DedupHashTableUnorderedSet final
     if (!shard.size) return nullptr;
     for (U32 i = shard.home(tag); shard.entries[i]; i = shard.next(i)) {
       if (shard.entries[i].tag() != tag) continue;
-      DedupHandle* const member = shard.entries[i].member();
+      DedupHandle* const member = shard.entries[i].pointer();
       if (equal(*member) && member->referencesIncIfAlive()) return member;
     }
     return nullptr;

@@ -9,7 +9,7 @@
 
 namespace Routing::Bgp {
 
-/// What was written, from a manager that counts the objects that are restored.
+/// Everything that was written, from a manager that counts the objects that are restored.
 struct HeardStore final : MoxStash::StoreManager {
   explicit HeardStore(const MoxStash::StoreWriter& writer) : store("NAME", writer.octets()) {}
   const void* translate(MoxStash::StoreReference at, U64 size, U32 alignment) const override {

@@ -169,7 +169,7 @@ TEST(AsPath, IsTheSameBehindOldRouters) {
   }
 }
 
-/// Whatever stands around the attributes changes nothing.
+/// The attributes around an AS path change nothing.
 TEST(AsPath, NothingIsReadBeyondTheAttributes) {
   std::mt19937 random(4271);
   std::size_t paths = 0;

@@ -17,7 +17,7 @@ std::string reach(AddressFamily family, const std::string& nextHop) {
   return "800e" + hex(view(counted(value, 1)));
 }
 
-/// Of the first prefix, and of those of a family.
+/// The next hops of the first prefix, and of those of a family.
 using NextHops = std::pair<std::string, std::string>;
 
 NextHops nextHops(Path path, const std::string& attributes, AddressFamily family) {

@@ -138,7 +138,7 @@ no-exprot                   | 0  | did you mean "NO_EXPORT"
   EXPECT_FALSE(ValuePattern::parse("mac-mobility" + std::string(100'000, ':') + "*"));
 }
 
-// What a pattern's field says of the text of a community's.
+// The field of a pattern, evaluated over the text of a community's.
 struct FieldWish {
   std::string text;
   std::function<bool(const std::string&)> holds;

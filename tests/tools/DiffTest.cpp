@@ -40,12 +40,12 @@ TEST(PathJoin, PairsWhatAMapPairs) {
       return communities ? int(communities->list<CommList>()->values()[0]) : 0;
     };
     PathJoin join([&](const PathJoin::Pair& pair) {
-      const auto key = std::pair(pair.peer.address[3], pair.prefix.nlri[1]);
+      const auto key = std::pair(pair.peer.address[2], pair.prefix.nlri[1]);
       const bool isNew = found.try_emplace(key, valueOf(pair.before), valueOf(pair.after)).second;
       EXPECT_TRUE(isNew);
     });
     const auto add = [&](PathJoin::Side side, const Row& row) {
-      const U8 peer[] = {192, 0, 2, row.peer}, nlri[] = {8, row.prefix};
+      const U8 peer[] = {192, 0, row.peer, U8(row.peer % 2)}, nlri[] = {8, row.prefix};
       const U8 value[] = {0, 0, 0, row.value};
       Path path;
       path.peer = {64600, peer};
@@ -57,14 +57,7 @@ TEST(PathJoin, PairsWhatAMapPairs) {
       for (const auto side : {PathJoin::before, PathJoin::after})
         if (i < rows[side].size()) add(side, rows[side][i]);
     join.end();
-    U64 same = 0;
-    std::erase_if(expected, [&](const auto& one) {
-      const bool alike = one.second.first == one.second.second;
-      same += alike;
-      return alike;
-    });
     ASSERT_EQ(found, expected) << round;
-    ASSERT_EQ(join.same(), same) << round;
   }
 }
 

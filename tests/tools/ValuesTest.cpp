@@ -1,4 +1,4 @@
-// What paths carry: values, who has most of what, what is malformed.
+// Commands about what paths carry: values, who has most, what is malformed.
 #include <random>
 
 #include "RunTool.h"

@@ -1,15 +1,10 @@
-#include <algorithm>
 #include <nlohmann/json.hpp>
-#include <set>
-#include <unordered_map>
 
 #include "Commands.h"
+#include "DumpDiff.h"
 #include "HeldListsOf.h"
 #include "ListValues.h"
-#include "PathFilter.h"
-#include "PathJoin.h"
-#include "PathTable.h"
-#include "Reading.h"
+#include "PathText.h"
 #include "Terminal.h"
 
 namespace bgpcomm {
@@ -24,123 +19,6 @@ struct Options {
   U64 limit = 10;
 };
 
-/// Things that are compared beside paths, in the order of the output.
-enum class Part : U8 { value, list, routeTargets };
-constexpr std::string_view partWords[] = {"value", "list", "route-target-set"};
-
-/// A value, a list or a set of route targets, by its octets.
-struct Item {
-  Part part;
-  std::size_t type;
-  std::string octets;
-  friend auto operator<=>(const Item&, const Item&) = default;
-};
-
-/// The values, lists and sets of a dump.
-class Items {
- public:
-  void add(const PathCommunities& communities) {
-    communities.forEachList([&](const auto& list) {
-      using List = std::remove_cvref_t<decltype(*list)>;
-      auto& held = std::get<Held<List>>(held_);
-      if (held.try_emplace(list.get(), list).second) addList(*list);
-    });
-  }
-  const std::set<Item>& items() const { return items_; }
-
- private:
-  template <class List>
-  using Held = std::unordered_map<const List*, Mox::Ptr<const List>>;
-  template <class... Lists>
-  static std::tuple<Held<Lists>...> heldOf(const PathCommunitiesOf<Lists...>&);
-
-  template <class List>
-  void addList(const List& list) {
-    const std::size_t type = listTypeOf(U8(List::pathAttribute));
-    std::string octets;
-    list.forEachValue([&](const auto& value) {
-      const auto its = octetsOf(value);
-      items_.insert({Part::value, type, std::string(asText(its))});
-      octets += asText(its);
-    });
-    items_.insert({Part::list, type, std::move(octets)});
-    if constexpr (InternsValues<List>)
-      if (const auto targets = list.classificationList(extCommClassificationRouteTarget)) {
-        std::string set;
-        forEachCommunity(*targets, [&](const auto& one) { set += asText(octetsOf(one)); });
-        items_.insert({Part::routeTargets, type, std::move(set)});
-      }
-  }
-
-  // Each list once, held so that its address is its own.
-  decltype(heldOf(PathCommunities())) held_;
-  std::set<Item> items_;
-};
-
-/// One file that is read. Both share their tables, so lists are equal when they are the same
-/// object.
-class Dump {
- public:
-  Dump(const std::string& file, const CommunityTables& tables, PathFilter& filter, PathJoin& join,
-       PathJoin::Side side)
-      : file_(file),
-        reading_(file, {.updates = PathCutter::Updates::all}),
-        tables_(tables),
-        filter_(filter),
-        join_(join),
-        side_(side) {}
-
-  /// Reads on for one path; false at the end of the file. What updates leave comes then.
-  bool next() {
-    const Path* const path = reading_.next();
-    if (!path) {
-      updates_.forEach(
-          [this](const Path& left, const Prefix& prefix, const PathCommunities& communities) {
-            take(left, prefix, communities);
-          });
-      return false;
-    }
-    CommunityValues& values = reading_.values();
-    PathCommunities communities;
-    for (std::size_t type = 0; type < listTypeCount; ++type)
-      if (!values[type].empty() &&
-          tables_.read(BgpPathAttrType(listTypes[type].attribute), values[type], communities))
-        values.faults.add(Fault::linkBandwidth);
-    const bool isWanted =
-        (path->fromTable || !path->attributes.empty()) && filter_.passes(*path, values);
-    const auto entry = [&](const Prefix& prefix) {
-      return isWanted && filter_.wants(prefix) ? std::optional(communities) : std::nullopt;
-    };
-    if (!path->fromTable)
-      updates_.take(*path, entry);
-    else if (isWanted)
-      visitPrefixes(*path, [&](const Prefix& prefix) { take(*path, prefix, communities); });
-    return true;
-  }
-  void outOfMemory() { reading_.outOfMemory(); }
-  /// Says what was passed over; whether the file was read to its end.
-  bool report() const {
-    reportMalformed(file_, reading_.result());
-    return !reading_.result().failed;
-  }
-  const std::set<Item>& items() const { return items_.items(); }
-
- private:
-  void take(const Path& path, const Prefix& prefix, const PathCommunities& communities) {
-    items_.add(communities);
-    join_.add(side_, path, prefix, communities);
-  }
-
-  const std::string& file_;
-  FileReading reading_;
-  const CommunityTables& tables_;
-  PathFilter& filter_;
-  PathJoin& join_;
-  const PathJoin::Side side_;
-  PathTable<PathCommunities> updates_;
-  Items items_;
-};
-
 /// Prints a line for everything that differs, and counts.
 class Differences {
  public:
@@ -148,6 +26,10 @@ class Differences {
       : tables_(tables), options_(options) {}
 
   void addPath(const PathJoin::Pair& pair) {
+    if (pair.isSame()) {
+      ++samePaths_;
+      return;
+    }
     const Change change = !pair.before ? come : !pair.after ? gone : changed;
     if (!isShown(paths_[change]++)) return;
     const auto [afi, nlri, pathId] = pair.prefix;
@@ -171,23 +53,21 @@ class Differences {
     print(line + '\n');
   }
 
-  void addItems(const std::set<Item>& before, const std::set<Item>& after) {
-    std::vector<Item> items[2];
-    std::ranges::set_difference(before, after, std::back_inserter(items[gone]));
-    std::ranges::set_difference(after, before, std::back_inserter(items[come]));
-    for (const Part part : {Part::value, Part::list, Part::routeTargets})
+  void addItems(const DiffItems& before, const DiffItems& after) {
+    for (const DiffPart part : {DiffPart::value, DiffPart::list, DiffPart::routeTargets})
       for (std::size_t type = 0; type < listTypeCount; ++type)
         for (const Change change : {gone, come}) {
           U64 count = 0;
-          for (const Item& item : items[change])
-            if (item.part == part && item.type == type && isShown(count++)) printItem(change, item);
+          for (const std::string& octets :
+               (change == gone ? before : after).of[std::size_t(part)][type])
+            if (isShown(count++)) printItem(change, part, type, octets);
           addTotal(change, nameOf(part, type), count);
         }
   }
 
-  void printTotals(U64 samePaths) {
+  void printTotals() {
     for (const Change change : {gone, come, changed}) addTotal(change, "path", paths_[change]);
-    if (!options_.json) print(totals_ + grouped(samePaths) + "\tsame\tpath\n");
+    if (!options_.json) print(totals_ + grouped(samePaths_) + "\tsame\tpath\n");
   }
 
  private:
@@ -195,20 +75,20 @@ class Differences {
   static constexpr char changeSigns[] = {'-', '+', '*'};
   static constexpr std::string_view changeWords[] = {"gone", "come", "changed"};
 
-  static std::string nameOf(Part part, std::size_t type) {
-    return std::string(listTypes[type].key) + ' ' + std::string(partWords[std::size_t(part)]);
+  static std::string nameOf(DiffPart part, std::size_t type) {
+    return std::string(listTypes[type].key) + ' ' + std::string(diffPartWords[std::size_t(part)]);
   }
-  void printItem(Change change, const Item& item) {
-    const Octets octets(reinterpret_cast<const U8*>(item.octets.data()), item.octets.size());
-    const std::string text = listTypes[item.type].text(tables_, octets).text;
+  void printItem(Change change, DiffPart part, std::size_t type, const std::string& itsOctets) {
+    const Octets octets(reinterpret_cast<const U8*>(itsOctets.data()), itsOctets.size());
+    const std::string text = listTypes[type].text(tables_, octets).text;
     const nlohmann::ordered_json object = {{"change", changeWords[change]},
-                                           {"what", partWords[std::size_t(item.part)]},
-                                           {"list", listTypes[item.type].key},
+                                           {"what", diffPartWords[std::size_t(part)]},
+                                           {"list", listTypes[type].key},
                                            {"text", text},
                                            {"octets", hex(octets)}};
     print(options_.json ? object.dump() + '\n'
-                        : std::string(1, changeSigns[change]) + '\t' +
-                              nameOf(item.part, item.type) + '\t' + text + '\n');
+                        : std::string(1, changeSigns[change]) + '\t' + nameOf(part, type) + '\t' +
+                              text + '\n');
   }
   std::string textsOf(const PathCommunities& communities) const {
     std::string text;
@@ -228,7 +108,7 @@ class Differences {
 
   const CommunityTables& tables_;
   const Options& options_;
-  U64 paths_[3] = {};
+  U64 paths_[3] = {}, samePaths_ = 0;
   std::string totals_;
 };
 
@@ -236,24 +116,11 @@ int runDiff(const Options& options) {
   const CommunityTables tables(sharedParser());
   PathFilter filter(options.filter);
   Differences differences(tables, options);
-  PathJoin join([&](const PathJoin::Pair& pair) { differences.addPath(pair); });
-  Dump before(options.before, tables, filter, join, PathJoin::before);
-  Dump after(options.after, tables, filter, join, PathJoin::after);
-  // In turn, so that few paths wait for their likes.
-  bool more[] = {true, true};
-  try {
-    while (more[0] || more[1]) {
-      if (more[0]) more[0] = before.next();
-      if (more[1]) more[1] = after.next();
-    }
-  } catch (const std::bad_alloc&) {
-    (more[0] ? before : after).outOfMemory();
-  }
-  join.end();
-  differences.addItems(before.items(), after.items());
-  differences.printTotals(join.same());
-  const bool good = before.report();
-  return after.report() && good ? 0 : exitBadData;
+  const DumpDiff diff = diffDumps(options.before, options.after, tables, filter,
+                                  [&](const PathJoin::Pair& pair) { differences.addPath(pair); });
+  differences.addItems(diff.before, diff.after);
+  differences.printTotals();
+  return diff.whole ? 0 : exitBadData;
 }
 
 }  // namespace

@@ -3,25 +3,22 @@
 #include <algorithm>
 
 namespace bgpcomm {
-namespace {
 
-bool isPeer(const std::string& key, const Peer& peer) {
-  const Peer known = peerOfKey(key);
-  return known.asNumber == peer.asNumber && std::ranges::equal(known.address, peer.address);
-}
-
-}  // namespace
-
-/// Peers come in the same order with each prefix, and few are left out.
-U32 PathJoin::numberOf(const Peer& peer, U32 expected) {
-  constexpr std::size_t leftOut = 8;
-  const std::size_t end = std::min(peers_.size(), expected + leftOut);
-  for (std::size_t number = expected; number < end; ++number)
-    if (isPeer(peers_[number], peer)) return U32(number);
+/// A guess spares most look-ups by key.
+U32 PathJoin::numberOf(const Peer& peer) {
+  const U32 end = peer.address.empty() ? 0 : peer.address.back();
+  U32& guess = guesses_[(peer.asNumber * 31 + end) % guesses_.size()];
+  if (guess < peers_.size() && peers_[guess].asNumber == peer.asNumber &&
+      std::ranges::equal(peers_[guess].address, peer.address))
+    return guess;
   std::string key = peerKey(peer);
-  const auto [at, isNew] = peerNumbers_.try_emplace(key, U32(peers_.size()));
-  if (isNew) peers_.push_back(std::move(key));
-  return at->second;
+  if (const auto known = peerNumbers_.find(key); known != peerNumbers_.end())
+    return guess = known->second;
+  const std::string& kept = peerKeys_.emplace_back(std::move(key));
+  peers_.push_back(peerOfKey(kept));
+  guess = U32(peers_.size() - 1);
+  peerNumbers_.emplace(kept, guess);
+  return guess;
 }
 
 void PathJoin::add(Side side, const Path& path, const Prefix& prefix,
@@ -39,8 +36,7 @@ void PathJoin::add(Side side, const Path& path, const Prefix& prefix,
     const auto [afi, safi] = prefix.addressFamily;
     for (const int part : {int(path.sent), int(safi), afi & 0xFF, afi >> 8}) its.key += char(part);
   }
-  its.lastPeer = numberOf(path.peer, its.group.entries.empty() ? 0 : its.lastPeer + 1);
-  its.group.entries.push_back({its.lastPeer, prefix.pathId, communities});
+  its.group.entries.push_back({numberOf(path.peer), prefix.pathId, communities});
 }
 
 void PathJoin::Group::eraseMet() {
@@ -69,27 +65,20 @@ void PathJoin::meet(Side side, Group& group, Group& others) {
     while (left && !others.entries[at].isLike(entry)) at = (at + 1) % others.entries.size(), --left;
     if (!left) continue;
     Entry& like = others.entries[at];
-    if (entry.communities == like.communities) {
-      ++same_;
-    } else {
-      const Communities* sides[2];
-      sides[side] = &entry.communities;
-      sides[!side] = &like.communities;
-      differ(group, entry, sides);
-    }
+    const Communities* sides[2];
+    sides[side] = &entry.communities;
+    sides[!side] = &like.communities;
+    use(group, entry, sides);
     entry.peer = like.peer = met;
   }
   group.eraseMet();
   others.eraseMet();
 }
 
-void PathJoin::differ(const Group& group, const Entry& entry,
-                      const Communities* (&sides)[2]) const {
+void PathJoin::use(const Group& group, const Entry& entry, const Communities* (&sides)[2]) const {
   const Octets nlri(reinterpret_cast<const U8*>(group.nlri.data()), group.nlri.size());
-  differ_({peerOfKey(peers_[entry.peer]),
-           {group.addressFamily, nlri, entry.pathId},
-           sides[before],
-           sides[after]});
+  use_(
+      {peers_[entry.peer], {group.addressFamily, nlri, entry.pathId}, sides[before], sides[after]});
 }
 
 void PathJoin::end() {
@@ -105,7 +94,7 @@ void PathJoin::end() {
       for (const Entry& entry : one->second.entries) {
         const Communities* sides[2] = {};
         sides[side] = &entry.communities;
-        differ(one->second, entry, sides);
+        use(one->second, entry, sides);
       }
   }
 }

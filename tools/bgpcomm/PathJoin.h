@@ -1,6 +1,6 @@
 // The paths of two dumps, each beside its like: same peer, prefix and path identifier.
 //
-//   PathJoin join([](const PathJoin::Pair& pair) { ... });      // called for those that differ
+//   PathJoin join([](const PathJoin::Pair& pair) { ... });
 //   join.add(PathJoin::before, path, prefix, communities);      // from both dumps in turn
 //   join.end();                                                 // those that one dump alone has
 //
@@ -9,6 +9,8 @@
 // path that a dump has twice is two paths.
 #pragma once
 
+#include <array>
+#include <deque>
 #include <functional>
 #include <string>
 #include <unordered_map>
@@ -25,23 +27,21 @@ class PathJoin {
   enum Side : U8 { before, after };
   using Communities = Routing::Bgp::PathCommunities;
 
-  /// Two paths whose communities differ, or one that has no like.
+  /// Two paths that are alike, or one that has no like.
   struct Pair {
     Peer peer;
     Prefix prefix;
     const Communities* before;  ///< null when only the other dump has it
     const Communities* after;
+    bool isSame() const { return before && after && *before == *after; }
   };
 
-  explicit PathJoin(std::function<void(const Pair&)> differ) : differ_(std::move(differ)) {}
+  explicit PathJoin(std::function<void(const Pair&)> use) : use_(std::move(use)) {}
 
   /// Takes a path. Paths of one prefix that follow each other cost little more than the first.
   void add(Side side, const Path& path, const Prefix& prefix, const Communities& communities);
   /// Hands out all that still wait. Nothing is added afterwards.
   void end();
-
-  /// Pairs whose communities are the same.
-  U64 same() const { return same_; }
 
  private:
   struct Entry {
@@ -64,21 +64,21 @@ class PathJoin {
     std::string key;
     Group group;
     bool sent = false;
-    U32 lastPeer = 0;
     Waiting waiting;
   };
 
-  U32 numberOf(const Peer& peer, U32 expected);
+  U32 numberOf(const Peer& peer);
   void close(Side side);
   void meet(Side side, Group& group, Group& others);
   /// `before` and `after` by side.
-  void differ(const Group& group, const Entry& entry, const Communities* (&sides)[2]) const;
+  void use(const Group& group, const Entry& entry, const Communities* (&sides)[2]) const;
 
-  const std::function<void(const Pair&)> differ_;
-  std::vector<std::string> peers_;  // keys
-  std::unordered_map<std::string, U32> peerNumbers_;
+  const std::function<void(const Pair&)> use_;
+  std::deque<std::string> peerKeys_;  // by number
+  std::vector<Peer> peers_;           // with addresses in the keys
+  std::unordered_map<std::string_view, U32> peerNumbers_;
+  std::array<U32, 256> guesses_{};  // the last peer whose AS number and address end so
   OfSide sides_[2];
-  U64 same_ = 0;
 };
 
 }  // namespace bgpcomm
