@@ -1,17 +1,52 @@
-# Libraries, headers, tool, and the package that `find_package(ZoBgpCommunity)` finds.
+# Libraries, headers, tool, the package that `find_package(ZoBgpCommunity)` finds, and those of
+# pkg-config. Components: `runtime` for programs that are linked already, `development`, `tool`.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZoBgpCommunity)
+set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/ZoBgpCommunity)
 install(TARGETS ${libraries} EXPORT ZoBgpCommunityTargets
-        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ZoBgpCommunity)
-install(EXPORT ZoBgpCommunityTargets NAMESPACE ZoBgpCommunity:: DESTINATION ${package_dir})
+        RUNTIME COMPONENT runtime
+        LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+        ARCHIVE COMPONENT development
+        FILE_SET HEADERS DESTINATION ${include_dir} COMPONENT development)
+install(EXPORT ZoBgpCommunityTargets NAMESPACE ZoBgpCommunity:: DESTINATION ${package_dir}
+        COMPONENT development)
 if(TARGET bgpcomm)
-  install(TARGETS bgpcomm)
+  install(TARGETS bgpcomm COMPONENT tool)
 endif()
 
+string(REPLACE ";" " " components "${libraries}")
+string(REPLACE ZoBgp "" components "${components}")
 configure_package_config_file(cmake/ZoBgpCommunityConfig.cmake.in ZoBgpCommunityConfig.cmake
                               INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(ZoBgpCommunityConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/ZoBgpCommunityConfig.cmake
-              ${PROJECT_BINARY_DIR}/ZoBgpCommunityConfigVersion.cmake
-        DESTINATION ${package_dir})
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ZoBgpCommunityConfig.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/ZoBgpCommunityConfigVersion.cmake
+        DESTINATION ${package_dir} COMPONENT development)
+
+# zobgp_pc(library requires private_requires private_libs description): LIBRARY.pc, which finds the
+# tree from where it stands itself.
+function(zobgp_pc name requires private_requires private_libs description)
+  if(NOT TARGET ${name})
+    return()
+  endif()
+  file(RELATIVE_PATH prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+  string(REGEX REPLACE "/$" "" prefix "${prefix}")
+  set(libs "-l${name}")
+  get_target_property(type ${name} TYPE)
+  if(type STREQUAL STATIC_LIBRARY)
+    # All of the archive, as for users of CMake.
+    set(libs "-Wl,--whole-archive,-l${name},--no-whole-archive ${private_libs}")
+    set(requires "${requires} ${private_requires}")
+    set(private_requires)
+    set(private_libs)
+  endif()
+  configure_file(cmake/library.pc.in ${name}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+          COMPONENT development)
+endfunction()
+zobgp_pc(ZoBgpPlatform "" "" "-pthread" "What the libraries of BGP communities stand on")
+zobgp_pc(ZoBgpCommunity "ZoBgpPlatform" "" "" "${PROJECT_DESCRIPTION}")
+zobgp_pc(ZoBgpKinds "ZoBgpCommunity" "" "" "Every assigned kind of BGP communities, with its text")
+zobgp_pc(ZoBgpQuery "ZoBgpKinds" "" "" "Questions about BGP communities and paths")
+zobgp_pc(ZoBgpMrt "ZoBgpPlatform" "zlib liblzma libzstd" "-lbz2" "A reader of MRT dumps")

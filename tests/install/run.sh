@@ -38,4 +38,9 @@ cmake -S "$here" -B "$scratch/build" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
   -DEVERY_HEADER="$scratch/every-header.cpp"
 cmake --build "$scratch/build"
 ctest --test-dir "$scratch/build" --output-on-failure --no-tests=error
+# By pkg-config, and by the next standard.
+pc=$(dirname "$(find "$scratch/prefix" -name ZoBgpKinds.pc)")
+flags=$(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs ZoBgpKinds)
+"$compiler" "$@" "$here/main.cpp" $flags -std=c++2b -o "$scratch/by-pkg-config"
+LD_LIBRARY_PATH=$(dirname "$pc") "$scratch/by-pkg-config"
 if [[ -x $scratch/prefix/bin/bgpcomm ]]; then "$scratch/prefix/bin/bgpcomm" --help; fi

@@ -1,0 +1,1 @@
+static int unused() { return 0; }
