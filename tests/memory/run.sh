@@ -23,6 +23,7 @@ hex > one.mrt <<<'
   180a0102'
 gzip -kn one.mrt; bzip2 -k one.mrt; xz -k one.mrt; zstd -q one.mrt
 "$tool" save one.mrt --to one.store
+cp one.store two.store
 printf '40 01 01 00\n0002fde800000064\n' > lines
 
 commands=("summary one.mrt.gz" "summary --json one.mrt.bz2" "paths one.mrt.xz" "verify one.mrt"
@@ -31,7 +32,8 @@ commands=("summary one.mrt.gz" "summary --json one.mrt.bz2" "paths one.mrt.xz" "
   "restore --json one.store" "decode --json 0002fde800000064 c00804fde80064" "describe CommList"
   "paths --where 65000:100 --group-by value one.mrt" "values one.mrt" "diff one.mrt.xz one.mrt"
   "top --by list one.mrt" "faults one.mrt.gz" "spread 10.1.3.0/24 one.mrt"
-  "lint --longer-than 0 one.mrt")
+  "lint --longer-than 0 one.mrt" "restore --total one.store two.store"
+  "merge one.store two.store --to new.store" "merge --total one.store two.store --to new.store")
 if (($# > 3)); then commands=("${@:4}"); fi
 
 # Runs a command; its output is in `out`, its messages in `err`.
@@ -59,7 +61,7 @@ for command in "${commands[@]}"; do
         [ ! -s err ] || fault="a message"
         sed '/seconds\|octets, shared/d' out | cmp -s - good || fault="other output"
       elif [ $code = 1 ]; then
-        grep -q "^bgpcomm: \($file\|one.mrt\): out of memory" err && named=$file ||
+        grep -q "^bgpcomm: \($file\|one.mrt\|[a-z]*.store\): out of memory" err && named=$file ||
           fault=${named:+"no file named"}
         grep -q '^bgpcomm: .*out of memory' err || fault="another message"
         grep -qv '^bgpcomm: .*out of memory' err && fault="another message too"

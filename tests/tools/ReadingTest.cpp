@@ -55,8 +55,8 @@ TEST(HeldLists, CountPathsAndTheMemoryThatTheyShare) {
     for (U32 path = 0; path < (value + 1) / 2; ++path)
       held->hold(view(number(0xFDE80000 + value, 4)));
   ListFigures figures, one;
-  held->figures(figures);
-  others->figures(one);
+  held->figures(figures, 10);
+  others->figures(one, 10);
   std::string mostUsed;
   for (const ValueUse& use : figures.mostUsed)
     mostUsed += use.text + '=' + std::to_string(use.uses) + ' ';

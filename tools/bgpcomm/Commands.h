@@ -24,6 +24,7 @@ void addVerify(CLI::App& app, int& exitCode);
 void addDecode(CLI::App& app, int& exitCode);
 void addSave(CLI::App& app, int& exitCode);
 void addRestore(CLI::App& app, int& exitCode);
+void addMerge(CLI::App& app, int& exitCode);
 void addWatchRt(CLI::App& app, int& exitCode);
 void addDiff(CLI::App& app, int& exitCode);
 void addDescribe(CLI::App& app, int& exitCode);
@@ -56,6 +57,10 @@ std::pair<CLI::App&, Arguments&> addCommand(CLI::App& app, const CommandText& te
 void addTextOptions(CLI::App& command);
 /// Declares `--json`, for commands that print objects by lines.
 void addJsonLines(CLI::App& command, bool& json);
+
+/// Declares what a summary shows; see Summary.h.
+struct SummaryOptions;
+void addSummaryOptions(CLI::App& command, SummaryOptions& options);
 
 /// Declares the files that a command reads, at least one.
 void addFiles(CLI::App& command, std::vector<std::string>& files);

@@ -3,7 +3,7 @@
 //   FileLists lists;                                  // of all types
 //   const auto fault = lists[type].hold(value);       // an attribute's value, of one path
 //   ListFigures figures;
-//   lists[type].figures(figures);
+//   lists[type].figures(figures, 10);                 // with the ten most used values
 #pragma once
 
 #include <array>
@@ -22,7 +22,9 @@ namespace bgpcomm {
 struct ValueUse {
   std::string text;
   std::string octets;  ///< in hex
-  U64 uses = 0;        ///< paths that carry it
+  std::string kind;
+  std::string description;  ///< empty when none is given
+  U64 uses = 0;             ///< paths that carry it
 };
 
 struct ListFigures {
@@ -48,10 +50,10 @@ class HeldLists {
   /// Adds what the paths of another file hold, with their numbers.
   /// REQUIRES: `other` is of the same type.
   virtual void add(const HeldLists& other) = 0;
-  /// The figures of all that is held. Octets are those allocated since this object was made, so
-  /// none other may fill meanwhile. When memory does not suffice, std::bad_alloc; all but the
-  /// values are there then.
-  virtual void figures(ListFigures& figures) const = 0;
+  /// The figures of all that is held, with at most so many of the most used values. Octets are
+  /// those allocated since this object was made, so none other may fill meanwhile. When memory does
+  /// not suffice, std::bad_alloc; all but the values are there then.
+  virtual void figures(ListFigures& figures, std::size_t mostUsed) const = 0;
 
   // The store.
 

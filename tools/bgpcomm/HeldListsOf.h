@@ -3,6 +3,7 @@
 
 #include <unordered_map>
 
+#include "Descriptions.h"
 #include "Hex.h"
 #include "ListTypes.h"
 #include "ListValues.h"
@@ -79,13 +80,13 @@ class HeldListsOf final : public HeldLists {
     std::vector<U8> octets;
     for (const auto& [list, held] : other.held_) {
       octets.clear();
-      appendOctets(octets, *list);
-      addPaths(tables_.dedupWire(octets).list, held.paths);
+      if (&tables_ != &other.tables_) appendOctets(octets, *list);
+      addPaths(octets.empty() ? held.list : tables_.dedupWire(octets).list, held.paths);
     }
     communities_ += other.communities_;
   }
 
-  void figures(ListFigures& figures) const override {
+  void figures(ListFigures& figures, std::size_t mostUsed) const override {
     figures.communities = communities_;
     figures.internedOctets = memory() - memoryBefore_ + Memory::ofTables(tables_);
     figures.distinctLists = tables_.lists()->dedupHashTable()->members();
@@ -99,7 +100,7 @@ class HeldListsOf final : public HeldLists {
       held.list->forEachValue([&](const auto& value) { uses.add(octetsOf(value), held.paths); });
     }
     uses.addUp();
-    addMostUsed(figures, uses);
+    for (const auto& use : uses.mostUsed(mostUsed)) addMostUsed(figures, use.first, use.second);
     if constexpr (requires { tables_.lists()->notifyingRtExtCommListCollection(); }) {
       figures.distinctRouteTargetSets =
           tables_.lists()->notifyingRtExtCommListCollection()->rtExtCommLists();
@@ -137,14 +138,13 @@ class HeldListsOf final : public HeldLists {
     held.paths += paths;
   }
 
-  void addMostUsed(ListFigures& figures, const ValueUses<valueSizeOf<List>>& uses) const {
-    constexpr std::size_t shown = 10;
-    for (const auto& use : uses.mostUsed(shown)) {
-      const auto list = tables_.dedupWire(use.first).list;  // of this one value
-      forEachCommunity(*list, [&](const auto& one) {
-        figures.mostUsed.push_back({textOf(one), hex(use.first), use.second});
-      });
-    }
+  void addMostUsed(ListFigures& figures, Octets value, U64 paths) const {
+    const auto list = tables_.dedupWire(value).list;  // of this one value
+    const auto community = communityOf(List::pathAttribute, value);
+    forEachCommunity(*list, [&](const auto& one) {
+      figures.mostUsed.push_back(
+          {textOf(one), hex(value), kindName(community), descriptionOf(community), paths});
+    });
   }
 
   static U64 memory() {

@@ -68,13 +68,21 @@ extern const std::array<ListType, listTypeCount> listTypes;
 /// The number of the list type that has the attribute; `listTypeCount` when none has.
 std::size_t listTypeOf(U8 attribute);
 
-/// The lists of all types that the paths of a file hold, in tables of their own.
+/// The lists of all types that the paths of a file hold.
 class FileLists {
  public:
+  /// In tables of its own.
+  FileLists() : own_(std::make_unique<CommunityTables>(sharedParser())), tables_(*own_) {}
+  /// In tables of others: equal lists are one, and their memory is nobody's alone.
+  /// REQUIRES: the tables live longer.
+  explicit FileLists(const CommunityTables& tables) : tables_(tables) {}
+
+  const CommunityTables& tables() const { return tables_; }
   HeldLists& operator[](std::size_t type) const { return *held_[type]; }
 
  private:
-  const CommunityTables tables_{sharedParser()};
+  const std::unique_ptr<const CommunityTables> own_;
+  const CommunityTables& tables_;
   const std::array<std::unique_ptr<HeldLists>, listTypeCount> held_ = makeHeld();
 
   std::array<std::unique_ptr<HeldLists>, listTypeCount> makeHeld() const;

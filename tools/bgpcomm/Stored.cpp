@@ -1,70 +1,126 @@
-// The commands that keep the lists of files in a store, and take them out again. The lists are the
-// store's roots; StoredFigures.h has the note that tells of the files.
+// The commands that keep the lists of files in stores, take them out again, and join stores. The
+// lists are a store's roots; StoredFigures.h has the note that tells of the files.
+#include <sys/stat.h>
+
 #include <filesystem>
+#include <map>
+#include <optional>
 
 #include "Commands.h"
-#include "StoreSaving.h"
 #include "StoredFigures.h"
 #include "Terminal.h"
 
 namespace bgpcomm {
 namespace {
 
-constexpr std::string_view noteName = "bgpcomm";
+/// UsageError when the store to be written is one of the files to be read.
+void checkApart(const std::string& to, const std::vector<std::string>& files,
+                std::string_view what) {
+  for (const std::string& file : files) {
+    std::error_code none;
+    if (std::filesystem::equivalent(file, to, none))
+      throw UsageError("--to " + to + ": is one of the " + std::string(what) + " to be read");
+  }
+}
 
 struct SaveOptions {
   std::vector<std::string> files;
   std::string store;
+  bool total = false;
 };
 
 int runSave(const SaveOptions& options) {
-  for (const std::string& file : options.files) {
-    std::error_code none;
-    if (std::filesystem::equivalent(file, options.store, none))
-      throw UsageError("--to " + options.store + ": is one of the files to be read");
-  }
+  checkApart(options.store, options.files, "files");
   MoxStash::StoreWriter::checkReplaceable(options.store);  // before hours of reading
-  MoxStash::StoreWriter writer;
-  Json files = Json::array();
+  SavedFiles saved(options.total);
   bool good = true;
   for (const std::string& file : options.files) {
     FileFigures figures;
-    const FileLists lists;
+    const FileLists lists = saved.makeLists();
     const ReadResult result = readInto(file, lists, figures);
     good = good && !result.failed;
-    if (!result.unopened) files.push_back(noteOf(figures, lists, writer));
+    if (!result.unopened) saved.add(figures, lists);
   }
-  if (files.empty()) return exitBadData;  // nothing that would be worth a store
-  workingOn(options.store);
-  writer.noteIs(noteName, files.dump(-1, ' ', false, Json::error_handler_t::replace));
-  return writeStore(writer, options.store) && good ? 0 : exitBadData;
+  if (saved.empty()) return exitBadData;  // nothing that would be worth a store
+  return saved.write(options.store) && good ? 0 : exitBadData;
+}
+
+/// UsageError when two names are of one store: its figures would count twice.
+void checkDifferent(const std::vector<std::string>& stores) {
+  std::map<std::pair<dev_t, ino_t>, std::string> known;
+  for (const std::string& store : stores) {
+    struct stat status {};
+    if (::stat(store.c_str(), &status) != 0) continue;  // reading it will say why
+    const auto [at, isNew] = known.try_emplace({status.st_dev, status.st_ino}, store);
+    if (!isNew) throw UsageError(store + ": is named twice, the first time as " + at->second);
+  }
+}
+
+/// Calls `use(reader, entry, several)` for each file in the stores, `several` if there may be more
+/// than one. Ends with an exception at the first store that cannot be read, or is damaged.
+template <class Use>
+void visitFiles(const std::vector<std::string>& stores, const Use& use) {
+  U64 left = mostCounts;
+  for (const std::string& name : stores) {
+    workingOn(name);
+    const MoxStash::FileStore store(name);
+    const auto note = store.note(noteName);
+    if (!note) store.fail("no files are noted in it: it was not saved by bgpcomm");
+    try {
+      const Json files = Json::parse(note->begin(), note->end());
+      if (!files.is_array()) store.fail("its note of files is damaged: it is no list of files");
+      NoteReader reader(store, left);
+      for (const Json& file : files) use(reader, file, stores.size() + files.size() > 2);
+    } catch (const Json::exception& error) {
+      store.fail(std::string("its note of files is damaged: ") + error.what());
+    }
+  }
 }
 
 struct RestoreOptions {
-  std::string store;
-  bool json = false;
+  std::vector<std::string> stores;
+  SummaryOptions summary;
 };
 
 int runRestore(const RestoreOptions& options) {
-  workingOn(options.store);
-  const MoxStash::FileStore store(options.store);
-  const auto note = store.note(noteName);
-  if (!note) store.fail("no files are noted in it: it was not saved by bgpcomm");
-  try {
-    const Json files = Json::parse(note->begin(), note->end());
-    if (!files.is_array()) store.fail("its note of files is damaged: it is no list of files");
-    Summary summary(files.size() > 1, options.json);
-    NoteReader reader(store);
-    bool good = true;
-    for (const Json& file : files) {
-      const FileLists lists;
-      FileFigures figures = reader.read(file, lists);
-      good = summary.add(std::move(figures), lists) && good;
-    }
-    return summary.finish() && good ? 0 : exitBadData;
-  } catch (const Json::exception& error) {
-    store.fail(std::string("its note of files is damaged: ") + error.what());
-  }
+  checkDifferent(options.stores);
+  std::optional<Summary> summary;
+  bool good = true;
+  visitFiles(options.stores, [&](NoteReader& reader, const Json& file, bool several) {
+    if (!summary) summary.emplace(options.summary, several);
+    const FileLists lists = summary->makeLists();
+    FileFigures figures = reader.read(file, lists);
+    good = summary->add(std::move(figures), lists) && good;
+  });
+  if (!summary) summary.emplace(options.summary, false);
+  return summary->finish() && good ? 0 : exitBadData;
+}
+
+struct MergeOptions {
+  std::vector<std::string> stores;
+  std::string store;
+  bool total = false;
+};
+
+int runMerge(const MergeOptions& options) {
+  checkApart(options.store, options.stores, "stores");
+  checkDifferent(options.stores);
+  MoxStash::StoreWriter::checkReplaceable(options.store);
+  SavedFiles saved(options.total);
+  visitFiles(options.stores, [&](NoteReader& reader, const Json& file, bool) {
+    const FileLists lists = saved.makeLists();
+    saved.add(reader.read(file, lists), lists);
+  });
+  return saved.write(options.store) ? 0 : exitBadData;
+}
+
+void addStores(CLI::App& command, std::vector<std::string>& stores) {
+  command.add_option("STORE", stores, "What save or merge wrote")->required()->type_name("");
+}
+
+void addTarget(CLI::App& command, std::string& store, bool& total) {
+  command.add_option("--to", store, "The store to write")->required()->option_text("STORE");
+  command.add_flag("--total", total, "Keep only the figures of all files together");
 }
 
 }  // namespace
@@ -79,20 +135,36 @@ void addSave(CLI::App& app, int& exitCode) {
                   "Example: bgpcomm save rib.bz2 --to rib.store"},
                  exitCode, runSave);
   addFiles(command, options.files);
-  command.add_option("--to", options.store, "The store to write")->required()->option_text("STORE");
+  addTarget(command, options.store, options.total);
 }
 
 void addRestore(CLI::App& app, int& exitCode) {
   const auto [command, options] =
       addCommand(app,
-                 {"restore", "Print the summary of the files in a store",
+                 {"restore", "Print the summary of the files in stores",
                   "Lists are restored and interned as those of a file; seconds are those that\n"
-                  "reading the file took.\n\n"
-                  "Example: bgpcomm restore rib.store"},
+                  "reading the file took. The first store that cannot be restored ends it with\n"
+                  "exit code 1, and no total is printed.\n\n"
+                  "Example: bgpcomm restore rib.store\n"
+                  "         bgpcomm restore --total --json monday.store tuesday.store"},
                  exitCode, runRestore);
-  command.add_option("STORE", options.store, "What save wrote")->required()->type_name("");
-  addTextOptions(command);
-  command.add_flag("--json", options.json, "One JSON object for programs");
+  addStores(command, options.stores);
+  addSummaryOptions(command, options.summary);
+}
+
+void addMerge(CLI::App& app, int& exitCode) {
+  const auto [command, options] =
+      addCommand(app,
+                 {"merge", "Join stores, which may be of many machines",
+                  "The new store has the files of all stores, in this order, and their lists,\n"
+                  "equal ones once. Its summary is the one of a run over all files; with --total\n"
+                  "the sums alone are kept, in whatever order or steps stores are merged. A store\n"
+                  "that is named twice is refused; a file that two stores have counts twice.\n"
+                  "Nothing is written unless all stores are good.\n\n"
+                  "Example: bgpcomm merge monday.store tuesday.store --to week.store"},
+                 exitCode, runMerge);
+  addStores(command, options.stores);
+  addTarget(command, options.store, options.total);
 }
 
 }  // namespace bgpcomm

@@ -2,9 +2,27 @@
 
 #include <set>
 
+#include "StoreSaving.h"
+#include "Terminal.h"
+
 namespace bgpcomm {
 
-Json noteOf(const FileFigures& figures, const FileLists& lists, MoxStash::StoreWriter& writer) {
+void SavedFiles::add(const FileFigures& figures, const FileLists& lists) {
+  empty_ = false;
+  if (!total_) return append(figures, lists);
+  sum_.add(figures);
+  for (std::size_t type = 0; type < listTypeCount; ++type) lists_[type].add(lists[type]);
+}
+
+bool SavedFiles::write(const std::string& store) {
+  workingOn(store);
+  if (total_) append(sum_, lists_);
+  writer_.noteIs(noteName, note_ + ']');
+  return writeStore(writer_, store);
+}
+
+/// Adds an entry to the note, and the lists to the store.
+void SavedFiles::append(const FileFigures& figures, const FileLists& lists) {
   Json file = {{"file", std::vector<U8>(figures.file.begin(), figures.file.end())},
                {"records", figures.records},
                {"paths", figures.paths},
@@ -17,10 +35,11 @@ Json noteOf(const FileFigures& figures, const FileLists& lists, MoxStash::StoreW
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     Json& entry = file["kinds"][std::string(listTypes[type].key)];
     entry = {{"communities", lists[type].communities()}, {"lists", Json::array()}};
-    for (const HeldLists::StoredUse& use : lists[type].save(writer))
+    for (const HeldLists::StoredUse& use : lists[type].save(writer_))
       entry["lists"].push_back({use.list, use.paths});
   }
-  return file;
+  if (note_.size() > 1) note_ += ',';
+  note_ += file.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 void NoteReader::fail(const std::string& reason) const {
@@ -28,8 +47,9 @@ void NoteReader::fail(const std::string& reason) const {
 }
 
 U64 NoteReader::count(const Json& number, std::string_view name) {
-  const U64 value = number.is_number_unsigned() ? number.get<U64>() : left_;
-  if (value >= left_) fail('"' + std::string(name) + "\" is no count, or too large");
+  const U64 value = number.is_number_unsigned() ? number.get<U64>() : mostCounts;
+  if (value >= mostCounts) fail('"' + std::string(name) + "\" is no count, or too large");
+  if (value >= left_) store_.fail("counts of all files together reach 2^43");
   left_ -= value;
   return value;
 }
@@ -47,7 +67,7 @@ double NoteReader::seconds(const Json& number) const {
   constexpr double most = 1e10;  // centuries
   const double value = number.get<double>();
   if (!(value >= 0 && value <= most)) fail("\"seconds\" is out of range");
-  return value;
+  return roundedSeconds(value);
 }
 
 /// Each list is a root of the type, and there at most once for a file: so a damaged note

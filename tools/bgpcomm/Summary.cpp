@@ -1,6 +1,7 @@
 #include "Summary.h"
 
 #include <chrono>
+#include <cmath>
 #include <functional>
 
 #include "Commands.h"
@@ -24,14 +25,24 @@ bool forEachType(const std::string& file, const std::function<void(std::size_t t
   return good;
 }
 
-bool takeFigures(const FileLists& lists, FileFigures& figures) {
+bool takeFigures(const FileLists& lists, const SummaryOptions& options, FileFigures& figures) {
+  const std::size_t top = options.top && options.top < SIZE_MAX ? options.top : SIZE_MAX;
   return forEachType(figures.file, [&](std::size_t type) {
     figures.types.push_back({&listTypes[type], {}});
-    lists[type].figures(figures.types.back().figures);
+    lists[type].figures(figures.types.back().figures, top);
   });
 }
 
 }  // namespace
+
+void FileFigures::add(const FileFigures& other) {
+  records += other.records;
+  paths += other.paths;
+  seconds += other.seconds;
+  faults.add(other.faults);
+}
+
+double roundedSeconds(double seconds) { return std::round(seconds * 0x1p20) / 0x1p20; }
 
 ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures) {
   const auto start = std::chrono::steady_clock::now();
@@ -47,25 +58,29 @@ ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures
   figures.paths = result.paths;
   figures.faults = result.faults;
   if (result.firstFault) figures.firstFault = positionText(result.firstFault->position);
-  figures.seconds = elapsed.count();
+  figures.seconds = roundedSeconds(elapsed.count());
   return result;
 }
 
-Summary::Summary(bool together, bool json)
-    : json_(json), together_(together ? std::make_unique<FileLists>() : nullptr) {
-  total_.file = "total";
+Summary::Summary(const SummaryOptions& options, bool together)
+    : options_(options),
+      together_(together || options.total ? std::make_unique<FileLists>() : nullptr) {
+  total_.file = totalName;
+}
+
+FileLists Summary::makeLists() const {
+  return options_.total ? FileLists(together_->tables()) : FileLists();
 }
 
 bool Summary::add(FileFigures figures, const FileLists& lists) {
-  bool good = takeFigures(lists, figures);
-  total_.records += figures.records;
-  total_.paths += figures.paths;
-  total_.seconds += figures.seconds;
-  total_.faults.add(figures.faults);
+  bool good = options_.total || takeFigures(lists, options_, figures);
+  any_ = true;
+  total_.add(figures);
   if (together_)
     good &=
         forEachType(total_.file, [&](std::size_t type) { (*together_)[type].add(lists[type]); });
-  if (!json_) {
+  if (options_.total) return good;
+  if (!options_.json) {
     print((files_.empty() ? "" : "\n") + summaryTable(figures));
     flushOutput();
   }
@@ -75,32 +90,43 @@ bool Summary::add(FileFigures figures, const FileLists& lists) {
 
 bool Summary::finish() {
   bool good = true;
-  if (together_ && (json_ || files_.size() > 1))
-    good = takeFigures(*together_, total_);
+  const bool shown = options_.total ? any_ : files_.size() > 1;
+  if (together_ && (options_.json || shown))
+    good = takeFigures(*together_, options_, total_);
   else if (files_.empty())
-    good = takeFigures(FileLists(), total_);
+    good = takeFigures(FileLists(), options_, total_);
   else
     total_.types = files_.front().types;
-  if (json_)
+  if (options_.json)
     print(summaryJson(files_, total_));
-  else if (files_.size() > 1)
-    print('\n' + summaryTable(total_));
+  else if (shown)
+    print((files_.empty() ? "" : "\n") + summaryTable(total_));
   return good;
+}
+
+void addSummaryOptions(CLI::App& command, SummaryOptions& options) {
+  addTextOptions(command);
+  command.add_flag("--json", options.json, "One JSON object for programs");
+  command.add_flag("--total", options.total, "Only the figures of all files together");
+  command
+      .add_option("--top", options.top,
+                  "At most so many of the most used values of each\ntype (default 10; 0: all)")
+      ->option_text("N");
 }
 
 namespace {
 
 struct Options {
   std::vector<std::string> files;
-  bool json = false;
+  SummaryOptions summary;
 };
 
 int runSummary(const Options& options) {
-  Summary summary(options.files.size() > 1, options.json);
+  Summary summary(options.summary, options.files.size() > 1);
   bool good = true;
   for (const std::string& file : options.files) {
     FileFigures figures;
-    const FileLists lists;
+    const FileLists lists = summary.makeLists();
     const ReadResult result = readInto(file, lists, figures);
     if (!result.unopened) good = summary.add(std::move(figures), lists) && good;
     good = good && !result.failed;
@@ -120,8 +146,7 @@ void addSummary(CLI::App& app, int& exitCode) {
        "         curl -s URL | bgpcomm summary --json -"},
       exitCode, runSummary);
   addFiles(command, options.files);
-  addTextOptions(command);
-  command.add_flag("--json", options.json, "One JSON object for programs");
+  addSummaryOptions(command, options.summary);
 }
 
 }  // namespace bgpcomm

@@ -22,17 +22,36 @@ struct FileFigures {
     ListFigures figures;
   };
   std::vector<OfType> types;  ///< empty until they are taken
+
+  /// Adds counts and seconds of another file.
+  void add(const FileFigures& other);
 };
+
+/// The name of all files together.
+inline constexpr std::string_view totalName = "total";
+
+/// Seconds as figures keep them: in steps so small that nobody sees them, whose sums are exact. So
+/// sums are the same in every order.
+double roundedSeconds(double seconds);
 
 /// Reads a file: holds its lists, and counts the rest.
 ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures);
+
+struct SummaryOptions {
+  bool json = false;
+  bool total = false;  ///< nothing of each file alone
+  U64 top = 10;        ///< so many of the most used values; 0: all
+};
 
 /// Prints the figures of files one after the other, and of all together in the end. Memory that
 /// does not suffice for figures is an error line; all others are printed.
 class Summary {
  public:
   /// If `together`, the lists of all files are also held as if they were one file's.
-  Summary(bool together, bool json);
+  Summary(const SummaryOptions& options, bool together);
+
+  /// For the lists of a file, which go before the next one's are made.
+  FileLists makeLists() const;
 
   /// Adds a file and the lists that it holds. False when memory did not suffice.
   bool add(FileFigures figures, const FileLists& lists);
@@ -40,9 +59,10 @@ class Summary {
   bool finish();
 
  private:
-  const bool json_;
+  const SummaryOptions options_;
   const std::unique_ptr<FileLists> together_;
   FileFigures total_;
+  bool any_ = false;
   std::vector<FileFigures> files_;
 };
 

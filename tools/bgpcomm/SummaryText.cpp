@@ -3,6 +3,7 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
+#include "Descriptions.h"
 #include "Summary.h"
 #include "Terminal.h"
 #include "TextStyle.h"
@@ -120,6 +121,18 @@ std::string mostUsedLines(const FileFigures::OfType& one) {
   return text;
 }
 
+nlohmann::ordered_json json(const std::vector<ValueUse>& values) {
+  auto array = nlohmann::ordered_json::array();
+  for (const ValueUse& value : values) {
+    array.push_back({{"value", value.text},
+                     {"octets", value.octets},
+                     {"kind", value.kind},
+                     {"paths", value.uses}});
+    if (descriptions()) array.back()["description"] = value.description;
+  }
+  return array;
+}
+
 nlohmann::ordered_json number(const std::optional<U64>& value) {
   return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json();
 }
@@ -134,6 +147,10 @@ nlohmann::ordered_json json(const FileFigures& figures) {
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = figures.faults[Fault(i)])
       object["malformedBy"][std::string(faultNames[i])] = count;
+  // Behind a blank and within parentheses, for lines of text.
+  if (const std::string& first = figures.firstFault; first.size() > 3)
+    object["firstMalformed"] = first.substr(2, first.size() - 3);
+  auto mostUsed = nlohmann::ordered_json::object();
   for (const auto& [type, ofType] : figures.types) {
     nlohmann::ordered_json& entry = object[std::string(type->key)];
     entry = {{"attributes", ofType.attributes},
@@ -143,7 +160,9 @@ nlohmann::ordered_json json(const FileFigures& figures) {
     if (ofType.distinctRouteTargetSets)
       entry["distinctRouteTargetSets"] = *ofType.distinctRouteTargetSets;
     if (ofType.types) entry["types"] = *ofType.types;
+    mostUsed[std::string(type->key)] = json(ofType.mostUsed);
   }
+  object["mostUsed"] = std::move(mostUsed);
   object["seconds"] = figures.seconds;
   return object;
 }

@@ -101,6 +101,7 @@ int run(int argc, char** argv) {
   bgpcomm::addDecode(app, exitCode);
   bgpcomm::addSave(app, exitCode);
   bgpcomm::addRestore(app, exitCode);
+  bgpcomm::addMerge(app, exitCode);
   bgpcomm::addWatchRt(app, exitCode);
   bgpcomm::addEncode(app, exitCode);
   bgpcomm::addKinds(app, exitCode);
