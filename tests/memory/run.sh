@@ -61,7 +61,7 @@ for command in "${commands[@]}"; do
         [ ! -s err ] || fault="a message"
         sed '/seconds\|octets, shared/d' out | cmp -s - good || fault="other output"
       elif [ $code = 1 ]; then
-        grep -q "^bgpcomm: \($file\|one.mrt\|[a-z]*.store\): out of memory" err && named=$file ||
+        grep -q "^bgpcomm: \($file\|one.mrt\|total\|[a-z]*.store\): out of memory" err && named=$file ||
           fault=${named:+"no file named"}
         grep -q '^bgpcomm: .*out of memory' err || fault="another message"
         grep -qv '^bgpcomm: .*out of memory' err && fault="another message too"
