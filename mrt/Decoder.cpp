@@ -64,7 +64,7 @@ bool isZstd(Octets octets) {
   return skippable || startsWith(octets, "\x28\xb5\x2f\xfd"sv);
 }
 
-std::size_t Decoder::decode(std::span<U8> into) {
+std::size_t Decoder::decode(std::span<U8> into, const Source& source) {
   if (fault_) std::rethrow_exception(fault_);
   std::size_t size = 0;
   try {
@@ -72,6 +72,7 @@ std::size_t Decoder::decode(std::span<U8> into) {
       const std::size_t got = decodeSome(into.subspan(size));
       if (got == 0) break;
       size += got;
+      if (size >= longestSignature && source.mustWait()) break;
     }
   } catch (...) {
     if (size == 0) throw;

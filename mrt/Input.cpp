@@ -2,18 +2,21 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include "mrt/internal/Decoder.h"
 
 namespace Routing::Mrt {
 
-Input::Input(const std::string& file) : source_(file), filler_([this] { fillBlocks(); }) {}
+Input::Input(const std::string& file, std::function<void()> onWait)
+    : source_(file), onWait_(std::move(onWait)), filler_([this] { fillBlocks(); }) {}
 
 Input::~Input() {
   {
     const std::lock_guard lock(mutex_);
     stopped_ = true;
   }
+  source_.stop();
   changed_.notify_all();
   filler_.join();
 }
@@ -26,7 +29,7 @@ void Input::fillBlocks() {
     while (more && waitForFreeBlock()) {
       std::vector<U8>& block = blocks_[filled_ % blockCount];
       if (block.empty()) block.resize(blockSize);
-      const std::size_t size = decoder->decode(block);
+      const std::size_t size = decoder->decode(block, source_);
       more = size > 0;
       if (more) {
         const std::lock_guard lock(mutex_);
@@ -85,7 +88,13 @@ bool Input::nextBlock() {
     ++shown_;
     changed_.notify_all();
   }
-  changed_.wait(lock, [this] { return ended_ || shown_ < filled_; });
+  const auto isThere = [this] { return ended_ || shown_ < filled_; };
+  if (onWait_ && !isThere()) {
+    lock.unlock();
+    onWait_();
+    lock.lock();
+  }
+  changed_.wait(lock, isThere);
   if (shown_ == filled_) {
     failure_ = stored_;
     return false;

@@ -9,13 +9,15 @@
 //    they lie across two; they are valid until the next call of `ahead`.
 // 2. Memory grows only with octets that have really arrived, whatever length is asked for. A small
 //    compressed file may hold gigabytes: callers limit what they ask for.
-// 3. A failure is reported after everything before it was delivered.
+// 3. Octets that come through a pipe are shown as they come; the destructor waits for no more.
+// 4. A failure is reported after everything before it was delivered.
 //
 // Threads: used by one thread; `position` and `size` by any.
 #pragma once
 
 #include <condition_variable>
 #include <exception>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -33,8 +35,9 @@ class Input {
     std::string text;
   };
 
-  /// Throws std::system_error when the file cannot be opened.
-  explicit Input(const std::string& file);
+  /// Throws std::system_error when the file cannot be opened. `onWait` is called before `ahead`
+  /// waits for octets: time to hand on what was made of those before.
+  explicit Input(const std::string& file, std::function<void()> onWait = {});
   ~Input();
   Input(const Input&) = delete;
   Input& operator=(const Input&) = delete;
@@ -67,6 +70,7 @@ class Input {
   void store(std::exception_ptr thrown);
 
   Source source_;
+  const std::function<void()> onWait_;
 
   // Shared with the filling thread, under the mutex: blocks [shown_, filled_) are full, and the
   // block of a number lies at that number modulo the count.

@@ -1,6 +1,7 @@
 #include "mrt/Source.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,8 +34,18 @@ Source::~Source() {
   if (owned_) ::close(descriptor_);
 }
 
+bool Source::isReady(int milliseconds) const {
+  pollfd ready{descriptor_, POLLIN, 0};
+  return ::poll(&ready, 1, milliseconds) > 0;
+}
+
+bool Source::mustWait() const { return begin_ == end_ && !isReady(0); }
+
 std::size_t Source::readSome(std::span<U8> into) {
   for (;;) {
+    constexpr int tenthOfSecond = 100;
+    while (!isReady(tenthOfSecond))
+      if (stopped_.load(std::memory_order_relaxed)) return 0;
     const ssize_t got = ::read(descriptor_, into.data(), into.size());
     if (got >= 0) {
       position_.fetch_add(U64(got), std::memory_order_relaxed);

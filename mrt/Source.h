@@ -1,6 +1,6 @@
 // A file, or standard input, as it lies there: what a decoder decodes.
 //
-// Threads: used by one thread; `position` and `size` by any.
+// Threads: used by one thread; `position`, `size` and `stop` by any.
 #pragma once
 
 #include <atomic>
@@ -28,6 +28,10 @@ class Source {
   void take(std::size_t size) { begin_ += size; }
   /// Straight into the caller's memory; returns 0 at the end of the file.
   std::size_t read(std::span<U8> into);
+  /// Whether the next octet has still to come, as through a pipe.
+  bool mustWait() const;
+  /// Ends the file for a thread that waits for octets, within a tenth of a second.
+  void stop() { stopped_.store(true, std::memory_order_relaxed); }
 
   /// Octets read so far; may be asked for from any thread.
   U64 position() const { return position_.load(std::memory_order_relaxed); }
@@ -35,12 +39,14 @@ class Source {
   U64 size() const { return size_; }
 
  private:
+  bool isReady(int milliseconds) const;
   std::size_t readSome(std::span<U8> into);
 
   const bool owned_;  // not standard input
   const int descriptor_;
   U64 size_ = 0;
   std::atomic<U64> position_{0};
+  std::atomic<bool> stopped_{false};
   std::vector<U8> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;

@@ -23,11 +23,11 @@ class Decoder {
  public:
   virtual ~Decoder() = default;
 
-  /// Fills `into` as far as the data go; fewer octets than asked for mean that they have ended or
-  /// that the next call throws. Everything before a fault is delivered by earlier calls.
+  /// Fills `into` as far as the data go, or have come from a source that makes wait; returns 0 at
+  /// their end. Everything before a fault is delivered by earlier calls.
   /// Throws CompressionError, also for data that are compressed once more; std::system_error of the
   /// source; std::bad_alloc; std::runtime_error for data that ask for more memory than a limit.
-  std::size_t decode(std::span<U8> into);
+  std::size_t decode(std::span<U8> into, const Source& source);
 
  protected:
   /// As `decode`, but may deliver less than it could; 0 means the end. A call that throws has
@@ -43,7 +43,7 @@ class Decoder {
   bool begun_ = false;
 };
 
-/// The decoder that the signature asks for.
+/// The decoder that the signature asks for. Its `decode` gets the same source.
 std::unique_ptr<Decoder> makeDecoder(Source& source);
 
 // Whether octets begin with the signature of a format; ten are enough. Data of the format that go

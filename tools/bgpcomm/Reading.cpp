@@ -27,7 +27,7 @@ std::string positionText(Position position) { return positionCharacters(position
 struct FileReading::Opened {
   Opened(const std::string& file, const ReadOptions& options,
          std::function<void(Position)> onBadRecord)
-      : input(file),
+      : input(file, flushOutput),
         reader(input, options.updates, std::move(onBadRecord)),
         progress(file, input, options.showProgress) {}
 
