@@ -106,6 +106,8 @@ class CommunityDescriptions::Line {
 std::vector<CommunityDescriptions::LineFault> CommunityDescriptions::add(std::string_view text) {
   std::vector<LineFault> faults;
   std::string_view rest = files_.emplace_back(text);
+  constexpr std::string_view mark = "\xEF\xBB\xBF";  // of UTF-8, as some editors write
+  if (rest.starts_with(mark)) rest.remove_prefix(mark.size());
   for (std::size_t number = 1; !rest.empty(); ++number) {
     const auto end = rest.find('\n');
     Line line(trimmed(rest.substr(0, end)));

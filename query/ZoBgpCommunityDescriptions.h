@@ -42,11 +42,11 @@ class CommunityDescriptions {
     Mox::String text;
   };
   /// Adds the entries of a file. Lines that are none are passed over and reported; empty ones and
-  /// those that `#` begins are neither.
+  /// those that `#` begins are neither. The text is copied.
   std::vector<LineFault> add(std::string_view text);
 
-  /// The description, `$0` replaced; nothing when there is none. Cost: a look-up, and the entries
-  /// with `x`, ranges or `nnn` of the community's first number.
+  /// The description, `$0` replaced; nothing when there is none. Cost: a look-up, and without a
+  /// plain entry a comparison with each other one of the community's first number or of several.
   std::optional<Mox::String> find(const AnyCommunity& community) const;
   /// Whether there is one.
   bool has(const AnyCommunity& community) const;

@@ -244,10 +244,9 @@ class RowReader {
     if (!address) return false;
     const auto length = decimalNumber(text.substr(slash + 1), 8);
     if (!length || *length > 32) return fail(text.substr(slash + 1), "a prefix length up to 32");
-    const U64 behind = 0xFFFFFFFF >> *length;
-    if (*length < 32 && *address & behind)
-      return fail(text, "a prefix without bits behind its length");
-    return ranges.emplace_back(*address, *length < 32 ? *address | behind : *address), true;
+    const U64 behind = U64{0xFFFFFFFF} >> *length;
+    if (*address & behind) return fail(text, "a prefix without bits behind its length");
+    return ranges.emplace_back(*address, *address | behind), true;
   }
 
   /// The shape, and the bits of the prefix.

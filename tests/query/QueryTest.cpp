@@ -65,13 +65,16 @@ No-Export                       | 65535:65281                          | 65535:6
 1.10:*:*                        | 65546:0:0                            | 65545:0:0
 route-target-as2:65000:*        | RT:65000:100                         | route-target-as4:65000:100 SoO:65000:100
 RT:65000:*                      | RT:65000:1 route-target-as4:65000:2  | SoO:65000:1 RT:65001:1
-soo:*:*                         | SoO:65000:1 SoO:192.0.2.1:1          | RT:65000:1
+RT:0.65000:*                    | RT:65000:1                           | RT:65001:1
+soo:*:*                         | SoO:65000:1 SoO:192.0.2.1:1 route-origin-ipv6:[::1]:1 | RT:65000:1
+RT:192.0.2.1/32:*               | RT:192.0.2.1:1                       | RT:192.0.2.0:1 RT:192.0.2.2:1
 RT:192.0.2.0/24:*               | RT:192.0.2.0:1 RT:192.0.2.255:9      | RT:192.0.3.0:1 RT:192.0.1.255:1
 route-target-ipv4:0.0.0.0/0:7   | RT:255.255.255.255:7 RT:0.0.0.0:7    | RT:1.2.3.4:8
-route-target-ipv4:{192.0.2.1,10.0.0.0/8}:1 | RT:192.0.2.1:1 RT:10.255.0.1:1 | RT:192.0.2.2:1 RT:11.0.0.0:1
+RT:{192.0.2.1,10.0.0.0/8}:1                | RT:192.0.2.1:1 RT:10.255.0.1:1 | RT:192.0.2.2:1 RT:11.0.0.0:1
 route-target-ipv4:192.0.2.9..192.0.2.11:1  | RT:192.0.2.10:1 RT:192.0.2.11:1 | RT:192.0.2.12:1
 route-target-ipv6:[2001:db8::]/32:*        | route-target-ipv6:[2001:db8:1::9]:1 | route-target-ipv6:[2001:db9::]:1
 route-target-ipv6:[2001:db8::1]/128:5      | route-target-ipv6:[2001:db8::1]:5   | route-target-ipv6:[2001:db8::2]:5
+route-target-ipv6               | route-target-ipv6:[2001:db8::1]:67   | route-origin-ipv6:[::1]:1 RT:1:1
 mac-mobility                    | mac-mobility::5 mac-mobility:S:0 0x0600ff0000000005 | evpn-router-mac:00:11:22:33:44:55 65000:1
 mac-mobility:*:5                | mac-mobility::5 mac-mobility:S:5     | mac-mobility:S:6 0x060000ff00000005
 mac-mobility:S:1..9             | mac-mobility:S:9                     | mac-mobility::9 mac-mobility:S:10
@@ -79,9 +82,10 @@ mac-mobility::*                 | mac-mobility::9                      | mac-mob
 evpn-router-mac:*                    | evpn-router-mac:00:11:22:33:44:55         | mac-mobility:S:5
 evpn-router-mac:00:11:22:33:44:55    | evpn-router-mac:00:11:22:33:44:55         | evpn-router-mac:00:11:22:33:44:56
 ospf-route-type:*:as-external:* | ospf-route-type:0.0.0.2:as-external:TYPE-2-METRIC ospf-route-type:0.0.0.2:as-external: | ospf-route-type:0.0.0.2:12:0
+ospf-route-type:*:4..5:*        | ospf-route-type:0.0.0.2:as-external: | ospf-route-type:0.0.0.2:12:0
 ospf-route-type:*:{router,as-external}:* | ospf-route-type:0.0.0.2:as-external: | ospf-route-type:0.0.0.2:12:0
 link-bandwidth-as2:65000:1..2000    | link-bandwidth-as2:65000:1.5 link-bandwidth-as2:65000:2000  | link-bandwidth-as2:65000:0.5 link-bandwidth-as2:65000:-1.5
-link-bandwidth-as2:*:*              | link-bandwidth-as2:1:inf link-bandwidth-as2:1:-inf   | 0x000400017fc00000
+link-bandwidth-as2:*:*              | link-bandwidth-as2:1:inf link-bandwidth-as2:1:-inf   | 0x000400017fc00000 0x00040001ffc00000
 unknown                         | 0x0407000000000000 0x3f00000000000000 | mac-mobility::5 65000:1 1:2:3
 "data-collection-as2:64500:*"   | data-collection-as2:64500:AS:NP data-collection-as2:64500:26471 | data-collection-as2:64501:AS:NP
 )")) {
@@ -231,11 +235,16 @@ not has extended and not has ipv6-extended   | 03
 count(standard) > 2                          | 0
 count(standard) >= 1                         | 02
 count(standard) < 1                          | 13
+count(standard) < 70000                      | 0123
+count(ipv6Extended) = 0 and has extended     | 12
+count(65000:*) = 2 or 65000:720              | 02
 count(standard) <= 1                         | 123
 count ( 65000:* ) = 2                        | 0
 count(65000:{1, 2}) != 0                     | 0
 count(no-export) = 0 and count(large)=0      | 23
 unknown                                      | 2
+65000:9 or unknown                           | 2
+(not color:CO(00):20)                        | 0123
 "RT:65000:1" and 65000:1:2                   | 1
 described                                    | 02
 description ~ "peers of region 20"           | 2
@@ -399,7 +408,12 @@ NNN:9,Anybody's
   for (const auto& fault : faults) lines += std::to_string(fault.line) + ' ';
   EXPECT_EQ(lines, "11 12 13 14 15 ");
   EXPECT_EQ(names.size(), 10u);
+  EXPECT_TRUE(names
+                  .add("\xEF\xBB\xBF"
+                       "64500:9,Behind a mark\r\n")
+                  .empty());
   for (const auto& row : rowsOf(R"(
+64500:9          | Behind a mark
 64500:100        | Customer, paid
 64500:207        | Region 7
 64500:208        | Exact
