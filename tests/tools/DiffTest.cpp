@@ -66,9 +66,13 @@ class DiffTool : public ToolTest {
   DiffTool() {
     ::setenv("BEFORE", before_.name().c_str(), 1);
     ::setenv("AFTER", after_.name().c_str(), 1);
+    ::setenv("LATER", later_.name().c_str(), 1);
   }
-  static Bytes path(const char* attributes, const char* nlri, const char* withdrawn = "") {
-    return messageRecord(update(octets(attributes), octets(nlri), octets(withdrawn)));
+  static Bytes path(const char* attributes, const char* nlri, const char* withdrawn = "",
+                    U8 seconds = 0) {
+    Bytes record = messageRecord(update(octets(attributes), octets(nlri), octets(withdrawn)));
+    record[3] = char(seconds);
+    return record;
   }
   const TemporaryFile before_{path("c00804 fde80064", "080a") +
                               path("c00808 fde80064fde80065 c01008 0002fde800000001", "080b 080c") +
@@ -76,6 +80,7 @@ class DiffTool : public ToolTest {
   const TemporaryFile after_{
       path("c00804 fde80064", "080a") + path("c00804 fde80064 c01008 0002fde800000002", "080b") +
       path("c00804 fde80067", "080c 080f") + path("c00804 fde80066", "080d", "080f")};
+  const TemporaryFile later_{path("c00804 fde80069", "080a", "080b", 9)};
 };
 
 TEST_F(DiffTool, ShowsWhatCameWentAndChanged) {
@@ -99,6 +104,9 @@ TEST_F(DiffTool, ShowsWhatCameWentAndChanged) {
                                           items + totals +
                                           "1\tgone\tpath\n2\tchanged\tpath\n2\tsame\tpath\n"},
       {"bgpcomm diff $BEFORE $BEFORE", "5\tsame\tpath\n"},
+      {"bgpcomm diff - - <$BEFORE", "", 2, "one of the dumps can be -, not both"},
+      {"cat $BEFORE $LATER | bgpcomm diff --until 2023-11-14T22:13:29 $BEFORE -",
+       "5\tsame\tpath\n"},
       {"bgpcomm diff --limit 1 --prefix 11.0.0.0/8 --prefix 14.0.0.0/8 $BEFORE $AFTER | grep path",
        changed.substr(0, changed.find('\n') + 1) + "-\tpath\t" + peer +
            "14.0.0.0/8\t65000:102\n1\tgone\tpath\n1\tchanged\tpath\n0\tsame\tpath\n"},

@@ -66,6 +66,7 @@ TEST_F(PathsTool, LookOnlyAtWhatIsAskedFor) {
            {"--until 2023-11-14T22:13:30Z", one + two},
            {"--since 1700000005 --until '2023-11-14 22:13:26'", two},
            {"--since 2023-11-15", ""},
+           {"--since 0 --until 1700000000", ""},
            {"--limit 2", one + two},
            {"--count", "3\n"},
            {"--count --json --where has\\ extended", "{\"paths\":1}\n"},
@@ -113,8 +114,26 @@ TEST_F(PathsTool, LookOnlyAtWhatIsAskedFor) {
        "--origin-as 4294967296: expected an AS number"},
       {"bgpcomm paths --since 2023-02-29 $FILE", "", 2,
        "--since 2023-02-29: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970"},
+      {"bgpcomm paths --since 20231114 $FILE", "", 2,
+       "--since 20231114: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970"},
+      {"bgpcomm paths --limit -1 $FILE", "", 2,
+       "--limit: expected a decimal number; see bgpcomm --help"},
+      {"bgpcomm paths --limit 1 --json --collector \"$(printf 'a\\377')\" $FILE | grep -o 'coll.*'",
+       "collector\":\"a\\\\xff\"}\n"},
       {"bgpcomm paths --count --group-by peer $FILE", "", 2,
        "--count and --group-by exclude each other"},
+  });
+}
+
+TEST_F(PathsTool, AnswersAStreamWhileItRuns) {
+  // The stream goes on, and ends, only once the first line has come.
+  const std::string stream = "D=$(mktemp -d); mkfifo $D/go; { cat $FILE; cat $D/go; } | ";
+  const std::string tool = "timeout 60 \"$BGPCOMM\" paths ", end = ": >$D/go; }; rm -r $D";
+  const std::string peer = "192.0.2.1 AS64600\n";
+  expectRuns({
+      {stream + tool + "--where no-export - | { read -r line; echo \"$line\" | cut -f2; " + end,
+       peer},
+      {stream + "{ " + tool + "--limit 1 - | cut -f2; " + end, peer},
   });
 }
 

@@ -27,7 +27,7 @@ std::vector<std::string>& named() {
 
 /// Where a user keeps descriptions for good; empty when nobody says where that is.
 fs::path ownFolder() {
-  if (const char* const base = std::getenv("XDG_CONFIG_HOME"); base && *base)
+  if (const char* const base = std::getenv("XDG_CONFIG_HOME"); base && *base == '/')
     return fs::path(base) / "bgpcomm" / "communities";
   if (const char* const home = std::getenv("HOME"); home && *home)
     return fs::path(home) / ".config" / "bgpcomm" / "communities";
@@ -58,7 +58,9 @@ void addPath(CommunityDescriptions& all, const fs::path& path) {
   std::vector<fs::path> files;
   for (fs::directory_iterator at(path, error), end; !error && at != end; at.increment(error)) {
     const std::string name = at->path().filename().string();
-    if (name.starts_with("as") && name.ends_with(".txt")) files.push_back(at->path());
+    std::error_code none;
+    if (name.starts_with("as") && name.ends_with(".txt") && !fs::is_directory(at->path(), none))
+      files.push_back(at->path());
   }
   if (error) refuse(path, error);
   std::ranges::sort(files);

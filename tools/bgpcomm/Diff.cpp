@@ -113,6 +113,8 @@ class Differences {
 };
 
 int runDiff(const Options& options) {
+  if (options.before == "-" && options.after == "-")
+    throw UsageError("one of the dumps can be -, not both");
   const CommunityTables tables(sharedParser());
   PathFilter filter(options.filter);
   Differences differences(tables, options);

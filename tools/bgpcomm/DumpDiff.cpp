@@ -114,6 +114,7 @@ class Dump {
           });
       return false;
     }
+    if (!path->fromTable && !filter_.isInTime(*path)) return true;  // changes nothing
     CommunityValues& values = reading_.values();
     PathCommunities communities;
     for (std::size_t type = 0; type < listTypeCount; ++type)

@@ -82,8 +82,9 @@ U32 readOrigin(const std::string& text) {
 /// Seconds since 1970: as such, or `2026-07-30`, `2026-07-30T14:00`, `2026-07-30T14:00:05Z`, in
 /// UTC.
 U32 readTime(const std::string& text) {
-  if (const auto seconds = decimalNumber(text, 32); seconds && text.size() > 4)
-    return U32(*seconds);
+  // As many digits as a year or a date has are more likely one.
+  const bool isDate = text.size() == 4 || text.size() == 8;
+  if (const auto seconds = decimalNumber(text, 32); seconds && !isDate) return U32(*seconds);
   // The longest form, of which text has the first part.
   constexpr std::string_view form = "0000-00-00T00:00:00Z";
   bool fits = text.size() == 10 || text.size() == 16 || text.size() == 19 || text.size() == 20;
@@ -222,6 +223,9 @@ bool PathFilter::holds(const CommunityValues& values) {
     if (!values[type].empty() && where_->pattern().asks(attribute))
       tables_.read(attribute, values[type], communities);
   }
+  // A stream brings new lists without end. Nobody else holds lists of these tables.
+  constexpr std::size_t mostLists = 1 << 18;
+  if (where_->lists() > mostLists) where_->forgetUnused();
   return where_->matches(communities);
 }
 

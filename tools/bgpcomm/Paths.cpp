@@ -74,7 +74,7 @@ class PathPrinter {
   /// Where the path was read: orders what a peer says within one second.
   void addSource(nlohmann::ordered_json& object, Position position) const {
     object["record"] = position.record;
-    if (!collector_.empty()) object["collector"] = collector_;
+    if (!collector_.empty()) object["collector"] = visible(collector_);
   }
 
   /// The prefixes as an array of texts; with ADD-PATH the identifiers as another.

@@ -12,6 +12,7 @@
 #include "Commands.h"
 #include "Terminal.h"
 #include "TextStyle.h"
+#include "community/ZoBgpCommunityTextParts.h"
 
 namespace {
 
@@ -64,13 +65,18 @@ std::vector<std::string> readArguments(int argc, char** argv) {
   return arguments;
 }
 
-/// Does the same for values that are arguments of their own.
-void refuseEmptyValues(CLI::App& command) {
-  for (CLI::Option* const option : command.get_options())
-    if (option->nonpositional())
-      option->check([](const std::string& value) {
-        return std::string(value.empty() ? "its value is empty" : "");
-      });
+/// Does the same for values that are arguments of their own, and refuses numbers that the parser
+/// would make others of.
+void refuseBadValues(CLI::App& command) {
+  for (CLI::Option* const option : command.get_options()) {
+    if (!option->nonpositional()) continue;
+    const bool isNumber = option->get_type_name() == "UINT";
+    option->check([isNumber](const std::string& value) -> std::string {
+      if (value.empty()) return "its value is empty";
+      const bool fits = !isNumber || Routing::Bgp::decimalNumber(value, 64);
+      return fits ? "" : "expected a decimal number";
+    });
+  }
 }
 
 int run(int argc, char** argv) {
@@ -106,8 +112,8 @@ int run(int argc, char** argv) {
   bgpcomm::addEncode(app, exitCode);
   bgpcomm::addKinds(app, exitCode);
   bgpcomm::addDescribe(app, exitCode);
-  refuseEmptyValues(app);
-  for (CLI::App* const command : app.get_subcommands({})) refuseEmptyValues(*command);
+  refuseBadValues(app);
+  for (CLI::App* const command : app.get_subcommands({})) refuseBadValues(*command);
   try {
     app.parse(readArguments(argc, argv));
   } catch (const CLI::Success& asked) {
