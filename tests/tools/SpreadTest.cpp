@@ -109,7 +109,7 @@ class SpreadTool : public ToolTest {
   }
 
   const TemporaryFile file_{
-      from(1, "0203 0000fc59 0000fc62 0000fcbc", "fcbc0001 fc620005 fc590009", "080a") +
+      from(1, "0204 0000fc59 0000fc59 0000fc62 0000fcbc", "fcbc0001 fc620005 fc590009", "080a") +
       from(2, "0204 0000fc5a 0000fc62 0000fc62 0000fcbc", "fcbc0001 fc620005", "080a 100a01") +
       from(3, "0202 0000fc5b 0000fcbc", "fcbc0001 fcbc0002", "080a") +
       from(4, "0202 0000fc5c 0000fcbc", "fcbc0001", "080a") +
@@ -121,10 +121,14 @@ class SpreadTool : public ToolTest {
       from(3, "0201 0000fc5b 0103 0000fcbe 0000fcbd 0000fcbe", "fcbc0001", "080b") +
       from(4, "0202 0000", "fcbc0001", "080b") +
       from(5, "0201 0000fcbc", "fcbc0001 fcbc0002", "00000007 080b", "", 9)};
-  // A withdrawal, and the end of a session.
+  // A withdrawal, and the end of a session, five seconds later.
+  static Bytes later(Bytes record) {
+    record[3] = 5;
+    return record;
+  }
   const TemporaryFile later_{
-      from(4, "", "", "", "080a") +
-      mrtRecord(16, 5, session(octets("c0000205"), 4, 64605) + octets("0006 0001"))};
+      later(from(4, "", "", "", "080a")) +
+      later(mrtRecord(16, 5, session(octets("c0000205"), 4, 64605) + octets("0006 0001")))};
 };
 
 TEST_F(SpreadTool, DrawsATreeFromTheOrigin) {
@@ -132,16 +136,19 @@ TEST_F(SpreadTool, DrawsATreeFromTheOrigin) {
       "        |  64700:1\n"
       "     2  |- AS64610 x1..2\n"
       "        |  |  64610:5\n"
-      "        |  |- AS64601 at 192.0.2.1 AS64601\n"
+      "        |  |- AS64601 x2 at 192.0.2.1 AS64601\n"
       "        |  |     64601:9\n"
       "        |  `- AS64602 at 192.0.2.2 AS64602\n";
   const std::string third = "- AS64603 at 192.0.2.3 AS64603\n";
   const std::string fifth = "        `- AS64605 at 192.0.2.5 AS64605\n";
   const std::string all = "10.0.0.0/8: 5 paths of 5 peers\n     5  AS64700\n" + branch +
-                          "        |" + third + "        |- AS64604 at 192.0.2.4 AS64604\n" + fifth;
+                          "        |" + third + "        |- AS64604 at 192.0.2.4 AS64604\n" +
+                          fifth +
+                          "--some shows 1 value that no AS has on all of its paths, and on no "
+                          "other\n";
   expectRuns({
-      {"bgpcomm spread 10.0.0.0/8 $FILE",
-       all + "--some shows 1 value that no AS has on all of its paths, and on no other\n"},
+      {"bgpcomm spread 10.0.0.0/8 $FILE", all},
+      {"bgpcomm spread --until 1700000005 10.0.0.0/8 $FILE $LATER", all},
       {"bgpcomm spread --some 10.0.0.0/8 $FILE | sed '4!d'", "        |  (2 of 5) 64700:2\n"},
       {"bgpcomm spread 10.0.0.0/8 $FILE $LATER",
        "10.0.0.0/8: 3 paths of 3 peers\n     3  AS64700\n" + branch + "        `" + third +

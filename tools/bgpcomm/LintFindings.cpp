@@ -45,13 +45,13 @@ class LintFindings::OnPath {
     return *holds;
   }
   /// The first prefix that is asked for, and that the rule is for.
-  std::optional<std::string> prefix(LintWhere where) const {
+  std::optional<Prefix> prefix(LintWhere where) const {
     PrefixReader prefixes = PrefixReader::announced(path_);
     while (const Prefix* const prefix = prefixes.next()) {
       if (!filter_.wants(*prefix)) continue;
       if (where == LintWhere::unicast && prefix->addressFamily.safi != safiUnicast) continue;
       if (where == LintWhere::shorterThanHost && !isShorterThanHost(*prefix)) continue;
-      return nlriText(prefix->addressFamily, prefix->nlri);
+      return *prefix;
     }
     return {};
   }
@@ -103,14 +103,13 @@ void LintFindings::add(const Path& path, CommunityValues& values, const PathFilt
 
 template <class List>
 std::vector<LintFindings::InList>& LintFindings::inList(const Mox::Ptr<const List>& list) {
-  const U32 number = lists_.numberOf(static_cast<const void*>(list.get()));
-  if (number == inLists_.size()) {
-    PathCommunities held;
-    held.listIs<List>(list);
-    held_.push_back(std::move(held));
-    inLists_.push_back(look(*list));
-  }
-  return inLists_[number];
+  PathCommunities held;
+  held.listIs<List>(list);
+  const U32 number = lists_.numberOf(held);
+  if (inLists_.size() <= number) inLists_.resize(number + 1);
+  std::optional<std::vector<InList>>& its = inLists_[number];
+  if (!its) its = look(*list);
+  return *its;
 }
 
 template <class List>
@@ -158,8 +157,9 @@ void LintFindings::addExample(std::size_t rule, std::string what, std::string oc
   const bool isThere = std::ranges::any_of(
       examples, [&](const Example& one) { return one.what == what && one.octets == octets; });
   if (isThere || !needsExamples(rule)) return;
+  const auto prefix = path.prefix(lintRules()[rule].where);
   examples.push_back({std::move(what), std::move(octets), timeText(path.path()),
-                      path.prefix(lintRules()[rule].where).value_or("-"),
+                      prefix ? nlriText(prefix->addressFamily, prefix->nlri) : "-",
                       peerKey(path.path().peer)});
 }
 

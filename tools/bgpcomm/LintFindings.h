@@ -87,9 +87,8 @@ class LintFindings {
 
   const LintSettings settings_;
   const CommunityTables tables_{sharedParser()};
-  Numbering<const void*> lists_;
-  std::vector<std::vector<InList>> inLists_;  // by number
-  std::vector<PathCommunities> held_;         // so that addresses stay their own
+  Numbering<PathCommunities, HashLists> lists_;  // one each, held so that its address is its own
+  std::vector<std::optional<std::vector<InList>>> inLists_;  // by number
   Numbering<std::string> peers_;
   std::vector<Count> byRule_;
   U64 paths_ = 0, brokenPaths_ = 0;
