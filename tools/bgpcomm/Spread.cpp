@@ -280,7 +280,8 @@ int runSpread(const Options& options) {
   }
   spread.end();
   if (spread.tree().nodes().empty()) {
-    printError(options.prefix, ": no path that is asked for has this prefix");
+    // What was not read to its end may have one.
+    if (good) printError(options.prefix, ": no path that is asked for has this prefix");
     return exitBadData;
   }
   if (options.json)
