@@ -2,9 +2,9 @@
 //
 //   const auto question = CommunityPattern::parse("route-target-as2:65000:* and not no-export");
 //   if (!question) return question.error.text();
-//   question->matches(path)                      // of PathCommunities
+//   question->matches(path)         // PathCommunities, see path/ZoBgpCommunityTables.h
 //   PatternMatcher matcher(*question);
-//   matcher.matches(path)                        // the same, answers remembered by list
+//   matcher.matches(path)           // the same, answers remembered by list
 //
 //   question    = conjunction { "or" conjunction } ;
 //   conjunction = condition { "and" condition } ;
@@ -44,7 +44,8 @@ class CommunityPattern {
   /// So deep may parentheses and `not` stand in each other.
   static constexpr std::size_t mostLevels = 100;
 
-  /// Reads a question. Only one that asks for descriptions needs these; null is like none.
+  /// Reads a question. Only one that asks for descriptions needs these; null is like none. Both are
+  /// shared: they may go before the pattern does.
   static ParsedCommunity<CommunityPattern> parse(
       std::string_view text, const KindTable& table = KindTable::builtIn(),
       std::shared_ptr<const CommunityDescriptions> descriptions = nullptr);

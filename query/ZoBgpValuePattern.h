@@ -32,7 +32,8 @@ namespace Routing::Bgp {
 
 class ValuePattern {
  public:
-  /// Reads a pattern. The error says where the text is none, and what was expected.
+  /// Reads a pattern. The error says where the text is none, and what was expected. The table is
+  /// shared: it may go before the pattern does.
   static ParsedCommunity<ValuePattern> parse(std::string_view text,
                                              const KindTable& table = KindTable::builtIn());
 
