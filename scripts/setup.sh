@@ -11,6 +11,8 @@ packages_for() {
     python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
     plot) echo gnuplot-nox ;;
+    packages) echo dpkg-dev file ;;
+    bare) echo mmdebstrap lintian ;;
     checks) echo clang-14 libclang-rt-14-dev llvm-14 clang-format-14 clang-tidy-14 g++-multilib ;;
     servers) echo munge slurm-wlm clickhouse-server clickhouse-client ;;
   esac
