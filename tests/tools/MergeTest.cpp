@@ -45,6 +45,18 @@ std::string joined(const Names& names) {
   return text;
 }
 
+/// The first line in which texts differ, of both.
+std::string difference(const std::string& a, const std::string& b) {
+  std::istringstream left(a), right(b);
+  std::string one, other;
+  do {
+    if (!std::getline(left, one)) one = "end";
+    if (!std::getline(right, other)) other = "end";
+    if (one != other) return one + " | " + other;
+  } while (left || right);
+  return "";
+}
+
 /// Stores that are still to be joined, each with its files in their order.
 struct Part {
   std::string store;
@@ -102,7 +114,7 @@ TEST_F(Merged, AnySplitInAnyOrderSaysWhatOneRunSays) {
     for (const char* const form : {"", " --json", " --total", " --total --json --top 0"}) {
       if (!whole && !std::strstr(form, "total")) continue;
       const std::string one = figures("summary" + joined(order) + form);
-      EXPECT_EQ(figures("restore" + joined(stores) + form), one) << form;
+      EXPECT_EQ(difference(figures("restore" + joined(stores) + form), one), "") << form;
       EXPECT_GT(one.size(), 1000u);
     }
     // Seconds too, which are those of the parts.
@@ -110,7 +122,7 @@ TEST_F(Merged, AnySplitInAnyOrderSaysWhatOneRunSays) {
     const auto again = [&](const std::string& options) {
       return runTool("bgpcomm restore --total --json" + options).out;
     };
-    EXPECT_EQ(again(joined(stores)), again(' ' + file("total")));
+    EXPECT_EQ(difference(again(joined(stores)), again(' ' + file("total"))), "");
   }
 }
 

@@ -1,5 +1,6 @@
 #include "StoredFigures.h"
 
+#include <cmath>
 #include <set>
 
 #include "StoreSaving.h"
@@ -63,11 +64,12 @@ std::string NoteReader::fileName(const Json& octets) const {
   return name;
 }
 
+/// In steps that nobody sees, whose sums are exact: they are the same in every order.
 double NoteReader::seconds(const Json& number) const {
   constexpr double most = 1e10;  // centuries
   const double value = number.get<double>();
   if (!(value >= 0 && value <= most)) fail("\"seconds\" is out of range");
-  return roundedSeconds(value);
+  return std::round(value * 0x1p20) / 0x1p20;
 }
 
 /// Each list is a root of the type, and there at most once for a file: so a damaged note

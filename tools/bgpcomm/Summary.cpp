@@ -1,7 +1,6 @@
 #include "Summary.h"
 
 #include <chrono>
-#include <cmath>
 #include <functional>
 
 #include "Commands.h"
@@ -42,8 +41,6 @@ void FileFigures::add(const FileFigures& other) {
   faults.add(other.faults);
 }
 
-double roundedSeconds(double seconds) { return std::round(seconds * 0x1p20) / 0x1p20; }
-
 ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures) {
   const auto start = std::chrono::steady_clock::now();
   const ReadResult result = readFile(file, [&](const Path&, CommunityValues& values, Position) {
@@ -58,7 +55,7 @@ ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures
   figures.paths = result.paths;
   figures.faults = result.faults;
   if (result.firstFault) figures.firstFault = positionText(result.firstFault->position);
-  figures.seconds = roundedSeconds(elapsed.count());
+  figures.seconds = elapsed.count();
   return result;
 }
 

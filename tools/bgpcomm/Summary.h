@@ -30,10 +30,6 @@ struct FileFigures {
 /// The name of all files together.
 inline constexpr std::string_view totalName = "total";
 
-/// Seconds as figures keep them: in steps so small that nobody sees them, whose sums are exact. So
-/// sums are the same in every order.
-double roundedSeconds(double seconds);
-
 /// Reads a file: holds its lists, and counts the rest.
 ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures);
 
