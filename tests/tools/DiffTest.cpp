@@ -137,6 +137,12 @@ TEST_F(DiffTool, DescriptionsStandBesideValues) {
       {"bgpcomm paths --describe $NAMES --json --limit 1 $BEFORE 2>&- | grep -o '\"st[^]]*]'",
        "\"standard\":[\"65000:100\"]\n\"standardOctets\":[\"fde80064\"]\n"
        "\"standardDescriptions\":[\"Paid \\\\x1b[1m\"]\n"},
+      {"for c in 'values $BEFORE' 'top $BEFORE' 'decode fde80065' 'diff $BEFORE $AFTER'; do\n"
+       "eval bgpcomm $c --json --describe $NAMES 2>&- | grep -c '\"description\":\"Region 1\"'; "
+       "done",
+       "1\n1\n1\n1\n"},
+      {"bgpcomm decode --explain --describe $NAMES fde80065 2>&- | tail -1",
+       "  description     Region 1\n"},
       {"bgpcomm paths --count --where described $BEFORE", "0\n"},
       {"D=$(mktemp -d); mkdir -p $D/bgpcomm/communities; cp $NAMES $D/bgpcomm/communities/as1.txt; "
        "XDG_CONFIG_HOME=$D \"$BGPCOMM\" paths --count --where described $BEFORE 2>&-; rm -r $D",

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "Descriptions.h"
 #include "Errors.h"
 #include "Hex.h"
 #include "KindJson.h"
@@ -112,6 +113,7 @@ std::string textOf(const std::string& content, const AnyCommunity& community, co
   text += content;
   text += colours().plain;
   if (textStyle().kinds) appendKindLines(text, community, *textStyle().kinds);
+  if (explains()) appendLine(text, "description", descriptionOf(community));
   for (const auto& [label, value] : rows) appendLine(text, label, value);
   return text += '\n';
 }
@@ -141,6 +143,7 @@ std::string jsonOf(const std::string& content, const AnyCommunity& community, co
     appendMember(text, "canonical", jsonString(canonicalText(community, *kinds)));
     appendMember(text, "fields", fieldsJson(community).dump());
   }
+  if (descriptions()) appendMember(text, "description", jsonString(descriptionOf(community)));
   return text += "}\n";
 }
 

@@ -1,9 +1,11 @@
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
+#include "Descriptions.h"
 #include "DumpDiff.h"
 #include "HeldListsOf.h"
 #include "ListValues.h"
+#include "ListedValue.h"
 #include "PathText.h"
 #include "Terminal.h"
 
@@ -81,11 +83,13 @@ class Differences {
   void printItem(Change change, DiffPart part, std::size_t type, const std::string& itsOctets) {
     const Octets octets(reinterpret_cast<const U8*>(itsOctets.data()), itsOctets.size());
     const std::string text = listTypes[type].text(tables_, octets).text;
-    const nlohmann::ordered_json object = {{"change", changeWords[change]},
-                                           {"what", diffPartWords[std::size_t(part)]},
-                                           {"list", listTypes[type].key},
-                                           {"text", text},
-                                           {"octets", hex(octets)}};
+    nlohmann::ordered_json object = {{"change", changeWords[change]},
+                                     {"what", diffPartWords[std::size_t(part)]},
+                                     {"list", listTypes[type].key},
+                                     {"text", text},
+                                     {"octets", hex(octets)}};
+    if (part == DiffPart::value && descriptions())
+      object["description"] = descriptionOf(ListedValue(type, octets).community());
     print(options_.json ? object.dump() + '\n'
                         : std::string(1, changeSigns[change]) + '\t' + nameOf(part, type) + '\t' +
                               text + '\n');

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Descriptions.h"
 #include "Hex.h"
 
 namespace bgpcomm {
@@ -17,10 +18,13 @@ std::string ListedValue::text(const CommunityTables& tables) const {
 }
 
 nlohmann::ordered_json ListedValue::json(const CommunityTables& tables) const {
-  return {{"value", text(tables)},
-          {"octets", hex(octets())},
-          {"kind", kindName(community())},
-          {"attribute", type().key}};
+  const AnyCommunity its = community();
+  nlohmann::ordered_json object = {{"value", text(tables)},
+                                   {"octets", hex(octets())},
+                                   {"kind", kindName(its)},
+                                   {"attribute", type().key}};
+  if (descriptions()) object["description"] = descriptionOf(its);
+  return object;
 }
 
 }  // namespace bgpcomm

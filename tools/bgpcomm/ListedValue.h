@@ -24,7 +24,7 @@ class ListedValue {
   Routing::Bgp::AnyCommunity community() const;
   /// As commands print it.
   std::string text(const CommunityTables& tables) const;
-  /// `value`, `octets`, `kind` and `attribute`.
+  /// `value`, `octets`, `kind` and `attribute`; `description` when there are any.
   nlohmann::ordered_json json(const CommunityTables& tables) const;
 
  private:
