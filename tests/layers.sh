@@ -64,7 +64,7 @@ look_behind() {
   done
 }
 
-# What a header costs whoever includes it: the most own headers that a chief header may bring. A
+# The cost of a header to its users: the most own headers that a chief header may bring. A
 # header that needs another one raises its number here, or better does without.
 while read -r most chief; do
   if [[ -z ${layer[$chief]:-} ]]; then fault "$chief: no such header"; fi

@@ -120,7 +120,7 @@ def main(tool, folder, servers):
         for query, answer in questions:
             found = first.ask(query)
             assert found == answer, f"{where}:\n{query}\n{found}"
-        # What the tool answers to the same questions.
+        # The tool's answers to the same questions.
         peers = [line.split("\t") for line in first.ask(questions[0][0]).splitlines()]
         assert run("bgpcomm paths --where no-export --group-by peer samples/rib.bird.mrt.gz") == "".join(
             f"{routes}\t{peer} AS{number}\n" for peer, number, routes in peers)

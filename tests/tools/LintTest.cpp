@@ -1,4 +1,4 @@
-// What ought not to be there: each rule with what breaks it and what just does not.
+// Each rule of lint, with paths that break it and paths that just do not.
 #include <nlohmann/json.hpp>
 
 #include "RunTool.h"
@@ -102,7 +102,7 @@ TEST_F(LintTool, KnowsWhatBreaksARule) {
            {"c00804 00640001 c00804 00640001", "attribute-discard"},
            {"800804 00640001", "wrong-flags"},
            {"400804 00640001 c02001 00", "treat-as-withdraw wrong-flags"},
-           // Which rules.
+           // Rules are switched.
            {standard + "ffff1234 800500", "unassigned-well-known", "--rules unassigned-well-known"},
            {standard + "fc000001 c02001 00", "treat-as-withdraw", "--without private-as,as-zero"},
            {standard + "fc000001 c02001 00", "private-as",

@@ -30,7 +30,7 @@ class Merged : public ToolTest {
     const ToolRun run = runTool("bgpcomm " + command);
     EXPECT_TRUE(run.exitCode == 0 && run.err.empty()) << command << '\n' << run.err;
   }
-  /// What a command prints, but for times, and the memory that varies with a table's seed.
+  /// The output of a command without times, and without the memory that varies with a seed.
   static std::string figures(const std::string& command) {
     return runTool("bgpcomm " + command + " 2>&- | sed '/seconds\\|octets, shared\\|saved/d'").out;
   }

@@ -11,7 +11,7 @@ namespace {
 
 using namespace Routing::Bgp;
 
-/// Of which dumps something is: one bit for each.
+/// The dumps that something is in: one bit for each.
 using Sides = U8;
 constexpr Sides bothSides = 0b11;
 constexpr Sides only(PathJoin::Side side) { return Sides(1 << side); }

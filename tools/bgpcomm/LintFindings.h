@@ -1,4 +1,4 @@
-// What breaks rules in the paths of files: counts, by peers, and examples.
+// Breaches of rules by the paths of files: counts, peers and examples.
 //
 //   LintFindings findings({.longerThan = 50});
 //   findings.add(path, values, filter);                     // once a path
@@ -59,7 +59,7 @@ class LintFindings {
   std::vector<OfRule> sorted() const;
 
  private:
-  /// What breaks a rule in a list.
+  /// Breaches of a rule by a list.
   struct InList {
     std::size_t rule;
     U64 found = 0;

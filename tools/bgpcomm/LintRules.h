@@ -1,4 +1,4 @@
-// What ought not to be in a table: rules, each with a name, its reason and the RFC behind it.
+// Rules for tables, each with a name, its reason and the RFC behind it.
 #pragma once
 
 #include <optional>
@@ -11,7 +11,7 @@
 
 namespace bgpcomm {
 
-/// Which paths a rule is for.
+/// The paths that a rule is for.
 enum class LintWhere : U8 {
   anywhere,
   external,         ///< from a peer in another AS than the collector's
@@ -38,7 +38,7 @@ struct LintRule {
   std::string_view reason;  ///< a sentence without its full stop
   LintWhere where = LintWhere::anywhere;
 
-  // One of these says what breaks the rule.
+  // One of these finds the breaches.
 
   bool (*ofValue)(const LintedValue& value) = nullptr;
   bool (*ofFault)(const Routing::Bgp::PathFault& fault) = nullptr;

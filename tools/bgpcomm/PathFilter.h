@@ -1,4 +1,4 @@
-// Which paths a command looks at, as its options ask: by communities, prefix, peer, origin and
+// The paths that a command looks at, as its options ask: by communities, prefix, peer, origin and
 // time.
 //
 //   PathFilterOptions options;

@@ -89,7 +89,7 @@ class Spread {
     tree_.emplace(std::move(paths));
   }
 
-  // What there is then.
+  // Valid from here on.
 
   const SpreadTree& tree() const { return *tree_; }
   const SpreadPath& path(U32 number) const { return paths_[number]; }
