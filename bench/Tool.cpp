@@ -38,7 +38,7 @@ U64 summarise(const std::string& file) {
   bgpcomm::readInto(file, lists, figures);
   for (std::size_t type = 0; type < bgpcomm::listTypeCount; ++type) {
     bgpcomm::ListFigures ofType;
-    lists[type].figures(ofType);
+    lists[type].figures(ofType, 10);
   }
   return figures.paths;
 }
@@ -57,7 +57,7 @@ void summariseTwice(const std::string& file) {
   for (int time = 0; time < 2; ++time) bgpcomm::readInto(file, lists, figures);
   for (std::size_t type = 0; type < bgpcomm::listTypeCount; ++type) {
     bgpcomm::ListFigures ofType;
-    lists[type].figures(ofType);
+    lists[type].figures(ofType, 10);
   }
 }
 

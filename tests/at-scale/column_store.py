@@ -81,8 +81,12 @@ class Server:
         sys.exit("the server does not answer:\n" + open(self.log).read())
 
     def ask(self, query):
-        return subprocess.run([CLIENT, "--host=127.0.0.1", f"--port={self.port}"], input=query, text=True,
-                              check=True, stdout=subprocess.PIPE).stdout
+        return subprocess.run([CLIENT, *self.options()], input=query, text=True, check=True,
+                              stdout=subprocess.PIPE).stdout
+
+    def options(self):
+        """Rows that are inserted have reached their shard when the client ends."""
+        return ["--host=127.0.0.1", f"--port={self.port}", "--insert_distributed_sync=1"]
 
 
 def main(tool, folder, servers):
@@ -106,7 +110,7 @@ def main(tool, folder, servers):
     # The commands of the page, found under their names.
     os.mkdir(folder + "/bin")
     os.symlink(os.path.realpath(tool), folder + "/bin/bgpcomm")
-    client = f'#!/bin/sh\nexec {shutil.which(CLIENT)} --host=127.0.0.1 --port={first.port} --insert_distributed_sync=1 "$@"\n'
+    client = f'#!/bin/sh\nexec {shutil.which(CLIENT)} {" ".join(first.options())} "$@"\n'
     with open(folder + "/bin/" + CLIENT, "w") as script:
         script.write(client)
     os.chmod(folder + "/bin/" + CLIENT, 0o755)

@@ -155,14 +155,12 @@ int runFaults(const Options& options) {
   bool good = true;
   for (const std::string& file : options.files) {
     printer.fileIs(file);
-    const ReadResult result = readFile(
+    good &= readReporting(
         file,
         [&](const Path& path, CommunityValues& values, Position position) {
           if (filter.passes(path, values)) printer.print(path, values, position);
         },
         reading);
-    reportMalformed(file, result);
-    good = good && !result.failed;
   }
   return good ? 0 : exitBadData;
 }

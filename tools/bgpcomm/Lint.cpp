@@ -118,14 +118,10 @@ int runLint(const Options& options) {
   settings.rules &= ~readRules("--without", options.without);
   LintFindings findings(settings);
   bool good = true;
-  for (const std::string& file : options.files) {
-    const ReadResult result =
-        readFile(file, [&](const Path& path, CommunityValues& values, Position) {
-          if (filter.passes(path, values)) findings.add(path, values, filter);
-        });
-    reportMalformed(file, result);
-    good = good && !result.failed;
-  }
+  for (const std::string& file : options.files)
+    good &= readReporting(file, [&](const Path& path, CommunityValues& values, Position) {
+      if (filter.passes(path, values)) findings.add(path, values, filter);
+    });
   if (!options.json)
     print(counted(findings.paths(), "path") + ", " + grouped(findings.brokenPaths()) +
           " with findings\n");

@@ -103,4 +103,12 @@ ReadResult readFile(const std::string& file, const Visit& visit, const ReadOptio
 /// has had a line of its own.
 void reportMalformed(const std::string& file, const ReadResult& result);
 
+/// Reads a file as `readFile` does, and reports. Whether it was read to its end.
+template <class Visit>
+bool readReporting(const std::string& file, const Visit& visit, const ReadOptions& options = {}) {
+  const ReadResult result = readFile(file, visit, options);
+  reportMalformed(file, result);
+  return !result.failed;
+}
+
 }  // namespace bgpcomm

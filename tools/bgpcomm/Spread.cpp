@@ -270,14 +270,11 @@ int runSpread(const Options& options) {
   PathFilter filter(asked);
   Spread spread(filter);
   bool good = true;
-  for (const std::string& file : options.files) {
-    const ReadResult result = readFile(
+  for (const std::string& file : options.files)
+    good &= readReporting(
         file,
         [&](const Path& path, CommunityValues& values, Position) { spread.add(path, values); },
         {.updates = PathCutter::Updates::all});
-    reportMalformed(file, result);
-    good = good && !result.failed;
-  }
   spread.end();
   if (spread.tree().nodes().empty()) {
     // What was not read to its end may have one.

@@ -239,14 +239,10 @@ int runTop(const Options& options) {
   const By by = readBy(options.by);
   Top top(by);
   bool good = true;
-  for (const std::string& file : options.files) {
-    const ReadResult result =
-        readFile(file, [&](const Path& path, CommunityValues& values, Position) {
-          if (filter.passes(path, values)) top.add(path, values, filter);
-        });
-    reportMalformed(file, result);
-    good = good && !result.failed;
-  }
+  for (const std::string& file : options.files)
+    good &= readReporting(file, [&](const Path& path, CommunityValues& values, Position) {
+      if (filter.passes(path, values)) top.add(path, values, filter);
+    });
   const auto groups = top.groups();
   const Figures whole = top.whole();
   const Printer printer(by, whole);

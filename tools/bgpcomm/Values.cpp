@@ -156,12 +156,9 @@ int runValues(const Options& options) {
   bool good = true;
   for (const std::string& file : options.files) {
     counter.startFile();
-    const ReadResult result =
-        readFile(file, [&](const Path& path, CommunityValues& values, Position) {
-          if (filter.passes(path, values)) counter.add(path, values, filter);
-        });
-    reportMalformed(file, result);
-    good = good && !result.failed;
+    good &= readReporting(file, [&](const Path& path, CommunityValues& values, Position) {
+      if (filter.passes(path, values)) counter.add(path, values, filter);
+    });
   }
   auto figures = counter.figures();
   std::ranges::sort(figures, [column](const ValueFigures& a, const ValueFigures& b) {
