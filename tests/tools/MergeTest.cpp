@@ -147,9 +147,9 @@ TEST_F(Merged, ListsThatSeveralHoldAreOneAlsoInOlderStores) {
   writer.noteIs("bgpcomm", note.dump());
   writer.write(file("old"));
   const auto roots = [&](const char* store) {
+    const MoxStash::FileStore its(file(store));
     std::string text;
-    for (const auto& root : MoxStash::FileStore(file(store)).roots())
-      text += std::to_string(root.figure) + ' ';
+    for (const auto& root : its.roots()) text += std::to_string(root.figure) + ' ';
     return text;
   };
   EXPECT_EQ(roots("old"), "2 2 ");
