@@ -45,9 +45,11 @@ PatternMatcher::Answers PatternMatcher::answersOf(const Mox::Ptr<const List>& li
   return slot ? answers_[slot.tag()] : remember(list);
 }
 
-/// Looks at the list. Everything that may throw comes before the list is known.
+/// Looks at the list. Everything that may throw comes before the list is known. Not inlined, for it
+/// would make the usual case longer.
 template <class List>
-PatternMatcher::Answers PatternMatcher::remember(const Mox::Ptr<const List>& list) {
+[[gnu::noinline]] PatternMatcher::Answers PatternMatcher::remember(
+    const Mox::Ptr<const List>& list) {
   const Answers answers = pattern_.answersOf(*list);
   const auto known = answerNumbers_.find(answers);
   const U32 number = known != answerNumbers_.end() ? known->second : U32(answers_.size());

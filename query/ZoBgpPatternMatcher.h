@@ -58,7 +58,7 @@ class PatternMatcher {
   void grow(std::size_t size);
 
   const CommunityPattern pattern_;
-  std::vector<bool> truths_;  // by answers; empty when there are too many
+  std::vector<U8> truths_;  // by answers; empty when there are too many
   std::array<OfType, std::tuple_size_v<decltype(holdersOf(PathCommunities()))>> types_;
   // A power of two, at most a quarter of them taken. The first free slot behind its place ends a
   // search.
