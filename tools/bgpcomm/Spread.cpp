@@ -277,7 +277,7 @@ int runSpread(const Options& options) {
         {.updates = PathCutter::Updates::all});
   spread.end();
   if (spread.tree().nodes().empty()) {
-    // What was not read to its end may have one.
+    // A file that was not read to its end may have one.
     if (good) printError(options.prefix, ": no path that is asked for has this prefix");
     return exitBadData;
   }

@@ -7,7 +7,7 @@
 namespace bgpcomm {
 namespace {
 
-/// Of UTF-8: each character counts as one.
+/// Counts a character of UTF-8 as one.
 std::size_t columnsOf(std::string_view text) {
   return std::size_t(std::ranges::count_if(text, [](char c) { return (U8(c) & 0xC0) != 0x80; }));
 }
