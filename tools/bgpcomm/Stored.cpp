@@ -13,28 +13,30 @@
 namespace bgpcomm {
 namespace {
 
-/// UsageError when the store to be written is one of the files to be read.
-void checkApart(const std::string& to, const std::vector<std::string>& files,
-                std::string_view what) {
-  for (const std::string& file : files) {
-    std::error_code none;
-    if (std::filesystem::equivalent(file, to, none))
-      throw UsageError("--to " + to + ": is one of the " + std::string(what) + " to be read");
-  }
-}
-
-struct SaveOptions {
-  std::vector<std::string> files;
+/// The options of commands that write a store.
+struct WriteOptions {
+  std::vector<std::string> sources;
   std::string store;
   bool total = false;
 };
 
-int runSave(const SaveOptions& options) {
-  checkApart(options.store, options.files, "files");
-  MoxStash::StoreWriter::checkReplaceable(options.store);  // before hours of reading
+/// Refuses a store that is one of the sources, or that may not be replaced: before hours of
+/// reading.
+void checkTarget(const WriteOptions& options, std::string_view what) {
+  for (const std::string& source : options.sources) {
+    std::error_code none;
+    if (std::filesystem::equivalent(source, options.store, none))
+      throw UsageError("--to " + options.store + ": is one of the " + std::string(what) +
+                       " to be read");
+  }
+  MoxStash::StoreWriter::checkReplaceable(options.store);
+}
+
+int runSave(const WriteOptions& options) {
+  checkTarget(options, "files");
   SavedFiles saved(options.total);
   bool good = true;
-  for (const std::string& file : options.files) {
+  for (const std::string& file : options.sources) {
     FileFigures figures;
     const FileLists lists = saved.makeLists();
     const ReadResult result = readInto(file, lists, figures);
@@ -96,18 +98,11 @@ int runRestore(const RestoreOptions& options) {
   return summary->finish() && good ? 0 : exitBadData;
 }
 
-struct MergeOptions {
-  std::vector<std::string> stores;
-  std::string store;
-  bool total = false;
-};
-
-int runMerge(const MergeOptions& options) {
-  checkApart(options.store, options.stores, "stores");
-  checkDifferent(options.stores);
-  MoxStash::StoreWriter::checkReplaceable(options.store);
+int runMerge(const WriteOptions& options) {
+  checkTarget(options, "stores");
+  checkDifferent(options.sources);
   SavedFiles saved(options.total);
-  visitFiles(options.stores, [&](NoteReader& reader, const Json& file, bool) {
+  visitFiles(options.sources, [&](NoteReader& reader, const Json& file, bool) {
     const FileLists lists = saved.makeLists();
     saved.add(reader.read(file, lists), lists);
   });
@@ -118,9 +113,9 @@ void addStores(CLI::App& command, std::vector<std::string>& stores) {
   command.add_option("STORE", stores, "What save or merge wrote")->required()->type_name("");
 }
 
-void addTarget(CLI::App& command, std::string& store, bool& total) {
-  command.add_option("--to", store, "The store to write")->required()->option_text("STORE");
-  command.add_flag("--total", total, "Keep only the figures of all files together");
+void addTarget(CLI::App& command, WriteOptions& options) {
+  command.add_option("--to", options.store, "The store to write")->required()->option_text("STORE");
+  command.add_flag("--total", options.total, "Keep only the figures of all files together");
 }
 
 }  // namespace
@@ -134,8 +129,8 @@ void addSave(CLI::App& app, int& exitCode) {
                   "its end; what was read is saved.\n\n"
                   "Example: bgpcomm save rib.bz2 --to rib.store"},
                  exitCode, runSave);
-  addFiles(command, options.files);
-  addTarget(command, options.store, options.total);
+  addFiles(command, options.sources);
+  addTarget(command, options);
 }
 
 void addRestore(CLI::App& app, int& exitCode) {
@@ -163,8 +158,8 @@ void addMerge(CLI::App& app, int& exitCode) {
                   "Nothing is written unless all stores are good.\n\n"
                   "Example: bgpcomm merge monday.store tuesday.store --to week.store"},
                  exitCode, runMerge);
-  addStores(command, options.stores);
-  addTarget(command, options.store, options.total);
+  addStores(command, options.sources);
+  addTarget(command, options);
 }
 
 }  // namespace bgpcomm
