@@ -7,8 +7,8 @@
 // 1. What is remembered is held: the address of a list that is known to the matcher is not given to
 //    another. `forgetUnused` lets go of lists that nobody else holds any more.
 // 2. A path whose lists are known costs a look-up for each list that the pattern asks for, and
-//    allocates nothing. Lists with new answers beyond 524,288
-//    different ones are looked at each time.
+//    allocates nothing. Beyond 524,288 different answers, lists with further ones are looked at
+//    each time.
 //
 // Threads: one at a time.
 #pragma once
