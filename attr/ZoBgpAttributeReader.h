@@ -55,6 +55,7 @@ struct PathAttributeOverrun {
 /// The path attributes of an UPDATE message, one after the other.
 class PathAttributeReader {
  public:
+  /// REQUIRES: the octets live as long as what is read.
   explicit PathAttributeReader(std::span<const U8> attributes) : octets_(attributes) {}
 
   /// The next attribute; nothing at the end, or at an overrun, and then ever after.

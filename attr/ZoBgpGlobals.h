@@ -22,6 +22,7 @@ class ZoBgpGlobals {
   static bool multiThreaded();
   /// Whether received messages are taken apart by several threads.
   static bool rxMultiThreaded();
+  /// Never: kept for its line in the dump.
   static constexpr bool bribMultiThreaded() { return false; }
 
   /// Writes a title and the three answers, one per line.

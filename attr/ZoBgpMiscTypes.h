@@ -27,13 +27,16 @@ class BgpMaybeU63 {
 
   /// The smallest and the largest number allowed.
   virtual U64 min() const { return 1; }
+  /// See `min`.
   virtual U64 max() const { return 0; }
   /// The number that "unspecified" counts as when paths are compared.
   virtual U64 bestpathCompareUnspecifiedValue() const { return 0; }
 
+  /// Whether there is no number.
   bool isUnspecified() const { return value_.isUnspecified(); }
   /// The number. Asserts "Caller must check isUnspecified() before getting value()".
   operator U64() const;
+  /// The number that paths are compared by.
   U64 bestpathCompareValue() const {
     return isUnspecified() ? bestpathCompareUnspecifiedValue() : value_.word();
   }
@@ -45,9 +48,11 @@ class BgpMaybeU63 {
   /// Decimal, or "-" when unspecified.
   Mox::String toStrep() const { return valueToStrep(value_); }
 
+  /// Numbers are compared, not bounds; unspecified is equal to itself.
   friend bool operator==(const BgpMaybeU63& a, const BgpMaybeU63& b) {
     return a.value_ == b.value_;
   }
+  /// As `toStrep`.
   friend Mox::String valueToStrep(const BgpMaybeU63& value) { return value.toStrep(); }
   friend std::ostream& operator<<(std::ostream& stream, const BgpMaybeU63& value) {
     return stream << value.value_;
@@ -73,6 +78,7 @@ class BgpExtCommPktSubtype : public BgpMaybeU63 {
   static const Mox::Type type;
 
   BgpExtCommPktSubtype() = default;
+  /// RangeException for a value outside the bounds.
   explicit BgpExtCommPktSubtype(U64 value) { numberIs(value); }
 
   U64 min() const override { return 0; }
@@ -94,19 +100,25 @@ class BgpDenseU32Attr {
   static const Mox::Type type;
 
   BgpDenseU32Attr() = default;
+  /// All views at once.
   explicit BgpDenseU32Attr(U32 value) : value_(value) {}
 
+  /// The word.
   U32 value() const { return value_; }
+  /// Replaces all views.
   void valueIs(U32 value) { value_ = value; }
 
+  // Flags, 0 to 15.
   bool valueBool(U8 index) const;
   void valueBoolIs(U8 index, bool value);
   [[noreturn]] void valueBoolDel(U8 index);
 
+  // Octets, 0 to 3; 0 is the least significant.
   U8 valueU8(U8 index) const;
   void valueU8Is(U8 index, U8 value);
   [[noreturn]] void valueU8Del(U8 index);
 
+  // Halves, 0 and 1; 0 is the less significant.
   U16 valueU16(U8 index) const;
   void valueU16Is(U8 index, U16 value);
   [[noreturn]] void valueU16Del(U8 index);
@@ -119,6 +131,7 @@ class BgpDenseU32Attr {
   friend std::ostream& operator<<(std::ostream& stream, const BgpDenseU32Attr& attr) {
     return Mox::writeText(stream, valueToStrep(attr));
   }
+  /// Reads a decimal number, as for any U32.
   friend void sequenceToValue(std::string_view text, BgpDenseU32Attr& attr) {
     Mox::sequenceToValue(text, attr.value_);
   }

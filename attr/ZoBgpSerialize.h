@@ -113,6 +113,7 @@ class SerializePathAttributeAutoExtLen : public SerializePathAttribute {
 /// octets are written, the caller adds the value.
 class SerializedBgpPrefixSidAttribute : public Serialize {
  public:
+  /// `length` is that of the value, in octets.
   SerializedBgpPrefixSidAttribute(PrefixSidTlvType tlvType, U16 length) {
     addU8(U8(tlvType));
     addU16hton(length);

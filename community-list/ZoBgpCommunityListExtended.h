@@ -27,6 +27,7 @@ class ExtCommListDedupTable;
 class ExtCommListSnapshot;
 class RtExtCommClassificationList;
 
+/// The words of this family for what both families share; see ZoBgpCommunityListFamilyList.h.
 struct ExtCommListFamily {
   using Value = ExtComm;
   using ValueTable = ExtCommDedupTable;
@@ -39,6 +40,7 @@ struct ExtCommListFamily {
   static constexpr bool oneLinkBandwidth = true;
   static constexpr bool listRestoreIsHeard = false;
 
+  /// A new group with room for so many; one of route targets is of their class.
   static Mox::Ptr<ExtCommClassificationList> makeGroup(ExtCommClassification classification,
                                                        U32 members);
   /// Route targets have a table of their own.

@@ -25,7 +25,9 @@ class ExtCommListDedupTable final
   /// Makes the tables of groups, the collection and its notifiee; factories call it.
   void handleInitialized();
 
+  /// The groups of all classifications but route targets.
   const Table& extCommClassificationListDedupTable() const { return groups_; }
+  /// The groups of route targets, whose coming and going is told.
   const Table& rtExtCommClassificationListDedupTable() const { return routeTargets_; }
 
   /// The sets of route targets that are in use.
@@ -37,6 +39,7 @@ class ExtCommListDedupTable final
   /// Lets go of it. The notifiee goes on feeding it for its other holders.
   void notifyingRtExtCommListCollectionDel() { collection_ = nullptr; }
 
+  /// What tells the collection; null once it was let go.
   const RtExtCommListLifeTimeNotifiee::Ptr& rtExtCommListLifeTimeNotifiee() const {
     return notifiee_;
   }
@@ -55,6 +58,7 @@ class ExtCommListDedupTable final
   Table routeTargets_;
 };
 
+/// New, empty tables.
 ExtCommListDedupTable::Ptr extCommListDedupTableFactory();
 
 }  // namespace Routing::Bgp

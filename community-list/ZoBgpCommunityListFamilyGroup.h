@@ -37,14 +37,17 @@ class ExtCommGroupOf : public Orv::DedupHandle {
   using ConstValue = Mox::Ptr<const Value>;
   using Table = Mox::Ptr<typename F::Table>;
 
+  /// Private and empty.
   explicit ExtCommGroupOf(ExtCommClassification classification) : classification_(classification) {}
 
+  /// The one that all members have.
   ExtCommClassification classification() const { return classification_; }
   /// Appends an interned community, in any order and repeats welcome. Asserts "__null != comm", and
   /// that neither the group is interned nor the community is not.
   void commIs(const ConstValue& comm);
   /// The community of this content, or null; O(log n). Asserts "commVectorSorted".
   ConstValue comm(const Content& content) const;
+  /// How many communities there are; once frozen, how many different ones.
   U32 comms() const { return comm_.size(); }
   /// Whether the group is frozen.
   bool commVectorSorted() const { return comm_.sorted(); }
@@ -74,6 +77,7 @@ class ExtCommGroupOf : public Orv::DedupHandle {
   static U64 placeWith(U64 place, const Value& last, U64 seed) {
     return Orv::placeOf(place ^ reinterpret_cast<std::uintptr_t>(&last), seed);
   }
+  /// Octets behind the object; see TailEntity.
   std::size_t tailOctets() const { return tailPointers_ * sizeof(void*); }
 
  protected:
@@ -83,7 +87,10 @@ class ExtCommGroupOf : public Orv::DedupHandle {
   /// A new group with room for so many members behind it.
   template <class Group>
   static Mox::Ptr<Group> withRoom(ExtCommClassification classification, U32 members);
+  /// Asserts "comms() <= 1" on a group of link bandwidths, in a family that has at most one per
+  /// path.
   static void assertLinkBandwidths(U32 classification, U32 comms);
+  /// Writes `toStrep`.
   std::ostream& writeTo(std::ostream& stream) const;
 
   const ExtCommClassification classification_;

@@ -88,8 +88,10 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
   U32 totalCommunities() const;
   /// How many of them cross borders of autonomous systems; 0 until the list is interned.
   U32 totalTransitiveCommunities() const { return totalTransitive_; }
+  /// How many communities were appended; once sorted, how many different ones.
   U32 comms() const { return comm_.size(); }
   bool empty() const { return comm_.empty(); }
+  /// Whether they ascend, none twice: after `sortComms` or `dedup`.
   bool commVectorSorted() const { return comm_.sorted(); }
   /// The communities, for visits. Valid as long as the list.
   const ExtCommVector<Value>& commVector() const { return comm_; }
@@ -158,9 +160,11 @@ class ExtCommListOf : public TailEntity<typename F::List, MoxStash::DedupHandle>
 
   /// How its table places lists: by their contents, so that they are found from the wire.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed);
+  /// Octets behind the object; see TailEntity.
   std::size_t tailOctets() const { return tailPointers_ * sizeof(void*); }
 
  protected:
+  /// Asserts as said under building.
   void assertNeverDeduped() const;
 
   U32 totalTransitive_ = 0;

@@ -100,9 +100,11 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
 
   /// How its table places lists: by their values, so that they are found from the wire.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed);
+  /// Octets behind the object; see TailEntity.
   std::size_t tailOctets() const { return comm_.roomOctets(); }
 
  protected:
+  /// The values, also of a list that is still being built.
   std::span<const Value> unchecked() const { return {comm_.begin(), comm_.size()}; }
   /// The values computed when the list was interned. REQUIRES: it is interned. Asserts
   /// "... dedupState() != Orv::dedupHandleStateNeverDeduped()".

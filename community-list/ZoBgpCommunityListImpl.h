@@ -19,10 +19,12 @@ namespace Routing::Bgp {
 
 /// Less by content. `T` is a pointer, owning or not, to a community of any family.
 struct ExtCommSortFn {
+  /// REQUIRES: neither is null.
   bool operator()(const auto& a, const auto& b) const { return a->getContent() < b->getContent(); }
 };
 /// Equal by content.
 struct ExtCommCompareFn {
+  /// REQUIRES: neither is null.
   bool operator()(const auto& a, const auto& b) const { return a->getContent() == b->getContent(); }
 };
 

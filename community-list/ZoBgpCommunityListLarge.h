@@ -30,8 +30,10 @@ struct LargeCommTraits {
   using Table = LargeCommListDedupTable;
   static constexpr BgpPathAttrType attribute = BgpPathAttrType::largeCommunity;
 
+  /// Nothing: a list keeps no answers.
   struct Cached {
     Cached() = default;
+    /// As the base of flat lists calls it.
     explicit Cached(const LargeCommList&) {}
   };
 };

@@ -19,6 +19,7 @@ class RtExtCommClassificationList final
  public:
   static const Mox::Type type;
 
+  /// Private and empty. REQUIRES: the classification is that of route targets.
   explicit RtExtCommClassificationList(ExtCommClassification classification)
       : TailEntity(classification) {}
   ~RtExtCommClassificationList() override;

@@ -111,12 +111,15 @@ class NotifyingRtExtCommListCollection final
   void rtExtCommListDel(const Notifier& notifier);
   /// Removes all that are there now, one by one.
   void rtExtCommListDelAll();
+  /// Whether it is there.
   bool rtExtCommListHas(const Notifier& notifier) const;
+  /// How many there are.
   U32 rtExtCommLists() const;
   /// A copy, to be walked while others change the collection; in no order.
   std::vector<Notifier> rtExtCommList() const;
   /// The texts of the members, with a space between two.
   Mox::String rtExtCommListStringForm() const;
+  /// Writes how many there are, and the text of each.
   void dumpState(const Mox::Ptr<const Orv::DumpContext>& context, U32 indent) const;
 
   Mox::NotifieeList* notifieeList() const override { return &notifiees_; }
@@ -154,6 +157,7 @@ class NotifyingRtExtCommListCollection::NotifieeConst : public Mox::Notifiee {
   virtual void onRtExtCommList() {}
   /// The same two. All observers hear an event here before any hears it above.
   virtual void onRtExtCommListImmediate(const Notifier&) {}
+  /// See above.
   virtual void onRtExtCommListImmediate() {}
 };
 
@@ -164,6 +168,7 @@ class RtExtCommListLifeTimeNotifiee final
  public:
   static const Mox::Type type;
 
+  /// Feeds this collection. REQUIRES: not null.
   explicit RtExtCommListLifeTimeNotifiee(
       const NotifyingRtExtCommListCollection::Ptr& notifyingRtExtCommListCollection)
       : collection_(notifyingRtExtCommListCollection) {}
@@ -186,6 +191,7 @@ class RtExtCommListLifeTimeNotifiee final
 
 /// New objects, with their notifications on. RangeException on null.
 NotifyingRtExtCommListCollection::Ptr NotifyingRtExtCommListCollectionIs();
+// One that feeds the collection.
 RtExtCommListLifeTimeNotifiee::Ptr RtExtCommListLifeTimeNotifieeIs(
     const NotifyingRtExtCommListCollection::Ptr& collection);
 RtExtCommListLifeTimeNotifiee::Ptr rtExtCommListLifeTimeNotifieeFactory(

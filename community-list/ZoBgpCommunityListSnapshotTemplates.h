@@ -34,6 +34,7 @@ class ExtCommSnapshotMap {
   }
   /// Whether there was one.
   bool del(const Key& key) { return bool(entries_.extract(key)); }
+  /// Whether the key has an object.
   bool has(const Key& key) const { return entries_.contains(key); }
   /// Null when there is none.
   Value at(const Key& key) const {
@@ -69,6 +70,7 @@ class ExtCommSnapshotOf : public Mox::Entity<Snapshot, Mox::PtrInterface> {
   void commDelAll() {
     while (!comms().empty()) commDel(Content(comms().begin()->first));
   }
+  /// Whether it is there.
   bool commHas(const Content& content) const { return comm_.has(content); }
   /// Null when it is not there.
   ConstValue comm(const Content& content) const { return comm_.at(content); }
@@ -89,7 +91,6 @@ class ExtCommListSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
   using ConstGroup = Mox::Ptr<const Group>;
 
   // The same for groups, by the classification that a group says it has.
-
   void classificationListIs(const ConstGroup& group) {
     Mox::refuseNull(group, Snapshot::type.name(), "classificationList");
     if (classificationList_.is(group->classification(), group))
@@ -108,8 +109,10 @@ class ExtCommListSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
   ConstGroup classificationList(ExtCommClassification classification) const {
     return classificationList_.at(classification);
   }
+
   /// Ascending by classification.
   const auto& classificationLists() const { return classificationList_.entries(); }
+  /// Called after an entry has changed. Nothing in this library reacts to it.
   void classificationListNotify(ExtCommClassification /*classification*/) {}
 
  private:
@@ -120,8 +123,10 @@ class ExtCommListSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
 template <class Snapshot, class Value>
 class ExtCommGroupSnapshotOf : public ExtCommSnapshotOf<Snapshot, Value> {
  public:
+  /// Empty.
   explicit ExtCommGroupSnapshotOf(ExtCommClassification classification)
       : classification_(classification) {}
+  /// As given to the constructor.
   ExtCommClassification classification() const { return classification_; }
 
  private:
@@ -138,6 +143,7 @@ Mox::Attribute snapshotCollection(std::string_view name) {
             return text;
           }};
 }
+// The rows of reflection of a snapshot's class.
 template <class Snapshot>
 std::vector<Mox::Attribute> extCommListSnapshotAttributes() {
   return {snapshotCollection<Snapshot, &Snapshot::classificationLists>("classificationList"),

@@ -34,8 +34,10 @@ struct StandardCommTraits {
   using Table = CommListDedupTable;
   static constexpr BgpPathAttrType attribute = BgpPathAttrType::community;
 
+  /// The answers that a list keeps, found once.
   struct Cached {
     Cached() = default;
+    /// Looks for the three values.
     explicit Cached(const CommList& list);
     bool noExport = false, noAdvertise = false, noExportSubconfed = false;
   };
@@ -84,6 +86,7 @@ std::ostream& operator<<(std::ostream& stream, const CommList* list);
 /// Text of single communities. The parameter has one value; others are not defined.
 template <bool>
 struct CommunityFormatter;
+/// With names.
 template <>
 struct CommunityFormatter<true> {
   /// Appends `65000:100` and returns the number of characters, at most 11.

@@ -19,6 +19,7 @@ class CommListDedupTableBase : public Mox::Entity<CommListDedupTableBase, Mox::P
 
   /// Makes the intern table; factories call it.
   void initDedupTable();
+  /// The intern table; null before `initDedupTable`.
   const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& dedupHashTable() const {
     return dedupHashTable_;
   }
@@ -26,6 +27,7 @@ class CommListDedupTableBase : public Mox::Entity<CommListDedupTableBase, Mox::P
   Mox::Ptr<Orv::DedupHandle> dedup(Mox::Ptr<Orv::DedupHandle> list) const {
     return dedupHashTable_->dedup(std::move(list));
   }
+  /// Writes the tables, one below the other, with the numbers of their members.
   virtual void dumpState(const Mox::Ptr<const Orv::DumpContext>& context, U32 indent) const;
 
  protected:
@@ -34,6 +36,7 @@ class CommListDedupTableBase : public Mox::Entity<CommListDedupTableBase, Mox::P
   /// Part of a dump: a name, and the table below it.
   static void dumpPart(const Orv::DumpContext& context, U32 indent, const char* name,
                        const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& table);
+  /// Lets go of the intern table ahead of what its members belong to.
   void dropDedupTable() { dedupHashTable_ = nullptr; }
 
  private:
@@ -56,7 +59,9 @@ class LargeCommListDedupTable final
   LargeCommListDedupTable();
 };
 
+/// A new, empty table.
 CommListDedupTable::Ptr commListDedupTableFactory();
+/// A new, empty table.
 LargeCommListDedupTable::Ptr largeCommListDedupTableFactory();
 
 }  // namespace Routing::Bgp

@@ -132,6 +132,7 @@ class CommVector {
     lent_ = true;
     capacity_ = word;
   }
+  /// Whether somebody else holds the elements' objects.
   bool lent() const { return lent_; }
   /// REQUIRES: `lent()`.
   U32 word() const { return capacity_; }
@@ -144,6 +145,7 @@ class CommVector {
 
   /// Whether the elements ascend and none is there twice. Set by the owner; not checked.
   bool sorted() const { return sorted_; }
+  /// See `sorted`.
   void sortedIs(bool sorted) { sorted_ = sorted; }
 
  private:

@@ -29,7 +29,9 @@ class ExtCommAsNumber : public Mox::Entity<ExtCommAsNumber, ExtCommSubtyped> {
     return Mox::makeNew<ExtCommAsNumber>(classification, content, fourByteAs);
   }
 
+  /// Which of the two layouts it is.
   bool fourByteAs() const { return fourByteAs_; }
+  /// In host order.
   U32 asNumber() const { return fourByteAs_ ? bits(16, 32) : bits(32, 16); }
   /// The local administrator of the four-octet layout.
   U16 localAdmin2Octets() const { return U16(bits(0, 16)); }

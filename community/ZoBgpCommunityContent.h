@@ -39,13 +39,18 @@ class ExtCommContent {
     return octets;
   }
 
+  /// In host order: wire octet 0 is the most significant.
   constexpr U64 value() const { return value_; }
   /// Octet `index` of the wire. REQUIRES: index < 8; not checked.
   constexpr U8 octet(U32 index) const { return U8(value_ >> (56 - 8 * index)); }
+  /// Wire octet 0.
   constexpr U8 type() const { return octet(0); }
+  /// Wire octet 1, also of types that have no subtypes.
   constexpr U8 subtype() const { return octet(1); }
+  /// Whether bit 0x40 of the type is zero (RFC 4360, section 2).
   constexpr bool transitive() const { return !(type() & 0x40); }
 
+  /// The same in every process.
   constexpr U32 hash() const {
     Orv::HashMix mix;
     mix.feed(value_);

@@ -45,6 +45,7 @@ class ExtCommValue : public MoxStash::DedupHandle {
   using PktType = typename F::PktType;
   using StrepFormat = StrepFormatOf<F>;
 
+  /// Private and plain, until it is interned.
   ExtCommValue(ExtCommClassification classification, const Content& content)
       : classification_(classification), content_(content) {}
 
@@ -60,12 +61,14 @@ class ExtCommValue : public MoxStash::DedupHandle {
 
   /// The group that the parser assigned.
   ExtCommClassification classification() const { return classification_; }
+  /// The octets of the wire.
   Content getContent() const { return content_; }
   /// The type octet, or `Unknown` when it is no member.
   PktType pktType() const {
     const auto known = PktType(content_.type());
     return bgpIsValidEnumMember(known) ? known : F::unknownType;
   }
+  /// Whether it crosses the borders of autonomous systems: bit 0x40 of the type is zero.
   bool transitive() const { return content_.transitive(); }
 
   U32 hash() const override { return content_.hash(); }
@@ -105,6 +108,7 @@ class ExtCommValue : public MoxStash::DedupHandle {
   }
 
  protected:
+  /// The same without a copy.
   const Content& content() const { return content_; }
   /// The name of the subtype or its number. REQUIRES: the object is of `type` and has a subtype.
   /// Asserts "<type>_ == pktType()" and "!pktSubtype().isUnspecified()".

@@ -14,7 +14,9 @@ class ExtCommIpv4Address : public Mox::Entity<ExtCommIpv4Address, ExtCommSubtype
 
   using Entity::Entity;
 
+  /// The global administrator.
   Zonet::Ip4Addr ipv4Address() const { return Zonet::Ip4Addr(bits(16, 32)); }
+  /// In host order.
   U16 localAdmin() const { return U16(bits(0, 16)); }
 
   void formatDerivedType(std::ostream& stream) const override;

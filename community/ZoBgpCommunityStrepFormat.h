@@ -44,6 +44,7 @@ class StrepFormatOf {
   /// RangeException for a value above `max`.
   constexpr explicit StrepFormatOf(U32 value) { valueIs(value); }
 
+  /// The flags, or-ed.
   constexpr U32 value() const { return value_; }
   /// RangeException for a value above `max`; nothing changes then.
   constexpr void valueIs(U32 value) {

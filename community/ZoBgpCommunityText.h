@@ -24,11 +24,13 @@ namespace Routing::Bgp {
 
 class CommText {
  public:
+  /// The text as it is.
   CommText& operator<<(std::string_view text) {
     text.copy(buffer_.allocateSpace(text.size()), text.size());
     buffer_.written(text.size());
     return *this;
   }
+  /// The character as it is.
   CommText& operator<<(char character) { return *this << std::string_view(&character, 1); }
   /// Decimal, octets too.
   template <std::unsigned_integral U>
@@ -44,9 +46,11 @@ class CommText {
     const auto* row = Mox::enumTableOf<E>.find(U32(value));
     return row ? *this << row->name : *this << U32(value);
   }
+  /// As `Zonet::Ip4Addr::toStrep`.
   CommText& operator<<(const Zonet::Ip4Addr& address) {
     return append(address.longestText, [&](char* at) { return address.toChars(at); });
   }
+  /// As `Zonet::Ip6Addr::toStrep`.
   CommText& operator<<(const Zonet::Ip6Addr& address) {
     return append(address.longestText + 1, [&](char* at) { return address.toChars(at); });
   }
@@ -64,7 +68,9 @@ class CommText {
   /// transitive. The type is shown without its bit 0x40, which says so.
   CommText& typeAndSubtype(std::string_view name, U8 type, U8 subtype, bool transitive);
 
+  /// All that was written.
   Mox::String str() const { return Mox::String(buffer_.text()); }
+  /// The same, in one write.
   std::ostream& writeTo(std::ostream& stream) const {
     return Mox::writeText(stream, buffer_.text());
   }
@@ -83,6 +89,7 @@ class CommText {
 /// A stream's buffer that gathers a text, for texts that can be had through a stream only.
 class CommTextSink final : public std::streambuf {
  public:
+  /// All that was written.
   Mox::String str() const { return text_.str(); }
 
  private:

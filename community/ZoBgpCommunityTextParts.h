@@ -39,7 +39,9 @@ struct ParsedCommunity {
   CommunityTextError error = {};
 
   explicit operator bool() const { return value.has_value(); }
+  /// REQUIRES: there is a value.
   const Value& operator*() const { return *value; }
+  /// REQUIRES: there is a value.
   const Value* operator->() const { return &*value; }
 };
 
@@ -48,6 +50,7 @@ class CommunityTextParts {
   /// REQUIRES: the text lives as long as the parts.
   explicit CommunityTextParts(std::string_view text);
 
+  /// How many parts there are, at least one.
   std::size_t count() const { return parts_.size(); }
   /// How many have not been taken.
   std::size_t left() const { return parts_.size() - next_; }
@@ -55,6 +58,7 @@ class CommunityTextParts {
   std::string_view operator[](std::size_t index) const { return parts_[index]; }
   /// The part that is taken next. REQUIRES: left() > 0.
   std::string_view peek() const { return parts_[next_]; }
+  /// The same, and moves on. REQUIRES: left() > 0.
   std::string_view take() { return parts_[next_++]; }
 
   // Each takes one part, and gives nothing, and keeps the error, when it is something else or there
@@ -70,6 +74,7 @@ class CommunityTextParts {
   void fail(std::string_view expected);
   /// The same about any piece of the text.
   void fail(std::string_view token, std::string_view expected);
+  /// Whether an error is kept.
   bool failed() const { return error_.has_value(); }
   /// REQUIRES: failed().
   const CommunityTextError& error() const { return *error_; }

@@ -43,6 +43,7 @@ struct RouteOrigin {
 template <class Object, class Route>
 class ExtCommRouteAs : public Mox::Entity<Object, ExtCommAsNumber> {
  public:
+  /// `fourByteAs`: of type 0x02.
   ExtCommRouteAs(const ExtCommContent& content, bool fourByteAs)
       : ExtCommRouteAs::Entity(Route::classification, content, fourByteAs) {}
   void formatDerivedType(std::ostream& stream) const override;
@@ -53,6 +54,7 @@ class ExtCommRouteAs : public Mox::Entity<Object, ExtCommAsNumber> {
 template <class Object, class Route>
 class ExtCommRouteIpv4Address : public Mox::Entity<Object, ExtCommIpv4Address> {
  public:
+  /// REQUIRES: of type 0x01.
   explicit ExtCommRouteIpv4Address(const ExtCommContent& content)
       : ExtCommRouteIpv4Address::Entity(Route::classification, content) {}
   void formatDerivedType(std::ostream& stream) const override;
@@ -66,22 +68,26 @@ extern template class ExtCommRouteIpv4Address<ExtCommRouteOriginIpv4Address, Rou
 
 // The classes that objects are of: names for reflection, and what a cast asks for.
 
+/// A route target of an AS number.
 class ExtCommRouteTargetAs final : public ExtCommRouteAs<ExtCommRouteTargetAs, RouteTarget> {
  public:
   static const Mox::Type type;
   using ExtCommRouteAs::ExtCommRouteAs;
 };
+/// A route target of an IPv4 address.
 class ExtCommRouteTargetIpv4Address final
     : public ExtCommRouteIpv4Address<ExtCommRouteTargetIpv4Address, RouteTarget> {
  public:
   static const Mox::Type type;
   using ExtCommRouteIpv4Address::ExtCommRouteIpv4Address;
 };
+/// A route origin of an AS number.
 class ExtCommRouteOriginAs final : public ExtCommRouteAs<ExtCommRouteOriginAs, RouteOrigin> {
  public:
   static const Mox::Type type;
   using ExtCommRouteAs::ExtCommRouteAs;
 };
+/// A route origin of an IPv4 address.
 class ExtCommRouteOriginIpv4Address final
     : public ExtCommRouteIpv4Address<ExtCommRouteOriginIpv4Address, RouteOrigin> {
  public:
@@ -98,6 +104,7 @@ class ExtCommRouteOriginIpv4Address final
 class ExtCommLinkBandwidth final : public Mox::Entity<ExtCommLinkBandwidth, ExtCommAsNumber> {
  public:
   static const Mox::Type type;
+  /// REQUIRES: type and subtype are those of the class.
   explicit ExtCommLinkBandwidth(const ExtCommContent& content)
       : Entity(extCommClassificationLinkBandwidth, content, false) {}
   /// In octets per second. A peer may send any bits: infinite, negative, no number.
@@ -127,6 +134,7 @@ BGP_ENUM_TABLE(TunnelType, MOX_ROWS);
 class ExtCommTunnelEncap final : public Mox::Entity<ExtCommTunnelEncap, ExtCommSubtyped> {
  public:
   static const Mox::Type type;
+  /// REQUIRES: type and subtype are those of the class.
   explicit ExtCommTunnelEncap(const ExtCommContent& content)
       : Entity(extCommClassificationTunnelEncap, content) {}
   /// Sixteen bits; many numbers are no members.
@@ -142,8 +150,10 @@ class ExtCommTunnelEncap final : public Mox::Entity<ExtCommTunnelEncap, ExtCommS
 class ExtCommColor final : public Mox::Entity<ExtCommColor, ExtCommSubtyped> {
  public:
   static const Mox::Type type;
+  /// REQUIRES: type and subtype are those of the class.
   explicit ExtCommColor(const ExtCommContent& content)
       : Entity(extCommClassificationColor, content) {}
+  /// All 32 bits; what they stand for is the operator's to say.
   U32 color() const { return bits(0, 32); }
   // The color-only bits (RFC 9256, section 8.8.1), each 0 or 1.
   U32 firstCoBit() const { return bits(47, 1); }
@@ -177,6 +187,7 @@ class ExtCommOriginValidationState final
     : public Mox::Entity<ExtCommOriginValidationState, ExtCommSubtyped> {
  public:
   static const Mox::Type type;
+  /// REQUIRES: type and subtype are those of the class.
   explicit ExtCommOriginValidationState(const ExtCommContent& content)
       : Entity(extCommClassificationOriginValidationState, content) {}
   /// The last octet, not always a member. The reserved octets are not looked at.
@@ -189,6 +200,7 @@ class ExtCommOriginValidationState final
 class ExtCommDefaultGateway final : public Mox::Entity<ExtCommDefaultGateway, ExtCommSubtyped> {
  public:
   static const Mox::Type type;
+  /// REQUIRES: type and subtype are those of the class.
   explicit ExtCommDefaultGateway(const ExtCommContent& content)
       : Entity(extCommClassificationDefaultGateway, content) {}
   void formatDerivedType(std::ostream& stream) const override;
@@ -201,6 +213,7 @@ class ExtCommDefaultGateway final : public Mox::Entity<ExtCommDefaultGateway, Ex
 /// number also take whether that has four octets.
 template <class Typed, class... FourByteAs>
 struct ExtCommFactory {
+  /// A new, private object.
   typename Typed::Ptr operator()(const ExtCommContent& content, FourByteAs... fourByteAs) const {
     return Mox::makeNew<Typed>(content, fourByteAs...);
   }

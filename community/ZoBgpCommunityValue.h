@@ -26,9 +26,11 @@ struct StoredExtComm {
   U32 unused;
   U64 value;
 
+  /// The record of a community.
   static StoredExtComm of(U32 classification, const ExtCommContent& content) {
     return {classification, 0, content.value()};
   }
+  /// Whatever octets the record has.
   ExtCommContent content() const { return ExtCommContent(value); }
 };
 
@@ -57,6 +59,7 @@ struct StoredExtComm {
 #define ZOBGP_SUBTYPE_STRING(name, type, subtypes) \
   Mox::String pktSubtype##name##String() const { return subtypeString(type); }
 
+/// The members that this family fills in; see ZoBgpCommunityFamilyValue.h.
 struct ExtCommFamily {
   using Content = ExtCommContent;
   using PktType = BgpExtCommPktType;

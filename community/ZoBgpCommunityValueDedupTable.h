@@ -28,9 +28,11 @@ class ExtCommValueDedupTable : public Mox::Entity<Table, Mox::PtrInterface> {
   /// Makes the intern set; a table that has one gets a new one.
   void handleInitialized();
 
+  /// The intern set; null before `handleInitialized`.
   const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& dedupHashTable() const {
     return dedupHashTable_;
   }
+  /// What parses new contents; never null.
   const Mox::Ptr<const Rule>& parseExtCommRule() const { return parseExtCommRule_; }
 
   /// The one object of this content. A hit allocates nothing and does not ask the parser. Asserts

@@ -28,10 +28,12 @@ struct StoredExtCommIp6 {
   Zonet::Ip6Addr addr;
   U16 localAdmin;
 
+  /// The record of a community.
   static StoredExtCommIp6 of(U32 classification, const ExtCommIp6Content& content) {
     return {classification, content.type(), content.subtype(), content.addr(),
             content.localAdmin()};
   }
+  /// Whatever octets the record has.
   ExtCommIp6Content content() const { return {type, subtype, addr, localAdmin}; }
 };
 

@@ -35,10 +35,13 @@ struct ExtCommIp6ListFamily {
   static constexpr bool oneLinkBandwidth = false;
   static constexpr bool listRestoreIsHeard = true;
 
+  /// A new group with room for so many.
   static Mox::Ptr<ExtCommIp6ClassificationList> makeGroup(ExtCommClassification classification,
                                                           U32 members);
+  /// One table for all classifications.
   static const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& groupTable(
       const ExtCommIp6ListDedupTable& table, ExtCommClassification classification);
+  /// Nothing: all groups are of one class.
   static void assertClass(const ExtCommIp6ClassificationList&) {}
 };
 

@@ -22,6 +22,7 @@ namespace Routing::Bgp {
 class ExtCommIp6Content {
  public:
   constexpr ExtCommIp6Content() = default;
+  /// In the order of the wire.
   constexpr ExtCommIp6Content(U8 type, U8 subtype, const Zonet::Ip6Addr& addr, U16 localAdmin)
       : type_(type), subtype_(subtype), addr_(addr), localAdmin_(localAdmin) {}
 
@@ -30,12 +31,18 @@ class ExtCommIp6Content {
   /// Its octets on the wire.
   std::array<U8, 20> octets() const;
 
+  /// Wire octet 0.
   constexpr U8 type() const { return type_; }
+  /// Wire octet 1.
   constexpr U8 subtype() const { return subtype_; }
+  /// Wire octets 2 to 17.
   constexpr Zonet::Ip6Addr addr() const { return addr_; }
+  /// Wire octets 18 and 19, in host order.
   constexpr U16 localAdmin() const { return localAdmin_; }
+  /// Whether bit 0x40 of the type is zero.
   constexpr bool transitive() const { return !(type_ & 0x40); }
 
+  /// The same in every process.
   constexpr U32 hash() const {
     Orv::HashMix mix;
     mix.feed(type_);
@@ -57,6 +64,7 @@ class ExtCommIp6Content {
 
 static_assert(sizeof(ExtCommIp6Content) == 20);
 
+/// The text shown at the top of this file.
 Mox::String valueToStrep(const ExtCommIp6Content& content);
 /// The same text; the stream's format neither changes it nor is changed.
 std::ostream& operator<<(std::ostream& stream, const ExtCommIp6Content& content);

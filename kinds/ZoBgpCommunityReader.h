@@ -39,6 +39,7 @@ struct CommunityVectors {
   std::vector<ExtCommIp6Content> ip6Extended;
   std::vector<Acl::CommunityValue> large;
 
+  /// Appends it to the vector of its attribute.
   void add(const AnyCommunity& community);
   std::size_t size() const {
     return standard.size() + extended.size() + ip6Extended.size() + large.size();

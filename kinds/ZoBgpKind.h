@@ -52,6 +52,7 @@ struct KindName {
   std::string_view name;
 };
 
+/// A run of bits of a value.
 struct KindField {
   std::string_view name;
   U16 bit = 0;
@@ -83,6 +84,7 @@ enum class KindEvidence : U8 {
   none       ///< not at all: the value is kept as octets
 };
 
+/// A row.
 struct Kind {
   BgpPathAttrType attribute = BgpPathAttrType::extCommunity;
   std::optional<U8> type = {};     ///< of extended communities
@@ -98,6 +100,7 @@ struct Kind {
   std::string_view example = {};  ///< the octets of a value, two hexadecimal digits each
   std::string_view note = {};
 
+  /// Whether its communities begin with a type and a subtype.
   constexpr bool isExtended() const {
     return attribute == BgpPathAttrType::extCommunity ||
            attribute == BgpPathAttrType::extCommunityIp6;

@@ -34,6 +34,7 @@ inline constexpr std::string_view unknownTransitive = "unknown-transitive";
 inline constexpr std::string_view unknownNonTransitive = "unknown-non-transitive";
 inline constexpr std::string_view malformedWord = "malformed";
 
+/// Of ASCII letters; any other character stays.
 constexpr char lowerCase(char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; }
 /// Letter case does not count anywhere in texts of communities.
 constexpr bool equalIgnoringCase(std::string_view a, std::string_view b) {
@@ -147,6 +148,7 @@ constexpr std::string_view faultOf(const KindField& field) {
 
 }  // namespace kindCheck
 
+/// The first thing wrong with a row by itself; nothing when it is good. For `static_assert`, too.
 constexpr std::optional<KindFault> checkKind(const Kind& kind) {
   using namespace kindCheck;
   const auto fault = [&](std::string_view reason, const KindField* field = nullptr) {

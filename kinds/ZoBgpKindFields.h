@@ -25,6 +25,7 @@ class KindFieldValue {
   KindFieldValue(const CommunityOctets& community, const KindField& field)
       : community_(community), field_(&field) {}
 
+  /// Its row.
   const KindField& field() const { return *field_; }
   /// Its bits as a number, the first the most significant. REQUIRES: at most 64 bits.
   U64 number() const;
@@ -37,6 +38,7 @@ class KindFieldValue {
   /// The names of the flags that are set, or the decimal numbers of such as have none; the one name
   /// of an enumeration if the number has one. Empty for other forms.
   std::vector<Mox::String> names() const;
+  /// Whether it is of the bits that must be zero.
   bool isReserved() const { return field_->form == KindForm::reserved; }
 
  private:

@@ -35,6 +35,7 @@ BgpPathAttrType attributeOf(const AnyCommunity& community);
 /// The octets of a community on the wire, at most 20.
 class CommunityOctets {
  public:
+  /// In network order.
   explicit CommunityOctets(const AnyCommunity& community);
 
   /// All of them.
@@ -71,7 +72,9 @@ class KindTable {
 
   /// The row of a community, or null. A standard or large one always has a row.
   const Kind* find(const AnyCommunity& community) const;
+  /// The same; null for a type and subtype that nobody assigned.
   const Kind* find(const ExtCommContent& content) const;
+  /// The same; null for a type and subtype that nobody assigned.
   const Kind* find(const ExtCommIp6Content& content) const;
   /// The row of an identifier or of an alias, in any letter case, or null.
   const Kind* find(std::string_view identifier) const;

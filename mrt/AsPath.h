@@ -28,6 +28,7 @@ namespace Routing::Mrt {
 /// The AS numbers of a segment, in the order of the octets.
 class AsNumbers {
  public:
+  /// Reads one number after the other.
   class Iterator {
    public:
     using iterator_category = std::input_iterator_tag;
@@ -37,15 +38,18 @@ class AsNumbers {
     using reference = U32;
 
     Iterator() = default;
+    /// In host order.
     U32 operator*() const {
       U32 number = 0;
       for (unsigned i = 0; i < width_; ++i) number = number << 8 | at_[i];
       return number;
     }
+    /// To the next number.
     Iterator& operator++() {
       at_ += width_;
       return *this;
     }
+    /// To the next number, and the place before.
     Iterator operator++(int) {
       const Iterator before = *this;
       ++*this;
@@ -87,6 +91,7 @@ enum class AsSegmentType : U8 { set = 1, sequence = 2, confedSequence = 3, confe
 /// Whether the AS numbers are of members of the peer's own confederation.
 constexpr bool inConfederation(AsSegmentType type) { return type >= AsSegmentType::confedSequence; }
 
+/// One step of an AS path.
 struct AsSegment {
   AsSegmentType type = {};
   AsNumbers numbers;  ///< one or more
@@ -116,6 +121,7 @@ class AsSegmentReader {
 
 class AsPath {
  public:
+  /// Reads the attributes once. REQUIRES: their octets live as long as this.
   explicit AsPath(const Path& path);
 
   /// Whether a segment of AS_PATH has an unknown type, no AS numbers, or more than fit. True, too,
@@ -126,6 +132,7 @@ class AsPath {
   /// As routes are compared by it: a set counts one, confederations none (RFC 4271, section
   /// 9.1.2.2; RFC 5065, section 5.3).
   std::size_t length() const { return length_; }
+  /// Begins before the first.
   AsSegmentReader segments() const { return {path_, width_, leading_, as4Path_}; }
 
   /// Calls `visit(as)` for each AS number, those of sets and confederations too.

@@ -30,6 +30,7 @@ namespace Routing::Mrt {
 
 class Input {
  public:
+  /// Why the octets end before the file does.
   struct Failure {
     bool compression;  ///< Damaged data; otherwise the system refused to read.
     std::string text;

@@ -35,6 +35,7 @@ struct Position {
   U64 octet = 0;   ///< of the record's header, in decompressed octets
 };
 
+/// An MRT record: its header in host order, its body as it lies there.
 struct Record {
   U64 number = 0;   ///< counted from 1
   U64 offset = 0;   ///< of its header, in decompressed octets
@@ -147,6 +148,7 @@ struct Path {
 ///   if (cutter.bad()) ...
 class PathCutter {
  public:
+  /// Which UPDATEs are paths.
   enum class Updates {
     withAttributes,  ///< Only UPDATEs that carry path attributes.
     /// UPDATEs that only withdraw, too, and changes of the peers' states: what it takes to follow a
@@ -154,6 +156,7 @@ class PathCutter {
     all,
   };
 
+  /// No record yet.
   explicit PathCutter(Updates updates = Updates::withAttributes) : updates_(updates) {}
   PathCutter(const PathCutter&) = delete;
   PathCutter& operator=(const PathCutter&) = delete;
@@ -232,6 +235,7 @@ class PathReader {
   U64 badRecords() const { return badRecords_; }
   /// The position of the first of them.
   const std::optional<Position>& firstBadRecord() const { return firstBadRecord_; }
+  /// As of `RecordReader`.
   const std::optional<RecordReader::Truncation>& truncation() const {
     return records_.truncation();
   }

@@ -16,6 +16,7 @@
 
 namespace Routing::Mrt {
 
+/// One prefix, as the message or the table has it.
 struct Prefix {
   AddressFamily addressFamily;
   Octets nlri;                ///< as encoded, its length included, the path identifier not
@@ -28,6 +29,7 @@ class PrefixReader {
  public:
   /// The octets of `path` must live as long as the reader.
   static PrefixReader announced(const Path& path);
+  /// The same for the withdrawn ones.
   static PrefixReader withdrawn(const Path& path);
 
   /// The next prefix, valid until the next call; null behind the last. Octets behind a prefix
@@ -61,6 +63,7 @@ bool visitPrefixes(const Path& path, const Visit& visit) {
   while (const Prefix* const prefix = prefixes.next()) visit(*prefix);
   return !prefixes.cutShort();
 }
+/// The same for the withdrawn ones.
 template <class Visit>
 bool visitWithdrawn(const Path& path, const Visit& visit) {
   PrefixReader prefixes = PrefixReader::withdrawn(path);

@@ -17,6 +17,7 @@ using namespace Mox::Words;
 
 using Octets = std::span<const U8>;
 
+// The same octets under the other name; nothing is copied.
 inline Octets asOctets(std::string_view text) {
   return {reinterpret_cast<const U8*>(text.data()), text.size()};
 }
@@ -24,14 +25,17 @@ inline std::string_view asText(Octets octets) {
   return {reinterpret_cast<const char*>(octets.data()), octets.size()};
 }
 
+/// True of none.
 inline bool onlyZeros(Octets octets) {
   return std::all_of(octets.begin(), octets.end(), [](U8 octet) { return octet == 0; });
 }
 
 class Cursor {
  public:
+  /// At their beginning.
   explicit Cursor(Octets octets) : left_(octets) {}
 
+  // The next number, most significant octet first; 0 when there are fewer octets.
   U8 u8() { return U8(number(1)); }
   U16 u16() { return U16(number(2)); }
   U32 u32() { return number(4); }
@@ -47,7 +51,9 @@ class Cursor {
     return taken;
   }
 
+  /// The octets that are not read yet.
   Octets left() const { return left_; }
+  /// Whether there are none.
   bool atEnd() const { return left_.empty(); }
   /// Whether everything asked for was there.
   explicit operator bool() const { return !failed_; }

@@ -25,6 +25,7 @@ class Source {
   Octets ahead();
   /// Reads on until `size` octets are ahead, or the file ends.
   Octets ahead(std::size_t size);
+  /// Moves on. REQUIRES: `ahead` showed so many.
   void take(std::size_t size) { begin_ += size; }
   /// Straight into the caller's memory; returns 0 at the end of the file.
   std::size_t read(std::span<U8> into);

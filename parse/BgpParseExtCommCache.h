@@ -33,6 +33,7 @@ class ExtCommTexts {
   void insert(U64 content, Mox::String text) { texts_.insert_or_assign(content, std::move(text)); }
   /// Returns what it removed; empty when there was none.
   Mox::String erase(U64 content);
+  /// Forgets all texts.
   void clear() { texts_.clear(); }
 
   /// `842122827661412: <RouteTarget2ByteASN ...>, ...`
@@ -72,6 +73,7 @@ class ExtCommCache final : public Mox::Entity<ExtCommCache, Mox::PtrInterface> {
   Mox::String extCommToStringDel(const Content& content) { return plain_.erase(content); }
   void extCommToStringDelAll() { plain_.clear(); }
 
+  // The same in asdot notation.
   const ExtCommTexts& extCommToAsdotStrings() const { return asdot_; }
   Mox::String extCommToAsdotString(const Content& content) const { return asdot_.find(content); }
   void extCommToAsdotStringIs(const Content& content, Mox::String text) {

@@ -33,6 +33,7 @@ class BgpParseExtCommContainerSm final
   BgpParseExtCommContainerSm();
   ~BgpParseExtCommContainerSm() override;
 
+  /// The registry; null once somebody took it away.
   const BgpParseExtCommRuleCollections::Ptr& parseExtCommRuleCollections() const {
     return ruleCollections_;
   }
@@ -41,6 +42,7 @@ class BgpParseExtCommContainerSm final
   /// Lets go of the registry and returns it.
   BgpParseExtCommRuleCollections::Ptr parseExtCommRuleCollectionsDel();
 
+  /// Null once somebody took it away.
   const BgpParseExtendedCommunityRule::Ptr& extCommParser() const { return parser_; }
   /// The parser of this control: the one that is there, or else a new one, which takes its place
   /// and is returned. The old one is then withdrawn from the registry; an exception of a plug-in
@@ -61,6 +63,7 @@ class BgpParseExtCommContainerSm final
   ParserSm extCommParserSmsDeq() { return sms_.dequeue(); }
   void extCommParserSmsDelAll();
 
+  /// The cache of show texts; never null.
   const BgpShowCli::ExtCommCache::Ptr& extCommCache() const { return cache_; }
 
   /// Makes registry, plug-ins, parser and cache. REQUIRES: called by the constructor only.
@@ -73,6 +76,7 @@ class BgpParseExtCommContainerSm final
   BgpShowCli::ExtCommCache::Ptr cache_;
 };
 
+/// A parser with the library's own plug-ins and its cache.
 BgpParseExtCommContainerSm::Ptr bgpParseExtCommContainerSmFactory();
 
 }  // namespace Routing::Bgp

@@ -32,12 +32,16 @@ class BgpParseExtCommRuleKey {
   using Rule = typename Kind::Rule;
 
   BgpParseExtCommRuleKey() = default;
+  /// Names this rule, or none; holds no reference.
   explicit BgpParseExtCommRuleKey(Rule* rule) : rule_(rule) {}
 
+  /// Null when the key names none. Valid as long as somebody holds the rule.
   Mox::RawPtr<Rule> rule() const { return rule_; }
+  /// A mix of the address; 0 when the key names none.
   U32 hash() const { return detail::ruleAddressHash(rule_); }
 
   friend bool operator==(const BgpParseExtCommRuleKey&, const BgpParseExtCommRuleKey&) = default;
+  /// By address.
   friend bool operator<(const BgpParseExtCommRuleKey& a, const BgpParseExtCommRuleKey& b) {
     return std::less<>()(a.rule_, b.rule_);
   }

@@ -63,6 +63,7 @@ struct TypeTraits {
   }
 };
 
+/// The kind above all: its rules are parsers, its sub-rules are type rules.
 struct Top {
   using Rule = BgpParseExtendedCommunityRule;
   using SubRule = BgpParseExtendedCommunityTypeRuleBase;
@@ -80,6 +81,7 @@ struct Top {
   };
 #include "parse/BgpParseExtCommKindList.h"
 
+/// Kinds in a row.
 template <class... Kinds>
 struct List {
   /// One `Of<Kind>` for each kind.

@@ -48,7 +48,9 @@ class BgpParseExtCommOpenSubTypeRuleBase
                                      BgpExtCommPktType pktType, U8 pktSubType)
       : Entity(control, pktSubType), pktType_(pktType) {}
 
+  /// The type that the rule serves.
   BgpExtCommPktType pktType() const { return pktType_; }
+  /// The subtype that the rule serves.
   U8 pktSubType() const { return mapKey(); }
 
  private:
@@ -67,6 +69,7 @@ class BgpParseExtCommOpenTypeRule final
   /// The object that the sub-rule of the content's subtype builds; null when there is none.
   Mox::Ptr<ExtComm> inhale(const ExtCommContent& content) const override;
 
+  /// All of them, by subtype. Valid as long as the rule.
   const BgpParseExtCommRuleMap<SubRule>& subTypeRules() const { return subTypeRules_; }
   /// Null when there is none.
   Mox::PtrConst<SubRule> subTypeRule(U8 subtype) const {
@@ -76,6 +79,7 @@ class BgpParseExtCommOpenTypeRule final
   void subTypeRuleIs(const Mox::PtrConst<SubRule>& rule);
   /// Returns what it removed; null when there was none.
   Mox::PtrConst<SubRule> subTypeRuleDel(U8 subtype) { return subTypeRules_.erase(subtype); }
+  /// Removes all.
   void subTypeRuleDelAll() { subTypeRules_.clear(); }
 
  private:
@@ -97,6 +101,7 @@ class BgpParseExtCommOpenSubRule : public Mox::Entity<Self, BgpParseExtCommOpenS
                 "the library has a rule for the type: see BgpParseExtCommSubRule");
 
  public:
+  /// For the type and the subtype of the template.
   explicit BgpParseExtCommOpenSubRule(const BgpParseExtCommControl& control)
       : BgpParseExtCommOpenSubRule::Entity(control, pktType, subtype) {}
   Mox::Ptr<ExtComm> inhale(const ExtCommContent& content) const override {

@@ -55,6 +55,7 @@ class BgpParseExtCommPluginBaseSm
   explicit BgpParseExtCommPluginBaseSm(const RuleCollections& ruleCollections);
   ~BgpParseExtCommPluginBaseSm() override;
 
+  /// The registry that is watched; null for none.
   const RuleCollections& ruleCollections() const { return ruleCollections_; }
   /// Watches this registry instead and catches up with it. The same one again changes nothing, not
   /// even the order in which observers hear; null is `ruleCollectionsDel`.
@@ -103,6 +104,7 @@ class BgpParseExtCommPluginBaseSm
       const Mox::PtrConst<BgpParseExtCommOpenSubTypeRuleBase>& rule);
 
  protected:
+  /// The operations above, for a kind that is a parameter.
   template <class Kind>
   static void add(const BgpParseExtCommRuleKey<Kind>& ruleKey,
                   const Mox::PtrConst<typename Kind::SubRule>& rule) {
@@ -134,6 +136,7 @@ class BgpParseExtCommPluginBaseSm
 /// The reflection of a plug-in. It also keeps the source position where it is written, for traces.
 class BgpParseExtCommPluginType : public Mox::Type {
  public:
+  /// REQUIRES: file and line are left to the compiler.
   explicit BgpParseExtCommPluginType(std::string_view name, const char* file = __builtin_FILE(),
                                      int line = __builtin_LINE())
       : Type(name, &BgpParseExtCommPluginBaseSm::type, {}), file_(file), line_(line) {}
@@ -162,6 +165,7 @@ concept BgpParseExtCommPluginRule = std::derived_from<Rule, kind::Top::SubRule> 
 template <class Self, class... Rules>
 class BgpParseExtCommPlugin : public Mox::Entity<Self, BgpParseExtCommPluginBaseSm> {
  public:
+  /// Watches the registry and installs its rules where they are missing; null for none.
   explicit BgpParseExtCommPlugin(const BgpParseExtCommPluginBaseSm::RuleCollections& registry)
       : BgpParseExtCommPlugin::Entity(registry) {
     this->handleStartup();
@@ -204,6 +208,7 @@ class BgpParseExtCommSubRule : public Mox::Entity<Self, typename Kind::SubRule> 
   static_assert(bgpIsValidEnumMember(subtype), "a subtype that is no member is never looked up");
 
  public:
+  /// For the subtype of the template.
   explicit BgpParseExtCommSubRule(const BgpParseExtCommControl& control)
       : BgpParseExtCommSubRule::Entity(control, subtype) {}
   Mox::Ptr<typename Kind::Family::Object> inhale(
@@ -215,6 +220,7 @@ class BgpParseExtCommSubRule : public Mox::Entity<Self, typename Kind::SubRule> 
 /// Makes plug-ins of a class, each new and with its notifications on.
 template <class Sm>
 struct BgpParseExtCommPluginFactory {
+  /// A plug-in that watches this registry.
   Mox::Ptr<Sm> operator()(
       const BgpParseExtCommPluginBaseSm::RuleCollections& ruleCollections) const {
     return Mox::makeNew<Sm>(ruleCollections);

@@ -14,6 +14,7 @@ class BgpParseExtCommRouteRule final
     : public Mox::Entity<BgpParseExtCommRouteRule<Route, Kind>, typename Kind::SubRule> {
  public:
   static const Mox::Type type;
+  /// For the subtype of the template.
   explicit BgpParseExtCommRouteRule(const BgpParseExtCommControl& control);
   Mox::Ptr<ExtComm> inhale(const ExtCommContent& content) const override;
 };

@@ -37,12 +37,15 @@ class BgpParseExtCommControl {
   static const Mox::Type type;
 
   BgpParseExtCommControl() = default;
+  /// With a registry; null for none.
   explicit BgpParseExtCommControl(BgpParseExtCommRuleCollections::Ptr ruleCollections)
       : ruleCollections_(std::move(ruleCollections)) {}
 
+  /// Null when there is none.
   const BgpParseExtCommRuleCollections::Ptr& ruleCollections() const { return ruleCollections_; }
 
   friend bool operator==(const BgpParseExtCommControl&, const BgpParseExtCommControl&) = default;
+  /// The registry's address, for reflection.
   friend Mox::String valueToStrep(const BgpParseExtCommControl& control);
   friend std::ostream& operator<<(std::ostream& stream, const BgpParseExtCommControl& control) {
     return Mox::writeText(stream, valueToStrep(control));
@@ -57,9 +60,11 @@ class BgpParseExtCommRuleBase : public Mox::Entity<BgpParseExtCommRuleBase, Mox:
  public:
   static const Mox::Type type;
 
+  /// Leaves the registry alone: a derived class enters its key.
   explicit BgpParseExtCommRuleBase(const BgpParseExtCommControl& control)
       : parseControl_(control) {}
 
+  /// As given to the constructor.
   const BgpParseExtCommControl& parseControl() const { return parseControl_; }
 
  protected:
@@ -114,6 +119,7 @@ class BgpParseExtCommBuildingRule : public BgpParseExtCommRuleBase {
   using Object = typename F::Object;
   using MapKey = Octet;
 
+  /// For the contents of this octet.
   BgpParseExtCommBuildingRule(const BgpParseExtCommControl& control, Octet octet)
       : BgpParseExtCommRuleBase(control), octet_(octet) {}
 
@@ -138,9 +144,11 @@ class BgpParseExtCommTypeRuleBase
  public:
   static const Mox::Type type;
 
+  /// For the contents of this type.
   BgpParseExtCommTypeRuleBase(const BgpParseExtCommControl& control, typename F::PktType pktType)
       : BgpParseExtCommTypeRuleBase::Entity(control, pktType) {}
 
+  /// The type that the rule serves.
   typename F::PktType pktType() const { return this->mapKey(); }
   /// Called when the top rule is withdrawn or lets go of the rule, ahead of the last reference, so
   /// maybe twice. A rule that has made itself known anywhere takes that back here.
@@ -161,10 +169,12 @@ class BgpParseExtCommSubTypeRuleBase
   static const Mox::Type type;
   using Kind = K;
 
+  /// For the contents of this subtype.
   BgpParseExtCommSubTypeRuleBase(const BgpParseExtCommControl& control,
                                  typename K::Subtype pktSubType)
       : BgpParseExtCommSubTypeRuleBase::Entity(control, pktSubType) {}
 
+  /// The subtype that the rule serves.
   typename K::Subtype pktSubType() const { return this->mapKey(); }
 };
 
@@ -184,6 +194,7 @@ class BgpParseExtCommTypeRule
   using Content = typename Kind::Family::Content;
   using Object = typename Kind::Family::Object;
 
+  /// Ends with `handleInitialized`; an exception of a plug-in there leaves no rule behind.
   explicit BgpParseExtCommTypeRule(const BgpParseExtCommControl& control);
   ~BgpParseExtCommTypeRule() override;
 
@@ -191,6 +202,7 @@ class BgpParseExtCommTypeRule
   /// type; never null. Costs one allocation, that of the object.
   Mox::Ptr<Object> inhale(const Content& content) const override;
 
+  /// All of them, by subtype. Valid as long as the rule.
   const BgpParseExtCommRuleMap<SubRule>& subTypeRules() const { return subTypeRules_; }
   /// Null when there is none.
   Mox::PtrConst<SubRule> subTypeRule(Subtype subtype) const {
@@ -200,6 +212,7 @@ class BgpParseExtCommTypeRule
   void subTypeRuleIs(const Mox::PtrConst<SubRule>& rule);
   /// Returns what it removed; null when there was none.
   Mox::PtrConst<SubRule> subTypeRuleDel(Subtype subtype) { return subTypeRules_.erase(subtype); }
+  /// Removes all.
   void subTypeRuleDelAll() { subTypeRules_.clear(); }
 
   /// Enters the rule in the registry, which makes plug-ins fill it. The rule of the non-transitive

@@ -30,12 +30,12 @@ class BgpParseExtendedCommunityRule
 
   /// The object of this content, of the class that its rules say.
   Mox::Ptr<ExtComm> parseExtendedCommunity(const ExtCommContent& content) const;
+  /// The same for the family of 20 octets.
   Mox::Ptr<ExtCommIp6> parseExtendedCommunityIp6(const ExtCommIp6Content& content) const;
 
   // The type rules. `Is` installs a rule under its type and raises RangeException for null. A rule
   // that is replaced or removed is withdrawn from the registry. `Del` returns what it removed; it
   // and the look-ups return null when there is nothing.
-
   const BgpParseExtCommRuleMap<TypeRule>& typeRules() const { return typeRules_; }
   Mox::PtrConst<TypeRule> typeRule(BgpExtCommPktType pktType) const {
     return Mox::PtrConst<TypeRule>(typeRules_.find(pktType));
@@ -44,6 +44,7 @@ class BgpParseExtendedCommunityRule
   Mox::PtrConst<TypeRule> typeRuleDel(BgpExtCommPktType pktType);
   void typeRuleDelAll();
 
+  // The same for the types of the family of 20 octets.
   const BgpParseExtCommRuleMap<Ip6TypeRule>& ip6TypeRules() const { return ip6TypeRules_; }
   Mox::PtrConst<Ip6TypeRule> ip6TypeRule(BgpExtCommIp6PktType pktType) const {
     return Mox::PtrConst<Ip6TypeRule>(ip6TypeRules_.find(pktType));

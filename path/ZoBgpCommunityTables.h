@@ -65,9 +65,12 @@ template <class L>
 class CommunityListTables {
  public:
   using List = L;
+  /// Makes both. A table of values keeps the rule and parses new contents by it.
   explicit CommunityListTables(const BgpParseExtendedCommunityRule::Ptr& rule);
 
+  /// The table of the lists.
   const typename List::Table& lists() const { return lists_; }
+  /// The table of their values.
   const auto& values() const requires InternsValues<List> { return values_; }
 
   /// The interned list in an attribute's value, made if there is none, or the fault.
@@ -87,6 +90,7 @@ class CommunityListTables {
 template <class Path>
 class CommunityTablesOf;
 
+/// Parser and tables for the list types of a path; see the top of this file.
 template <class... Lists>
 class CommunityTablesOf<PathCommunitiesOf<Lists...>> {
  public:
@@ -129,6 +133,7 @@ class CommunityTablesOf<PathCommunitiesOf<Lists...>> {
     return (of<Lists>().restore(root, store, use) || ...);
   }
 
+  /// The parser, for plug-ins of one's own.
   const Parser& parser() const { return parser_; }
 
  private:

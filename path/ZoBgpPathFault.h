@@ -46,6 +46,7 @@ BGP_ENUM_TABLE(PathFaultApproach, MOX_ROWS);
   X(overrun, 3, PathFaultApproach::treatAsWithdraw)
 enum class PathFaultReason : U32 { MOX_ROWS(MOX_ENUMERATOR) };
 
+/// The row of a reason also has its approach.
 struct PathFaultReasonRow {
   PathFaultReason value;
   std::string_view name;
@@ -55,6 +56,7 @@ struct PathFaultReasonRow {
 BGP_ENUM_TABLE(PathFaultReason, MOX_ROWS, PathFaultReasonRow);
 #undef MOX_ROWS
 
+/// One thing that is wrong with one attribute.
 struct PathFault {
   PathFaultReason reason = {};
   BgpPathAttrType attribute = {};  ///< as received; `invalidPathAttr` when the octets end before it
@@ -63,6 +65,7 @@ struct PathFault {
   std::optional<WireFault> value = {};               ///< of `malformedValue`
   std::optional<PathAttributeOverrun> overrun = {};  ///< of `overrun`
 
+  /// As the reason's row says.
   PathFaultApproach approach() const;
   /// One line for people: "Community attribute, offset 8: 3 octets, expected a value of 4".
   Mox::String toStrep() const;
@@ -80,6 +83,7 @@ class PathFaults {
   /// The strongest of all, which is the one to take (RFC 7606, section 3 h).
   PathFaultApproach approach() const;
 
+  /// Appends it. REQUIRES: the order of the octets.
   void add(const PathFault& fault) { faults_.push_back(fault); }
 
  private:

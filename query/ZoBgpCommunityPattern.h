@@ -57,6 +57,7 @@ class CommunityPattern {
 
   /// One bit for each condition, the first the lowest.
   using Answers = U64;
+  /// How many different ones the pattern asks for.
   std::size_t conditions() const { return conditions_.size(); }
   /// Whether lists of this attribute are asked for at all.
   bool asks(BgpPathAttrType attribute) const;

@@ -23,8 +23,10 @@ namespace Routing::Bgp {
 
 class PatternMatcher {
  public:
+  /// Remembers nothing yet.
   explicit PatternMatcher(CommunityPattern pattern);
 
+  /// As given to the constructor.
   const CommunityPattern& pattern() const { return pattern_; }
   /// Whether the pattern holds for the path. std::bad_alloc when a list is new and no memory is
   /// left; the matcher is as before then.

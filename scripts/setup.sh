@@ -11,6 +11,7 @@ packages_for() {
     python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
     plot) echo gnuplot-nox ;;
+    docs) echo doxygen graphviz ;;
     packages) echo dpkg-dev file ;;
     bare) echo mmdebstrap lintian ;;
     checks) echo clang-14 libclang-rt-14-dev llvm-14 clang-format-14 clang-tidy-14 g++-multilib ;;

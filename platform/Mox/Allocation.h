@@ -20,6 +20,7 @@
 
 namespace Mox {
 
+/// The figures of one type.
 struct AllocationCount {
   String type;
   std::size_t objects = 0;
@@ -67,15 +68,19 @@ template <class T>
 struct TrackedAllocator {
   using value_type = T;
   TrackedAllocator() = default;
+  /// All of them are alike.
   template <class U>
   TrackedAllocator(const TrackedAllocator<U>&) {}
+  /// Throws `std::bad_alloc`; the octets are counted for `T`.
   T* allocate(std::size_t n) {
     if (n > std::size_t(-1) / sizeof(T)) throw std::bad_array_new_length();
     return static_cast<T*>(storageTracker<T>().allocate(n * sizeof(T)));
   }
+  /// REQUIRES: `memory` is of `allocate(n)`.
   void deallocate(T* memory, std::size_t n) {
     storageTracker<T>().deallocate(memory, n * sizeof(T));
   }
+  /// Always: each frees what another allocated.
   friend bool operator==(TrackedAllocator, TrackedAllocator) { return true; }
 };
 

@@ -31,6 +31,7 @@
 
 /// A row as an enumerator, and as a row of the table. Further columns follow the name in the table.
 #define MOX_ENUMERATOR(name, value, ...) name = value,
+/// A row as a row of the table.
 #define MOX_ENUM_ROW(name, value, ...) {name, #name __VA_OPT__(, ) __VA_ARGS__},
 
 namespace Mox {
@@ -49,11 +50,14 @@ struct EnumRow {
 template <class Row, std::size_t N>
 class EnumTable {
  public:
+  /// Does not compile unless values and names are each there once.
   consteval EnumTable(std::string_view qualifiedName, const Row (&rows)[N]);
 
+  /// With its namespaces, as reflection knows it.
   constexpr std::string_view qualifiedName() const { return qualifiedName_; }
   /// The row of a value or of a name (exact, case-sensitive); null when there is none.
   constexpr const Row* find(U32 value) const { return search<valueOf>(byValue_, value); }
+  /// The row of a name.
   constexpr const Row* find(std::string_view name) const { return search<nameOf>(byName_, name); }
   /// In the order in which they are written.
   constexpr const Row* begin() const { return rows_; }
@@ -84,6 +88,7 @@ consteval EnumTable<Row, N> enumRows(std::string_view qualifiedName, const Row (
   return {qualifiedName, rows};
 }
 
+/// An enumeration that has a table.
 template <class E>
 concept Enumeration = std::is_enum_v<E> && requires {
   enumTable(E{});
@@ -113,11 +118,13 @@ String stringValue(E value) {
   return row ? String(row->name) : std::to_string(U32(value));
 }
 
+/// As `stringValue`.
 template <Enumeration E>
 String valueToStrep(E value) {
   return stringValue(value);
 }
 
+/// Writes `stringValue`.
 template <Enumeration E>
 std::ostream& operator<<(std::ostream& stream, E value) {
   return writeText(stream, stringValue(value));
@@ -141,10 +148,12 @@ void sequenceToValue(std::string_view text, E& value) {
 /// name that is in no row.
 template <class E>
 struct EnumInstance {
+  /// The member of this number.
   E operator()(U32 value) const {
     if (!isEnumMember(E(value))) detail::raiseNoEnumerator(enumTableOf<E>.qualifiedName(), value);
     return E(value);
   }
+  /// The enumerator of this name, member or not.
   E operator()(const String& name) const {
     const auto* row = enumTableOf<E>.find(name);
     if (!row) detail::raiseNoEnumerator(enumTableOf<E>.qualifiedName(), name);

@@ -33,6 +33,7 @@ class ParseException : public Exception {
  public:
   /// `offset` is where the text stops being readable.
   ParseException(const String& message, std::size_t offset) : Exception(message), offset_(offset) {}
+  /// In octets from the start of the text.
   std::size_t offset() const { return offset_; }
 
  private:

@@ -37,18 +37,24 @@ class Ptr {
   using Object = T;
 
   Ptr() = default;
+  /// Null.
   Ptr(std::nullptr_t) {}
   /// Takes a reference of its own.
   explicit Ptr(T* object) : object_(object) {
     if (object_) object_->referencesInc();
   }
+  /// Shares the object.
   Ptr(const Ptr& other) : Ptr(other.object_) {}
+  /// Takes the reference over; `other` is null afterwards.
   Ptr(Ptr&& other) noexcept : object_(other.release()) {}
+  /// Shares the object as one of a base class, or as one that is only read.
   template <class U>
   requires CountedAs<U, T> Ptr(const Ptr<U>& other) : Ptr(static_cast<T*>(other.get())) {}
+  /// The same, and takes the reference over.
   template <class U>
   requires CountedAs<U, T> Ptr(Ptr<U>&& other)
   noexcept : object_(other.release()) {}
+  /// Lets go of what it had.
   Ptr& operator=(Ptr other) noexcept {
     std::swap(object_, other.object_);
     return *this;
@@ -79,12 +85,17 @@ class Ptr {
 
   /// Owns nothing: valid as long as somebody holds the object.
   T* get() const { return object_; }
+  /// REQUIRES: not null.
   T& operator*() const { return *object_; }
+  /// REQUIRES: not null.
   T* operator->() const { return object_; }
   explicit operator bool() const { return object_; }
 
+  /// Whether both are the same object, or null.
   friend bool operator==(const Ptr& a, const Ptr& b) { return a.object_ == b.object_; }
+  /// By address.
   friend auto operator<=>(const Ptr& a, const Ptr& b) { return a.object_ <=> b.object_; }
+  /// Whether it is null.
   friend bool operator==(const Ptr& a, std::nullptr_t) { return !a.object_; }
 
  private:

@@ -48,7 +48,9 @@ class PtrInterface {
   virtual ~PtrInterface();
 
  public:
+  /// Whether the creator has returned the object.
   bool hasNotificationActive() const { return word_.load() & notificationBit; }
+  /// The count. Another thread may have changed it already.
   U32 references() const { return word_.load() & countMask; }
   /// Whether the object is being deleted, or stands marked for it ahead of its last release.
   bool deletionMark() const { return word_.load() & deletionMarkBit; }
@@ -76,6 +78,7 @@ class PtrInterface {
   /// Plain memory; allocation throws `std::bad_alloc`. Tracked objects have theirs from their
   /// tracker, see Mox/Allocation.h. REQUIRES: no object that is placed here ends by its count.
   static void* moxMemAlloc(std::size_t octets);
+  /// REQUIRES: the memory is of `moxMemAlloc`.
   static void moxMemDealloc(void* memory) noexcept;
 
   /// Which counting a pointer to this class does. Classes of different counting do not convert
@@ -106,6 +109,7 @@ class PtrInterface {
   /// constructor. An object that nobody owned before is not destroyed at the end of the scope.
   class ConstructionGuard {
    public:
+    /// Takes a reference for as long as it is there.
     explicit ConstructionGuard(const PtrInterface& object)
         : object_(object), owned_(object.references() > 0) {
       object_.increment();

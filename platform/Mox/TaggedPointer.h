@@ -23,7 +23,9 @@ class TaggedPointer {
     MOX_ASSERT(this->tag() == tag && this->pointer() == pointer, "address < 2^48");
   }
   explicit operator bool() const { return word_; }
+  /// At most `mostTag`.
   U32 tag() const { return U32(word_ >> addressBits); }
+  /// Without the tag.
   T* pointer() const {
     const U64 address = (word_ & ((U64{1} << addressBits) - 1)) << zeroBits;
     return std::bit_cast<T*>(std::uintptr_t(address));

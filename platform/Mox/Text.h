@@ -17,12 +17,15 @@ template <std::integral I>
 String valueToStrep(I value) {
   return std::to_string(value);
 }
+/// The text itself.
 inline String valueToStrep(const String& value) { return value; }
+/// The text itself.
 inline String valueToStrep(const char* value) { return value; }
 
 /// Reads an unsigned decimal number: digits and nothing else. ParseException at the first other
 /// character, RangeException when the number is too large; `value` is then unchanged.
 void sequenceToValue(std::string_view text, U32& value);
+/// The same for 64 bits.
 void sequenceToValue(std::string_view text, U64& value);
 
 /// `NULL`, or the address in lower-case hexadecimal.

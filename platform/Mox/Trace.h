@@ -12,11 +12,13 @@ namespace Mox {
 /// Lines up to this level are written; 0 is none.
 extern std::atomic<U32> traceLevel;
 
+/// Whether lines of this level are written.
 inline bool traceEnabled(U32 level) { return traceLevel.load(std::memory_order_relaxed) >= level; }
 
 /// Takes the lines, which have no line end, on the thread that traces. Null is standard error, as
 /// at the start. REQUIRES: the sink is set before traces are switched on.
 using TraceSink = void (*)(U32 level, std::string_view line);
+/// Hands lines to this sink from now on.
 void traceSinkIs(TraceSink sink);
 
 /// Hands a line to the sink. Ask `traceEnabled` before.

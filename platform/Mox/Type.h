@@ -23,6 +23,7 @@ class PtrInterface;
 
 /// A named member of a type: a value, a collection, or an operation that needs arguments.
 struct Attribute {
+  /// What reading it takes: nothing, nothing, or arguments.
   enum class Form { value, collection, operation };
   /// The attribute's text; `object` is of the class that registered it. Null for operations.
   using Reader = String (*)(const void* object);
@@ -50,12 +51,15 @@ class Type {
   Type(const Type&) = delete;
   Type& operator=(const Type&) = delete;
 
+  /// Qualified: `Routing::Bgp::CommList`.
   const String& name() const { return name_; }
+  /// Null for the top of a tree, and for enumerations.
   const Type* base() const { return base_; }
   /// Whether this is `other` or derives from it.
   bool isA(const Type& other) const;
   /// Its own, in the order of registration; those of the bases are found through `base()`.
   const std::vector<Attribute>& attributes() const { return attributes_; }
+  /// In the order of their rows; empty for a class.
   const std::vector<Enumerator>& enumerators() const { return enumerators_; }
   /// Counts the objects of this class.
   const AllocationTracker& allocation() const { return allocation_; }
@@ -82,6 +86,7 @@ class Type {
 //   {attribute<&CommList::empty>("empty"), collection<&CommList::commsStringForm>("comm"),
 //    operation("serialize")}
 
+/// The reader of a member function that takes nothing and has a text.
 template <auto Member>
 struct MemberOf;
 template <class C, class R, R (C::*member)() const>
@@ -97,14 +102,17 @@ struct MemberOf<member> {
   }
 };
 
+/// The row of a member function that gives a value.
 template <auto Member>
 Attribute attribute(std::string_view name) {
   return {String(name), Attribute::Form::value, &MemberOf<Member>::read};
 }
+/// The row of one that gives many, or the text of many.
 template <auto Member>
 Attribute collection(std::string_view name) {
   return {String(name), Attribute::Form::collection, &MemberOf<Member>::read};
 }
+/// The row of one that takes arguments: known by name, not read.
 inline Attribute operation(std::string_view name) {
   return {String(name), Attribute::Form::operation, nullptr};
 }

@@ -26,6 +26,7 @@ String valueToStrep(const Ptr<T>& pointer) {
 
 /// Refuses a null that was given to a mutator of the attribute with RangeException.
 [[noreturn]] void raiseNull(std::string_view owner, std::string_view attribute);
+/// RangeException if the pointer is null; nothing otherwise.
 template <class T>
 void refuseNull(const Ptr<T>& pointer, std::string_view owner, std::string_view attribute) {
   if (!pointer) raiseNull(owner, attribute);

@@ -17,6 +17,7 @@ class DedupHandle : public Orv::DedupHandle {
 
   /// Free for the store manager; this library leaves it 0.
   U32 storageWord() const { return storageWord_; }
+  /// As it is; no bit has a meaning here.
   void storageWordIs(U32 word) { storageWord_ = word; }
 
  private:

@@ -10,6 +10,7 @@ namespace MoxStash {
 /// A regular file that is open for reading, from its start on.
 class StoreFile {
  public:
+  /// Opens it. Refuses what is no regular file.
   explicit StoreFile(const Mox::String& name);
   StoreFile(const StoreFile&) = delete;
   StoreFile& operator=(const StoreFile&) = delete;

@@ -59,6 +59,7 @@ class StoreWriter {
                   std::has_unique_object_representations_v<Record>);
     return appendOctets({reinterpret_cast<const char*>(records.data()), records.size_bytes()});
   }
+  /// One record.
   template <class Record>
   StoreReference append(const Record& record) {
     return append(std::span(&record, 1));

@@ -34,6 +34,7 @@ extern bool dedupHandleDisableSmartPointerOperations;
 /// Set: `assertIsDeduped` checks nothing.
 extern bool dedupHandleDisableIsDedupedAssert;
 
+// The states of a value; above is when it is in which.
 constexpr U32 dedupHandleStateNeverDeduped() { return 0; }
 constexpr U32 dedupHandleStateDeduped() { return 1; }
 constexpr U32 dedupHandleStateDetached() { return 3; }

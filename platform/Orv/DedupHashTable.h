@@ -53,6 +53,7 @@ class DedupHashTable : public Mox::PtrInterface {
   virtual U64 members() const = 0;
   /// Octets of the table itself, without its members.
   virtual U64 octets() const = 0;
+  /// Writes `members: 3`.
   void dumpState(const Mox::Ptr<const DumpContext>& context, U32 indent) const;
 
  protected:
@@ -121,8 +122,10 @@ class DedupHandleLifeTimeNotifier
  public:
   static const Mox::Type type;
 
+  /// Adopts the reference that stands for a notifier. REQUIRES: not null.
   explicit DedupHandleLifeTimeNotifier(const Mox::Ptr<const DedupHandle>& member);
   ~DedupHandleLifeTimeNotifier() override;
+  /// Never null; a reference may no more be taken once it is dying.
   DedupHandle* getDedupedObjectRawPtr() const { return member_; }
 
  private:

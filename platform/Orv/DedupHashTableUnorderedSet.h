@@ -33,8 +33,10 @@ class DedupHashTableUnorderedSet final
   /// placement, members are placed by their `hash()`. A table whose placement has no `ofContent`
   /// looks contents up by the hash too, and so finds none that `ofMember` placed otherwise.
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe);
+  /// The same with a placement.
   static Ptr DedupHashTableUnorderedSetIs(bool threadSafe, const DedupPlacement& placement);
 
+  /// As `DedupHashTableUnorderedSetIs`, which turns notifications on as well.
   DedupHashTableUnorderedSet(bool threadSafe, const DedupPlacement& placement);
   ~DedupHashTableUnorderedSet() override;
 
@@ -44,6 +46,7 @@ class DedupHashTableUnorderedSet final
   void visitMembers(const std::function<void(DedupHandle&)>& visit) const override;
   U64 members() const override;
   U64 octets() const override;
+  /// Whether it takes its locks.
   bool threadSafe() const { return threadSafe_; }
 
   // For callers that know how the table places: one place serves look-up and insertion.

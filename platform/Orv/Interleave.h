@@ -8,6 +8,7 @@ namespace Orv {
 #ifdef ORV_INTERLEAVE
 void interleave();
 #else
+/// Nothing, unless this is a build that gives way.
 inline void interleave() {}
 #endif
 

@@ -18,6 +18,7 @@ class MaybeU63 {
   /// RangeException for a number that needs the top bit, which would otherwise read as "none".
   explicit MaybeU63(U64 number);
 
+  /// Whether there is none.
   constexpr bool isUnspecified() const { return word_ & nullBit; }
   /// The number; `unspecifiedValue` when there is none.
   constexpr U64 word() const { return word_; }

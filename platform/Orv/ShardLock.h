@@ -19,6 +19,7 @@ class ShardLock {
     if (locked_.exchange(true, std::memory_order_acquire)) [[unlikely]]
       lockContended();
   }
+  /// REQUIRES: the caller has it.
   void unlock() { locked_.store(false, std::memory_order_release); }
 
  private:

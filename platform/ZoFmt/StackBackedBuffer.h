@@ -34,11 +34,15 @@ class DynamicBufferInterface {
   /// REQUIRES: they were written, and fit into the space.
   void written(std::size_t octets) { write_ += octets; }
 
+  /// Octets of the text.
   std::size_t used() const { return std::size_t(write_ - begin_); }
+  /// Octets that it may have before it grows.
   std::size_t capacity() const { return std::size_t(end_ - begin_); }
+  /// Valid until the next call of `allocateSpace`.
   std::string_view text() const { return {begin_, used()}; }
 
  protected:
+  /// REQUIRES: the space lives as long as the buffer.
   DynamicBufferInterface(char* inlineSpace, std::size_t size, std::size_t doublingCap)
       : inline_(inlineSpace),
         begin_(inlineSpace),

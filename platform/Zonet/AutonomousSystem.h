@@ -13,8 +13,10 @@ class AutonomousSystem {
  public:
   static constexpr std::size_t longestText = 11;
 
+  /// Of two or of four octets: the number does not say.
   constexpr explicit AutonomousSystem(U32 number) : number_(number) {}
 
+  /// In host order.
   constexpr U32 number() const { return number_; }
   /// Decimal; with `asdot`, a number above 65535 as its two halves with a dot between them.
   Mox::String displayString(bool asdot) const;

@@ -32,6 +32,7 @@ class Ip4Addr {
   U32 value_ = 0;
 };
 
+/// As `toStrep`.
 inline Mox::String valueToStrep(const Ip4Addr& address) { return address.toStrep(); }
 std::ostream& operator<<(std::ostream& stream, const Ip4Addr& address);
 

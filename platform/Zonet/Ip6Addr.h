@@ -20,10 +20,12 @@ class Ip6Addr {
 
   /// The unspecified address, `::`.
   constexpr Ip6Addr() = default;
+  /// In network order.
   constexpr explicit Ip6Addr(const Octets& octets) : octets_(octets) {}
 
   /// In network order. A temporary gives a copy, so that a loop over its octets is safe.
   constexpr const Octets& octets() const& { return octets_; }
+  /// The same, of a temporary.
   constexpr Octets octets() const&& { return octets_; }
   /// The canonical form (RFC 5952).
   Mox::String toStrep() const;
@@ -36,6 +38,7 @@ class Ip6Addr {
   Octets octets_{};
 };
 
+/// As `toStrep`.
 inline Mox::String valueToStrep(const Ip6Addr& address) { return address.toStrep(); }
 std::ostream& operator<<(std::ostream& stream, const Ip6Addr& address);
 /// Reads any of the forms of RFC 4291, section 2.2. ParseException for anything else; the address

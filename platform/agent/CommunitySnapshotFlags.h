@@ -37,6 +37,7 @@ class CommunitySnapshotFlags : public Mox::Entity<Snapshot, Mox::PtrInterface> {
   void commDelAll() {
     while (!comm_.empty()) commDel(comm_.begin()->first);
   }
+  /// Whether it is there, whatever its flag.
   bool commHas(const Community& community) const { return comm_.contains(community); }
   /// Its flag; false when it is not there.
   bool comm(const Community& community) const {

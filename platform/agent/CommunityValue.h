@@ -18,10 +18,11 @@ using namespace Mox::Words;
 class CommunityValue {
  public:
   constexpr CommunityValue() = default;
+  /// In the order of the wire.
   constexpr CommunityValue(U32 globalAdmin, U32 localData1, U32 localData2)
       : globalAdmin_(globalAdmin), localData1_(localData1), localData2_(localData2) {}
 
-  /// The Global Administrator and the two Local Data Parts of RFC 8092.
+  // The Global Administrator and the two Local Data Parts of RFC 8092.
   constexpr U32 globalAdmin() const { return globalAdmin_; }
   constexpr U32 localData1() const { return localData1_; }
   constexpr U32 localData2() const { return localData2_; }

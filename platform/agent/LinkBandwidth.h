@@ -10,6 +10,7 @@ namespace Routing::Rib {
 
 class LinkBandwidth {
  public:
+  /// Any number, also none.
   explicit LinkBandwidth(double octetsPerSecond) : octetsPerSecond_(octetsPerSecond) {}
 
   /// Bits per second, rounded to at most three decimals of the largest unit that leaves something

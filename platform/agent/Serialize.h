@@ -21,7 +21,9 @@ class Serialize {
   static constexpr U32 inlineCapacity = 4096;
 
   Serialize() = default;
+  /// A copy of the contents.
   Serialize(const Serialize& other) { *this = other; }
+  /// Takes over the contents; the capacity never shrinks.
   Serialize& operator=(const Serialize& other);
   ~Serialize() {
     if (data_ != inline_) delete[] data_;
@@ -49,7 +51,9 @@ class Serialize {
   /// Makes the capacity at least `capacity`, and never smaller.
   void growBuffer(U32 capacity);
 
+  /// Octets of the contents.
   U32 length() const { return length_; }
+  /// Octets that they may have before memory is asked for.
   U32 capacity() const { return capacity_; }
   /// The octets from `offset` to the end; asserts "offset <= length_".
   Mox::String serializedString(U32 offset) const;
