@@ -10,16 +10,10 @@ constexpr std::size_t leastSlots = 64;
 // Expressions of so many conditions are worked off beforehand, for all answers that there may be.
 constexpr std::size_t mostTabled = 12;
 
-/// Addresses differ in their middle bits.
-std::size_t placeOf(const void* list, std::size_t slots) {
-  const auto address = U64(reinterpret_cast<std::uintptr_t>(list));
-  return std::size_t(address * 0x9E3779B97F4A7C15 >> 32) & (slots - 1);
-}
-
 }  // namespace
 
 PatternMatcher::PatternMatcher(CommunityPattern pattern)
-    : pattern_(std::move(pattern)), slots_(leastSlots) {
+    : pattern_(std::move(pattern)), slots_(leastSlots), lastSlot_(leastSlots - 1), answers_{0} {
   if (pattern_.conditions() <= mostTabled)
     for (Answers answers = 0; answers < Answers{1} << pattern_.conditions(); ++answers)
       truths_.push_back(pattern_.holds(answers));
@@ -29,7 +23,7 @@ PatternMatcher::PatternMatcher(CommunityPattern pattern)
   });
 }
 
-bool PatternMatcher::matches(const PathCommunities& path) {
+bool PatternMatcher::matchesNew(const PathCommunities& path) {
   Answers answers = 0;
   auto ofType = types_.begin();
   path.forEachType([&](const auto& list) {
@@ -41,7 +35,7 @@ bool PatternMatcher::matches(const PathCommunities& path) {
 
 template <class List>
 PatternMatcher::Answers PatternMatcher::answersOf(const Mox::Ptr<const List>& list) {
-  const Slot& slot = slotOf(list.get());
+  const Slot slot = slots_[placeOf(list.get())];
   return slot ? answers_[slot.tag()] : remember(list);
 }
 
@@ -60,22 +54,17 @@ template <class List>
   }
   if (4 * (size_ + 1) > slots_.size()) grow(2 * slots_.size());
   std::get<std::vector<Mox::Ptr<const List>>>(held_).push_back(list);
-  slotOf(list.get()) = Slot(number, list.get());
+  slots_[placeOf(list.get())] = Slot(number, list.get());
   ++size_;
   return answers;
-}
-
-/// The slot of a list, or the free one where it belongs.
-PatternMatcher::Slot& PatternMatcher::slotOf(const Orv::DedupHandle* list) {
-  for (std::size_t at = placeOf(list, slots_.size());; at = (at + 1) & (slots_.size() - 1))
-    if (slots_[at].pointer() == list || !slots_[at]) return slots_[at];
 }
 
 void PatternMatcher::grow(std::size_t size) {
   std::vector<Slot> old(size);
   old.swap(slots_);
+  lastSlot_ = size - 1;
   for (const Slot slot : old)
-    if (slot) slotOf(slot.pointer()) = slot;
+    if (slot) slots_[placeOf(slot.pointer())] = slot;
 }
 
 /// Numbers of answers stay: there are far fewer than lists.
@@ -84,14 +73,14 @@ void PatternMatcher::forgetUnused() {
   const auto keep = [&](auto& lists) {
     std::erase_if(lists, [&](const auto& list) {
       const bool unused = list->references() <= list->keep() + 1;
-      if (!unused) kept.push_back(slotOf(list.get()));
+      if (!unused) kept.push_back(slots_[placeOf(list.get())]);
       return unused;
     });
   };
   kept.reserve(size_);
   std::apply([&](auto&... lists) { (keep(lists), ...); }, held_);
   std::ranges::fill(slots_, Slot());
-  for (const Slot slot : kept) slotOf(slot.pointer()) = slot;
+  for (const Slot slot : kept) slots_[placeOf(slot.pointer())] = slot;
   size_ = kept.size();
 }
 

@@ -30,7 +30,10 @@ class PatternMatcher {
   const CommunityPattern& pattern() const { return pattern_; }
   /// Whether the pattern holds for the path. std::bad_alloc when a list is new and no memory is
   /// left; the matcher is as before then.
-  bool matches(const PathCommunities& path);
+  bool matches(const PathCommunities& path) {
+    Answers answers = 0;
+    return recall(path, answers) ? holds(answers) : matchesNew(path);
+  }
 
   /// How many lists are remembered.
   std::size_t lists() const { return size_; }
@@ -49,6 +52,26 @@ class PatternMatcher {
   template <class... Lists>
   static std::tuple<std::vector<Mox::Ptr<const Lists>>...> holdersOf(
       const PathCommunitiesOf<Lists...>&);
+
+  /// Gets the answers for a path. False when one of its lists is new.
+  bool recall(const PathCommunities& path, Answers& answers) const {
+    bool known = true;
+    auto ofType = types_.begin();
+    path.forEachType([&](const auto& list) {
+      if (ofType->asked) {
+        if (list) {
+          const Slot slot = slots_[placeOf(list.get())];
+          known &= bool(slot);
+          answers |= answers_[slot.tag()];
+        } else {
+          answers |= ofType->without;
+        }
+      }
+      ++ofType;
+    });
+    return known;
+  }
+  bool matchesNew(const PathCommunities& path);
   template <class List>
   Answers answersOf(const Mox::Ptr<const List>& list);
   template <class List>
@@ -57,17 +80,24 @@ class PatternMatcher {
     return truths_.empty() ? pattern_.holds(answers) : truths_[answers];
   }
 
-  Slot& slotOf(const Orv::DedupHandle* list);
+  /// The place of a list, or the free one where it belongs: a search ends at the first free one.
+  std::size_t placeOf(const Orv::DedupHandle* list) const {
+    // Addresses differ in their middle bits, which the product has from its 20th bit on.
+    const auto address = U64(reinterpret_cast<std::uintptr_t>(list));
+    for (std::size_t at = std::size_t(address * 0x9E3779B97F4A7C15 >> 20);; ++at)
+      if (const Slot slot = slots_[at & lastSlot_]; slot.pointer() == list || !slot)
+        return at & lastSlot_;
+  }
   void grow(std::size_t size);
 
   const CommunityPattern pattern_;
   std::vector<U8> truths_;  // by answers; empty when there are too many
   std::array<OfType, std::tuple_size_v<decltype(holdersOf(PathCommunities()))>> types_;
-  // A power of two, at most a quarter of them taken. The first free slot behind its place ends a
-  // search.
+  // A power of two, at most a quarter of them taken.
   std::vector<Slot> slots_;
+  std::size_t lastSlot_;
   std::size_t size_ = 0;
-  // Different answers, by number: most lists have the same few.
+  // Different answers, by number: most lists have the same few. A free slot has number 0.
   std::vector<Answers> answers_;
   std::unordered_map<Answers, U32> answerNumbers_;
   decltype(holdersOf(PathCommunities())) held_;
