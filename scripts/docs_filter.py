@@ -50,7 +50,7 @@ house_members = [
     (r"[\w:<>*\s]+ begin\(\) const", "Where a loop begins."),
     (r"[\w:<>*\s]+ end\(\) const", "Where a loop ends."),
     (r"explicit operator bool\(\) const", "Whether there is anything."),
-    (r"[^;(]*std::ostream& operator<<\(std::ostream&", "Writes the text, whatever width or base the stream is set to."),
+    (r"[^;(]*std::ostream& operator<<\(std::ostream&", "Writes the text, whatever the stream's format."),
     (r"[^;]*\boverride\b", "As in the base class."),
 ]
 
@@ -112,7 +112,8 @@ def header(text):
             if not lines[above].startswith("//"):
                 chief = f"{declared[1]} {'::'.join(namespaces)}::{declared[2]}"
         # What Doxygen would take for another class, or for a member.
-        if re.match(r"extern template |\s*friend (class |struct )?[\w:<>]+;|\s*using (\w+::)*(\w+)::\3;", line):
+        if re.match(r"extern template |\s*friend (class |struct )?[\w:<>]+;|"
+                    r"\s*using (\w+::)*(\w+)::\3;", line):
             while not line.endswith(";"):
                 body.append("")
                 at += 1
@@ -173,6 +174,9 @@ def page(path, text):
     """Links to headers lead to their pages, those to other files of the tree to copies of them."""
     if path.parent == root and path.name == "README.md":
         text = re.sub(r"^(# .*)", r"\1 {#mainpage}", text)
+    for anchor in set(re.findall(r"\]\(#([\w-]+)\)", text)):
+        title = anchor.replace("-", "[ ,-]+")
+        text = re.sub(rf"^(#+ {title})$", rf"\1 {{#{anchor}}}", text, flags=re.M | re.I)
 
     def link(match):
         shown, target = match.groups()
@@ -181,7 +185,7 @@ def page(path, text):
         file = (path.parent / target).resolve()
         if file.is_dir():
             return shown
-        if file.suffix == ".h":
+        if file.suffix == ".h" and root / "examples" not in file.parents:
             included = str(file.relative_to(root)).removeprefix("platform/")
             return f"[{shown}](@ref {included})"
         return f"[{shown}]({file.name})"

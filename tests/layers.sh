@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Holds every #include "..." against the layers: a file may include what stands in its own layer or
-# before it. Run in the root of the source tree; names each include that reaches up.
+# before it. Run in the root of the source tree; names each include that reaches up. With --edges it
+# prints every include instead: the file and what it includes.
 set -euo pipefail
 
 # Layers are of headers: a source file may use what stands beside it in its library, so sources rank
@@ -53,6 +54,11 @@ while IFS=: read -r file line included; do
   edges[$file]+=" $included"
 done < <(printf '%s\0' "${!layer[@]}" | sort -z |
   xargs -0 awk '/^[ \t]*#[ \t]*include[ \t]*"/ { split($0, part, "\""); print FILENAME ":" FNR ":" part[2] }')
+
+if [[ ${1:-} == --edges ]]; then
+  for file in "${!edges[@]}"; do printf "$file %s\n" ${edges[$file]}; done
+  exit $((faults > 0))
+fi
 
 # Marks every header behind one as seen.
 look_behind() {
