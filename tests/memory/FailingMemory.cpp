@@ -53,13 +53,8 @@ void* calloc(std::size_t number, std::size_t size) {
 void* realloc(void* memory, std::size_t size) {
   return fails() ? nullptr : __libc_realloc(memory, size);
 }
-void* memalign(std::size_t alignment, std::size_t size) {
+void* aligned_alloc(std::size_t alignment, std::size_t size) {
   return fails() ? nullptr : __libc_memalign(alignment, size);
-}
-void* aligned_alloc(std::size_t alignment, std::size_t size) { return memalign(alignment, size); }
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
-  *memory = memalign(alignment, size);
-  return *memory ? 0 : ENOMEM;
 }
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
