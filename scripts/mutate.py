@@ -40,6 +40,8 @@ TEST_MEMORY = 8 << 30  # so much address space, should a fault ask for more and 
 # up where it is mostly used through that. The longest name that fits counts.
 PROGRAMS = {
     "platform": ["test_platform"],
+    "platform/Orv": ["test_platform", "test_community-list"],
+    "platform/Mox/PtrInterface.h": ["test_platform", "test_community-list"],
     "platform/MoxStash": ["test_platform", "test_community-list"],
     "platform/ZoFmt": ["test_platform", "test_community-list"],
     "platform/Mox/IndexedQueue.h": ["test_platform", "test_parse"],

@@ -114,42 +114,39 @@ TEST_F(RouteTargets, ComeWholeOrNotAtAllAndGoWithoutMemory) {
 TEST_F(RouteTargets, HaveTexts) {
   const auto list = interned({target(1)}), other = interned({target(2)});
   const auto notifiers = collection()->rtExtCommList();
-  const Mox::String first = notifiers[0]->toStrep(), both = first + ' ' + notifiers[1]->toStrep();
+  const Mox::String first = notifiers[0]->toStrep();
   EXPECT_EQ(Mox::Type::read(*groupOf(list), "comm"), groupOf(list)->toStrep());
   EXPECT_EQ(Mox::Type::read(*notifiers[0], "toStrep"), first);
-  EXPECT_EQ(Mox::Type::read(*collection(), "rtExtCommList"), both);
+  EXPECT_EQ(Mox::Type::read(*collection(), "rtExtCommList"), row(first, notifiers[1]));
+  EXPECT_EQ(row(Notifier(), notifiers[0]), "NULL " + first);
   EXPECT_TRUE(notifiers[0]->hasNotificationActive());
-  std::ostringstream out;
-  out << Notifier() << ' ' << notifiers[0];
-  EXPECT_EQ(out.str(), "NULL " + first);
 }
 
 TEST_F(RouteTargets, FirstUseAndLastReleaseAreHeardOnce) {
   auto first = interned({target(1), target(2), color(1)});
   Observer observer(collection());
-  EXPECT_EQ(observer.looked, 1) << "what is there already is looked through";
   auto second = interned({target(2), target(1), color(2)});
   EXPECT_EQ(groupOf(first), groupOf(second));
-  EXPECT_EQ(collection()->rtExtCommLists(), 1u) << "two lists, one group, one notifier";
-  EXPECT_EQ(observer.came, 0);
+  const auto heard = [&] {
+    return row(observer.looked, observer.came, observer.went, collection()->rtExtCommLists());
+  };
+  EXPECT_EQ(heard(), "1 0 0 1") << "what was there is looked through; one group has one notifier";
+  EXPECT_EQ(row(groupOf(first)->keep(), groupOf(first)->references()), "2 5");  // and two lists
   auto third = interned({target(3)});
   auto notifier = groupOf(third)->getLifeTimeNotifier();
   EXPECT_EQ(notifier->rtExtCommList(), groupOf(third));
   EXPECT_EQ(notifier->comm(ExtCommContent(0x0002FDE800000003)), value(target(3)));
-  EXPECT_FALSE(notifier->comm(ExtCommContent(0)));
-  EXPECT_TRUE(collection()->rtExtCommListHas(notifier));
-
+  EXPECT_TRUE(!notifier->comm(ExtCommContent(0)) && collection()->rtExtCommListHas(notifier));
   third = nullptr;
-  EXPECT_EQ(observer.came + observer.went, 2);
+  EXPECT_EQ(heard(), "1 1 1 1");
   EXPECT_FALSE(notifier->rtExtCommList()) << "nobody gets a group that is gone";
   EXPECT_EQ(notifier->toStrep(),
             "extCommClassificationRouteTarget : <RouteTarget2ByteASN 65000:3 0x0002fde800000003>");
   notifier = nullptr;
   first = nullptr;
-  EXPECT_EQ(observer.went, 1) << "the other list still uses the group";
+  EXPECT_EQ(heard(), "1 1 1 1") << "the other list still uses the group";
   second = nullptr;
-  EXPECT_EQ(observer.went, 2);
-  EXPECT_EQ(collection()->rtExtCommLists(), 0u);
+  EXPECT_EQ(heard(), "1 1 2 0");
 }
 
 TEST_F(RouteTargets, CollectionChangesAreHeardAndRefused) {
@@ -171,6 +168,9 @@ TEST_F(RouteTargets, CollectionChangesAreHeardAndRefused) {
   EXPECT_DEATH(notifiee()->handleInsert(known),
                ": __null == rtExtCommList->lifeTimeNotifier\\(\\)\n");
   EXPECT_DEATH(notifiee()->handleRemove(unknown.get()), ": __null != lifeTimeNotifier\n");
+  using Follower = Orv::DedupHandleLifeTimeNotifier;
+  EXPECT_DEATH(Mox::makeNew<Follower>(known), "__null == dedupTable\\(\\)");
+  EXPECT_DEATH(Mox::makeNew<Follower>(unknown), ": haveLifeTimeNotifier\\(\\)");
 }
 
 // The table ends the groups of its own notifiee, though the collection was changed, and no others;
@@ -191,16 +191,17 @@ TEST_F(RouteTargets, TableTakesItsNotifiersAlong) {
     EXPECT_EQ(observer.faults, 1) << "it came before the observer was there";
   }
   EXPECT_EQ(collection->rtExtCommList(), std::vector<Notifier>{kept});
-  EXPECT_EQ(row(alone->comms(), list->comms()), "1 1");
+  EXPECT_EQ(row(alone->comms(), list->comms(), alone->haveLifeTimeNotifier(),
+                alone->referencesIncIfAlive() && alone->referencesDec() == 1),
+            "1 1 1 1");
 }
 
 TEST_F(RouteTargets, DroppedPartsLiveOnWithTheirOtherHolders) {
-  auto& table = *this->table();
   const auto collection = this->collection();
-  EXPECT_EQ(table.notifyingRtExtCommListCollectionIs(), collection) << "a live one stays";
-  table.notifyingRtExtCommListCollectionDel();
-  table.rtExtCommListLifeTimeNotifieeDel();
-  EXPECT_FALSE(table.notifyingRtExtCommListCollection() || table.rtExtCommListLifeTimeNotifiee());
+  EXPECT_EQ(table()->notifyingRtExtCommListCollectionIs(), collection) << "a live one stays";
+  table()->notifyingRtExtCommListCollectionDel();
+  table()->rtExtCommListLifeTimeNotifieeDel();
+  EXPECT_FALSE(this->collection() || notifiee());
   const auto list = interned({target(1)});
   EXPECT_EQ(collection->rtExtCommLists(), 1u);
 }
@@ -211,9 +212,8 @@ TEST_F(RouteTargets, TracesNameNotifieeGroupAndNotifier) {
     interned({target(1)});
     notifiee()->handleNotificationStop(table()->rtExtCommClassificationListDedupTable());
   });
-  const Mox::String text =
-      "extCommClassificationRouteTarget : <RouteTarget2ByteASN 65000:1 0x0002fde800000001>";
-  const Mox::String both = " 0x[^ ]* handle: " + text + " rtExtCommListLifeTimeNotifier: " + text;
+  const Mox::String group = groupOf(interned({target(1)}))->toStrep(),
+                    both = " 0x[^ ]* handle: " + group + " rtExtCommListLifeTimeNotifier: " + group;
   EXPECT_THAT(lines, testing::MatchesRegex(
                          "9[^ ]*:handleInsert" + both + "\n9[^ ]*:handleRemove" + both +
                          "\n9[^ ]*:handleNotificationStop 0x[^ ]* dedupTable: 0x[^ ]*\n"));
@@ -233,45 +233,78 @@ TEST_F(RouteTargets, ObserversMayInternReleaseComeAndGoWhileTheyAreCalled) {
   EXPECT_FALSE(another);
 }
 
-// Sets of few route targets come and go on several threads; the observer itself interns; others
-// walk the collection, come and go.
+// Threads intern, hand over and let go of few sets of route targets as fast as they can, and walk
+// the collection; others join as observers. One observer interns the very set that it hears of.
 TEST_F(RouteTargets, HoldUnderThreads) {
-  std::atomic<int> running = 4;
-  const auto held = interned({target(100)});
+  const auto set = [&](U32 n) { return interned({target(n), target(n + 4), color(n % 2)}); };
+  const auto numberOf = [](const ExtCommClassificationList& group) {
+    return U32(group.commVector()[0]->getContent().value() & 0xFF);
+  };
+  const auto held = set(100);
   Observer observer(collection());
-  observer.also = [&](const Notifier&) { interned({target(100), color(7)}); };
-  std::atomic<int> walked = 0;
+  observer.also = [&](const Notifier& notifier) {
+    static thread_local bool inside = false;
+    if (std::exchange(inside, true)) return;
+    const auto* const group = notifier->rtExtCommListRawPtr();
+    auto same = set(numberOf(*group));
+    observer.faults += (groupOf(same).get() == group) == group->beingDetached();
+    same = nullptr;  // its end is heard inside, too
+    inside = false;
+  };
+  // A bit and a field of the user data are the thread's own.
+  const auto walk = [&](U32 thread) {
+    const U32 shift = 8 + 4 * thread;
+    for (const Notifier& notifier : collection()->rtExtCommList()) {
+      auto* const group =
+          notifier->rtExtCommListRawPtr();  // its memory is valid, though it be dying
+      for (U32 i = 0; i < 10; ++i) {
+        group->bitSet(thread);
+        group->userDataBitsIs(0xFu << shift, i << shift);
+        ASSERT_TRUE(group->isBitSet(thread) && (group->userData() >> shift & 0xF) == i);
+        group->bitReset(thread);
+      }
+      ASSERT_EQ(notifier->toStrep(), group->toStrep());
+      const auto alive = notifier->rtExtCommList();
+      ASSERT_TRUE(!alive || groupOf(set(numberOf(*alive))) == alive) << "what lives is found";
+    }
+  };
+  std::mutex mutex;
+  std::array<ExtCommList::PtrConst, 4> box;  // in which threads leave sets for each other
+  const auto work = [&](U32 thread) {
+    std::mt19937 random(thread);
+    std::array<ExtCommList::PtrConst, 2> mine;
+    for (U32 round = 0; round < 20000; ++round) {
+      const U32 n = random() % 4, step = random() % 8;
+      auto& list = mine[round % 2] = nullptr;
+      if (step < 4) list = set(n);
+      if (step % 3 == 0) {
+        const std::lock_guard guard(mutex);
+        std::swap(list, box[n]);
+      }
+      if (step == 7) walk(thread);
+      if (!list) continue;
+      const auto group = groupOf(list);
+      ASSERT_TRUE(group->isDeduped() && !group->beingDetached()) << "what is held is not dying";
+      ASSERT_EQ(list, set(n)) << "what is held is what is found";
+      ASSERT_EQ(list->comm(ExtCommContent(0x0002FDE800000000 + n)), value(target(n)));
+    }
+  };
+  std::atomic<int> running = 4;
+  std::vector<std::jthread> threads;
+  for (U32 thread = 0; thread < 4; ++thread)
+    threads.emplace_back([&, thread] { work(thread), --running; });
   std::vector<std::unique_ptr<Observer>> joiners;
-  std::vector<std::thread> threads;
-  for (U32 seed = 0; seed < 4; ++seed)
-    threads.emplace_back([&, seed] {
-      std::mt19937 random(seed);
-      std::array<ExtCommList::PtrConst, 3> mine;
-      for (int round = 0; round < 2000; ++round) {
-        const auto list = mine[random() % 3] =
-            interned({target(random() % 3), target(random() % 3), color(random() % 2)});
-        EXPECT_TRUE(groupOf(list));
-      }
-      --running;
-    });
-  threads.emplace_back([&] {
-    do {
-      const Observer other(collection());
-      if (joiners.size() < 20) joiners.push_back(std::make_unique<Observer>(collection(), true));
-      for (const Notifier& notifier : collection()->rtExtCommList()) {
-        if (const auto group = notifier->rtExtCommList()) walked += int(group->comms());
-        walked += int(notifier->toStrep().size() > 0);
-      }
-      const auto context = Mox::makeNew<Orv::DumpContext>();
-      collection()->dumpState(context, 0);
-    } while (running);
-  });
-  for (std::thread& thread : threads) thread.join();
+  for (; running; collection()->dumpState(Mox::makeNew<Orv::DumpContext>(), 0)) {
+    const Observer other(collection());
+    if (joiners.size() < 20) joiners.push_back(std::make_unique<Observer>(collection(), true));
+  }
+  threads.clear();
+  box = {};
   const Notifier left = groupOf(held)->getLifeTimeNotifier();
   EXPECT_EQ(collection()->rtExtCommList(), std::vector{left}) << "the one still held";
   for (const auto& joiner : joiners) EXPECT_EQ(joiner->book, std::set{left});
-  EXPECT_GT(walked, 0);
   EXPECT_EQ(row(observer.faults, observer.came, observer.book.size()), row(0, observer.went, 0));
+  EXPECT_GT(observer.came, 2000) << "sets lived and died often";
 }
 
 }  // namespace

@@ -39,15 +39,14 @@ TEST(Interning, EqualContentIsOneObjectForAsLongAsItIsHeld) {
     const Thing::Ptr b = intern(table, 7), given = Mox::makeNew<Thing>(7);
     EXPECT_TRUE(a == b && a != c && a->isDeduped() && a->dedupTable() == table.get());
     EXPECT_EQ(a->references(), 3u);  // a, b, the table
-    EXPECT_EQ(table->dedup(given), a) << "the one that was there before";
-    EXPECT_EQ(table->dedup(a), a) << "a member is its own equal";
+    for (const Thing::Ptr& equal : {given, a}) EXPECT_EQ(table->dedup(equal), a);
     EXPECT_FALSE(table->lookupByContent({&a->content, sizeof a->content}, 6)) << "another hash";
     a = c = nullptr;
     EXPECT_EQ(row(given->isDeduped(), table->members(), !lookup(table, 8)), "0 1 1");
   }
   const Thing::Ptr lone = Mox::makeNew<Thing>(2);
   EXPECT_TRUE(lone->referencesInc() == 2 && lone->referencesDec() == 1);
-  EXPECT_EQ(Thing::alive, 1) << "what would be keep is left, but it is in no table";
+  EXPECT_EQ(counted("test::Thing"), row(1, sizeof(Thing))) << "keep is left, but not in a table";
 }
 
 // A dying member is one whose count has come down to keep and whose removal has not begun: plain
@@ -56,10 +55,9 @@ TEST(Interning, LookupPassesByADyingMember) {
   const Table table = newTable();
   Thing* const dying = intern(table, 5).release();
   dying->Mox::PtrInterface::referencesDec();
-  ASSERT_EQ(dying->references(), dying->keep());
   EXPECT_TRUE(!dying->referencesIncIfAlive() && !lookup(table, 5));
   Thing::Ptr successor = intern(table, 5);
-  EXPECT_EQ(table->members(), 2u);
+  EXPECT_EQ(row(dying->references() == dying->keep(), table->members()), "1 2");
   dying->doRemoveFromDedupTable();  // what the last release does next
   EXPECT_EQ(row(table->members(), Thing::alive), "1 1");
   EXPECT_EQ(lookup(table, 5), successor) << "removal is by identity, not by content";
@@ -83,11 +81,10 @@ TEST(Interning, ATableThatDiesFirstLeavesMembersToTheirHolders) {
   std::vector<Thing::Ptr> held;  // in every shard
   for (U64 content = 0; content < 2000; ++content) held.push_back(intern(table, content));
   table = nullptr;
-  for (const Thing::Ptr& thing : held) {
-    ASSERT_TRUE(thing->dedupState() == 3 && !thing->dedupTable());
-    ASSERT_TRUE(thing->referencesIncIfAlive()) << "no table holds it, so every count is somebody's";
-    ASSERT_EQ(thing->referencesDec(), 1u);
-  }
+  for (const Thing::Ptr& thing : held)
+    ASSERT_TRUE(thing->dedupState() == 3 && !thing->dedupTable() && thing->referencesIncIfAlive() &&
+                thing->referencesDec() == 1)
+        << "no table holds it, so every count is somebody's";
   EXPECT_EQ(Thing::Ptr(held[5])->content, 5u);
 }
 
@@ -109,7 +106,7 @@ TEST(Interning, StateWordKeepsItsFieldsApart) {
   }
   thing->haveLifeTimeNotifierIs(true);
   for (const U32 bit : {29u, 30u, 31u}) EXPECT_TRUE(thing->isBitSet(bit)) << bit;
-  EXPECT_TRUE(thing->keep() == 2 && thing->references() == 1);
+  EXPECT_EQ(row(thing->keep(), thing->references()), "2 1");
   EXPECT_EQ(registered(Orv::DedupHandle::type, thing.get()),
             "isBitSet bitSet bitReset setBitsAtomic dedupState=3 dedupStateIs "
             "haveLifeTimeNotifier=True haveLifeTimeNotifierIs beingDetached=False beingDetachedIs "
@@ -118,18 +115,6 @@ TEST(Interning, StateWordKeepsItsFieldsApart) {
             "hash=1 compare compareByContent getContent ");
   thing->beingDetachedIs(true);
   EXPECT_TRUE(thing->isBitSet(28));
-}
-
-TEST(Interning, StateWordLosesNoBitsBetweenThreads) {
-  const Thing::Ptr thing = Mox::makeNew<Thing>(1);
-  const auto count = [&](U32 shift) {
-    for (U32 i = 0; i < 0x3FFF; ++i) {
-      thing->userDataBitsIs(0x3FFFu << shift, i << shift);
-      ASSERT_EQ(thing->userData() >> shift & 0x3FFF, i);
-    }
-  };
-  const std::jthread other(count, 14);
-  count(0);
 }
 
 TEST(Interning, SwitchedOffCountingReportsOneAndChangesNothing) {
@@ -162,9 +147,8 @@ TEST(Interning, TableAgreesWithAMap) {
       std::mt19937 random(1);
       for (U32 step = 0; step < 20000; ++step) {
         const U64 content = random() % contents;
-        const bool growing = step / 5000 % 2 == 0;
-        if ((random() % 3 != 0) == growing) {
-          arraysLeft = step % 2;  // a table that grows needs one
+        if ((random() % 3 == 0) == step / 5000 % 2) {  // grows, shrinks, grows, shrinks
+          arraysLeft = step % 2;                       // a table that grows needs one
           try {
             const Thing::Ptr thing = intern(table, content);
             ASSERT_EQ(thing->content, content);
@@ -192,24 +176,6 @@ TEST(Interning, TableAgreesWithAMap) {
     }
 }
 
-TEST(Interning, MemoryIsCountedAcrossThreadsThatComeAndGo) {
-  for (int round = 0; round < 3; ++round) {
-    std::vector<Thing::Ptr> kept(100);
-    std::latch made(100);
-    std::vector<std::jthread> threads;
-    for (Thing::Ptr& place : kept)
-      threads.emplace_back([&] {
-        place = Mox::makeNew<Thing>(1);
-        Mox::makeNew<Thing>(2);
-        made.arrive_and_wait();
-      });
-    threads.clear();
-    EXPECT_EQ(counted("test::Thing"), row(kept.size(), kept.size() * sizeof(Thing)));
-    std::thread([&] { kept.clear(); }).join();  // freed by another than made it
-    EXPECT_EQ(counted("test::Thing"), "0 0");
-  }
-}
-
 TEST(Type, IsFoundByNameAndReadsItsBasesAttributes) {
   const Thing::Ptr thing = Mox::makeNew<Thing>(1);
   thing->userDataIs(5);
@@ -226,27 +192,28 @@ TEST(Type, IsFoundByNameAndReadsItsBasesAttributes) {
   {
     const Mox::Type derived("test::Derived", &Thing::type, {}), again("test::Thing", nullptr, {});
     EXPECT_TRUE(derived.isA(Thing::type) && derived.isA(derived) && !Thing::type.isA(derived));
-    EXPECT_EQ(Mox::Type::find("test::Thing"), &Thing::type) << "the first stays";
     EXPECT_EQ(Mox::Type::find("test::Derived"), &derived);
   }
-  EXPECT_TRUE(!Mox::Type::find("test::Derived") && Mox::Type::find("test::Thing") == &Thing::type);
+  EXPECT_FALSE(Mox::Type::find("test::Derived"));
+  EXPECT_EQ(Mox::Type::find("test::Thing"), &Thing::type) << "the first stays";
 }
 
 TEST(Interning, TablesDumpAndPointersPrint) {
   const Table table = newTable();
+  const auto* const base = static_cast<const Orv::DedupHashTable*>(table.get());
   const Thing::Ptr a = intern(table, 1), b = intern(table, 2);
   EXPECT_EQ(newTable()->octets() - sizeof *table, 64u * 64) << "a cache line for each shard";
-  EXPECT_EQ(registered(Orv::DedupHashTable::type, static_cast<Orv::DedupHashTable*>(table.get())),
+  EXPECT_EQ(registered(Orv::DedupHashTable::type, base),
             "lookupByContent dedup lifeTimeNotifieeIs visitMembers members=2 octets=" +
                 std::to_string(table->octets()) + " dumpState ");
   const auto context = Mox::makeNew<Orv::DumpContext>();
-  for (const int indent : {0, 3}) context->child(table.get(), indent);
+  for (const int indent : {0, 3}) context->child(base, indent);
   context->child(static_cast<Orv::DedupHashTable*>(nullptr), 1);
   EXPECT_EQ(context->text(), "members: 2\n   members: 2\n NULL\n");
   std::ostringstream out;
   out << std::hex << std::setw(30) << Table() << table;
   EXPECT_EQ(out.str(), "NULL" + row(static_cast<const void*>(table.get())));
-  Mox::refuseNull(table, "Owner", "table");
+  EXPECT_EQ(raised([&] { Mox::refuseNull(table, "Owner", "table"); }), "nothing");
   EXPECT_THROW(Mox::refuseNull(Table(), "Owner", "table"), Mox::RangeException);
 }
 
@@ -255,14 +222,10 @@ TEST(Interning, TablesDumpAndPointersPrint) {
 TEST(ShardLock, WakesThoseWhoSleepInTheLibrary) {
   Orv::ShardLock lock;
   int held = 0;
+  const auto hold = [&] { lock.lock(), ++held, lock.unlock(); };
   for (int round = 0; round < 5; ++round) {
     lock.lock();
-    std::vector<std::jthread> sleepers;
-    for (int i = 0; i < 2; ++i)
-      sleepers.emplace_back([&] {
-        const std::lock_guard guard(lock);
-        ++held;
-      });
+    const std::jthread one(hold), two(hold);
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     EXPECT_EQ(held, 2 * round) << "nobody else gets in";
     lock.unlock();
@@ -273,39 +236,34 @@ TEST(ShardLock, WakesThoseWhoSleepInTheLibrary) {
 // Consecutive contents are what peers send: route targets of one AS, one number for many ASes.
 TEST(Placement, SpreadsConsecutiveContentsUnderEverySeed) {
   std::mt19937_64 random(1);
-  for (int round = 0; round < 200; ++round) {
-    const U64 seed = random();
-    for (const int shift : {0, 8, 16, 32}) {
-      std::vector<bool> taken(1024);
-      U32 probes = 0;
-      for (U64 i = 0; i < 512; ++i, ++probes) {
-        U64 place = Orv::placeOf(0x0002FDE800000000 + (i << shift), seed) % taken.size();
-        for (; taken[place]; place = (place + 1) % taken.size()) ++probes;
-        taken[place] = true;
-      }
-      EXPECT_LT(probes, 512 * 2.5) << shift;  // 1.5 on average when places are random
+  for (int round = 0; round < 800; ++round) {
+    const U64 seed = random(), shift = round % 5 * 8;
+    std::vector<bool> taken(1024);
+    U32 probes = 0;
+    for (U64 i = 0; i < 512; ++i, ++probes) {
+      U64 place = Orv::placeOf(0x0002FDE800000000 + (i << shift), seed) % taken.size();
+      for (; taken[place]; place = (place + 1) % taken.size()) ++probes;
+      taken[place] = true;
     }
+    EXPECT_LT(probes, 512 * 2.5) << shift;  // 1.5 on average when places are random
   }
 }
 
 TEST(Placement, OfOctetsDependsOnEachAndOnTheirNumber) {
   const U64 seed = Orv::placementSeed();
   EXPECT_TRUE(seed == Orv::placementSeed() && seed != 0);
-  std::vector<U64> places;
+  std::set<U64> places;
   for (std::size_t size = 0; size < 40; ++size) {
     unsigned char octets[40] = {};
     const U64 plain = Orv::placeOf(octets, size, seed);
-    places.push_back(plain);
+    EXPECT_TRUE(places.insert(plain).second) << size;
     for (std::size_t i = 0; i < sizeof octets; ++i) {
       octets[i] = 1;
       const U64 place = Orv::placeOf(octets, size, seed);
       octets[i] = 0;
-      if (i < size) places.push_back(place);
-      ASSERT_EQ(place == plain, i >= size) << i << " of " << size;
+      ASSERT_TRUE(i < size ? places.insert(place).second : place == plain) << i << " of " << size;
     }
   }
-  std::ranges::sort(places);
-  EXPECT_EQ(std::ranges::adjacent_find(places), places.end());
 }
 
 TEST(InterningDeathTest, MisuseEndsTheProcess) {

@@ -7,6 +7,7 @@
 #include <latch>
 #include <mutex>
 #include <random>
+#include <set>
 #include <thread>
 
 #include "Mox/NotifieeList.h"

@@ -27,8 +27,8 @@ void takeAndGive(FreePieces* mine, std::vector<Held>& held, unsigned seed, std::
       std::swap(held[random() % held.size()], held.back());
       const Held last = held.back();
       held.pop_back();
-      const std::string_view text(static_cast<const char*>(last.memory), last.octets);
-      ASSERT_EQ(text.find_first_not_of(char(last.fill)), text.npos) << last.octets;
+      const auto* const octets = static_cast<const U8*>(last.memory);
+      ASSERT_EQ(std::count(octets, octets + last.octets, last.fill), last.octets);
       mine ? mine->give(last.memory, last.octets)
            : FreePieces::giveShared(last.memory, last.octets);
     } else {
@@ -46,7 +46,7 @@ TEST(Slabs, GiveEachPieceToOneAndTakeBackWhatAnyThreadGives) {
   for (int round = 0; round < 3; ++round) {
     std::vector<std::vector<Held>> held(4);
     for (int exchange = 0; exchange < 2; ++exchange) {  // each gives what another has taken
-      std::vector<std::thread> threads;
+      std::vector<std::jthread> threads;
       for (unsigned i = 0; i < held.size(); ++i)
         threads.emplace_back([&, i] {
           static thread_local constinit FreePieces mine;
@@ -54,7 +54,6 @@ TEST(Slabs, GiveEachPieceToOneAndTakeBackWhatAnyThreadGives) {
                       FreePieces::mostOctets + 40);
           mine.giveAll();
         });
-      for (std::thread& thread : threads) thread.join();
     }
     EXPECT_GT(slabOctets(), before);
     FreePieces last;
@@ -85,23 +84,21 @@ TEST(Slabs, KeepLittleForAThread) {
 }
 
 TEST(Slabs, AreWholeInTheChildOfAFork) {
-  std::atomic<bool> ended{false};
-  std::thread busy([&] {
-    while (!ended) FreePieces::giveShared(FreePieces::takeShared(48), 48);
+  const auto takeAndGiveOne = [] { FreePieces::giveShared(FreePieces::takeShared(48), 48); };
+  const std::jthread busy([&](const std::stop_token& end) {
+    while (!end.stop_requested()) takeAndGiveOne();
   });
   int status = 0;
   for (int forks = 0; forks < 100 && status == 0; ++forks) {
     const pid_t child = fork();
     if (child == 0) {
       alarm(20);  // ends a child that waits for a thread which it does not have
-      FreePieces::giveShared(FreePieces::takeShared(48), 48);
+      takeAndGiveOne();
       _exit(0);
     }
     waitpid(child, &status, 0);
   }
   EXPECT_EQ(status, 0);
-  ended = true;
-  busy.join();
 }
 
 }  // namespace
