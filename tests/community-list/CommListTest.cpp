@@ -1,4 +1,6 @@
 // Standard and large lists, each by itself: names, flags, notations, snapshots, known lists.
+#include <fstream>
+
 #include "Lists.h"
 
 namespace Routing::Bgp {
@@ -7,15 +9,16 @@ namespace {
 constexpr U32 noExport = 0xFFFFFF01, noAdvertise = 0xFFFFFF02, localAs = 0xFFFFFF03,
               gshut = 0xFFFF0000;
 
-struct CommListTest : ListsOf<Standard> {
-  CommList::Ptr listOf(const std::vector<U32>& values) const {
-    auto list = CommList::CommListIs();
-    for (const U32 value : values) list->commIs(value);
-    return list;
-  }
-};
+struct CommListTest : ListsOf<Standard> {};
 using CommListDeathTest = CommListTest;
 struct LargeCommListTest : ListsOf<Large> {};
+
+template <class List, class Value = U32>
+auto listOf(const std::vector<Value>& values) {
+  auto list = Mox::makeNew<List>();
+  for (const Value& value : values) list->commIs(value);
+  return list;
+}
 
 TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
   const std::tuple<std::vector<U32>, const char*, const char*, U32> cases[] = {
@@ -33,36 +36,35 @@ TEST_F(CommListTest, TextsHashAndFlagsOfKnownLists) {
   // clang-format on
   for (const auto& [appended, numeric, named, hash] : cases) {
     const std::set<U32> values(appended.begin(), appended.end());
-    const auto octetsOf = [&, numeric = numeric, named = named, hash = hash](const auto& list) {
-      EXPECT_EQ(list->commsStringForm(), numeric);
-      EXPECT_EQ(list->commsWellKnownStringForm(), named);
-      Mox::String appended = ">";
+    const auto expected =
+        row(numeric, '|', named, '|', named, '|', named, '>', named, hash,
+            values.contains(noExport), values.contains(noAdvertise), values.contains(localAs));
+    const auto octetsOf = [&](const auto& list) {
+      Mox::String appended = "> ";
       list->appendCommsWellKnownStringForm(appended);
-      EXPECT_EQ(appended, std::string(">") + named);
-      EXPECT_EQ(row(list->toStrep(), '|', streamed(list), list->hash()),
-                row(named, '|', named, hash));
-      EXPECT_EQ(std::tuple(list->noExport(), list->noAdvertise(), list->noExportSubconfed()),
-                std::tuple(values.contains(noExport), values.contains(noAdvertise),
-                           values.contains(localAs)));
+      EXPECT_EQ(row(list->commsStringForm(), '|', list->commsWellKnownStringForm(), '|',
+                    list->toStrep(), '|', streamed(list), appended, list->hash(), list->noExport(),
+                    list->noAdvertise(), list->noExportSubconfed()),
+                expected);
       return joined(contentsOf(*list));
     };
     // The same of lists from elsewhere, each made anew.
     MoxStash::StoreWriter writer;
-    const auto stored = writer.add(listOf(appended));
-    const Octets octets = octetsOf(listOf(appended)->dedup(table()));
+    const auto stored = writer.add(listOf<CommList>(appended));
+    const Octets octets = octetsOf(listOf<CommList>(appended)->dedup(table()));
     octetsOf(kind().dedupStored(stored, MoxStash::FileStore("NAME", writer.octets())));
     if (octets.empty()) continue;  // an attribute without values is malformed
     octetsOf(kind().dedupWire(octets).list);
     octetsOf(fromWire(octets).list->dedup(table()));
     if (appended.size() != 1) continue;
-    EXPECT_EQ(CommList::getStringValue(appended[0]), numeric);
     EXPECT_EQ(CommList::wellKnownName(appended[0]), std::strcmp(named, numeric) ? named : "");
     ZoFmt::StackBackedBuffer<20, 1024> buffer;
-    EXPECT_EQ(CommunityFormatter<true>::formatNotWellKnown(buffer, appended[0]),
-              std::strlen(numeric));
+    const U32 length = CommunityFormatter<true>::formatNotWellKnown(buffer, appended[0]);
+    EXPECT_EQ(row(length, CommList::getStringValue(appended[0])),
+              row(std::strlen(numeric), numeric));
     EXPECT_STREQ(buffer.text().data(), numeric) << "a zero stands behind the text";
   }
-  EXPECT_EQ(streamed(CommList::PtrConst()), "");
+  EXPECT_EQ(streamed(CommList::PtrConst()) + streamed(LargeCommList::PtrConst()), "");
 }
 
 TEST_F(LargeCommListTest, TextsAndHashOfKnownLists) {
@@ -71,71 +73,32 @@ TEST_F(LargeCommListTest, TextsAndHashOfKnownLists) {
       {{65000, 1, 2}, "65000:1:2", "65000:1:2", 0x32cc934c}, {{65536, 0, 0}, "65536:0:0", "1.0:0:0", 0x7646f749},
       {{4200000000, 5, 6}, "4200000000:5:6", "64086.59904:5:6", 0x84ae4950}};
   // clang-format on
-  const auto all = LargeCommList::LargeCommListIs();
+  std::vector<Acl::CommunityValue> all;
   for (const auto& [value, plain, asdot, hash] : ascending) {
-    all->commIs(value);
-    const auto one = LargeCommList::LargeCommListIs();
-    one->commIs(value);
-    EXPECT_EQ(one->dedup(table())->hash(), hash);
-    EXPECT_EQ(row(one->toStrep(), List::getStringValue(value), List::displayString(value, true)),
-              row(plain, plain, asdot));
+    all.push_back(value);
+    const auto one = listOf<LargeCommList>(std::vector{value})->dedup(table());
+    EXPECT_EQ(row(one->toStrep(), List::getStringValue(value), List::displayString(value, true),
+                  one->hash()),
+              row(plain, plain, asdot, hash));
   }
   EXPECT_EQ(LargeCommList::displayString({65535, 0, 9}, true), "65535:0:9");
-  const auto list = all->dedup(table());
+  const auto list = listOf<LargeCommList>(all)->dedup(table());
   EXPECT_EQ(streamed(list), "65000:1:2 65536:0:0 4200000000:5:6");
-  EXPECT_EQ(streamed(LargeCommList::PtrConst()), "");
   EXPECT_EQ(list->commSnapshot()->toStrep(),
             "{65000:1:2: True, 65536:0:0: True, 4200000000:5:6: True}");
 }
 
-// Programs and people find these by name. A class has them besides those of its base; lines add
-// up.
-const char reflected[] = R"(
-ExtCommContent : value hash ;
-ExtComm ExtCommIp6 : classification content pktType pktSubtype transitive
-  toStrep toStrepForPolicy formatDerivedType formatSubtype hash compare compareByContent ;
-ExtComm : formatCommunityValue ;
-ExtCommAsNumber : fourByteAs asNumber localAdmin2Octets localAdmin4Octets formatAsNumber ;
-ExtCommIpv4Address : ipv4Address localAdmin ; ExtCommLinkBandwidth : bandwidth ;
-ExtCommTunnelEncap : tunnelType ; ExtCommColor : color firstCoBit secondCoBit ;
-ExtCommOriginValidationState : state ; ExtComm::StrepFormat ExtCommIp6::StrepFormat : value valueIs ;
-ExtCommDedupTable ExtCommIp6DedupTable : dedupHashTable parseExtCommRule handleInitialized dumpState ;
-ExtCommIp6Content : type subtype addr localAdmin ExtCommIp6Content ;
-CommList LargeCommList ExtCommList ExtCommIp6List : comm commVectorSorted commsStringForm empty comms
-  commIs commSnapshot dedup serialize hash compare ;
-CommList LargeCommList ExtCommList : getStringValue ; LargeCommList : displayString ;
-CommList : noExport noAdvertise noExportSubconfed commsWellKnownStringForm wellKnownName ;
-ExtCommList ExtCommIp6List : classificationList totalCommunities totalTransitiveCommunities toStrep append
-  appendClassificationList expectedCommunityCountIs sortComms lookupExtComm sendNonTransExtComms ;
-ExtCommList : snapshot commsWithoutClassificationStringForm ;
-ExtCommClassificationList ExtCommIp6ClassificationList : classification comm comms commVectorSorted
-  toStrep hash commIs compare commSnapshot dedup ;
-RtExtCommClassificationList : lifeTimeNotifier ; RtExtCommListLifeTimeNotifiee : ;
-RtExtCommListLifeTimeNotifier : rtExtCommListRawPtr comm toStrep ;
-NotifyingRtExtCommListCollection : rtExtCommList dumpState ; CommListSnapshot : comm ;
-ExtCommListSnapshot ExtCommIp6ListSnapshot : classificationList comm ;
-ExtCommClassificationListSnapshot ExtCommIp6ClassificationListSnapshot : classification comm ;
-CommListDedupTableBase : initDedupTable dedupHashTable dedup dumpState ;
-ExtCommListDedupTable : extCommClassificationListDedupTable notifyingRtExtCommListCollection
-  rtExtCommListLifeTimeNotifiee rtExtCommClassificationListDedupTable handleInitialized ;
-ExtCommIp6ListDedupTable : extComm extCommClassification handleInitialized ;
-)";
-
+// Programs and people find these by name. A class has them besides those of its base.
 TEST(Reflection, KnowsValuesListsAndTablesByName) {
-  std::map<Mox::String, std::set<Mox::String>> expected;
-  std::istringstream in(reflected);
-  for (Mox::String word; in >> word;) {
-    std::vector<Mox::String> types;
-    for (; word != ":"; in >> word) types.push_back(word);
-    for (in >> word; word != ";"; in >> word)
-      for (const auto& type : types) expected[type].insert(word);
-    for (const auto& type : types) expected[type];
-  }
-  for (const auto& [type, names] : expected) {
-    std::set<Mox::String> found;
+  std::ifstream in("tests/community-list/reflected.txt");
+  ASSERT_TRUE(in);
+  for (Mox::String type, names; in >> type && getline(in, names);) {
+    std::set<Mox::String> expected, found;
+    std::istringstream words(names);
+    for (Mox::String word; words >> word;) expected.insert(word);
     for (const auto& one : Mox::Type::find("Routing::Bgp::" + type)->attributes())
       found.insert(one.name);
-    EXPECT_EQ(found, names) << type;
+    EXPECT_EQ(found, expected) << type;
   }
 }
 
@@ -148,13 +111,12 @@ TEST(StackBackedBuffer, GrowsByItsRule) {
     std::memset(buffer.allocateSpace(used), 'x', used);
     buffer.written(used);
     buffer.allocateSpace(required);
-    EXPECT_EQ(buffer.capacity(), capacity) << used << " + " << required;
-    EXPECT_EQ(buffer.text(), Mox::String(used, 'x'));
+    EXPECT_EQ(row(buffer.capacity(), buffer.text()), row(capacity, Mox::String(used, 'x')));
   }
 }
 
 TEST_F(CommListTest, SnapshotIsACopyThatCanChange) {
-  const auto snapshot = listOf({7, noExport, 1})->dedup(table())->commSnapshot();
+  const auto snapshot = listOf<CommList, U32>({7, noExport, 1})->dedup(table())->commSnapshot();
   EXPECT_TRUE(snapshot->hasNotificationActive());
   EXPECT_EQ(Mox::Type::read(*snapshot, "comm"), "{1: True, 7: True, 4294967041: True}");
   EXPECT_FALSE(snapshot->commDel(2)) << "was not there";

@@ -33,6 +33,14 @@ void expectContents(const typename T::List& list, const Contents& sorted) {
     EXPECT_EQ(list.totalTransitiveCommunities(), transitive.size());
     for (const auto& [all, sent] : {std::pair(true, sorted), std::pair(false, transitive)})
       EXPECT_EQ(list.serialize(all), sent.empty() ? "" : attribute(T::attribute, joined(sent)));
+    const typename T::List::Value::StrepFormat classified(strepFormatClassification);
+    Mox::String policy, show = sorted.empty() ? " " : "";
+    for (const auto& comm : list.commVector()) {
+      policy += comm->toStrepForPolicy(classified) + ' ';
+      show += ' ' + comm->toStrep();
+    }
+    EXPECT_EQ(list.commsStringForm(), policy);
+    for (const auto& text : {list.toStrep(), streamed(&list)}) EXPECT_EQ(text, '[' + show + " ]");
   } else {
     EXPECT_EQ(list.serialize(), attribute(T::attribute, joined(sorted)));
     Mox::String text = sorted.empty() ? " " : "";
@@ -55,6 +63,7 @@ void expectGroups(const std::vector<std::pair<Mox::Ptr<const List>, Contents>>& 
       groups[list->commVector()[i]->classification()].push_back(sorted[i]);
     EXPECT_EQ(list->classificationLists().size(), groups.empty() ? 0 : groups.rbegin()->first + 1);
     Orv::HashMix identities;
+    Mox::String texts;
     for (U32 c = 0; c <= 12; ++c) {
       const auto group = list->classificationList(ExtCommClassification(c));
       ASSERT_EQ(bool(group), groups.contains(c)) << c;
@@ -64,15 +73,19 @@ void expectGroups(const std::vector<std::pair<Mox::Ptr<const List>, Contents>>& 
       EXPECT_TRUE(group->classification() == c && group->hasNotificationActive());
       ASSERT_EQ(group->comms(), groups[c].size());
       Orv::HashMix members;
+      Mox::String show = stringValue(group->classification()) + " :";
       for (U32 i = 0; i < group->comms(); ++i) {
         const auto& comm = group->commVector()[i];
         EXPECT_TRUE(std::ranges::equal(comm->getContent().octets(), groups[c][i]));
         EXPECT_EQ(group->comm(comm->getContent()), comm);
         members.feed(reinterpret_cast<std::uintptr_t>(comm.get()));
+        show += ' ' + comm->toStrep();
       }
-      EXPECT_EQ(group->hash(), members.finish());
+      EXPECT_EQ(row(group, group->hash()), row(show, members.finish()));
+      texts += (texts.empty() ? "" : "; ") + show;
       identities.feed(reinterpret_cast<std::uintptr_t>(group.get()));
     }
+    EXPECT_EQ(Mox::Type::read(*list, "classificationList"), texts);
     EXPECT_EQ(list->hash(), groups.empty() ? 0 : identities.finish());
   }
   EXPECT_EQ(count, known.size());
@@ -199,6 +212,9 @@ TYPED_TEST(EveryList, StoresKeepTheOrderAndRefuseAFalseOne) {
   if constexpr (InternsValues<List>) {
     EXPECT_EQ(store.heard, TypeParam::size == 20 ? 4u : 3u) << "values, and lists of one family";
     EXPECT_EQ(contentsOf(*restored), contents);
+    const auto& plain = *restored->commVector()[1];  // as it was made, but for the class
+    EXPECT_EQ(row(plain.fwkType().name(), plain.classification(), plain.hasNotificationActive()),
+              row(List::Value::type.name(), list->commVector()[0]->classification(), 1));
   } else {
     const auto text = this->built(contents)->toStrep();
     EXPECT_EQ(restored->toStrep(), text);
@@ -211,12 +227,10 @@ TYPED_TEST(EveryList, StoresKeepTheOrderAndRefuseAFalseOne) {
     EXPECT_EQ(this->kind().dedupStored(reference, store), list);
   const auto saved = again.add(restored);
   EXPECT_EQ(this->kind().dedupStored(saved, HeardStore(again)), list);
-
-  // The record says that it is sorted.
   std::string octets = writer.octets();
   octets[unsorted + offsetof(StoredCommList, commVectorSorted)] = 1;
   const MoxStash::FileStore claimed("NAME", sealed(octets));
-  EXPECT_THROW(List::destash(unsorted, claimed), MoxStash::StoreException);
+  EXPECT_THROW(List::destash(unsorted, claimed), MoxStash::StoreException) << "it is not sorted";
 }
 
 TYPED_TEST(EveryList, MisuseEndsTheProcess) {

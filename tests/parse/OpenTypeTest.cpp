@@ -120,9 +120,7 @@ TEST_F(Parsing, OpensTheTypesThatHaveNoRule) {
 }
 
 TEST_F(Parsing, HoldsOpenRulesWhileTheyAreAsked) {
-  const auto alive = [](const Mox::Type& type) {
-    return Mox::allocationCount(type.name()).objects;
-  };
+  const auto& base = OpenBase::type.name();
   const auto open = [&] { return bgpParseExtCommOpenTypeRuleIs(*parser, evpn); };
   const std::function<void()> removals[] = {
       [&] { EXPECT_EQ(open()->subTypeRuleDel(0x42)->pktSubType(), 0x42u); },
@@ -133,14 +131,13 @@ TEST_F(Parsing, HoldsOpenRulesWhileTheyAreAsked) {
     auto rule = Mox::makeNew<MarkRule<OpenBase>>(Control(), evpn, U8(0x42));
     rule->act = [&] {
       remove();
-      EXPECT_EQ(row(alive(OpenBase::type), alive(Open::type)), "1 1");
+      EXPECT_EQ(row(alive(base), alive(Open::type.name())), "1 1");
       asked = true;
       return false;
     };
     open()->subTypeRuleIs(std::exchange(rule, nullptr));
     EXPECT_EQ(classes(parser, {0x0642}), " ") << "null: a plain object";
-    EXPECT_EQ(row(asked, alive(OpenBase::type)), "1 0");
-    EXPECT_EQ(alive(Open::type), bool(parser->typeRule(evpn)) && &remove < removals + 2);
+    EXPECT_EQ(row(asked, alive(base), alive(Open::type.name())), row(1, 0, &remove < removals + 2));
   }
 }
 

@@ -41,6 +41,9 @@ inline std::size_t registered(const BgpParseExtCommRuleCollections::Ptr& registr
   return rules;
 }
 
+/// Objects of the type.
+inline std::size_t alive(const std::string& type) { return Mox::allocationCount(type).objects; }
+
 /// Builds plain objects of a mark, or leaves that to the level above when `act` says no.
 template <class Base>
 struct MarkRule final : Base {
