@@ -11,8 +11,22 @@ install(TARGETS ${libraries} EXPORT ZoBgpCommunityTargets
         FILE_SET HEADERS DESTINATION ${include_dir} COMPONENT development)
 install(EXPORT ZoBgpCommunityTargets NAMESPACE ZoBgpCommunity:: DESTINATION ${package_dir}
         COMPONENT development)
+# Debian keeps site-functions for what the machine's owner adds.
+set(zsh_completions $<IF:$<BOOL:${ZOBGP_PACKAGES}>,vendor-completions,site-functions>)
 if(TARGET bgpcomm)
   install(TARGETS bgpcomm COMPONENT tool)
+  if(NOT ZOBGP_PACKAGES) # their debug packages take the symbols out
+    install(CODE "execute_process(COMMAND ${CMAKE_STRIP}
+      \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/bgpcomm)" COMPONENT tool)
+  endif()
+  if(TARGET manuals)
+    set(manuals ${PROJECT_BINARY_DIR}/tools)
+    install(FILES ${manuals}/bgpcomm.1$<$<BOOL:${ZOBGP_PACKAGES}>:.gz> DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+    install(FILES ${manuals}/bgpcomm.bash RENAME bgpcomm COMPONENT tool
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install(FILES ${manuals}/_bgpcomm COMPONENT tool
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${zsh_completions})
+  endif()
 endif()
 
 string(REPLACE ";" " " components "${libraries}")

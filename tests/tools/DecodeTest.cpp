@@ -97,7 +97,7 @@ TEST_F(Decode, SaysWhatIsWrongInOneLineAndGoesOn) {
       {"bgpcomm --core decode --format ui,none 40010100", "", 2,
        "--format ui,none: no flag \"none\", there are default, qualifier, classification, ui, "
        "asdot, weighted, or none for no flag"},
-      {"bgpcomm --core decode --names --numeric 40010100", "", 2, "--names excludes --numeric; see bgpcomm --help"},
+      {"bgpcomm --core decode --names --numeric 40010100", "", 2, "--names excludes --numeric; see bgpcomm decode --help"},
       // clang-format on
   });
 }

@@ -169,7 +169,7 @@ TEST_F(LintTool, ShowsPathsPeersAndExamples) {
       {"bgpcomm lint --list-rules | grep '.\\{81\\}'", "", 1},
       {"bgpcomm lint --rules private $FILE", "", 2,
        "--rules private: no such rule, see --list-rules"},
-      {"bgpcomm lint", "", 2, "FILE is required; see bgpcomm --help"},
+      {"bgpcomm lint", "", 2, "FILE is required; see bgpcomm lint --help"},
   });
 }
 

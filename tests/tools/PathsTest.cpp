@@ -117,7 +117,7 @@ TEST_F(PathsTool, LookOnlyAtWhatIsAskedFor) {
       {"bgpcomm paths --since 20231114 $FILE", "", 2,
        "--since 20231114: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970"},
       {"bgpcomm paths --limit -1 $FILE", "", 2,
-       "--limit: expected a decimal number; see bgpcomm --help"},
+       "--limit: expected a decimal number; see bgpcomm paths --help"},
       {"bgpcomm paths --limit 1 --json --collector \"$(printf 'a\\377')\" $FILE | grep -o 'coll.*'",
        "collector\":\"a\\\\xff\"}\n"},
       {"bgpcomm paths --count --group-by peer $FILE", "", 2,

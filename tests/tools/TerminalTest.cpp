@@ -27,7 +27,7 @@ TEST_F(Terminal, AnEmptyValueIsRefused) {
   expectRuns({
       // clang-format off
       {"bgpcomm save --to= $OTHER $FILE; echo $?; cat $OTHER", "2\nx", 0, "--to" + empty},
-      {"bgpcomm save $FILE --to ''", "", 2, "--to" + empty},
+      {"bgpcomm save $FILE --to ''", "", 2, "--to: its value is empty; see bgpcomm save --help"},
       {"bgpcomm paths --community= no-export $FILE", "", 2, "--community" + empty},
       {"bgpcomm decode --format= ui 40010100", "", 2, "--format" + empty}, {"bgpcomm --version >/dev/null", ""},
       {"bgpcomm decode --json= 40010100", "", 2, "--json" + empty},
@@ -120,14 +120,15 @@ TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
     Input input(file.name());
     Progress progress(file.name(), input, true);
     // A quarter of the file is read ahead meanwhile.
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
     for (U64 paths = 1; paths <= 256; ++paths) progress.update(paths);
     EXPECT_TRUE(screen.shows('\r' + name + " [######..................] 25 % ")) << screen.got();
+    EXPECT_TRUE(screen.shows(" paths/s, 4 s left\033[K")) << screen.got();
   }
   EXPECT_TRUE(screen.shows(gone));
   printError("last");
   ::dup2(before, STDERR_FILENO);
-  EXPECT_TRUE(screen.shows("paths/s\033[K" + gone + "bgpcomm: last")) << "it went once";
+  EXPECT_TRUE(screen.shows("left\033[K" + gone + "bgpcomm: last")) << "it went once";
   EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
 }
 

@@ -1,8 +1,31 @@
 #include "Commands.h"
 
+#include <sstream>
+
+#include "Terminal.h"
 #include "TextStyle.h"
 
 namespace bgpcomm {
+namespace {
+
+// What a shell may offer is kept with the option, as a check that all values pass.
+const std::string wordsCheck = "words";
+
+}  // namespace
+
+void takesOneOf(CLI::Option* option, const std::vector<std::string>& words) {
+  option->check(CLI::Validator([](std::string&) { return std::string(); },
+                               CLI::detail::join(words, " "), wordsCheck));
+}
+
+std::vector<std::string> wordsOf(CLI::Option& option) {
+  try {
+    std::istringstream words(option.get_validator(wordsCheck)->get_description());
+    return {std::istream_iterator<std::string>(words), {}};
+  } catch (const CLI::OptionNotFound&) {
+    return {};
+  }
+}
 
 void addTextOptions(CLI::App& command) {
   CLI::Option* const names = command.add_flag_callback(
@@ -11,11 +34,29 @@ void addTextOptions(CLI::App& command) {
       .add_flag_callback(
           "--numeric", [] { textStyle().names = false; }, "Standard communities as numbers")
       ->excludes(names);
-  command
-      .add_option_function<std::string>(
-          "--text", [](const std::string& name) { textStyle().asked = readTextForm(name); },
-          "canonical (default), policy or show")
-      ->option_text("FORM");
+  takesOneOf(
+      command
+          .add_option_function<std::string>(
+              "--text", [](const std::string& name) { textStyle().asked = readTextForm(name); },
+              "canonical (default), policy or show")
+          ->option_text("FORM"),
+      {"canonical", "policy", "show"});
+}
+
+void addTerminalOptions(CLI::App& app) {
+  const auto colourIs = [](const std::string& when) {
+    if (when != "auto" && when != "always" && when != "never")
+      throw UsageError("--color " + when + ": expected auto, always or never");
+    terminalOptions().colour = when == "auto" ? std::nullopt : std::optional(when == "always");
+  };
+  takesOneOf(app.add_option_function<std::string>(
+                    "--color", colourIs,
+                    "auto (default: on terminals, and where NO_COLOR\nis not set), always or never")
+                 ->option_text("WHEN"),
+             {"auto", "always", "never"});
+  app.add_flag_callback(
+      "--no-progress", [] { terminalOptions().progress = false; },
+      "No line on terminals that shows what is read");
 }
 
 void addJsonLines(CLI::App& command, bool& json) {

@@ -30,6 +30,8 @@ void addDiff(CLI::App& app, int& exitCode);
 void addDescribe(CLI::App& app, int& exitCode);
 void addEncode(CLI::App& app, int& exitCode);
 void addKinds(CLI::App& app, int& exitCode);
+void addHelp(CLI::App& app, int& exitCode);
+void addManual(CLI::App& app, int& exitCode);
 
 /// Declares the options of all commands that say which kinds are known.
 void addKindOptions(CLI::App& app);
@@ -53,6 +55,11 @@ std::pair<CLI::App&, Arguments&> addCommand(CLI::App& app, const CommandText& te
   command->callback([arguments, run, &exitCode] { exitCode = run(*arguments); });
   return {*command, *arguments};
 }
+/// Names the words that an option takes, for shells that complete them. Its reader checks the
+/// value.
+void takesOneOf(CLI::Option* option, const std::vector<std::string>& words);
+std::vector<std::string> wordsOf(CLI::Option& option);
+
 /// Declares how communities are printed; see TextStyle.h.
 void addTextOptions(CLI::App& command);
 /// Declares `--json`, for commands that print objects by lines.
@@ -61,6 +68,9 @@ void addJsonLines(CLI::App& command, bool& json);
 /// Declares what a summary shows; see Summary.h.
 struct SummaryOptions;
 void addSummaryOptions(CLI::App& command, SummaryOptions& options);
+
+/// Declares how the program uses the terminal; see Terminal.h.
+void addTerminalOptions(CLI::App& app);
 
 /// Declares the files that a command reads, at least one.
 void addFiles(CLI::App& command, std::vector<std::string>& files);

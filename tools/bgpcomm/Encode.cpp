@@ -111,9 +111,10 @@ void addEncode(CLI::App& app, int& exitCode) {
   command.add_option("TEXT", options.texts, "A community; - reads them from stdin, by lines")
       ->required()
       ->type_name("");
-  command.add_option("--of", options.of, "Only of this attribute: 8, 16, 25 or 32")
-      ->check(CLI::IsMember({8, 16, 25, 32}))
-      ->option_text("ATTRIBUTE");
+  takesOneOf(command.add_option("--of", options.of, "Only of this attribute: 8, 16, 25 or 32")
+                 ->check(CLI::IsMember({8, 16, 25, 32}))
+                 ->option_text("ATTRIBUTE"),
+             {"8", "16", "25", "32"});
   command.add_flag("--attribute", options.attribute,
                    "One attribute of all communities that belong\nto it, in the order of lists");
 }

@@ -148,10 +148,13 @@ void addLint(CLI::App& app, int& exitCode) {
   addFilterOptions(command, options.filter);
   const auto addRules = [&its = command](const char* name, std::vector<std::string>& rules,
                                          const char* help) {
-    its.add_option(name, rules, help)
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->option_text("NAME,...");
+    std::vector<std::string> names;
+    for (const LintRule& rule : lintRules()) names.emplace_back(rule.name);
+    takesOneOf(its.add_option(name, rules, help)
+                   ->delimiter(',')
+                   ->allow_extra_args(false)
+                   ->option_text("NAME,..."),
+               names);
   };
   const auto addNumber = [&its = command](const char* name, U64& number, const char* help) {
     its.add_option(name, number, help)->option_text("N");

@@ -243,11 +243,12 @@ void addPaths(CLI::App& app, int& exitCode) {
   command.add_flag("--withdrawals", options.withdrawals,
                    "Also a line for the prefixes that a message\nwithdraws");
   command.add_flag("--count", options.count, "Only how many paths there are");
-  command
-      .add_option("--group-by", options.groupBy,
-                  "Only how many paths there are by peer, origin,\n"
-                  "kind, value or prefix-length, most first")
-      ->option_text("WHAT");
+  takesOneOf(command
+                 .add_option("--group-by", options.groupBy,
+                             "Only how many paths there are by peer, origin,\n"
+                             "kind, value or prefix-length, most first")
+                 ->option_text("WHAT"),
+             {"peer", "origin", "kind", "value", "prefix-length"});
   addTextOptions(command);
   addJsonLines(command, options.json);
   command

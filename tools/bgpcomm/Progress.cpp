@@ -39,6 +39,14 @@ std::string_view endOf(std::string_view text, std::size_t most) {
   return text;
 }
 
+/// ", 12 s left"; nothing before a guess is worth something.
+std::string timeLeft(std::chrono::duration<double> elapsed, double done) {
+  if (elapsed < std::chrono::seconds(1) || done <= 0) return "";
+  const U64 seconds = U64(elapsed.count() / done * (1 - done)) + 1;
+  return seconds < 120 ? ", " + grouped(seconds) + " s left"
+                       : ", " + grouped((seconds + 30) / 60) + " min left";
+}
+
 }  // namespace
 
 void clearProgress() {
@@ -51,7 +59,7 @@ void clearProgress() {
 Progress::Progress(const std::string& file, const Input& input, bool shown)
     : file_(visible(file.substr(file.rfind('/') + 1))),
       input_(input),
-      enabled_(shown && ::isatty(STDERR_FILENO)) {
+      enabled_(shown && terminalOptions().progress && ::isatty(STDERR_FILENO)) {
   if (enabled_) clearProgressWhenKilled();
 }
 
@@ -64,12 +72,13 @@ void Progress::draw(U64 paths) {
 
   const std::chrono::duration<double> elapsed = now - start_;
   std::string line = ' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s";
-  if (input_.size() > 0) {
+  if (const U64 size = input_.size()) {
+    // Reading may be ahead of what is shown, so the end is not reached before the line goes.
+    const double done = std::min(double(input_.position()) / double(size), 0.99);
     constexpr std::size_t barSize = 24;
-    const std::size_t done = std::size_t(input_.position() * barSize / input_.size());
-    line = " [" + std::string(std::min(done, barSize), '#') +
-           std::string(barSize - std::min(done, barSize), '.') + "] " +
-           std::to_string(input_.position() * 100 / input_.size()) + " %" + line;
+    const std::size_t full = std::size_t(done * barSize);
+    line = " [" + std::string(full, '#') + std::string(barSize - full, '.') + "] " +
+           std::to_string(int(done * 100)) + " %" + line + timeLeft(elapsed, done);
   }
   // The last column stays free, so that no terminal wraps.
   const std::size_t width = terminalWidth() - 1;

@@ -142,10 +142,16 @@ void printOutOfMemory(std::string_view position) {
   printError(fileWorkedOn, *fileWorkedOn ? ": " : "", "out of memory", position);
 }
 
+TerminalOptions& terminalOptions() {
+  static TerminalOptions options;
+  return options;
+}
+
 const Colours& colours() {
   static const Colours chosen = [] {
     const char* const noColour = std::getenv("NO_COLOR");
-    if (!::isatty(STDOUT_FILENO) || (noColour && *noColour)) return Colours{};
+    const bool usual = ::isatty(STDOUT_FILENO) && (!noColour || !*noColour);
+    if (!terminalOptions().colour.value_or(usual)) return Colours{};
     return Colours{"\033[1m", "\033[31m", "\033[0m"};
   }();
   return chosen;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -35,7 +36,14 @@ void workingOn(std::string_view file);
 /// nothing.
 void printOutOfMemory(std::string_view position = "");
 
-/// Colours, empty unless standard output is a terminal and NO_COLOR is unset or empty.
+/// Set by options of the command line, before anything is written.
+struct TerminalOptions {
+  std::optional<bool> colour;  ///< nothing: on a terminal, unless NO_COLOR is set to something
+  bool progress = true;        ///< whether the line that shows progress is drawn on a terminal
+};
+TerminalOptions& terminalOptions();
+
+/// Empty where there are none.
 struct Colours {
   std::string_view strong, bad, plain;
 };

@@ -281,10 +281,11 @@ void addTop(CLI::App& app, int& exitCode) {
                  exitCode, runTop);
   addFiles(command, options.files);
   addFilterOptions(command, options.filter);
-  command
-      .add_option("--by", options.by,
-                  "value (default), kind, list, route-target, peer,\nprefix or origin")
-      ->option_text("WHAT");
+  takesOneOf(command
+                 .add_option("--by", options.by,
+                             "value (default), kind, list, route-target, peer,\nprefix or origin")
+                 ->option_text("WHAT"),
+             {byNames.begin(), byNames.end()});
   command.add_option("--limit", options.limit, "At most so many lines (default 20; 0: all)")
       ->option_text("N");
   addTextOptions(command);

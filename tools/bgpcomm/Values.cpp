@@ -188,10 +188,11 @@ void addValues(CLI::App& app, int& exitCode) {
       .add_option("--kind", options.kind,
                   "Only values of this pattern (mac-mobility,\n65000:*, unknown)")
       ->option_text("PATTERN");
-  command
-      .add_option("--sort", options.sort,
-                  "paths (default), peers or prefixes, largest\nfirst; or value")
-      ->option_text("WHAT");
+  takesOneOf(command
+                 .add_option("--sort", options.sort,
+                             "paths (default), peers or prefixes, largest\nfirst; or value")
+                 ->option_text("WHAT"),
+             {"paths", "peers", "prefixes", "value"});
   command.add_option("--top", options.top, "At most so many lines")->option_text("N");
   addTextOptions(command);
   addJsonLines(command, options.json);

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "Commands.h"
+#include "Help.h"
 #include "Terminal.h"
 #include "TextStyle.h"
 #include "community/ZoBgpCommunityTextParts.h"
@@ -46,9 +47,6 @@ int usageError(const std::string& text) {
   return bgpcomm::exitBadUsage;
 }
 
-/// The parser's message may have several lines.
-std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
-
 /// The arguments in the parser's order, from the last to the first. Throws where a value behind `=`
 /// is empty: the parser would take the next argument for it. A name like [a,b] becomes ./[a,b], the
 /// same file: the parser would make a list of it.
@@ -82,9 +80,11 @@ void refuseBadValues(CLI::App& command) {
 int run(int argc, char** argv) {
   CLI::App app("BGP communities in MRT dumps: what they are, what they mean, how much is shared.",
                "bgpcomm");
-  app.set_version_flag("--version", "bgpcomm " BGPCOMM_VERSION);
+  app.set_version_flag("-V,--version", "bgpcomm " BGPCOMM_VERSION);
   app.footer(
-      "Exit codes: 0 good, 1 bad data or a failure to read or write, 2 bad usage.\n\n"
+      "Exit codes: 0 good, 1 bad data or a failure to read or write, 2 bad usage, 3\n"
+      "found by lint --strict. Descriptions in $XDG_CONFIG_HOME/bgpcomm/communities, or\n"
+      "in ~/.config/bgpcomm/communities, are always read.\n\n"
       "Example: bgpcomm summary rib.bz2");
   app.require_subcommand(1);
   int exitCode = 0;
@@ -95,6 +95,7 @@ int run(int argc, char** argv) {
   });
   bgpcomm::addKindOptions(app);  // first: commands take over that they understand these
   bgpcomm::addDescriptionOptions(app);
+  bgpcomm::addTerminalOptions(app);
   bgpcomm::addSummary(app, exitCode);
   bgpcomm::addPaths(app, exitCode);
   bgpcomm::addValues(app, exitCode);
@@ -112,6 +113,8 @@ int run(int argc, char** argv) {
   bgpcomm::addEncode(app, exitCode);
   bgpcomm::addKinds(app, exitCode);
   bgpcomm::addDescribe(app, exitCode);
+  bgpcomm::addHelp(app, exitCode);
+  bgpcomm::addManual(app, exitCode);
   refuseBadValues(app);
   for (CLI::App* const command : app.get_subcommands({})) refuseBadValues(*command);
   try {
@@ -121,9 +124,7 @@ int run(int argc, char** argv) {
     exitCode = app.exit(asked, text, text);
     bgpcomm::print(text.str());
   } catch (const CLI::ParseError& error) {
-    const bool unknown = app.get_subcommands().empty() && app.remaining_size() > 0;
-    const std::string what = unknown ? app.remaining().front() + " is unknown" : error.what();
-    return usageError(firstLine(what) + "; see bgpcomm --help");
+    return usageError(bgpcomm::whatIsWrong(app, error));
   } catch (const bgpcomm::UsageError& error) {
     return usageError(error.what());
   }

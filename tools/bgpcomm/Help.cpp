@@ -1,0 +1,70 @@
+#include "Help.h"
+
+#include "Terminal.h"
+#include "kinds/internal/ZoBgpNearestWord.h"
+
+namespace bgpcomm {
+namespace {
+
+using Options = std::vector<const CLI::Option*>;
+
+/// "pathz is unknown; did you mean paths?"
+std::string unknown(const CLI::App& program, const CLI::App* command, const std::string& word) {
+  std::vector<std::string> known;
+  if (word.starts_with('-'))
+    for (const CLI::App* const one : {&program, command})
+      for (const CLI::Option* const option : one ? one->get_options() : Options())
+        for (const std::string& name : option->get_lnames()) known.push_back("--" + name);
+  else if (!command)
+    for (const CLI::App* const one : program.get_subcommands({})) known.push_back(one->get_name());
+  const std::string name = word.substr(0, word.find('='));
+  Routing::Bgp::NearestWord nearest(name);
+  for (const std::string& one : known) nearest.offer(one);
+  return name + " is unknown" +
+         (nearest.word().empty() ? "" : "; did you mean " + std::string(nearest.word()) + '?');
+}
+
+struct HelpOptions {
+  const CLI::App* program = nullptr;
+  std::string command;
+};
+
+int runHelp(const HelpOptions& options) {
+  const CLI::App& program = *options.program;
+  if (options.command.empty()) {
+    // Not help(), which is that of the command which runs.
+    print(program.get_formatter()->make_help(&program, program.get_name(),
+                                             CLI::AppFormatMode::Normal));
+    return 0;
+  }
+  for (const CLI::App* const command : program.get_subcommands({}))
+    if (command->get_name() == options.command) {
+      print(command->help(program.get_name()));
+      return 0;
+    }
+  throw UsageError(unknown(program, nullptr, options.command));
+}
+
+}  // namespace
+
+std::string whatIsWrong(const CLI::App& program, const CLI::ParseError& error) {
+  const auto commands = program.get_subcommands();
+  const CLI::App* const command = commands.empty() ? nullptr : commands.front();
+  const std::vector<std::string> rest = program.remaining(true);
+  const std::string text = error.what();
+  const std::string what =
+      rest.empty() ? text.substr(0, text.find('\n')) : unknown(program, command, rest.front());
+  return what + (what.ends_with('?') ? "" : ";") + " see bgpcomm" +
+         (command ? ' ' + command->get_name() : "") + " --help";
+}
+
+void addHelp(CLI::App& app, int& exitCode) {
+  const auto [command, options] = addCommand(
+      app,
+      {"help", "Print the help of the program, or of a command", "Example: bgpcomm help paths"},
+      exitCode, runHelp);
+  options.program = &app;
+  command.add_option("COMMAND", options.command, "Its name")->type_name("");
+}
+
+}  // namespace bgpcomm
