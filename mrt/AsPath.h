@@ -85,7 +85,7 @@ class AsNumbers {
   unsigned width_ = 4;
 };
 
-/// The types of RFC 4271 and RFC 5065, by their numbers.
+/// `set`, `sequence` (RFC 4271), `confedSequence` and `confedSet` (RFC 5065), by their numbers.
 enum class AsSegmentType : U8 { set = 1, sequence = 2, confedSequence = 3, confedSet = 4 };
 
 /// Whether the AS numbers are of members of the peer's own confederation.

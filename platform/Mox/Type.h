@@ -23,7 +23,7 @@ class PtrInterface;
 
 /// A named member of a type: a value, a collection, or an operation that needs arguments.
 struct Attribute {
-  /// What reading it takes: nothing, nothing, or arguments.
+  /// A `value` and a `collection` are read as they are; an `operation` needs arguments.
   enum class Form { value, collection, operation };
   /// The attribute's text; `object` is of the class that registered it. Null for operations.
   using Reader = String (*)(const void* object);
