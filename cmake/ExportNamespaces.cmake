@@ -21,6 +21,8 @@ function(zobgp_export_namespaces target)
     endforeach()
     string(APPEND patterns "\n")
   endforeach()
+  # The interface for C.
+  string(APPEND patterns " zobgp_*;\n")
   set(map ${PROJECT_BINARY_DIR}/${target}.map)
   file(CONFIGURE OUTPUT ${map} CONTENT "{\n global:\n@patterns@ local: *;\n};\n" @ONLY)
   target_link_options(${target} PRIVATE -Wl,--version-script=${map})

@@ -195,7 +195,9 @@ def page(path, text):
 def main():
     path = pathlib.Path(sys.argv[1])
     text = path.read_text()
-    sys.stdout.write(header(text) if path.suffix == ".h" else page(path, text))
+    # A header for C is written for Doxygen already.
+    ours = path.suffix == ".h" and not text.startswith("/**")
+    sys.stdout.write(header(text) if ours else text if path.suffix == ".h" else page(path, text))
 
 
 main()

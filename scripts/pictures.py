@@ -41,7 +41,7 @@ def libraries():
         for name, rest in re.findall(r"^\s*zobgp_library\(([\w-]+) ([^)]*)\)",
                                      pathlib.Path(build).read_text(), re.M):
             base = re.search(r"BASE (\w+)", rest)
-            folders = re.search(r"FOLDERS ([\w. -]+?)(?: LINK|$)", rest)[1].split()
+            folders = re.search(r"FOLDERS (.+?)(?: LINK| PRIVATE|$)", rest)[1].split()
             found[name] = [layer for layer, (_, _, files) in layers.items()
                            if any(re.match(files, f"{base[1] if base else folder}/") for folder in folders)]
     return found

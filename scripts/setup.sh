@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 packages_for() {
   case $1 in
     build) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev zlib1g-dev libbz2-dev liblzma-dev libzstd-dev googletest ;;
-    test) echo pkg-config bzip2 xz-utils zstd zsh groff-base python3 python3-jsonschema ;;
+    test) echo pkg-config bzip2 xz-utils zstd zsh groff-base python3 python3-venv python3-jsonschema ;;
     python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
     plot) echo gnuplot-nox ;;

@@ -17,7 +17,7 @@ layer_of() {
     kinds/*) echo 7 ;;
     query/*) echo 8 ;;
     mrt/*) echo 9 ;;
-    tools/* | examples/*) echo 10 ;;
+    tools/* | examples/* | capi/*) echo 10 ;;
     *) echo 0 ;;
   esac
 }

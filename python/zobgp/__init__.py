@@ -1,0 +1,301 @@
+"""BGP communities: every distinct list exists once, and the paths of MRT files.
+
+    >>> import zobgp
+    >>> zobgp.parse("standard", "no-export 65000:100").values
+    ('65000:100', 'NO_EXPORT')
+    >>> for path in zobgp.paths("rib.bz2"):
+    ...     print(path.prefixes, path.extended.values)
+
+Lists with the same communities are the same object: compare them with `is`.
+
+The library `libzobgp-c` does the work. It is found by its name where the system looks for libraries;
+ZOBGP_LIBRARY names another file.
+"""
+from __future__ import annotations
+
+import ctypes
+import datetime
+import os
+import weakref
+from typing import Iterator, Optional, Union
+
+__all__ = ["Error", "List", "Path", "Paths", "Tables", "parse", "paths", "text", "value", "version"]
+
+_STANDARD, _EXTENDED, _IPV6_EXTENDED, _LARGE = 8, 16, 25, 32
+_types = {"standard": _STANDARD, "extended": _EXTENDED, "ipv6_extended": _IPV6_EXTENDED, "large": _LARGE}
+_sizes = {_STANDARD: 4, _EXTENDED: 8, _IPV6_EXTENDED: 20, _LARGE: 12}
+_OK, _END, _ROOM, _MEMORY = 0, 1, 2, 7
+
+
+class Error(ValueError):
+    """What a peer sent, a text or a file is not what it should be; the message says why."""
+
+
+class _Lists(ctypes.Structure):
+    _fields_ = [(name, ctypes.c_void_p) for name in _types]
+
+
+class _Path(ctypes.Structure):
+    _fields_ = [
+        ("size", ctypes.c_uint32),
+        ("seconds", ctypes.c_uint32),
+        ("microseconds", ctypes.c_uint32),
+        ("peer_as", ctypes.c_uint32),
+        ("peer", ctypes.c_char_p),
+        ("prefixes", ctypes.c_char_p),
+        ("withdrawn", ctypes.c_char_p),
+        ("as_path", ctypes.c_char_p),
+        ("next_hop", ctypes.c_char_p),
+        ("origin_as", ctypes.c_int64),
+        ("record", ctypes.c_uint64),
+        ("lists", _Lists),
+        ("malformed", ctypes.c_char_p),
+    ]
+
+
+def _load() -> ctypes.CDLL:
+    library = ctypes.CDLL(os.environ.get("ZOBGP_LIBRARY") or "libzobgp-c.so.0.2")
+    pointer, size, text = ctypes.c_void_p, ctypes.c_size_t, ctypes.c_char_p
+    sizes = ctypes.POINTER(size)
+    for name, result, arguments in (
+        ("version", text, []),
+        ("message", text, []),
+        ("tables_new", ctypes.c_int, [ctypes.POINTER(pointer)]),
+        ("tables_free", None, [pointer]),
+        ("read", ctypes.c_int, [pointer, ctypes.c_int, text, size, ctypes.POINTER(pointer)]),
+        ("read_all", ctypes.c_int, [pointer, text, size, ctypes.POINTER(_Lists)]),
+        ("parse", ctypes.c_int, [pointer, ctypes.c_int, text, ctypes.POINTER(pointer)]),
+        ("list_hold", None, [pointer]),
+        ("list_release", None, [pointer]),
+        ("list_type", ctypes.c_int, [pointer]),
+        ("list_octets", ctypes.c_int, [pointer, text, size, sizes]),
+        ("list_text", ctypes.c_int, [pointer, text, size, sizes]),
+        ("text", ctypes.c_int, [ctypes.c_int, text, size, text, size, sizes]),
+        ("value", ctypes.c_int, [text, ctypes.POINTER(ctypes.c_int), text, sizes]),
+        ("reader_open", ctypes.c_int, [pointer, text, ctypes.POINTER(pointer)]),
+        ("reader_close", None, [pointer]),
+        ("reader_next", ctypes.c_int, [pointer, ctypes.POINTER(ctypes.POINTER(_Path))]),
+    ):
+        function = getattr(library, "zobgp_" + name)
+        function.restype, function.argtypes = result, arguments
+    return library
+
+
+_library = _load()
+
+
+def _check(status: int) -> None:
+    if status == _OK:
+        return
+    if status == _MEMORY:
+        raise MemoryError
+    raise Error(_library.zobgp_message().decode(errors="replace"))
+
+
+def _given(function, *arguments) -> bytes:
+    """What a function writes to its caller's room."""
+    room, length = 256, ctypes.c_size_t()
+    while True:
+        buffer = ctypes.create_string_buffer(room)
+        status = function(*arguments, buffer, room, ctypes.byref(length))
+        if status != _ROOM:
+            _check(status)
+            return buffer.raw[: length.value]
+        room = length.value + 1
+
+
+def _type_of(name: str) -> int:
+    try:
+        return _types[name]
+    except KeyError:
+        raise Error(f"type {name!r}: there are {', '.join(_types)}") from None
+
+
+class List:
+    """A list of communities, of one path attribute. Equal lists of one `Tables` are one object."""
+
+    __slots__ = ("_handle", "_values", "_octets", "type", "__weakref__")
+
+    def __init__(self, handle: Optional[int], type: str):
+        self._handle, self.type = handle, type
+        self._values: Optional[tuple[str, ...]] = None if handle else ()
+        self._octets: Optional[tuple[bytes, ...]] = None if handle else ()
+
+    def __del__(self) -> None:
+        if self._handle:
+            _library.zobgp_list_release(self._handle)
+
+    @property
+    def octets(self) -> tuple[bytes, ...]:
+        """The communities as an attribute has them."""
+        if self._octets is None:
+            size = _sizes[_types[self.type]]
+            octets = _given(_library.zobgp_list_octets, self._handle)
+            self._octets = tuple(octets[at : at + size] for at in range(0, len(octets), size))
+        return self._octets
+
+    @property
+    def values(self) -> tuple[str, ...]:
+        """The communities' canonical texts, in the order of the list."""
+        if self._values is None:
+            self._values = tuple(text(self.type, one) for one in self.octets)
+        return self._values
+
+    def __len__(self) -> int:
+        return len(self.octets)
+
+    def __bool__(self) -> bool:
+        return self._handle is not None
+
+    def __iter__(self) -> Iterator[str]:
+        return iter(self.values)
+
+    def __contains__(self, one: object) -> bool:
+        return one in self.values
+
+    def __str__(self) -> str:
+        return " ".join(self.values)
+
+    def __repr__(self) -> str:
+        return f"<{self.type} {self}>"
+
+
+_none = {name: List(None, name) for name in _types}
+
+
+class Tables:
+    """What lists are shared in. Most programs need none of their own: there is one for all."""
+
+    def __init__(self) -> None:
+        self._handle = ctypes.c_void_p()
+        _check(_library.zobgp_tables_new(ctypes.byref(self._handle)))
+        self._known: weakref.WeakValueDictionary[int, List] = weakref.WeakValueDictionary()
+
+    def __del__(self) -> None:
+        _library.zobgp_tables_free(self._handle)
+
+    def _list(self, handle: Optional[int], name: str) -> List:
+        """The object of a list that is held for it."""
+        if not handle:
+            return _none[name]
+        known = self._known.get(handle)
+        if known is not None:
+            _library.zobgp_list_release(handle)
+            return known
+        return self._known.setdefault(handle, List(handle, name))
+
+    def read(self, type: str, octets: bytes) -> List:
+        """The list in an attribute's value, without its header."""
+        handle = ctypes.c_void_p()
+        _check(_library.zobgp_read(self._handle, _type_of(type), octets, len(octets), ctypes.byref(handle)))
+        return self._list(handle.value, type)
+
+    def parse(self, type: str, text: str) -> List:
+        """The list of communities in a text, in any form that the tool bgpcomm reads."""
+        handle = ctypes.c_void_p()
+        _check(_library.zobgp_parse(self._handle, _type_of(type), text.encode(), ctypes.byref(handle)))
+        return self._list(handle.value, type)
+
+
+_tables = Tables()
+
+
+class Path:
+    """A path of a file: an entry of a table, or an UPDATE."""
+
+    __slots__ = ("seconds", "microseconds", "peer", "peer_as", "prefixes", "withdrawn", "as_path", "origin_as",
+                 "next_hop", "record", "standard", "extended", "ipv6_extended", "large", "malformed")
+
+    def __init__(self, tables: Tables, path: _Path):
+        self.seconds, self.microseconds = path.seconds, path.microseconds
+        self.peer, self.peer_as = path.peer.decode(), path.peer_as
+        self.prefixes = tuple(path.prefixes.decode().split())
+        self.withdrawn = tuple(path.withdrawn.decode().split())
+        self.as_path, self.next_hop = path.as_path.decode(), path.next_hop.decode()
+        self.origin_as = None if path.origin_as < 0 else path.origin_as
+        self.record, self.malformed = path.record, path.malformed.decode()
+        for name in _types:
+            handle = getattr(path.lists, name)
+            _library.zobgp_list_hold(handle)
+            setattr(self, name, tables._list(handle, name))
+
+    @property
+    def time(self) -> datetime.datetime:
+        return datetime.datetime.fromtimestamp(self.seconds, datetime.timezone.utc).replace(
+            microsecond=self.microseconds)
+
+    def __repr__(self) -> str:
+        return f"<{self.time:%Y-%m-%dT%H:%M:%SZ} {self.peer} AS{self.peer_as} {' '.join(self.prefixes)}>"
+
+
+class Paths:
+    """The paths of a file, one by one."""
+
+    def __init__(self, file: Union[str, os.PathLike], tables: Optional[Tables] = None):
+        self._tables, self._reader = tables or _tables, ctypes.c_void_p()
+        _check(_library.zobgp_reader_open(self._tables._handle, os.fsencode(file), ctypes.byref(self._reader)))
+
+    def __iter__(self) -> Paths:
+        return self
+
+    def __next__(self) -> Path:
+        path = ctypes.POINTER(_Path)()
+        status = _library.zobgp_reader_next(self._reader, ctypes.byref(path)) if self._reader else _END
+        if status == _END:
+            self.close()
+            raise StopIteration
+        _check(status)
+        return Path(self._tables, path.contents)
+
+    def close(self) -> None:
+        """Ends the reading before the file's end."""
+        reader, self._reader = self._reader, None
+        if reader:
+            _library.zobgp_reader_close(reader)
+
+    def __enter__(self) -> Paths:
+        return self
+
+    def __exit__(self, *_) -> None:
+        self.close()
+
+    def __del__(self) -> None:
+        if getattr(self, "_reader", None):
+            self.close()
+
+    def to_pandas(self):
+        """The rest of the paths as a pandas.DataFrame: a row a path, lists as tuples of texts."""
+        import pandas
+
+        rows = [(path.time, path.peer, path.peer_as, path.prefixes, path.as_path, path.origin_as, path.next_hop,
+                 path.standard.values, path.extended.values, path.ipv6_extended.values, path.large.values)
+                for path in self]
+        return pandas.DataFrame(rows, columns=["time", "peer", "peer_as", "prefixes", "as_path", "origin_as",
+                                               "next_hop", *_types])
+
+
+def paths(file: Union[str, os.PathLike], tables: Optional[Tables] = None) -> Paths:
+    """The paths of an MRT file, plain or as gzip, bzip2, xz or zstd made it; `-` is standard input."""
+    return Paths(file, tables)
+
+
+def parse(type: str, text: str) -> List:
+    """As `Tables.parse`, in the tables that all share."""
+    return _tables.parse(type, text)
+
+
+def text(type: str, octets: bytes) -> str:
+    """The canonical text of one community."""
+    return _given(_library.zobgp_text, _type_of(type), octets, len(octets)).decode()
+
+
+def value(text: str) -> tuple[str, bytes]:
+    """The type and the octets of one community, from any text that the tool bgpcomm reads."""
+    type, length, octets = ctypes.c_int(), ctypes.c_size_t(), ctypes.create_string_buffer(20)
+    _check(_library.zobgp_value(text.encode(), ctypes.byref(type), octets, ctypes.byref(length)))
+    return next(name for name, code in _types.items() if code == type.value), octets.raw[: length.value]
+
+
+def version() -> str:
+    """The library's version."""
+    return _library.zobgp_version().decode()

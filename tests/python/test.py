@@ -1,0 +1,62 @@
+"""The Python package on the sample. Run where it is installed."""
+import gc
+import unittest
+
+import zobgp
+
+SAMPLE = "samples/rib.bird.mrt.gz"
+
+
+class Zobgp(unittest.TestCase):
+    def test_equal_lists_are_one_object(self):
+        one = zobgp.parse("standard", "no-export, 65000:100 65000:100")
+        self.assertIs(one, zobgp.parse("standard", "65000:100 NO_EXPORT"))
+        self.assertEqual(one.values, ("65000:100", "NO_EXPORT"))
+        self.assertEqual(one.octets, (bytes.fromhex("fde80064"), bytes.fromhex("ffffff01")))
+        self.assertIs(one, zobgp._tables.read("standard", bytes.fromhex("ffffff01fde80064")))
+        self.assertIsNot(one, zobgp.Tables().parse("standard", str(one)))
+        long = zobgp.parse("large", " ".join(f"65000:{i}:1" for i in range(1000)))
+        self.assertEqual((len(long), long.values[-1]), (1000, "65000:999:1"))
+
+    def test_values_are_texts_both_ways(self):
+        for text in ("65000:1", "route-target-as2:65000:100", "mac-mobility:S:5", "65000:1:2",
+                     "route-target-ipv6:[2001:db8::1]:5"):
+            type, octets = zobgp.value(text)
+            self.assertEqual(zobgp.text(type, octets), text)
+
+    def test_what_is_wrong_says_why(self):
+        for call, reason in ((lambda: zobgp.parse("standard", "1:70000"), "below 65536"),
+                             (lambda: zobgp.parse("other", ""), "'other'"),
+                             (lambda: zobgp.text("large", b"123"), "12 octets"),
+                             (lambda: zobgp.Tables().read("standard", b"123"), "3 octets"),
+                             (lambda: zobgp.paths("/nonexistent"), "/nonexistent: No such file"),
+                             (lambda: list(zobgp.paths("README.md")), "ends inside a record")):
+            with self.assertRaisesRegex(zobgp.Error, reason):
+                call()
+
+    def test_paths_share_their_lists(self):
+        paths = list(zobgp.paths(SAMPLE))
+        self.assertEqual(len(paths), 9723)
+        by_values = {}
+        for path in paths:
+            self.assertIs(by_values.setdefault(path.standard.values, path.standard), path.standard)
+        self.assertEqual(sum("NO_EXPORT" in path.standard for path in paths), 446)
+        self.assertEqual((paths[0].time.isoformat(), paths[0].peer, paths[0].prefixes, paths[0].next_hop),
+                         ("2026-11-21T01:26:53+00:00", "127.0.0.5", ("32.0.0.0/24",), "192.0.2.7"))
+        first = paths[0].standard
+        del paths, path, by_values
+        gc.collect()
+        self.assertEqual(first.values, ("64600:101", "64600:1006"))
+        with zobgp.paths(SAMPLE) as some:
+            self.assertIs(next(some).standard, first)
+        self.assertEqual(list(some), [])
+
+    def test_frames_where_pandas_is(self):
+        try:
+            import pandas  # noqa: F401
+        except ImportError:
+            self.skipTest("pandas is not installed")
+        self.assertEqual(len(zobgp.paths(SAMPLE).to_pandas()), 9723)
+
+
+unittest.main()
