@@ -90,7 +90,7 @@ class CommunityListTables {
 template <class Path>
 class CommunityTablesOf;
 
-/// Parser and tables for the list types of a path; see the top of this file.
+/// Parser and tables for the list types of a path. ZoBgpCommunityTables.h has an example.
 template <class... Lists>
 class CommunityTablesOf<PathCommunitiesOf<Lists...>> {
  public:

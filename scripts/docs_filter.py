@@ -122,14 +122,24 @@ def header(text):
         body.append(line)
         at += 1
 
-    if chief:
-        out[0] = f"/// @{chief} \\ilinebr " + out[0][4:]
-        body = groups(body)
-        body[0] = f"/** @file \\ilinebr {first_sentence} */ " + body[0]
-    else:
-        out[0] = "/// @file \\ilinebr " + out[0][4:]
-        body = groups(body)
-    return "\n".join(out + body)
+    # One line more in front, and instead of it none of `#pragma once`.
+    body = groups(body)
+    out.insert(0, f"/// @{chief}" if chief else "/// @file")
+    if "#pragma once" in body[0] and not body[1]:
+        body = [f"/** @file \\ilinebr @brief {first_sentence} */" if chief else ""] + body[2:]
+    return "\n".join(out + marked(body))
+
+
+def marked(lines):
+    """Code and pictures in all comments."""
+    out, comment = [], []
+    for line in lines + [""]:
+        if re.match(r"\s*///(?!<)", line):
+            comment.append(line)
+        else:
+            out += verbatim(comment) + [line]
+            comment = []
+    return out[:-1]
 
 
 def groups(lines):
