@@ -40,7 +40,7 @@ extern "C" {
 
 /** What became of a call. */
 typedef enum zobgp_status {
-  ZOBGP_OK = 0,
+  ZOBGP_OK = 0,        /**< the results are there */
   ZOBGP_END = 1,       /**< no more paths */
   ZOBGP_ROOM = 2,      /**< the room is too small */
   ZOBGP_MALFORMED = 3, /**< what a peer sent is no such list, or path */
@@ -50,13 +50,12 @@ typedef enum zobgp_status {
   ZOBGP_MEMORY = 7     /**< there is none left */
 } zobgp_status;
 
-/** Path attributes, by their type codes: RFC 1997, RFC 4360, RFC 5701, RFC 8092. A community of
- * them takes 4, 8, 20 and 12 octets. */
+/** Path attributes, by their type codes. A community of them takes 4, 8, 20 and 12 octets. */
 typedef enum zobgp_type {
-  ZOBGP_STANDARD = 8,
-  ZOBGP_EXTENDED = 16,
-  ZOBGP_IPV6_EXTENDED = 25,
-  ZOBGP_LARGE = 32
+  ZOBGP_STANDARD = 8,       /**< RFC 1997 */
+  ZOBGP_EXTENDED = 16,      /**< RFC 4360 */
+  ZOBGP_IPV6_EXTENDED = 25, /**< RFC 5701 */
+  ZOBGP_LARGE = 32          /**< RFC 8092 */
 } zobgp_type;
 
 typedef struct zobgp_tables zobgp_tables;

@@ -18,7 +18,7 @@ def verbatim(lines):
     """Marks code and pictures in the lines of a comment, each with its `///`."""
     out, inside, listed = [], None, False
     for line in lines:
-        mark, text = re.match(r"(\s*///) ?(.*)", line).groups()
+        mark, text = re.match(r"(\s*///| \*) ?(.*)", line).groups()
         if inside is None and re.match(r" {2,}\S", text) and not listed:
             inside = "code{.cpp}" if re.search(r"[;(]", text) else "code{.unparsed}"
             out[-1] += " @" + inside if out else ""
@@ -67,7 +67,8 @@ def enumerators(rows):
 
 def header(text):
     lines = text.split("\n")
-    out = []
+    if not text.startswith("//"):  # for C, and written for Doxygen but for its code
+        return "\n".join(marked(lines, r" \*(?!/)"))
 
     # The comment at the top.
     top = 0
@@ -130,11 +131,11 @@ def header(text):
     return "\n".join(out + marked(body))
 
 
-def marked(lines):
-    """Code and pictures in all comments."""
+def marked(lines, start=r"\s*///(?!<)"):
+    """Code and pictures in all comments, whose lines start so."""
     out, comment = [], []
     for line in lines + [""]:
-        if re.match(r"\s*///(?!<)", line):
+        if re.match(start, line):
             comment.append(line)
         else:
             out += verbatim(comment) + [line]
@@ -206,8 +207,7 @@ def main():
     path = pathlib.Path(sys.argv[1])
     text = path.read_text()
     # A header for C is written for Doxygen already.
-    ours = path.suffix == ".h" and not text.startswith("/**")
-    sys.stdout.write(header(text) if ours else text if path.suffix == ".h" else page(path, text))
+    sys.stdout.write(header(text) if path.suffix == ".h" else page(path, text))
 
 
 main()
