@@ -25,14 +25,12 @@ struct Pack : testing::Test {
 auto parse(const Container& container, const ExtCommContent& content) {
   return container->extCommParser()->parseExtendedCommunity(content);
 }
-auto parse(const Container& container, const ExtCommIp6Content& content) {
-  return container->extCommParser()->parseExtendedCommunityIp6(content);
-}
 auto parse(const Container& container, U32 octets) {
   return parse(container, ExtCommContent(U64(octets) << 48 | 0x0000FDE800000064));
 }
 auto parseIp6(const Container& container, U32 octets) {
-  return parse(container, ExtCommIp6Content{U8(octets >> 8), U8(octets), {}, 100});
+  return container->extCommParser()->parseExtendedCommunityIp6(
+      {U8(octets >> 8), U8(octets), {}, 100});
 }
 
 std::string className(const auto& comm) { return comm->fwkType().name(); }
@@ -141,31 +139,24 @@ TEST_F(Pack, SharesEvpnWithOtherPlugins) {
 constexpr KindField userFields[] = {{.name = "level", .bit = 0, .bits = 8},
                                     {.name = "value", .bit = 8, .bits = 40}};
 // A table with a row of a user's own, whose texts go with their owner.
-struct UserRow {
-  explicit UserRow(std::string its)
-      : identifier(std::move(its)),
-        kind{.type = 0x06,
-             .subtype = 0x7f,
-             .name = "user",
-             .reference = "user",
-             .identifier = identifier,
-             .fields = userFields,
-             .example = "067f010000000002"} {}
-  const std::string identifier;
-  const Kind kind;
-
-  static KindTable table(std::string identifier) {
-    const auto its = std::make_shared<const UserRow>(std::move(identifier));
-    return KindTable::builtIn().with({&its->kind, 1}, its);
-  }
-};
+KindTable tableWith(const std::string& identifier) {
+  const auto owner = std::make_shared<std::pair<std::string, Kind>>(identifier, Kind());
+  owner->second = {.type = 0x06,
+                   .subtype = 0x7f,
+                   .name = "user",
+                   .reference = "user",
+                   .identifier = owner->first,
+                   .fields = userFields,
+                   .example = "067f010000000002"};
+  return KindTable::builtIn().with({&owner->second, 1}, owner);
+}
 
 TEST_F(Pack, TakesTablesAtRunTimeAndKeepsThem) {
   const ExtCommContent content(0x067f030000000005);
   auto users = bgpParseExtCommContainerSmFactory();
   installKinds(*users);
   EXPECT_EQ(className(parse(users, content)), "Routing::Bgp::ExtComm");
-  installKinds(*users, UserRow::table("users-first-kind-of-community"));
+  installKinds(*users, tableWith("users-first-kind-of-community"));
   const auto comm =
       ExtComm::dedupContent(extCommDedupTableFactory(users->extCommParser()).get(), content);
   users = nullptr;
@@ -180,7 +171,7 @@ TEST_F(Pack, TakesTablesAtRunTimeAndKeepsThem) {
   EXPECT_EQ(canonicalText(content), "unknown-transitive:06:7f:03:00:00:00:00:05")
       << "built-in table";
 
-  installKinds(*core, UserRow::table("second"));
+  installKinds(*core, tableWith("second"));
   EXPECT_EQ(parse(core, content)->toStrepForPolicy({}), comm->toStrepForPolicy({})) << "first come";
   EXPECT_EQ(parse(core, 0x0600)->toStrepForPolicy({}), "mac-mobility:malformed:fd:e8:00:00:00:64");
   // No parser made these.
@@ -198,7 +189,7 @@ TEST_F(Pack, PrintsWhileTablesAreInstalled) {
   std::thread printer([&] {
     for (int i = 0; i < 1000; ++i) ASSERT_EQ(comm->toStrep(), text);
   });
-  for (int i = 0; i < 20; ++i) installKinds(*packed, UserRow::table("user-" + std::to_string(i)));
+  for (int i = 0; i < 20; ++i) installKinds(*packed, tableWith("user-" + std::to_string(i)));
   printer.join();
 }
 

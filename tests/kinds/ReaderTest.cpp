@@ -2,178 +2,115 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <random>
 #include <set>
-#include <sstream>
 
-#include "Mox/Exception.h"
-#include "community-list/ZoBgpCommunityListStandard.h"
-#include "community/ZoBgpCommunityTyped.h"
-#include "ip6/ExtCommIp6.h"
 #include "kinds/ZoBgpCommunityLists.h"
 #include "parse/BgpParseExtComm.h"
+#include "tests/Texts.h"
+#include "tests/kinds/TextTables.h"
 
 namespace Routing::Bgp {
 namespace {
 
 using Attribute = BgpPathAttrType;
 
-// An error's position is that of its token, in the text.
-void expectPlaced(const CommunityTextError& error, std::string_view text) {
-  ASSERT_LE(error.position, text.size()) << text;
-  EXPECT_EQ(text.substr(error.position, error.token.size()), error.token) << text;
-  EXPECT_FALSE(error.expected.empty()) << text;
-}
-
-// The rows of the tables of a page, by their columns' names: what stands in backquotes, else the
+// The rows of the tables of a page that have these columns: what stands in backquotes, else the
 // cell.
-std::vector<std::vector<std::string>> tableRows(const std::string& path, std::string_view columns) {
+std::vector<Cells> rowsOfPage(const char* path, std::string_view columns) {
   std::ifstream file(path);
-  std::vector<std::vector<std::string>> rows;
+  std::vector<Cells> rows;
   bool inside = false;
   for (std::string line; std::getline(file, line);) {
-    if (!line.starts_with('|')) inside = false;
-    if (line == columns) inside = true;
+    inside = line == columns || (inside && line.starts_with('|'));
     if (!inside || line == columns || line.starts_with("|---")) continue;
-    std::vector<std::string> cells;
-    std::istringstream stream(line.substr(1));
-    for (std::string cell; std::getline(stream, cell, '|');) {
-      cell = cell.substr(1, cell.size() - 2);
-      const bool code =
-          cell.size() > 2 && cell.front() == '`' && cell.find('`', 1) + 1 == cell.size();
-      cells.push_back(code ? cell.substr(1, cell.size() - 2) : cell);
-    }
-    rows.push_back(cells);
+    for (std::string& cell : rows.emplace_back(cellsOf(line.substr(1))))
+      if (cell.starts_with('`') && cell.find('`', 1) + 1 == cell.size())
+        cell = cell.substr(1, cell.size() - 2);
   }
   return rows;
 }
 
 TEST(Reader, ThePageIsTrue) {
-  const auto accepted = tableRows("docs/text.md", "| Text | Community | Unsaid |");
-  const auto refused = tableRows("docs/text.md", "| Text | Why it is refused |");
+  const auto accepted = rowsOfPage("docs/text.md", "| Text | Community | Unsaid |");
+  const auto refused = rowsOfPage("docs/text.md", "| Text | Why it is refused |");
   ASSERT_GT(accepted.size(), 40u);
   ASSERT_GT(refused.size(), 8u);
-  for (const auto& row : accepted) {
+  for (const Cells& row : accepted) {
     const auto parsed = readCommunity(row[0]);
     ASSERT_TRUE(parsed) << row[0] << ": " << parsed.error.text();
     EXPECT_EQ(canonicalText(*parsed), row[1]) << row[0];
     ASSERT_EQ(row.size(), 3u) << row[0];
   }
-  for (const auto& row : refused) {
+  for (const Cells& row : refused) {
     const auto parsed = readCommunity(row[0]);
-    EXPECT_FALSE(parsed) << row[0] << " is " << canonicalText(*parsed);
-    expectPlaced(parsed.error, row[0]);
+    EXPECT_TRUE(!parsed && isPlaced(parsed.error, row[0])) << row[0];
   }
 }
 
 TEST(Reader, RefusalsSayWhereAndWhat) {
-  const struct {
-    const char* text;
-    std::size_t position;
-    const char* token;
-    const char* expected;  // a piece of it
-    const char* nearest = "";
-  } rows[] = {
-      {"", 0, "", "a community"},
-      {"rt:1", 3, "1", "colon"},
-      {"RT:70000:70000", 9, "70000", "below 65536 behind an AS number of four octets"},
-      {"RT:70000L:70000", 10, "70000", "below 65536"},
-      {"RT:1:4294967296", 5, "4294967296", "below 4294967296"},
-      {"RT:01:1", 3, "01", "an AS number"},
-      {"RT:4294967296:1", 3, "4294967296", "an AS number"},
-      {"RT:1.65536:1", 3, "1.65536", "an AS number"},
-      {"RT:1.2.3:1", 3, "1.2.3", "an IPv4 address"},
-      {"RT:192.0.2.1:65536", 13, "65536", "below 65536 behind an address"},
-      {"RT:[2001:db8::g]:1", 3, "[2001:db8::g]", "an IPv6 address"},
-      {"RT:1:2 ", 5, "2 ", "a decimal number"},
-      {" RT:1:2", 0, " RT", "a community"},
-      {"Route-Target-AS:1L:2", 16, "1L", "below 65536"},
-      {"Route-Target-AS:70000:2", 16, "70000", "below 65536"},
-      {"Route-Target-AS4:1.10L:2", 17, "1.10L", "an AS number"},
-      {"Route-Target-IP6:::1:2", 0, "Route-Target-IP6", "a community", "route-target-ipv6"},
-      {"Route-Targt-IP:1.2.3.4:2", 0, "Route-Targt-IP", "a community", "route-target-ipv4"},
-      {"1.10:5", 0, "1.10:5", "`RT:1.10:5` or `SoO:1.10:5`"},
-      {"192.0.2.1:100", 0, "192.0.2.1:100", "`RT:192.0.2.1:100` or `SoO:192.0.2.1:100`"},
-      {"[2001:db8::1]:100", 0, "[2001:db8::1]:100", "`RT:[2001:db8::1]:100` or"},
-      {"::1:100", 0, "::1:100", "`RT:::1:100` or `SoO:::1:100`"},
-      {"1.10:5:4294967296", 7, "4294967296", "below 4294967296"},
-      {"65536.1:5:6", 0, "65536.1", "a decimal number"},
-      {"route-target-as4:1.10:65536", 22, "65536", "below 65536"},
-      {"route-target-as4:1.10:1:2", 24, "2", "nothing more"},
-      {"route-target-as2:0.10:1", 17, "0.10", "below 65536"},
-      {"route-target-ipv6:2001:db8::1:65536", 30, "65536", "below 65536"},
-      {"0x0002fde80000006", 0, "0x0002fde80000006", "8, 16, 24 or 40"},
-      {"0x0002fde8000000g4", 16, "g4", "hexadecimal digits"},
-      {"0x0002fde800000064 ", 0, "0x0002fde800000064 ", "8, 16, 24 or 40"},
-      {"0304:0x00 0x01 0x02 0x03 0x04", 29, "", "six octets"},
-      {"0304:0x000x01 0x02 0x03 0x04 0x05", 9, "0x01 0x02 0x03 0x04 0x05", "six octets"},
-      {"0304:0x00  0x01 0x02 0x03 0x04 0x05", 9, "  0x01 0x02 0x03 0x04 0x05", "six octets"},
-      {"0304:0x00 0x01 0x02 0x03 0x04 0x05 0x06", 34, " 0x06", "nothing more"},
-      {"0304(NT):1", 9, "1", "six octets"},
-      {"4304(NT):0x00 0x01 0x02 0x03 0x04 0x05", 0, "43", "bit 0x40"},
-      {"0202-AS4(NT):1:65536", 15, "65536", "below 65536"},
-      {"0202-AS(NT):65000:100", 0, "0202-AS(NT)", "`-AS4` behind 02"},
-      {"0002-AS4:1:2", 0, "0002-AS4", "`-AS` behind type 00"},
-      {"0102-AS:1:2", 0, "0102-AS", "`-IP` behind 01"},
-      {"000b-IP6:100", 9, "100", "colon"},
-      {"lbw 65536:1", 4, "65536", "an AS number below 65536"},
-      {"lbw 65000:1e39", 10, "1e39", "a rate"},
-      {"lbw 65000:+1", 10, "+1", "a rate"},
-      {"Link-Bandwidth-AS:1:10 Qbps", 20, "10 Qbps", "a rate"},
-      {"Link-Bandwidth-AS:1:.5 bps", 20, ".5 bps", "a rate"},
-      {"Link-Bandwidth-AS:1:1. bps", 20, "1. bps", "a rate"},
-      {"Link-Bandwidth-AS:1:01 bps", 20, "01 bps", "a rate"},
-      {"Link-Bandwidth-AS:1:inf bps", 20, "inf bps", "a rate"},
-      {"Link-Bandwidth-AS:1:1e9 bps", 20, "1e9 bps", "a rate"},
-      {"Link-Bandwidth-AS:1:2722258935367508 Ybps", 20, "2722258935367508 Ybps", "a rate"},
-      {"TunnelEncap:vxlan", 12, "vxlan", "a tunnel type"},
-      {"tunnelTypeUnknown-65536", 0, "tunnelTypeUnknown-65536", "a tunnel type"},
-      {"Color:CO(12):1", 9, "12", "two bits"},
-      {"Color:CO(10):4294967296", 13, "4294967296", "below 4294967296"},
-      {"Color:CO(10)1", 11, ")1", "`):`"},
-      {"Origin-Validation-State:Unknown", 24, "Unknown", "does not say which"},
-      {"<", 0, "<", "`>`"},
-      {"<0x0002fde800000064>", 1, "0x0002fde800000064", "a community"},
-      {"<RouteTarget2ByteASN 65000:100 0x0002fde800000065>", 1, "RouteTarget2ByteASN 65000:100",
-       "route-target-as2:65000:101"},
-      {"<route-target-ipv6:[::1]:65536>", 25, "65536", "below 65536"},
-      {"4294967041", 0, "4294967041", "`65535:65281` or `0x00000000ffffff01`"},
-      {"4294967295", 0, "4294967295", "`65535:65535` or `0x00000000ffffffff`"},
-      {"4294967296", 0, "4294967296", "`0x0000000100000000` for octets"},
-      {"842122827661412", 0, "842122827661412", "`0x0002fde800000064`"},
-      {"lokal-as", 0, "lokal-as", "a community", "local-as"},
-      {"no-exprot", 0, "no-exprot", "a community", "NO_EXPORT"},
-      {"DefaultGatway", 0, "DefaultGatway", "a community", "DefaultGateway"},
-  };
-  for (const auto& row : rows) {
-    const auto parsed = readCommunity(row.text);
-    ASSERT_FALSE(parsed) << row.text << " is " << canonicalText(*parsed);
-    EXPECT_EQ(parsed.error.position, row.position) << row.text << ": " << parsed.error.text();
-    EXPECT_EQ(parsed.error.token, row.token) << row.text;
-    EXPECT_EQ(parsed.error.nearest, row.nearest) << row.text;
-    EXPECT_NE(parsed.error.expected.find(row.expected), std::string::npos) << parsed.error.text();
-    expectPlaced(parsed.error, row.text);
-  }
+  expectRefused(R"(
+a community | ^^ | ^ RT^:1:2 | <^0x0002fde800000064^>
+did you mean "route-target-ipv6" | ^Route-Target-IP6^:::1:2
+did you mean "route-target-ipv4" | ^Route-Targt-IP^:1.2.3.4:2
+did you mean "local-as" | ^lokal-as^
+did you mean "NO_EXPORT" | ^no-exprot^
+did you mean "DefaultGateway" | ^DefaultGatway^
+colon | RT:^1^ | 000b-IP6:^100^
+below 65536 behind an AS number of four octets | RT:70000:^70000^
+below 65536 behind an address | RT:192.0.2.1:^65536^
+below 65536 | RT:70000L:^70000^ | Route-Target-AS:^1L^:2 | Route-Target-AS:^70000^:2 | route-target-as2:^0.10^:1
+below 65536 | route-target-as4:1.10:^65536^ | route-target-ipv6:2001:db8::1:^65536^ | 0202-AS4(NT):1:^65536^
+below 65536 | <route-target-ipv6:[::1]:^65536^>
+below 4294967296 | RT:1:^4294967296^ | 1.10:5:^4294967296^ | Color:CO(10):^4294967296^
+an AS number | RT:^01^:1 | RT:^4294967296^:1 | RT:^1.65536^:1 | Route-Target-AS4:^1.10L^:2
+an AS number below 65536 | lbw ^65536^:1
+an IPv4 address | RT:^1.2.3^:1
+an IPv6 address | RT:^[2001:db8::g]^:1
+a decimal number | RT:1:^2 ^ | ^65536.1^:5:6
+`RT:1.10:5` or `SoO:1.10:5` | ^1.10:5^
+`RT:192.0.2.1:100` or `SoO:192.0.2.1:100` | ^192.0.2.1:100^
+`RT:[2001:db8::1]:100` or | ^[2001:db8::1]:100^
+`RT:::1:100` or `SoO:::1:100` | ^::1:100^
+nothing more | route-target-as4:1.10:1:^2^ | 0304:0x00 0x01 0x02 0x03 0x04 0x05^ 0x06^
+8, 16, 24 or 40 | ^0x0002fde80000006^ | ^0x0002fde800000064 ^
+hexadecimal digits | 0x0002fde8000000^g4^
+six octets | 0304:0x00 0x01 0x02 0x03 0x04^^ | 0304:0x00^0x01 0x02 0x03 0x04 0x05^ | 0304(NT):^1^
+six octets | 0304:0x00^  0x01 0x02 0x03 0x04 0x05^
+bit 0x40 | ^43^04(NT):0x00 0x01 0x02 0x03 0x04 0x05
+`-AS4` behind 02 | ^0202-AS(NT)^:65000:100
+`-AS` behind type 00 | ^0002-AS4^:1:2
+`-IP` behind 01 | ^0102-AS^:1:2
+a rate | lbw 65000:^1e39^ | lbw 65000:^+1^ | Link-Bandwidth-AS:1:^10 Qbps^ | Link-Bandwidth-AS:1:^.5 bps^
+a rate | Link-Bandwidth-AS:1:^1. bps^ | Link-Bandwidth-AS:1:^01 bps^ | Link-Bandwidth-AS:1:^inf bps^
+a rate | Link-Bandwidth-AS:1:^1e9 bps^ | Link-Bandwidth-AS:1:^2722258935367508 Ybps^
+a tunnel type | TunnelEncap:^vxlan^ | ^tunnelTypeUnknown-65536^
+two bits | Color:CO(^12^):1
+`):` | Color:CO(10^)1^
+does not say which | Origin-Validation-State:^Unknown^
+`>` | ^<^
+route-target-as2:65000:101 | <^RouteTarget2ByteASN 65000:100^ 0x0002fde800000065>
+`65535:65281` or `0x00000000ffffff01` | ^4294967041^
+`65535:65535` or `0x00000000ffffffff` | ^4294967295^
+`0x0000000100000000` for octets | ^4294967296^
+`0x0002fde800000064` | ^842122827661412^
+)",
+                [](std::string_view text) { return readCommunity(text); });
 }
 
 TEST(Reader, AnAttributeRestrictsWhatIsRead) {
-  const struct {
-    const char* text;
-    Attribute attribute;
-  } rows[] = {{"65000:100", Attribute::community},
-              {"local-as", Attribute::community},
-              {"0x0002fde800000064", Attribute::extCommunity},
-              {"RT:65000:100", Attribute::extCommunity},
-              {"000b-IP6:::1:100", Attribute::extCommunityIp6},
-              {"1.10:2:3", Attribute::largeCommunity}};
-  for (const auto& [text, attribute] : rows)
+  for (const char* const text : {"65000:100", "local-as", "0x0002fde800000064", "RT:65000:100",
+                                 "000b-IP6:::1:100", "1.10:2:3"})
     for (const Attribute wanted : {Attribute::community, Attribute::extCommunity,
                                    Attribute::extCommunityIp6, Attribute::largeCommunity}) {
       const auto parsed = readCommunity(text, KindTable::builtIn(), wanted);
-      EXPECT_EQ(bool(parsed), wanted == attribute) << text;
-      if (!parsed) expectPlaced(parsed.error, text);
+      EXPECT_EQ(bool(parsed), wanted == attributeOf(*readCommunity(text))) << text;
+      EXPECT_TRUE(parsed || isPlaced(parsed.error, text)) << text;
     }
+}
+
+Kind rowOfTwentyOctets(std::string_view identifier, std::span<const KindField> fields) {
+  return {Attribute::extCommunityIp6, 0x00, 0x77, {}, "name", "", identifier, fields};
 }
 
 // Rows whose identifiers are words of other forms, too.
@@ -184,12 +121,7 @@ TEST(Reader, TwoReadingsAreAnErrorThatSaysBoth) {
   const Kind rows[] = {
       {.type = 0x8f, .subtype = 1, .name = "1", .identifier = "rt", .fields = numbers},
       {.type = 0x8f, .subtype = 2, .name = "2", .identifier = "Local-AS", .fields = none},
-      {.attribute = Attribute::extCommunityIp6,
-       .type = 0x00,
-       .subtype = 0x77,
-       .name = "3",
-       .identifier = "SoO",
-       .fields = ip6}};
+      rowOfTwentyOctets("SoO", ip6)};
   const KindTable table = KindTable::builtIn().with(rows, nullptr);
   const auto parsed = readCommunity("RT:1:2", table);
   ASSERT_FALSE(parsed);
@@ -211,58 +143,36 @@ TEST(Reader, BareAddressesEndWhereTheyMust) {
   static constexpr KindName letters[] = {{0, "a"}, {1, "b"}};
   static constexpr KindField fields[] = {{"address", 0, 128, KindForm::ipv6},
                                          {"flags", 128, 16, KindForm::flags, letters}};
-  const Kind row = {.attribute = Attribute::extCommunityIp6,
-                    .type = 0x00,
-                    .subtype = 0x77,
-                    .name = "V",
-                    .identifier = "v",
-                    .fields = fields};
+  const Kind row = rowOfTwentyOctets("v", fields);
   const KindTable table = KindTable::builtIn().with({&row, 1}, nullptr);
   EXPECT_TRUE(readCommunity("v:[2001:db8::1]:a:b", table));
   EXPECT_FALSE(readCommunity("v:2001:db8::1:a:b", table));
 }
 
 TEST(Reader, Lists) {
-  const auto parsed = readCommunities(
+  const std::string_view text =
       " no-export,65000:100\tRT:1:2 , \"lbw 65000:1.25e+09\"\r\n1:2:3 000b-IP6:::1:100 65000:100 "
-      "\"Standby PE\",\"RT:1:2\" ");
-  ASSERT_TRUE(parsed) << parsed.error.text();
-  using enum BgpCommunityValue;
-  EXPECT_EQ(parsed.value->standard,
-            (std::vector{communityNoExport, BgpCommunityValue(0xfde80064),
-                         BgpCommunityValue(0xfde80064), BgpCommunityValue(0xffff0009)}));
-  const ExtCommContent target(0x0002000100000002);
-  EXPECT_EQ(parsed.value->extended,
-            (std::vector{target, ExtCommContent(0x4004fde84e9502f9), target}));
-  EXPECT_EQ(parsed.value->ip6Extended.size(), 1u);
-  EXPECT_EQ(parsed.value->large, std::vector{Acl::CommunityValue(1, 2, 3)});
-  EXPECT_EQ(parsed.value->size(), 9u);
+      "\"Standby PE\",\"RT:1:2\" ";
+  const auto inOrder = readAnyCommunities(text);
+  std::string texts;
+  for (const AnyCommunity& one : *inOrder) texts += canonicalText(one) + ' ';
+  EXPECT_EQ(texts,
+            "NO_EXPORT 65000:100 route-target-as2:1:2 link-bandwidth-as2-nt:65000:1250000000 1:2:3 "
+            "vrf-route-import-ipv6:[::1]:100 65000:100 STANDBY_PE route-target-as2:1:2 ");
+  const auto all = readCommunities(text);
+  EXPECT_EQ(row(all->standard.size(), all->extended.size(), all->ip6Extended.size(),
+                all->large.size(), all->size(), all->standard[3] == BgpCommunityValue(0xffff0009)),
+            "4 3 1 1 9 1");
   EXPECT_EQ(readCommunities(" \n").value->size(), 0u);
   EXPECT_EQ(readCommunities("").value->size(), 0u);
   EXPECT_EQ(readCommunities("0304(NT):0x00 0x01 0x02 0x03 0x04 0x05").value->extended.size(), 1u);
   EXPECT_FALSE(readCommunities("1:2 RT:1:2", KindTable::builtIn(), Attribute::community));
-  const struct {
-    const char* text;
-    std::size_t position;
-    const char* token;
-  } rows[] = {{"1:2 3:65536", 6, "65536"},
-              {"1:2,,3:4", 4, ""},
-              {",1:2", 0, ""},
-              {"1:2, ", 5, ""},
-              {"1:2 \"3:4", 4, "\"3:4"},
-              {"1:2 \"3:4\"5:6", 9, "5"},
-              {"1:2 \"\"", 5, ""},
-              {"1:2 lbw 1:1", 4, "lbw"},
-              {"1:2 \" 3:4\"", 5, " 3"},
-              {"link-bandwidth-as2:1:5 1:2x", 25, "2x"},
-              {"1:2;3:4", 2, "2;3"}};
-  for (const auto& [text, position, token] : rows) {
-    const auto refused = readCommunities(text);
-    ASSERT_FALSE(refused) << text;
-    EXPECT_EQ(refused.error.position, position) << text << ": " << refused.error.text();
-    EXPECT_EQ(refused.error.token, token) << text;
-    expectPlaced(refused.error, text);
-  }
+  expectRefused(R"(
+below 65536 | 1:2 3:^65536^
+expected | 1:2,^^,3:4 | ^^,1:2 | 1:2, ^^ | 1:2 ^"3:4^ | 1:2 "3:4"^5^:6 | 1:2 "^^" | 1:2 ^lbw^ 1:1
+expected | 1:2 "^ 3^:4" | link-bandwidth-as2:1:5 1:^2x^ | 1:^2;3^:4
+)",
+                [](std::string_view text) { return readCommunities(text); });
 }
 
 TEST(Reader, ListsOfAPath) {
@@ -293,16 +203,9 @@ struct Printed : testing::Test {
   std::mt19937_64 random{5};
 
   U64 someBits() {
-    switch (random() % 4) {
-      case 0:
-        return random() & 0xFFFFFFFF & random();
-      case 1:
-        return random() & random() & random();
-      case 2:
-        return random() % 3;
-      default:
-        return random();
-    }
+    const U64 a = random(), b = random(), c = random();
+    const U64 choices[] = {a & b & 0xFFFFFFFF, a & b & c, a % 3, a};
+    return choices[random() % 4];
   }
   Mox::String anyCase(Mox::String text) {
     for (char& c : text)
@@ -327,47 +230,31 @@ struct Printed : testing::Test {
 
 // Which policy texts say what the community is.
 bool saysAll(const ExtComm& object, ExtComm::StrepFormat format, std::string_view text) {
-  if (object.classification() == extCommClassificationOriginValidationState)
+  const auto is = [&](auto... any) { return ((object.classification() == any) || ...); };
+  if (is(extCommClassificationOriginValidationState))
     return format.inFull() && !text.ends_with("Unknown");
-  if (format.inFull()) return true;
-  switch (object.classification()) {
-    case extCommClassificationTunnelEncap:
-    case extCommClassificationColor:
-    case extCommClassificationDefaultGateway:
-      return true;
-    case extCommClassificationRouteTarget:
-    case extCommClassificationRouteOrigin:
-    case extCommClassificationLinkBandwidth:
-      return format.has(strepFormatClassification);
-    default:
-      return false;
-  }
+  if (is(extCommClassificationRouteTarget, extCommClassificationRouteOrigin,
+         extCommClassificationLinkBandwidth))
+    return format.inFull() || format.has(strepFormatClassification);
+  return format.inFull() || is(extCommClassificationTunnelEncap, extCommClassificationColor,
+                               extCommClassificationDefaultGateway);
 }
 
 // Which leave bits unsaid.
 bool mayLose(const ExtComm& object, ExtComm::StrepFormat format) {
   const U64 value = object.getContent().value() & 0xFFFFFFFFFFFF;
-  switch (object.classification()) {
-    case extCommClassificationTunnelEncap:
-      return value >> 16;
-    case extCommClassificationColor:
-      return value >> 32 & 0x3FFF;
-    case extCommClassificationDefaultGateway:
-      return value;
-    case extCommClassificationOriginValidationState:
-      return value >> 8;
-    case extCommClassificationRouteTarget:
-    case extCommClassificationRouteOrigin: {
-      const bool smallAs4 = object.pktType() == extCommPktTypeTransFourOctetAs && !(value >> 32);
-      const bool marked = format.has(strepFormatQualifier) && !format.has(strepFormatAsdot);
-      return smallAs4 && !format.inFull() && !marked;
-    }
-    case extCommClassificationLinkBandwidth:
-      return !(format.inFull() && format.has(strepFormatLinkBwWeighted)) ||
-             (value & 0x7FFFFFFF) > 0x7F800000;
-    default:
-      return false;
-  }
+  const auto is = [&](auto classification) { return object.classification() == classification; };
+  if (is(extCommClassificationTunnelEncap)) return value >> 16;
+  if (is(extCommClassificationColor)) return value >> 32 & 0x3FFF;
+  if (is(extCommClassificationDefaultGateway)) return value;
+  if (is(extCommClassificationOriginValidationState)) return value >> 8;
+  if (is(extCommClassificationLinkBandwidth))
+    return !(format.inFull() && format.has(strepFormatLinkBwWeighted)) ||
+           (value & 0x7FFFFFFF) > 0x7F800000;
+  if (!is(extCommClassificationRouteTarget) && !is(extCommClassificationRouteOrigin)) return false;
+  const bool smallAs4 = object.pktType() == extCommPktTypeTransFourOctetAs && !(value >> 32);
+  const bool marked = format.has(strepFormatQualifier) && !format.has(strepFormatAsdot);
+  return smallAs4 && !format.inFull() && !marked;
 }
 
 TEST_F(Printed, EightOctetsReadBack) {
@@ -392,10 +279,8 @@ TEST_F(Printed, EightOctetsReadBack) {
       }
       expectRead(object->toStrep(), content, false);
     }
-    std::ostringstream stream;
-    stream << content;
-    expectRead(stream.str(), content, false);
-    expectRead('<' + canonicalText(content) + ' ' + stream.str() + '>', content, false);
+    expectRead(row(content), content, false);
+    expectRead('<' + canonicalText(content) + ' ' + row(content) + '>', content, false);
   };
   for (const Kind* kind : KindTable::builtIn().rows()) {
     if (kind->attribute != Attribute::extCommunity) continue;
@@ -405,6 +290,9 @@ TEST_F(Printed, EightOctetsReadBack) {
     for (U32 i = 0; i < (typed ? 100 : 4); ++i) check(ExtCommContent(head | someBits() >> 16));
   }
   for (U32 i = 0; i < 1'000; ++i) check(ExtCommContent(random()));
+  for (U32 i = 0; i < 512; ++i)  // rates of all sizes
+    for (const U64 more : {U64{0}, U64(random() % 0x800000)})
+      check(ExtCommContent(0x4004fde800000000 | U64{i} << 23 | more));
   check(ExtCommContent(0));
   // Bounds of what has special texts: AS numbers, rates, states.
   for (const U64 value :
@@ -414,22 +302,6 @@ TEST_F(Printed, EightOctetsReadBack) {
         0x4300000000000002ULL, 0x4300000000000003ULL, 0x030c00000000000dULL})
     check(ExtCommContent(value));
   EXPECT_GT(texts, 10'000u);
-}
-
-// Rates of all sizes, in each of the three ways to write them.
-TEST_F(Printed, RatesReadBack) {
-  for (U32 i = 0; i < 6'000; ++i) {
-    const U32 bits = i < 512 ? i << 23 : U32(random());
-    const ExtCommContent content(0x4004fde800000000 | bits);
-    const auto object = parsers[0]->parseExtendedCommunity(content);
-    for (const U32 flags : {0x04, 0x0c, 0x2c}) {
-      const ExtComm::StrepFormat format(flags);
-      const Mox::String text = object->toStrepForPolicy(format);
-      const auto read = expectRead(text, content, mayLose(*object, format));
-      const auto again = parsers[0]->parseExtendedCommunity(std::get<ExtCommContent>(read));
-      EXPECT_EQ(again->toStrepForPolicy(format), text) << canonicalText(content);
-    }
-  }
 }
 
 TEST_F(Printed, TwentyOctetsReadBack) {
@@ -484,14 +356,13 @@ TEST_F(Printed, PlainOnesReadBack) {
   }
 }
 
-// Texts that went wrong by a character or two are refused, with a place in the text, or are another
-// community; the canonical text of that reads back.
+// Texts that went wrong by a character or two.
 TEST_F(Printed, WrongTextsAreRefusedOrSomethingElse) {
   std::vector<std::string> texts;
-  for (const auto& row : tableRows("docs/text.md", "| Text | Community | Unsaid |"))
+  for (const Cells& row : rowsOfPage("docs/text.md", "| Text | Community | Unsaid |"))
     texts.insert(texts.end(), {row[0], row[1]});
   constexpr std::string_view letters = "0123456789abcdefxLNT:.-_ []()<>,/\"";
-  U32 accepted = 0, refused = 0;
+  U32 accepted = 0;
   for (U32 i = 0; i < 12'000; ++i) {
     std::string text = texts[random() % texts.size()];
     for (U32 changes = 1 + random() % 2; changes; --changes) {
@@ -503,18 +374,10 @@ TEST_F(Printed, WrongTextsAreRefusedOrSomethingElse) {
       else if (at < text.size())
         change == 1 ? text.erase(at, 1 + random() % 4) : text.replace(at, 1, 1, letter);
     }
-    const auto parsed = readCommunity(text);
-    const auto canonical = parseCanonical(text);
-    EXPECT_TRUE(!canonical || (parsed && *parsed == *canonical)) << text;
-    (parsed ? accepted : refused)++;
-    if (!parsed)
-      expectPlaced(parsed.error, text);
-    else
-      ASSERT_EQ(*readCommunity(canonicalText(*parsed)), *parsed) << text;
-    if (const auto list = readCommunities(text); !list) expectPlaced(list.error, text);
+    EXPECT_EQ(brokenRule(text), nullptr) << text;
+    accepted += bool(readCommunity(text));
   }
-  EXPECT_GT(accepted, 1'000u);
-  EXPECT_GT(refused, 5'000u);
+  EXPECT_TRUE(accepted > 1'000 && accepted < 7'000) << accepted;
 }
 
 }  // namespace
