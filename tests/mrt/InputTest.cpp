@@ -3,7 +3,6 @@
 #include "TestOctets.h"
 #include "mrt/internal/Bzip2Pieces.h"
 
-namespace Routing::Mrt {
 namespace {
 
 /// The programs that compress to them.
@@ -192,4 +191,3 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
 }
 
 }  // namespace
-}  // namespace Routing::Mrt

@@ -6,7 +6,6 @@
 #include "mrt/Nlri.h"
 #include "mrt/PathKey.h"
 
-namespace Routing::Mrt {
 namespace {
 
 const Bytes origin = octets("40010100");
@@ -23,12 +22,13 @@ std::pair<Bytes, Bytes> marked(const std::string& text) {
   return {octets(digits), octets(marks)};
 }
 
-/// `192.0.2.1 64600 sent 10.1.2.0/24m#7 -11.0.0.0/8|`: a multicast prefix announced under
-/// identifier 7, another withdrawn. Time and attributes are shown where they are not the record's
-/// and `origin`.
+/// `192.0.2.1 64600 as2 sent 10.1.2.0/24m#7 -11.0.0.0/8|`: AS numbers of 2 octets, a multicast
+/// prefix announced under identifier 7, another withdrawn. Time and attributes are shown where they
+/// are not the record's and `origin`.
 std::string pathText(const Path& path) {
   std::string text = addressText(path.peer.address) + ' ' + std::to_string(path.peer.asNumber);
   if (timeText(path) != "2023-11-14T22:13:20Z") text += ' ' + timeText(path).substr(17);
+  if (!path.as4 && !path.stateChange) text += " as2";
   if (path.sent) text += " sent";
   if (path.stateChange)
     text += ' ' + std::to_string(path.stateChange->before) + '>' +
@@ -116,10 +116,10 @@ TEST(Mrt, CutsTables) {
       {"peers", peers + v2(2, ip4 + entries({0, 1, 2, 3})),
        "192.0.2.9 130136" + route + "192.0.2.10 65000" + route + "2001:db8::1 64601" + route + none},
       {"other peers", peers + onePeer + v2(2, ip4 + entries({0, 1})), "192.0.2.11 65001" + route + none},
-      {"TABLE_DUMP", v1(1, "0a000001 20 01", peer4), "192.0.2.9 64600 21Z 10.0.0.1/32|"},
+      {"TABLE_DUMP", v1(1, "0a000001 20 01", peer4), "192.0.2.9 64600 21Z as2 10.0.0.1/32|"},
       {"of IPv6",
        v1(2, "20010db8000000000000000000000001 80 01", "6553f101 20010db8000000000000000000000001 fc58"),
-       "2001:db8::1 64600 21Z 2001:db8::1/128|"},
+       "2001:db8::1 64600 21Z as2 2001:db8::1/128|"},
       {"no attributes", v2(2, ip4 + octets("0001 0000 6553f101 0000")), "- 0 21Z 10.1.2.0/24 |"},
       {"fewer entries than said", v2(2, ip4 + number(3, 2) + entries({0}).substr(2)), none + "bad|"},
       {"no entries", v2(2, ip4), "bad|"},
@@ -140,7 +140,7 @@ TEST(Mrt, CutsMessages) {
   // Both with and without ADD-PATH these octets are prefixes.
   const Bytes prefixes = octets("00000007 180a0102");
   const std::tuple<U16, U16, std::size_t, const char*> forms[] = {
-      {1, 8, 2, ""}, {4, 9, 4, ""}, {6, 10, 2, " sent"}, {7, 11, 4, " sent"}};
+      {1, 8, 2, " as2"}, {4, 9, 4, ""}, {6, 10, 2, " as2 sent"}, {7, 11, 4, " sent"}};
   for (const auto& [subtype, withIds, asSize, way] : forms)
     for (const Bytes& peer : {ip4, ip6}) {
       const Bytes body = session(peer, asSize) + update(origin, prefixes);
@@ -168,8 +168,8 @@ TEST(Mrt, CutsMessages) {
   const std::string peer = "192.0.2.1 64600", path = peer + '|';
   expectPaths({
       // clang-format off
-      {"microseconds", et(999999, message), peer + " 20.999999Z 10.1.2.0/24|"},
-      {"more than a second of them", et(1000000, message), peer + " 10.1.2.0/24|"},
+      {"microseconds", et(999999, message), peer + " 20.999999Z as2 10.1.2.0/24|"},
+      {"more than a second of them", et(1000000, message), peer + " as2 10.1.2.0/24|"},
       {"ADD-PATH unannounced", sent("00000002 18ac1100"), peer + " 172.17.0.0/24#2|"},
       {"ADD-PATH that is none", sent("180a0102", 9), peer + " 10.1.2.0/24|"},
       {"bits behind a prefix", sent("0d0b0d"), peer + " 11.8.0.0/13|"},
@@ -339,4 +339,3 @@ TEST(Mrt, PathsAreKnownByPeerTableFamilyAndIdentifierToo) {
 }
 
 }  // namespace
-}  // namespace Routing::Mrt

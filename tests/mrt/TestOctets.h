@@ -81,3 +81,5 @@ class TemporaryFile {
 };
 
 }  // namespace Routing::Mrt
+
+using namespace Routing::Mrt;
