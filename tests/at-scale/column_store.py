@@ -4,6 +4,7 @@ server of the test's own, and again on two of them; the tool finds the same.
 
 Usage: column_store.py TOOL
 """
+import itertools
 import os
 import shutil
 import socket
@@ -15,39 +16,24 @@ import time
 SERVER, CLIENT = "clickhouse-server", "clickhouse-client"
 CONFIGURATION = """<yandex>
   <logger><level>warning</level><console>true</console></logger>
-  <listen_host>127.0.0.1</listen_host>
-  <tcp_port>{port}</tcp_port>
-  <path>{folder}/data/</path>
-  <tmp_path>{folder}/tmp/</tmp_path>
-  <users_config>{folder}/users.xml</users_config>
-  <default_profile>default</default_profile>
-  <default_database>default</default_database>
+  <listen_host>127.0.0.1</listen_host> <tcp_port>{port}</tcp_port>
+  <path>{folder}/data/</path> <tmp_path>{folder}/tmp/</tmp_path>
+  <users_config>{folder}/config.xml</users_config>
+  <default_profile>default</default_profile> <default_database>default</default_database>
   <mark_cache_size>67108864</mark_cache_size>
-  {cluster}
-</yandex>
-"""
-USERS = """<yandex>
-  <profiles><default/></profiles>
+  <profiles><default/></profiles> <quotas><default/></quotas>
   <users><default>
     <password/><networks><ip>127.0.0.1</ip></networks><profile>default</profile><quota>default</quota>
   </default></users>
-  <quotas><default/></quotas>
+  {cluster}
 </yandex>
 """
 
 
 def blocks_of(page):
     """The indented blocks of a page, in order."""
-    blocks, block = [], None
-    for line in open(page).read().splitlines():
-        if line.startswith("    "):
-            if block is None:
-                block = []
-                blocks.append(block)
-            block.append(line[4:])
-        else:
-            block = None
-    return ["\n".join(lines) + "\n" for lines in blocks]
+    grouped = itertools.groupby(open(page), lambda line: line.startswith("    "))
+    return ["".join(line[4:] for line in lines) for indented, lines in grouped if indented]
 
 
 def free_ports(count):
@@ -58,14 +44,18 @@ def free_ports(count):
     return ports
 
 
+def write(name, text):
+    with open(name, "w") as file:
+        file.write(text)
+
+
 class Server:
     def __init__(self, folder, port, cluster):
         os.mkdir(folder)
-        for name, text in (("config.xml", CONFIGURATION.format(port=port, folder=folder, cluster=cluster)),
-                           ("users.xml", USERS)):
-            with open(f"{folder}/{name}", "w") as file:
-                file.write(text)
+        write(folder + "/config.xml", CONFIGURATION.format(port=port, folder=folder, cluster=cluster))
         self.port, self.log = port, folder + "/log"
+        # Rows that are inserted have reached their shard when the client ends.
+        self.client = [shutil.which(CLIENT), "--host=127.0.0.1", f"--port={port}", "--insert_distributed_sync=1"]
         with open(self.log, "w") as log:
             self.process = subprocess.Popen([SERVER, f"--config-file={folder}/config.xml"], cwd=folder,
                                             stdout=log, stderr=log)
@@ -81,26 +71,22 @@ class Server:
         sys.exit("the server does not answer:\n" + open(self.log).read())
 
     def ask(self, query):
-        return subprocess.run([CLIENT, *self.options()], input=query, text=True, check=True,
-                              stdout=subprocess.PIPE).stdout
-
-    def options(self):
-        """Rows that are inserted have reached their shard when the client ends."""
-        return ["--host=127.0.0.1", f"--port={self.port}", "--insert_distributed_sync=1"]
+        return subprocess.run(self.client, input=query, text=True, check=True, stdout=subprocess.PIPE).stdout
 
 
 def main(tool, folder, servers):
     blocks = blocks_of("docs/at-scale.md")
-    table = next(block for block in blocks if block.startswith("CREATE TABLE paths\n"))
-    over_all = next(block for block in blocks if block.startswith("CREATE TABLE paths AS"))
-    load = next(block for block in blocks if block.startswith("$ bgpcomm paths"))[2:]
-    questions = [(blocks[i], blocks[i + 1]) for i in range(len(blocks)) if blocks[i].startswith("SELECT")]
+
+    def block(start):
+        return next(block for block in blocks if block.startswith(start))
+
+    table, over_all = block("CREATE TABLE paths\n"), block("CREATE TABLE paths AS")
+    load = block("$ bgpcomm paths")[2:]
+    questions = [pair for pair in zip(blocks, blocks[1:]) if pair[0].startswith("SELECT")]
     assert len(questions) == 5, questions
 
     ports = free_ports(2)
-    cluster = next(block for block in blocks if block.startswith("<remote_servers>"))
-    for port, written in zip(ports, ("9000", "9001")):
-        cluster = cluster.replace(written, str(port))
+    cluster = block("<remote_servers>").replace("9000", str(ports[0])).replace("9001", str(ports[1]))
     for number, port in enumerate(ports):
         servers.append(Server(f"{folder}/{number}", port, cluster))
     first, second = servers
@@ -110,10 +96,9 @@ def main(tool, folder, servers):
     # The commands of the page, found under their names.
     os.mkdir(folder + "/bin")
     os.symlink(os.path.realpath(tool), folder + "/bin/bgpcomm")
-    client = f'#!/bin/sh\nexec {shutil.which(CLIENT)} {" ".join(first.options())} "$@"\n'
-    with open(folder + "/bin/" + CLIENT, "w") as script:
-        script.write(client)
-    os.chmod(folder + "/bin/" + CLIENT, 0o755)
+    client = f"{folder}/bin/{CLIENT}"
+    write(client, f'#!/bin/sh\nexec {" ".join(first.client)} "$@"\n')
+    os.chmod(client, 0o755)
     environment = {**os.environ, "PATH": f"{folder}/bin:{os.environ['PATH']}", "XDG_CONFIG_HOME": folder}
 
     def run(command):
@@ -167,5 +152,4 @@ with tempfile.TemporaryDirectory() as folder:
     finally:
         for server in servers:
             server.process.kill()
-        for server in servers:
             server.process.wait()
