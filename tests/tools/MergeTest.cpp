@@ -1,29 +1,16 @@
 // Stores of parts say together what one run over all files says.
-#include <filesystem>
-#include <nlohmann/json.hpp>
-#include <random>
 
 #include "MoxStash/FileStore.h"
 #include "MoxStash/StoreWriter.h"
 #include "RunTool.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
 
-namespace bgpcomm {
 namespace {
-
-using Names = std::vector<std::string>;
 
 class Merged : public ToolTest {
  protected:
-  Merged() { std::filesystem::create_directory(folder_); }
-  ~Merged() override { std::filesystem::remove_all(folder_); }
-
   std::string file(const std::string& name, const Bytes& content = "") const {
-    if (!content.empty()) std::ofstream(folder_ + '/' + name, std::ios::binary) << content;
-    return folder_ + '/' + name;
-  }
-  static Bytes path(const char* attributes) {
-    return messageRecord(update(octets(attributes), octets("180a0102")));
+    return folder_.file(name, content);
   }
   /// Runs a command that has nothing to complain about.
   static void good(const std::string& command) {
@@ -35,32 +22,12 @@ class Merged : public ToolTest {
     return runTool("bgpcomm " + command + " 2>&- | sed '/seconds\\|octets, shared\\|saved/d'").out;
   }
 
-  const TemporaryFile made_;
-  const std::string folder_ = made_.name() + ".d";
+  const Folder folder_{};
 };
 
-std::string joined(const Names& names) {
-  std::string text;
-  for (const std::string& name : names) text += ' ' + name;
-  return text;
-}
-
-/// The first line in which texts differ, of both.
-std::string difference(const std::string& a, const std::string& b) {
-  std::istringstream left(a), right(b);
-  std::string one, other;
-  do {
-    if (!std::getline(left, one)) one = "end";
-    if (!std::getline(right, other)) other = "end";
-    if (one != other) return one + " | " + other;
-  } while (left || right);
-  return "";
-}
-
-/// Stores that are still to be joined, each with its files in their order.
+/// Stores that are still to be joined, each with its files in their order; a blank before each.
 struct Part {
-  std::string store;
-  Names files;
+  std::string store, files;
 };
 
 TEST_F(Merged, AnySplitInAnyOrderSaysWhatOneRunSays) {
@@ -68,13 +35,14 @@ TEST_F(Merged, AnySplitInAnyOrderSaysWhatOneRunSays) {
   const Bytes all = path(
       "c00804 fde80064 c0200c 0000fde80000000100000002 c01914 0002 20010db8"
       "000000000000000000000001 0064 c01008 0002fde800000064");
-  Names files = {"samples/rib.bird.mrt.gz",
-                 file("two", two + two),
-                 file("all", all + two + path("c00808 ffffff01fde80064")),
-                 file("malformed", path("c00803fde800") + all + path("c0200100") + path("c00805")),
-                 file("cut", all + two + octets("6553f100 0010")),
-                 file("bare", path("40010100")),
-                 "/dev/null"};
+  std::vector<std::string> files = {
+      "samples/rib.bird.mrt.gz",
+      file("two", two + two),
+      file("all", all + two + path("c00808 ffffff01fde80064")),
+      file("malformed", path("c00803fde800") + all + path("c0200100") + path("c00805")),
+      file("cut", all + two + octets("6553f100 0010")),
+      file("bare", path("40010100")),
+      "/dev/null"};
   const char* const named = std::getenv("BGPCOMM_DATA");
   const std::filesystem::path data = named ? named : "../shared/data";
   if (exists(data / "odd"))
@@ -89,43 +57,42 @@ TEST_F(Merged, AnySplitInAnyOrderSaysWhatOneRunSays) {
     std::vector<Part> parts;
     for (const std::string& one : files) {
       if (parts.empty() || random() % 3 == 0)
-        parts.push_back({file("part" + std::to_string(parts.size())), {}});
-      parts.back().files.push_back(one);
+        parts.push_back({' ' + file("part" + std::to_string(parts.size())), ""});
+      parts.back().files += ' ' + one;
     }
     std::string first;
     for (const Part& part : parts) {
-      first += ' ' + part.store;
-      runTool("bgpcomm save" + joined(part.files) + " --to " + part.store + option());
+      first += part.store;
+      runTool("bgpcomm save" + part.files + " --to" + part.store + option());
     }
+    const auto take = [&parts](std::size_t count) {
+      Part taken;
+      for (; count > 0; --count, parts.pop_back()) {
+        taken.store += parts.back().store;
+        taken.files += parts.back().files;
+      }
+      return taken;
+    };
     for (U32 step = 0; parts.size() > 2; ++step) {
       std::ranges::shuffle(parts, random);
-      const std::string store = file("merged" + std::to_string(step));
-      Names stores, its;
-      for (auto count = 1 + random() % (parts.size() - 1); count > 0; --count) {
-        stores.push_back(parts.back().store);
-        its.insert(its.end(), parts.back().files.begin(), parts.back().files.end());
-        parts.pop_back();
-      }
-      good("merge" + joined(stores) + " --to " + store + option());
-      parts.push_back({store, its});
+      const std::string store = ' ' + file("merged" + std::to_string(step));
+      const Part some = take(1 + random() % (parts.size() - 1));
+      good("merge" + some.store + " --to" + store + option());
+      parts.push_back({store, some.files});
     }
-    Names stores, order;
-    for (const Part& part : parts) {
-      stores.push_back(part.store);
-      order.insert(order.end(), part.files.begin(), part.files.end());
-    }
+    const auto [stores, order] = take(parts.size());
     for (const char* const form : {"", " --json", " --total", " --total --json --top 0"}) {
       if (!whole && !std::strstr(form, "total")) continue;
-      const std::string one = figures("summary" + joined(order) + form);
-      EXPECT_EQ(difference(figures("restore" + joined(stores) + form), one), "") << form;
+      const std::string one = figures("summary" + order + form);
+      EXPECT_EQ(figures("restore" + stores + form), one) << form;
       EXPECT_GT(one.size(), 1000u);
     }
     // Seconds too, which are those of the parts, to the last digit.
-    good("merge" + joined(stores) + " --total --to " + file("total"));
+    good("merge" + stores + " --total --to " + file("total"));
     const auto again = [&](const std::string& options) {
       return runTool("bgpcomm restore --total --json" + options).out;
     };
-    EXPECT_EQ(difference(again(first), again(' ' + file("total"))), "");
+    EXPECT_EQ(again(first), again(' ' + file("total")));
   }
 }
 
@@ -171,7 +138,7 @@ TEST_F(Merged, ListsThatSeveralHoldAreOneAlsoInOlderStores) {
 }
 
 TEST_F(Merged, IsWrittenOfGoodStoresOnlyEachOnce) {
-  const Bytes one = path("c00804fde80064");
+  const Bytes one = path("c00804fde80064", "180a0102");
   const std::string dump = file("dump", one), a = file("a"), to = " --to " + file("to");
   const std::string broken = file("broken", "none"), twice = ": is named twice, the first time as ";
   good("save " + dump + " --to " + a);
@@ -187,7 +154,7 @@ TEST_F(Merged, IsWrittenOfGoodStoresOnlyEachOnce) {
       {merge + a + ' ' + b + " --to " + b, "", 2, "--to " + b + ": is one of the stores to be read"},
       {merge + a + ' ' + b + ' ' + a + to, "", 2, a + twice + a},
       {"ln -s " + a + ' ' + file("link") + "; " + restore + a + ' ' + file("link"), "", 2, file("link") + twice + a},
-      {"ls " + folder_, "a\nb\nbroken\ndump\nlink\n"},
+      {"ls " + folder_.name(), "a\nb\nbroken\ndump\nlink\n"},
       {restore + a + ' ' + broken + title, dump + '\n', 0, broken + ": is too short for a store"},
       {restore + a + ' ' + b + title, dump + '\n' + dump + "\ntotal\n"},
       {restore + a + ' ' + b + " --total" + title, "total\n"},
@@ -201,4 +168,3 @@ TEST_F(Merged, IsWrittenOfGoodStoresOnlyEachOnce) {
 }
 
 }  // namespace
-}  // namespace bgpcomm

@@ -1,128 +1,85 @@
-// Paths that are asked for: every filter, questions, groups.
+// Paths that are asked for: every filter, questions, groups; route-target sets that come and go.
 #include "RunTool.h"
 
-namespace bgpcomm {
 namespace {
-
-// An UPDATE of this peer, so many seconds after 2023-11-14T22:13:20Z.
-Bytes updateOf(U8 seconds, const char* peer, U32 as, const char* attributes, const char* nlri,
-               const char* withdrawn = "") {
-  Bytes record = mrtRecord(
-      16, 4,
-      session(octets(peer), 4, as) + update(octets(attributes), octets(nlri), octets(withdrawn)));
-  record[3] = char(seconds);
-  return record;
-}
 
 class PathsTool : public ToolTest {
  protected:
-  PathsTool() { ::setenv("FILE", file_.name().c_str(), 1); }
-
+  const Sender second_{"c0000202", 64601};
   // AS_PATHs 64600 64700, 64601 {64701}, 64601 65536; IPv4 prefixes, and one of IPv6.
-  const TemporaryFile file_{
-      updateOf(0, "c0000201", 64600,
-               "40010100 40020a02020000fc580000fcbc c00808 fde80064ffffff01 "
-               "40030409090909",
-               "080a 100a01") +
-      updateOf(5, "c0000202", 64601,
-               "40021402010000fc5901030000fcbd0000000000000001 "
-               "c00804 fde800c8 c0100800 02fde800000064",
-               "180a0102") +
-      updateOf(10, "c0000202", 64601,
-               "40020a02020000fc5900010000 800e1a00020110"
-               "20010db8000000000000000000000001 00 2020010db8 c0200c 0000fde80000000100000002",
-               "", "100a02 180a0301")};
+  const NamedFile file_{
+      "FILE",
+      path("40010100 40020a02020000fc580000fcbc c00808 fde80064ffffff01 40030409090909",
+           "080a 100a01") +
+          after(5, updateOf(second_,
+                            "40021402010000fc5901030000fcbd0000000000000001 "
+                            "c00804 fde800c8 c0100800 02fde800000064",
+                            "180a0102")) +
+          after(10, updateOf(second_,
+                             "40020a02020000fc5900010000 800e1a0002011020010db80000000000000000"
+                             "00000001 00 2020010db8 c0200c 0000fde80000000100000002",
+                             "", "100a02 180a0301"))};
 };
 
 TEST_F(PathsTool, LookOnlyAtWhatIsAskedFor) {
-  const std::string first = "2023-11-14T22:13:20Z\t192.0.2.1 AS64600\t", tab = "\t";
+  const std::string first = "2023-11-14T22:13:20Z\t192.0.2.1 AS64600\t";
   const std::string second = "2023-11-14T22:13:25Z\t192.0.2.2 AS64601\t";
-  const std::string third = "2023-11-14T22:13:30Z\t192.0.2.2 AS64601\t2001:db8::/32\t65000:1:2\n";
+  const std::string last = "2023-11-14T22:13:30Z\t192.0.2.2 AS64601\t";
+  const std::string third = last + "2001:db8::/32\t65000:1:2\n";
   const std::string one = first + "10.0.0.0/8 10.1.0.0/16\t65000:100 NO_EXPORT\n";
   const std::string two = second + "10.1.2.0/24\t65000:200 route-target-as2:65000:100\n";
-  const std::string all = one + two + third, usage = "; see bgpcomm --help";
-  // Options, and the lines that are left.
-  for (const auto& [options, lines] : std::initializer_list<std::pair<std::string, std::string>>{
-           {"", all},
-           {"--where 'no-export or RT:*:100'", one + two},
-           {"--where '65000:100..150 and not has large'", one},
-           {"--where 'count(standard) = 0'", third},
-           {"--where '65000:*' --rt 65000:100", two},
-           {"--prefix 10.0.0.0/8", first + "10.0.0.0/8\t65000:100 NO_EXPORT\n"},
-           {"--prefix 10.0.0.0/8 --more-specific", one + two},
-           {"--prefix 10.1.0.0/16 --more-specific",
-            first + "10.1.0.0/16\t65000:100 NO_EXPORT\n" + two},
-           {"--prefix 10.1.2.3 --less-specific", one + two},
-           {"--prefix 10.1.0.0/17 --less-specific", one},
-           {"--prefix 10.1.0.0/17 --prefix 2001:db8::/32", third},
-           {"--prefix ::/0 --more-specific", third},
-           {"--peer 192.0.2.2", two + third},
-           {"--peer AS64600", one},
-           {"--peer 64600 --peer 0.64601", all},
-           {"--origin-as 64700", one},
-           {"--origin-as 64701", ""},
-           {"--origin-as 1.0 --origin-as as64700", one + third},
-           {"--since 2023-11-14T22:13:25", two + third},
-           {"--until 2023-11-14T22:13:30Z", one + two},
-           {"--since 1700000005 --until '2023-11-14 22:13:26'", two},
-           {"--since 2023-11-15", ""},
-           {"--since 0 --until 1700000000", ""},
-           {"--limit 2", one + two},
-           {"--count", "3\n"},
-           {"--count --json --where has\\ extended", "{\"paths\":1}\n"},
-           {"--withdrawals --peer 192.0.2.2",
-            two + "2023-11-14T22:13:30Z\t192.0.2.2 AS64601\t10.2.0.0/16 10.3.1.0/24\twithdrawn\n" +
-                third},
-           {"--withdrawals --prefix 10.2.0.0/16",
-            "2023-11-14T22:13:30Z\t192.0.2.2 AS64601\t10.2.0.0/16\twithdrawn\n"},
-           {"--withdrawals --json --limit 3 | tail -1",
-            R"({"time":"2023-11-14T22:13:30Z","peer":"192.0.2.2","peerAs":64601,)"
-            R"("withdrawn":["10.2.0.0/16","10.3.1.0/24"],"record":3})"
-            "\n"},
-           {"--group-by peer", "2\t192.0.2.2 AS64601\n1\t192.0.2.1 AS64600\n"},
-           {"--group-by origin", "1\t-\n1\tAS64700\n1\tAS65536\n"},
-           {"--group-by kind --limit 2", "2\tstandard\n1\tNO_EXPORT\n"},
-           {"--group-by value --json --where 'has large'", R"({"count":1,"value":"65000:1:2"})"
-                                                           "\n"},
-           {"--group-by prefix-length --peer 192.0.2.1", "1\tIPv4 /16\n1\tIPv4 /8\n"},
-           {"--json --collector rrc00 --limit 1 | grep -o '\"announced.*'",
-            R"("announced":["10.0.0.0/8","10.1.0.0/16"],"asPath":"64600 64700","originAs":64700,)"
-            R"("nextHop":"9.9.9.9","record":1,"collector":"rrc00"})"
-            "\n"},
-           {"--json --peer 192.0.2.2 | grep -o '\"asPath.*'",
-            R"("asPath":"64601 {64701,0,1}","originAs":null,"nextHop":"-","record":2})"
-            "\n"
-            R"("asPath":"64601 65536","originAs":65536,"nextHop":"2001:db8::1","record":3})"
-            "\n"},
-       })
-    expectRuns({{"bgpcomm paths $FILE " + options, lines}});
-  expectRuns({
-      {"bgpcomm paths --where 'no-exprot' $FILE", "", 2,
-       "--where: at 0: \"no-exprot\": expected a community: the identifier of a kind, a well-known "
-       "name, or two or three decimal numbers; did you mean \"NO_EXPORT\"?"},
-      {"bgpcomm paths --prefix 10.1.0.0/8 $FILE", "", 2,
-       "--prefix 10.1.0.0/8: bits are set behind the prefix length"},
-      {"bgpcomm paths --prefix 10.0.0.0/33 $FILE", "", 2,
-       "--prefix 10.0.0.0/33: expected a prefix length up to 32"},
-      {"bgpcomm paths --prefix ten $FILE", "", 2,
-       "--prefix ten: expected a prefix, as 192.0.2.0/24 or 2001:db8::/32"},
-      {"bgpcomm paths --more-specific $FILE", "", 2,
-       "--more-specific and --less-specific belong to --prefix"},
-      {"bgpcomm paths --peer 192.0.2 $FILE", "", 2,
-       "--peer 192.0.2: expected an address or an AS number"},
-      {"bgpcomm paths --origin-as 4294967296 $FILE", "", 2,
-       "--origin-as 4294967296: expected an AS number"},
-      {"bgpcomm paths --since 2023-02-29 $FILE", "", 2,
-       "--since 2023-02-29: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970"},
-      {"bgpcomm paths --since 20231114 $FILE", "", 2,
-       "--since 20231114: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970"},
-      {"bgpcomm paths --limit -1 $FILE", "", 2,
-       "--limit: expected a decimal number; see bgpcomm paths --help"},
-      {"bgpcomm paths --limit 1 --json --collector \"$(printf 'a\\377')\" $FILE | grep -o 'coll.*'",
-       "collector\":\"a\\\\xff\"}\n"},
-      {"bgpcomm paths --count --group-by peer $FILE", "", 2,
-       "--count and --group-by exclude each other"},
-  });
+  const std::string all = one + two + third;
+  expectRuns(
+      "bgpcomm paths $FILE ",
+      {
+          {"", all},
+          {"--where 'no-export or RT:*:100'", one + two},
+          {"--where '65000:100..150 and not has large'", one},
+          {"--where 'count(standard) = 0'", third},
+          {"--where '65000:*' --rt 65000:100", two},
+          {"--prefix 10.0.0.0/8", first + "10.0.0.0/8\t65000:100 NO_EXPORT\n"},
+          {"--prefix 10.0.0.0/8 --more-specific", one + two},
+          {"--prefix 10.1.0.0/16 --more-specific",
+           first + "10.1.0.0/16\t65000:100 NO_EXPORT\n" + two},
+          {"--prefix 10.1.2.3 --less-specific", one + two},
+          {"--prefix 10.1.0.0/17 --less-specific", one},
+          {"--prefix 10.1.0.0/17 --prefix 2001:db8::/32", third},
+          {"--prefix ::/0 --more-specific", third},
+          {"--peer 192.0.2.2", two + third},
+          {"--peer AS64600", one},
+          {"--peer 64600 --peer 0.64601", all},
+          {"--origin-as 64700", one},
+          {"--origin-as 64701", ""},
+          {"--origin-as 1.0 --origin-as as64700", one + third},
+          {"--since 2023-11-14T22:13:25", two + third},
+          {"--until 2023-11-14T22:13:30Z", one + two},
+          {"--since 1700000005 --until '2023-11-14 22:13:26'", two},
+          {"--since 2023-11-15", ""},
+          {"--since 0 --until 1700000000", ""},
+          {"--limit 2", one + two},
+          {"--count", "3\n"},
+          {"--count --json --where has\\ extended", "{\"paths\":1}\n"},
+          {"--withdrawals --peer 192.0.2.2",
+           two + last + "10.2.0.0/16 10.3.1.0/24\twithdrawn\n" + third},
+          {"--withdrawals --prefix 10.2.0.0/16", last + "10.2.0.0/16\twithdrawn\n"},
+          {"--withdrawals --json --limit 3 | tail -1",
+           json("{'time':'2023-11-14T22:13:30Z','peer':'192.0.2.2','peerAs':64601,"
+                "'withdrawn':['10.2.0.0/16','10.3.1.0/24'],'record':3}\n")},
+          {"--group-by peer", "2\t192.0.2.2 AS64601\n1\t192.0.2.1 AS64600\n"},
+          {"--group-by origin", "1\t-\n1\tAS64700\n1\tAS65536\n"},
+          {"--group-by kind --limit 2", "2\tstandard\n1\tNO_EXPORT\n"},
+          {"--group-by value --json --where 'has large'",
+           json("{'count':1,'value':'65000:1:2'}\n")},
+          {"--group-by prefix-length --peer 192.0.2.1", "1\tIPv4 /16\n1\tIPv4 /8\n"},
+          {"--json --collector rrc00 --limit 1 | grep -o '\"announced.*'",
+           json("'announced':['10.0.0.0/8','10.1.0.0/16'],'asPath':'64600 64700','originAs':64700,"
+                "'nextHop':'9.9.9.9','record':1,'collector':'rrc00'}\n")},
+          {"--limit 1 --json --collector \"$(printf 'a\\377')\" | grep -o 'coll.*'",
+           "collector\":\"a\\\\xff\"}\n"},
+          {"--json --peer 192.0.2.2 | grep -o '\"asPath.*'",
+           json("'asPath':'64601 {64701,0,1}','originAs':null,'nextHop':'-','record':2}\n"
+                "'asPath':'64601 65536','originAs':65536,'nextHop':'2001:db8::1','record':3}\n")},
+      });
 }
 
 TEST_F(PathsTool, AnswersAStreamWhileItRuns) {
@@ -137,5 +94,82 @@ TEST_F(PathsTool, AnswersAStreamWhileItRuns) {
   });
 }
 
+// --- Route-target sets as messages announce, replace and withdraw paths.
+
+using WatchRt = ToolTest;
+
+/// The targets that come and go, by number: `+1 -1 `. An error line follows from behind the file's
+/// name on.
+std::string eventsOf(const Bytes& file) {
+  const TemporaryFile stored(file);
+  const ToolRun run = runTool("bgpcomm watch-rt " + stored.name() +
+                              " | cut -f2- | sed 's/\troute-target-as2:65000://' | tr '\\n' ' '");
+  return run.out + (run.err.empty() ? "" : run.err.substr(9 + stored.name().size()));
+}
+
+/// An UPDATE with a route target, for IPv4 prefixes or for those of a family (AFI and SAFI) in
+/// MP_REACH_NLRI.
+Bytes announced(const char* prefixes, U32 target, const char* family = "") {
+  const Bytes targets = octets("c01008 0002 fde8") + number(target, 4);
+  if (!*family) return update(targets, octets(prefixes));
+  const Bytes reach = octets(family) + octets("0000") + octets(prefixes);
+  return update(octets("800e") + counted(reach, 1) + targets, "");
+}
+Bytes withdrawn(const char* prefixes, const char* family) {
+  return update(octets("800f") + counted(octets(family) + octets(prefixes), 1), "");
+}
+
+/// Records of a peer, of 192.0.2.1 unless told otherwise.
+Bytes sent(std::initializer_list<Bytes> messages, U16 subtype = 4, const Bytes& by = session()) {
+  Bytes records;
+  for (const Bytes& message : messages) records += mrtRecord(16, subtype, by + message);
+  return records;
+}
+
+TEST_F(WatchRt, SetsComeWithTheirFirstPathAndGoWithTheLast) {
+  const Bytes route = announced("180a0102", 1), gone = update("", "", octets("180a0102"));
+  const Bytes ids = announced("00000001 180a0102 00000002 180a0102", 1, "0001 01");
+  const Bytes labels = announced("50 000100 000201 20010db8", 1, "0002 04");
+  const Bytes refused = octets("c01010 4004fde84e000000 4004fde84d000000");
+  const Bytes index = mrtRecord(13, 1, octets("0a000001 0000 0001 02 0a0000fe c0000201 0000fc58"));
+  const Bytes entry = octets("00000001 18 0a0102 0001 0000 6553f100 000b c01008 0002fde800000001");
+  // Two sets of one peer, one of another; then the first one's session changes its state.
+  const Bytes routes = sent({announced("180a0102 180a0103", 1), announced("180a0104", 2)});
+  const Bytes others = routes + sent({announced("180a0102", 3)}, 4, session(octets("c0000203")));
+  const std::string come = "+1 +2 +3 ", down = "-1 -2 ";
+  const std::array<Bytes, 3> cases[] = {
+      // clang-format off
+      {"withdrawn", sent({route, gone}), "+1 -1 "},
+      {"by another AS", sent({route}) + sent({gone}, 4, session(octets("c0000201"), 4, 1)), "+1 "},
+      {"sent by the collector", sent({route}) + sent({gone}, 7), "+1 "},
+      {"in MP_UNREACH_NLRI", sent({route, withdrawn("180a0102", "0001 01")}), "+1 -1 "},
+      {"of another family", sent({route, withdrawn("180a0102", "0001 02")}), "+1 "},
+      {"two labels, one to withdraw", sent({labels, withdrawn("38 800000 20010db8", "0002 04")}), "+1 -1 "},
+      {"replaced", sent({route, announced("180a0102", 2)}), "+1 +2 -1 "},
+      {"without targets", sent({route, update(octets("40010100"), octets("180a0102"))}), "+1 -1 "},
+      {"with a list that is refused", sent({route, update(refused, octets("180a0102"))}),
+       "+1 -1 : 1 malformed, the first linkBandwidth (record 2, octet 70)\n"},
+      {"one of two identifiers", sent({ids, withdrawn("00000001 180a0102", "0001 01")}, 9), "+1 "},
+      {"both", sent({ids, withdrawn("00000002 180a0102 00000001 180a0102", "0001 01")}, 9), "+1 -1 "},
+      {"withdrawn and announced in one message",
+       sent({route, update(octets("c01008 0002fde800000002"), octets("170a0103"),
+                           octets("180a0102 170a0102"))}), "+1 +2 -1 "},
+      {"a table's entry", index + mrtRecord(13, 2, entry) + sent({gone}), "+1 -1 "},
+      {"session ends", others + sent({octets("0006 0001")}, 5), come + down},
+      {"another begins, no end was recorded", others + sent({octets("0005 0006")}, 5), come + down},
+      {"ends and begins", routes + sent({octets("0006 0003"), octets("0005 0006")}, 5) + routes,
+       "+1 +2 -1 -2 +1 +2 "},
+      // clang-format on
+  };
+  for (const auto& [what, file, events] : cases) EXPECT_EQ(eventsOf(file), events) << what;
+
+  const TemporaryFile file(sent({route, gone}));
+  const auto line = [](const std::string& event) {
+    return R"({"time":"2023-11-14T22:13:20Z","event":")" + event +
+           "\",\"routeTargets\":[\"route-target-as2:65000:1\"],\"routeTargetsOctets\":["
+           "\"0002fde800000001\"]}\n";
+  };
+  expectRuns({{"bgpcomm watch-rt --json " + file.name(), line("come") + line("gone")}});
+}
+
 }  // namespace
-}  // namespace bgpcomm

@@ -1,12 +1,8 @@
 // A prefix across its peers: the tree of its paths, and the tool's picture of it.
-#include <map>
-#include <random>
-#include <set>
 
 #include "RunTool.h"
 #include "tools/bgpcomm/SpreadTree.h"
 
-namespace bgpcomm {
 namespace {
 
 using Group = std::set<U32>;  // of paths
@@ -93,42 +89,35 @@ TEST(SpreadTree, IsAsDeepAsItsPathsAreLong) {
 
 class SpreadTool : public ToolTest {
  protected:
-  SpreadTool() {
-    ::setenv("FILE", file_.name().c_str(), 1);
-    ::setenv("LATER", later_.name().c_str(), 1);
-  }
   // An UPDATE of 192.0.2.N, AS 64600 + N: segments of the AS path, communities, prefixes.
-  static Bytes from(U8 peer, const char* segments, const char* communities, const char* nlri,
-                    const char* withdrawn = "", U16 subtype = 4) {
-    Bytes attributes = octets("4002") + counted(octets(segments), 1);
-    if (*communities) attributes += octets("c008") + counted(octets(communities), 1);
-    if (!*nlri) attributes = "";
-    return mrtRecord(16, subtype,
-                     session(octets("c00002") + number(peer, 1), 4, 64600 + peer) +
-                         update(attributes, octets(nlri), octets(withdrawn)));
+  static Bytes from(U8 peer, const std::string& segments, const std::string& communities,
+                    const char* nlri, U16 subtype = 4) {
+    const Bytes path = octets("4002") + counted(octets(segments), 1);
+    const Bytes values = octets("c008") + counted(octets(communities), 1);
+    return updateOf(sender(peer, subtype), hex(view(communities.empty() ? path : path + values)),
+                    nlri);
   }
 
-  const TemporaryFile file_{
+  const NamedFile file_{
+      "FILE",
       from(1, "0204 0000fc59 0000fc59 0000fc62 0000fcbc", "fcbc0001 fc620005 fc590009", "080a") +
-      from(2, "0204 0000fc5a 0000fc62 0000fc62 0000fcbc", "fcbc0001 fc620005", "080a 100a01") +
-      from(3, "0202 0000fc5b 0000fcbc", "fcbc0001 fcbc0002", "080a") +
-      from(4, "0202 0000fc5c 0000fcbc", "fcbc0001", "080a") +
-      from(5, "0202 0000fc5d 0000fcbc", "", "080a") +
-      from(5, "0202 0000fc5d 0000fcbc", "fcbc0001 fcbc0002", "080a") +
-      // Other forms of AS paths; the last is malformed.
-      from(1, "0302 0000fc00 0000fc01 0201 0000fcbc", "fcbc0001", "080b") +
-      from(2, "", "fcbc0001", "080b") +
-      from(3, "0201 0000fc5b 0103 0000fcbe 0000fcbd 0000fcbe", "fcbc0001", "080b") +
-      from(4, "0202 0000", "fcbc0001", "080b") +
-      from(5, "0201 0000fcbc", "fcbc0001 fcbc0002", "00000007 080b", "", 9)};
+          from(2, "0204 0000fc5a 0000fc62 0000fc62 0000fcbc", "fcbc0001 fc620005", "080a 100a01") +
+          from(3, "0202 0000fc5b 0000fcbc", "fcbc0001 fcbc0002", "080a") +
+          from(4, "0202 0000fc5c 0000fcbc", "fcbc0001", "080a") +
+          from(5, "0202 0000fc5d 0000fcbc", "", "080a") +
+          from(5, "0202 0000fc5d 0000fcbc", "fcbc0001 fcbc0002", "080a") +
+          // Other forms of AS paths; the last is malformed.
+          from(1, "0302 0000fc00 0000fc01 0201 0000fcbc", "fcbc0001", "080b") +
+          from(2, "", "fcbc0001", "080b") +
+          from(3, "0201 0000fc5b 0103 0000fcbe 0000fcbd 0000fcbe", "fcbc0001", "080b") +
+          from(4, "0202 0000", "fcbc0001", "080b") +
+          from(5, "0201 0000fcbc", "fcbc0001 fcbc0002", "00000007 080b", 9)};
   // A withdrawal, and the end of a session, five seconds later.
-  static Bytes later(Bytes record) {
-    record[3] = 5;
-    return record;
-  }
-  const TemporaryFile later_{
-      later(from(4, "", "", "", "080a")) +
-      later(mrtRecord(16, 5, session(octets("c0000205"), 4, 64605) + octets("0006 0001")))};
+  const NamedFile later_{
+      "LATER",
+      after(5, updateOf(sender(4), "", "", "080a")) +
+          after(5,
+                mrtRecord(16, 5, session(octets(sender(5).peer), 4, 64605) + octets("0006 0001")))};
 };
 
 TEST_F(SpreadTool, DrawsATreeFromTheOrigin) {
@@ -154,8 +143,7 @@ TEST_F(SpreadTool, DrawsATreeFromTheOrigin) {
        "10.0.0.0/8: 3 paths of 3 peers\n     3  AS64700\n" + branch + "        `" + third +
            "              64700:2\n"},
       {"bgpcomm spread --peer 64602 10.0.0.0/8 $FILE",
-       "10.0.0.0/8: 1 path of 1 peer\n"
-       "        AS64700 AS64610 x2 AS64602 at 192.0.2.2 AS64602\n"
+       "10.0.0.0/8: 1 path of 1 peer\n        AS64700 AS64610 x2 AS64602 at 192.0.2.2 AS64602\n"
        "           64610:5 64700:1\n"},
       {"bgpcomm spread 11.0.0.0/8 $FILE",
        "11.0.0.0/8: 5 paths of 5 peers\n"
@@ -169,18 +157,15 @@ TEST_F(SpreadTool, DrawsATreeFromTheOrigin) {
        "        |- {64701,64702} AS64603 at 192.0.2.3 AS64603\n"
        "        `- (malformed AS path) at 192.0.2.4 AS64604\n"},
       {"bgpcomm spread --json 10.0.0.0/8 $FILE $LATER | sed -n '2p;5p'",
-       R"({"node":1,"parent":0,"level":1,"as":["AS64610"],"timesLeast":[1],"timesMost":[2],)"
-       R"("paths":2,"peer":null,"peerAs":null,"prefix":"10.0.0.0/8","values":["64610:5"],)"
-       R"("octets":["fc620005"],"some":[],"someOctets":[],"somePaths":[]})"
-       "\n"
-       R"({"node":4,"parent":0,"level":1,"as":["AS64603"],"timesLeast":[1],"timesMost":[1],)"
-       R"("paths":1,"peer":"192.0.2.3","peerAs":64603,"prefix":"10.0.0.0/8",)"
-       R"("values":["64700:2"],"octets":["fcbc0002"],"some":[],"someOctets":[],"somePaths":[]})"
-       "\n"},
+       json("{'node':1,'parent':0,'level':1,'as':['AS64610'],'timesLeast':[1],'timesMost':[2],"
+            "'paths':2,'peer':null,'peerAs':null,'prefix':'10.0.0.0/8','values':['64610:5'],"
+            "'octets':['fc620005'],'some':[],'someOctets':[],'somePaths':[]}\n"
+            "{'node':4,'parent':0,'level':1,'as':['AS64603'],'timesLeast':[1],'timesMost':[1],"
+            "'paths':1,'peer':'192.0.2.3','peerAs':64603,'prefix':'10.0.0.0/8',"
+            "'values':['64700:2'],'octets':['fcbc0002'],'some':[],'someOctets':[],'somePaths':[]}"
+            "\n")},
       {"bgpcomm spread 10.2.0.0/16 $FILE", "", 1,
        "10.2.0.0/16: no path that is asked for has this prefix"},
-      {"bgpcomm spread 10.0.0.0/33 $FILE", "", 2,
-       "PREFIX 10.0.0.0/33: expected a prefix length up to 32"},
   });
 }
 
@@ -188,18 +173,15 @@ TEST_F(SpreadTool, KeepsToEightyColumns) {
   // Each peer is behind the one before, with long lists.
   Bytes records;
   for (U8 peer = 1; peer < 60; ++peer) {
-    std::string segments = "02" + hex(view(number(peer, 1)));
-    for (U8 as = peer; as > 0; --as) segments += "0000fd" + hex(view(number(as, 1)));
-    std::string communities;
-    for (U8 value = 0; value < 50; ++value) communities += "fde800" + hex(view(number(value, 1)));
-    records += from(peer, segments.c_str(), communities.c_str(), "080a");
+    Bytes segments = '\x02' + number(peer, 1), communities;
+    for (U8 as = peer; as > 0; --as) segments += number(0xfd00 + as, 4);
+    for (U8 value = 0; value < 50; ++value) communities += number(0xfde80000 + value, 4);
+    records += from(peer, hex(view(segments)), hex(view(communities)), "080a");
   }
-  const TemporaryFile deep(records);
-  ::setenv("DEEP", deep.name().c_str(), 1);
+  const NamedFile deep("DEEP", records);
   expectRuns({{"bgpcomm spread 10.0.0.0/8 $DEEP | grep '.\\{81\\}'", "", 1},
               {"bgpcomm spread 10.0.0.0/8 $DEEP | grep -o '.[[]58[]] AS64827.*'",
                " [58] AS64827 at 192.0.2.59 AS64659\n"}});
 }
 
 }  // namespace
-}  // namespace bgpcomm

@@ -2,33 +2,13 @@
 #include <sys/resource.h>
 
 #include <csignal>
-#include <filesystem>
-#include <nlohmann/json.hpp>
 
 #include "MoxStash/StoreWriter.h"
 #include "RunTool.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
 #include "tools/bgpcomm/StoreSaving.h"
 
-namespace bgpcomm {
 namespace {
-
-class Folder {
- public:
-  ~Folder() { std::filesystem::remove_all(name_); }
-  std::string file(const std::string& name) const { return name_ + '/' + name; }
-  /// Each with its size.
-  std::string files() const {
-    std::string text;
-    for (const auto& one : std::filesystem::directory_iterator(name_))
-      text += one.path().filename().string() + ' ' + std::to_string(one.file_size()) + ' ';
-    return text;
-  }
-
- private:
-  std::string made_ = testing::TempDir() + "stored-XXXXXX";
-  const std::string name_ = ::mkdtemp(made_.data());
-};
 
 /// Writes a store of more octets than a file may have, so that `signal` comes in the middle of it.
 bool writeInterrupted(const std::string& file, int signal) {
@@ -159,4 +139,3 @@ TEST_F(Stored, NoNumberOfANoteIsTrusted) {
 }
 
 }  // namespace
-}  // namespace bgpcomm

@@ -1,4 +1,5 @@
-// The command line, the standard descriptors, messages and signals: how the tool meets its user.
+// The command line, the standard descriptors, messages, signals and files: how the tool meets its
+// user and the system.
 #include "tools/bgpcomm/Terminal.h"
 
 #include <poll.h>
@@ -9,32 +10,23 @@
 
 #include "RunTool.h"
 #include "tools/bgpcomm/Progress.h"
+#include "tools/bgpcomm/Reading.h"
 
-namespace bgpcomm {
 namespace {
 
-Bytes onePath() { return messageRecord(update(octets("c00804fde80064"), octets("180a0102"))); }
-
 struct Terminal : ToolTest {
-  Terminal() { ::setenv("FILE", file_.name().c_str(), 1); }
-  const TemporaryFile file_{onePath()};
+  const Bytes onePath_ = path("c00804fde80064", "180a0102");
+  const NamedFile file_{"FILE", onePath_};
 };
 
-TEST_F(Terminal, AnEmptyValueIsRefused) {
-  const TemporaryFile other("x");
-  ::setenv("OTHER", other.name().c_str(), 1);
-  const std::string empty = ": its value is empty; see bgpcomm --help";
+TEST_F(Terminal, AnEqualSignBelongsToTheValue) {
+  const NamedFile other("OTHER", "x");
   expectRuns({
       // clang-format off
-      {"bgpcomm save --to= $OTHER $FILE; echo $?; cat $OTHER", "2\nx", 0, "--to" + empty},
-      {"bgpcomm save $FILE --to ''", "", 2, "--to: its value is empty; see bgpcomm save --help"},
-      {"bgpcomm paths --community= no-export $FILE", "", 2, "--community" + empty},
-      {"bgpcomm decode --format= ui 40010100", "", 2, "--format" + empty}, {"bgpcomm --version >/dev/null", ""},
-      {"bgpcomm decode --json= 40010100", "", 2, "--json" + empty},
+      {"bgpcomm save --to= $OTHER $FILE; echo $?; cat $OTHER", "2\nx", 0, "--to: its value is empty; see bgpcomm --help"},
+      {"bgpcomm --version >/dev/null", ""},
       {"cd $(mktemp -d) && cp $FILE ./--=x= && cp $FILE ./--a= && bgpcomm verify -- --a= --=x=\nrm -r $PWD",
        "--a=: 1 lists compared, 0 differ, 0 malformed\n--=x=: 1 lists compared, 0 differ, 0 malformed\n"},
-      {"bgpcomm paths --community=65000:= $FILE", "", 2,
-       "--community 65000:=: at 6: \"=\": expected a decimal number below 65536"},
       // clang-format on
   });
 }
@@ -134,9 +126,8 @@ TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
 
 TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
   Bytes paths;
-  while (paths.size() < 600'000) paths += onePath();
-  const TemporaryFile file(paths);
-  ::setenv("PATHS", file.name().c_str(), 1);
+  while (paths.size() < 600'000) paths += onePath_;
+  const NamedFile file("PATHS", paths);
   std::string faces;
   for (int i = 0; i < 40; ++i) faces += "\U0001f600";
   const std::pair<int, std::string> cases[] = {{SIGTERM, std::string(99, 'a')}, {SIGHUP, faces}};
@@ -164,5 +155,98 @@ TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
   }
 }
 
+// --- Files as they are read.
+
+TEST(Reading, OutOfMemoryEndsAFile) {
+  const Bytes good = messageRecord(update(octets("40010100"), ""));
+  const TemporaryFile file(good + good + good);
+  testing::internal::CaptureStderr();
+  const auto visit = [](const Path&, const CommunityValues&, Position position) {
+    if (position.record == 2) throw std::bad_alloc();
+  };
+  const ReadResult result = readFile(file.name(), visit);
+  // A record of 12 + 20 + 23 + 4 octets stands before.
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "bgpcomm: " + file.name() + ": out of memory (record 2, octet 59)\n");
+  EXPECT_TRUE(result.failed && result.records == 2);
+}
+
+using Files = ToolTest;
+
+TEST_F(Files, FaultsAndPrefixesAreShown) {
+  const Bytes origin = octets("40010100"), bad = mrtRecord(16, 4, "");
+  const TemporaryFile file(
+      bad + mrtRecord(16, 9, session() + update(origin, octets("00000007 180a0102"))) + bad +
+      messageRecord(update(octets("c01008 4004fde84e000000"), octets("080a 180a"))));
+  const std::string name = ' ' + file.name(), sample = "samples/rib.bird.mrt.gz";
+  const std::string two = file.name() + ": 2 malformed, the first badRecord (record 1, octet 0)";
+  const std::string early = "-: gzip data end too early (record 94, octet 11125)";
+  expectRuns({
+      // clang-format off
+      {"bgpcomm paths" + name + " | cut -f3", "10.1.2.0/24#7\n10.0.0.0/8 ?\n", 0, two},
+      {"bgpcomm paths --json" + name + " | grep -o '.prefixes.*,.standard.:'",
+       R"("prefixes":[{"prefix":"10.1.2.0/24","pathId":7}],"standard":)" "\n"
+       R"("prefixes":[{"prefix":"10.0.0.0/8"}],"prefixesCutShort":true,"standard":)" "\n", 0, two},
+      {"bgpcomm verify" + name, file.name() + ": 1 lists compared, 0 differ, 2 malformed\n"},
+      {"head -c 3000 " + sample + " | bgpcomm paths - | wc -l", "113\n", 0, early},
+      {"head -c 3000 " + sample + " | bgpcomm summary - | grep compression", "    compression                  1\n", 0, early},
+      {"bgpcomm summary - <&- | grep malformed", "  malformed                      0\n", 0,
+       "-: Bad file descriptor (record 1, octet 0)"},
+      {"bgpcomm summary " + sample + " | grep -c '^ *standard *extended IPv6 extended *large$'", "1\n"},
+      // clang-format on
+  });
+}
+
+TEST(HeldLists, CountPathsAndTheMemoryThatTheyShare) {
+  const CommunityTables tables(sharedParser());
+  const auto others = listTypes[0].makeHeld(tables);
+  others->hold(view(octets("fde803e7")));
+  const auto held = listTypes[0].makeHeld(tables);
+  for (U32 path = 0; path < 42; ++path) held->hold(view(number(0xFDE80000 + path % 12, 4)));
+  ListFigures figures, one;
+  held->figures(figures, 10);
+  others->figures(one, 10);
+  EXPECT_EQ(figures.unsharedOctets, 42 * one.unsharedOctets);
+  const U64 empty = tables.of<Routing::Bgp::CommList>().lists()->dedupHashTable()->octets();
+  EXPECT_GT(figures.internedOctets, empty);
+  EXPECT_GT(one.internedOctets, figures.internedOctets) << "the other's lists are not its own";
+}
+
+/// The values found, by list type, and the faults: `standard:fde80064 attrLength=1 `
+std::string communities(const char* attributes) {
+  const Bytes block = octets(attributes);
+  const CommunityValues values = findCommunities(view(block));
+  std::string text;
+  for (std::size_t type = 0; type < listTypeCount; ++type) {
+    const std::string key(listTypes[type].key);
+    if (!values[type].empty()) text += key + ':' + hex(values[type]) + ' ';
+    if (values.malformed[type]) text += key + " malformed ";
+  }
+  for (std::size_t i = 0; i < faultNames.size(); ++i)
+    if (const U64 count = values.faults[Fault(i)])
+      text += std::string(faultNames[i]) + '=' + std::to_string(count) + ' ';
+  return text;
+}
+
+TEST(Reading, FindsChecksAndCountsAttributes) {
+  const std::pair<const char*, const char*> cases[] = {
+      // clang-format off
+      {"40010100 40020a 02020000fc580000fc59", ""}, {"d0080004fde80064", "standard:fde80064 "},
+      {"c00805fde8006400 c0100400020000 c01900 c02001ff",
+       "standard malformed extended malformed ipv6Extended malformed large malformed attrLength=4 "},
+      {"c00804fde80064 c00804fde80065 c00803fde800", "standard:fde80064 "},  // the first counts
+      {"c00800 c00804fde80065", "standard malformed attrLength=1 "},         // even so
+      {"c00804fde80064 c02018 00", "standard:fde80064 large malformed attrOverrun=1 "},
+      {"c00804fde80064 c00808 00", "standard:fde80064 attrOverrun=1 "},
+      {"c00804fde80064 c020", "standard:fde80064 large malformed attrOverrun=1 "},
+      {"d00800", "standard malformed attrOverrun=1 "}, {"d008ffff fde80064", "standard malformed attrOverrun=1 "},
+      {"c0100800020000fc580001 c01914000220010db80000000000000000000000010007c0200c0000fc580000000100000002",
+       "extended:00020000fc580001 ipv6Extended:000220010db80000000000000000000000010007 "
+       "large:0000fc580000000100000002 "},
+      // clang-format on
+  };
+  for (const auto& [attributes, found] : cases)
+    EXPECT_EQ(communities(attributes), found) << attributes;
+}
+
 }  // namespace
-}  // namespace bgpcomm
