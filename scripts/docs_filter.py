@@ -198,7 +198,8 @@ def page(path, text):
             return shown
         if file.suffix == ".h" and root / "examples" not in file.parents:
             included = str(file.relative_to(root)).removeprefix("platform/")
-            return f"[{shown}](@ref {included})"
+            name = shown.replace("`", "")  # no code inside of such links
+            return f"[{name}](@ref {included})"
         return f"[{shown}]({file.name})"
     return re.sub(r"\[([^\]]*)\]\(([^)\s]+)\)", link, text)
 
