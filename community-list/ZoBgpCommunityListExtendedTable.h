@@ -39,7 +39,7 @@ class ExtCommListDedupTable final
   /// Lets go of it. The notifiee goes on feeding it for its other holders.
   void notifyingRtExtCommListCollectionDel() { collection_ = nullptr; }
 
-  /// What tells the collection; null once it was let go.
+  /// The one that tells the collection; null once it was let go.
   const RtExtCommListLifeTimeNotifiee::Ptr& rtExtCommListLifeTimeNotifiee() const {
     return notifiee_;
   }

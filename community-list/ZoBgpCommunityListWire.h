@@ -32,7 +32,7 @@ namespace Routing::Bgp {
 /// empty or cut short these have the receiver treat the route as withdrawn, which is the caller's
 /// to do.
 struct WireFault {
-  /// What is wrong with the octets.
+  /// The fault of the octets.
   enum class Reason {
     empty,          ///< no octets: an attribute without communities is malformed
     notMultiple,    ///< the last value is cut short

@@ -30,7 +30,7 @@ struct StoredExtComm {
   static StoredExtComm of(U32 classification, const ExtCommContent& content) {
     return {classification, 0, content.value()};
   }
-  /// Whatever octets the record has.
+  /// Any octets are a content.
   ExtCommContent content() const { return ExtCommContent(value); }
 };
 

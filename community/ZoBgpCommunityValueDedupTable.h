@@ -32,7 +32,7 @@ class ExtCommValueDedupTable : public Mox::Entity<Table, Mox::PtrInterface> {
   const Mox::Ptr<Orv::DedupHashTableUnorderedSet>& dedupHashTable() const {
     return dedupHashTable_;
   }
-  /// What parses new contents; never null.
+  /// The parser of new contents; never null.
   const Mox::Ptr<const Rule>& parseExtCommRule() const { return parseExtCommRule_; }
 
   /// The one object of this content. A hit allocates nothing and does not ask the parser. Asserts

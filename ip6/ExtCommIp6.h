@@ -33,7 +33,7 @@ struct StoredExtCommIp6 {
     return {classification, content.type(), content.subtype(), content.addr(),
             content.localAdmin()};
   }
-  /// Whatever octets the record has.
+  /// Any octets are a content.
   ExtCommIp6Content content() const { return {type, subtype, addr, localAdmin}; }
 };
 

@@ -34,7 +34,7 @@ inline constexpr std::string_view unknownTransitive = "unknown-transitive";
 inline constexpr std::string_view unknownNonTransitive = "unknown-non-transitive";
 inline constexpr std::string_view malformedWord = "malformed";
 
-/// Of ASCII letters; any other character stays.
+/// ASCII letters only; any other character stays.
 constexpr char lowerCase(char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; }
 /// Letter case does not count anywhere in texts of communities.
 constexpr bool equalIgnoringCase(std::string_view a, std::string_view b) {

@@ -41,7 +41,7 @@ class BgpParseExtCommRuleKey {
   U32 hash() const { return detail::ruleAddressHash(rule_); }
 
   friend bool operator==(const BgpParseExtCommRuleKey&, const BgpParseExtCommRuleKey&) = default;
-  /// By address.
+  /// The order of addresses.
   friend bool operator<(const BgpParseExtCommRuleKey& a, const BgpParseExtCommRuleKey& b) {
     return std::less<>()(a.rule_, b.rule_);
   }

@@ -29,7 +29,7 @@ class IndexedQueue {
     friend bool operator==(const Metadata&, const Metadata&) = default;
   };
 
-  /// What outlives the entries: the next index.
+  /// The record that outlives the entries: the next index.
   const Metadata& metadata() const { return metadata_; }
   std::size_t size() const { return entries_.size(); }
   bool empty() const { return entries_.empty(); }

@@ -93,7 +93,7 @@ class Ptr {
 
   /// Whether both are the same object, or null.
   friend bool operator==(const Ptr& a, const Ptr& b) { return a.object_ == b.object_; }
-  /// By address.
+  /// The order of addresses.
   friend auto operator<=>(const Ptr& a, const Ptr& b) { return a.object_ <=> b.object_; }
   /// Whether it is null.
   friend bool operator==(const Ptr& a, std::nullptr_t) { return !a.object_; }

@@ -18,7 +18,7 @@ class StoreException : public Mox::Exception {
   using Exception::Exception;
 };
 
-/// What restores objects from a store: `destash` follows references by it.
+/// The means to restore objects from a store: `destash` follows references by it.
 class StoreManager {
  public:
   virtual ~StoreManager() = default;

@@ -13,7 +13,7 @@ class AutonomousSystem {
  public:
   static constexpr std::size_t longestText = 11;
 
-  /// Of two or of four octets: the number does not say.
+  /// Two octets or four: the number does not say.
   constexpr explicit AutonomousSystem(U32 number) : number_(number) {}
 
   /// In host order.
