@@ -314,9 +314,9 @@ namespace {
 std::string textOf(PrefixReader prefixes) {
   std::string text;
   while (const Prefix* const prefix = prefixes.next()) {
-    if (!text.empty()) text += ' ';
-    text += nlriText(prefix->addressFamily, prefix->nlri);
-    if (prefix->pathId) text += '#' + std::to_string(*prefix->pathId);
+    std::string one;
+    appendPrefix(one, *prefix);
+    text += (text.empty() ? "" : ", ") + one;
   }
   return text;
 }

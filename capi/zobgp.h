@@ -141,7 +141,7 @@ typedef struct zobgp_path {
   uint32_t microseconds; /**< 0 where the file does not say */
   uint32_t peer_as;
   const char* peer;      /**< its address; "-" where the file does not say */
-  const char* prefixes;  /**< that it announces, with blanks between them; empty without any */
+  const char* prefixes;  /**< that it announces, parted by ", "; empty without any */
   const char* withdrawn; /**< that the message takes back */
   const char* as_path;   /**< `64500 64501 {64502,64503}` */
   const char* next_hop;  /**< an address, or "-" */

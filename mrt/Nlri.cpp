@@ -7,29 +7,10 @@
 #include <utility>
 
 #include "mrt/internal/Attributes.h"
+#include "mrt/internal/Families.h"
 
 namespace Routing::Mrt {
 namespace {
-
-constexpr U16 afiL2vpn = 25;
-constexpr U16 afiLinkState = 16388;
-
-/// The SAFIs whose prefixes are no plain ones.
-enum Safi : U8 {
-  safiMulticastVpn = 5,
-  safiVpls = 65,
-  safiEvpn = 70,
-  safiLinkState = 71,
-  safiLinkStateVpn = 72,
-  safiMobileUserPlane = 85,
-  safiFlow = 133,
-  safiFlowVpn = 134,
-};
-
-bool isIp(AddressFamily family) {
-  return (family.afi == afiIpv4 || family.afi == afiIpv6) &&
-         (family.safi == safiUnicast || family.safi == safiMulticast);
-}
 
 /// How many octets an encoded prefix takes, as its first octets say.
 enum class LengthForm {
@@ -84,16 +65,6 @@ std::size_t payloadSize(Cursor& in, AddressFamily family) {
   return (in.u8() + 7u) / 8;
 }
 
-std::string hex(Octets octets) {
-  constexpr char digits[] = "0123456789abcdef";
-  std::string text;
-  for (const U8 octet : octets) {
-    text += digits[octet >> 4];
-    text += digits[octet & 15];
-  }
-  return text;
-}
-
 /// Whether the octets are whole prefixes up to their end.
 bool fits(Cursor in, AddressFamily family, bool addPath) {
   while (!in.atEnd()) {
@@ -105,11 +76,16 @@ bool fits(Cursor in, AddressFamily family, bool addPath) {
 
 }  // namespace
 
+bool isPlain(AddressFamily family) {
+  return (family.afi == afiIpv4 || family.afi == afiIpv6) &&
+         (family.safi == safiUnicast || family.safi == safiMulticast);
+}
+
 std::optional<Octets> takeNlri(Cursor& in, AddressFamily family) {
   const Octets from = in.left();
   const std::size_t size = payloadSize(in, family);
   in.take(size);
-  const bool tooLong = isIp(family) && size > (family.afi == afiIpv4 ? 4 : 16);
+  const bool tooLong = isPlain(family) && size > (family.afi == afiIpv4 ? 4 : 16);
   if (!in || tooLong) return std::nullopt;
   return from.first(from.size() - in.left().size());
 }
@@ -119,17 +95,6 @@ std::string addressText(Octets address) {
   if (address.size() == 4 || address.size() == 16)
     inet_ntop(address.size() == 4 ? AF_INET : AF_INET6, address.data(), text, sizeof text);
   return text;
-}
-
-std::string nlriText(AddressFamily family, Octets nlri) {
-  if (!isIp(family))
-    return std::to_string(family.afi) + '/' + std::to_string(family.safi) + ':' + hex(nlri);
-  std::array<U8, 16> address{};
-  std::copy(nlri.begin() + 1, nlri.end(), address.begin());
-  // The bits behind the prefix in its last octet mean nothing (RFC 4271, 4.3).
-  if (const unsigned bits = nlri[0] % 8) address[nlri[0] / 8] &= U8(0xff00 >> bits);
-  return addressText(Octets(address).first(family.afi == afiIpv4 ? 4 : 16)) + '/' +
-         std::to_string(nlri[0]);
 }
 
 std::string timeText(const Path& path) {

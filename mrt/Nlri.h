@@ -75,9 +75,20 @@ bool visitWithdrawn(const Path& path, const Visit& visit) {
 /// when it does not fit.
 std::optional<Octets> takeNlri(Cursor& in, AddressFamily family);
 
-/// `192.0.2.0/24`, `2001:db8::/32`; of other address families `25/70:0203616263`, in hex.
-/// REQUIRES: `nlri` is what `takeNlri` takes.
+/// Whether prefixes of the family are an address and a length, and no more.
+bool isPlain(AddressFamily family);
+
+/// `192.0.2.0/24`, `2001:db8::/32`, `10.0.0.0/8 multicast`; with labels (RFC 8277)
+/// `10.1.0.0/16 label 100/200`, of VPNs (RFC 4364) `64600:1 10.1.0.0/16 label 100`, of EVPN (RFC
+/// 7432, RFC 9136) `mac 64600:1 02:00:5e:00:53:01 192.0.2.1 tag 0 label 100`, of flow
+/// specifications (RFC 8955) `destination 10.0.0.0/24 protocol =6 port >=80&<90,=443`. Of other
+/// families, and where the octets are none of theirs, in hex: `25/65:0011...`. A withdrawn one has
+/// no label. REQUIRES: `nlri` is what `takeNlri` takes.
 std::string nlriText(AddressFamily family, Octets nlri);
+
+/// Adds the prefix to those in the text, with a blank between; or ", " before one that has blanks
+/// itself. A path identifier stands behind `#`.
+void appendPrefix(std::string& text, const Prefix& prefix);
 
 /// `192.0.2.1`, `2001:db8::1`; `-` for an address that has neither 4 nor 16 octets.
 std::string addressText(Octets address);

@@ -3,20 +3,12 @@
 #include <algorithm>
 #include <optional>
 
+#include "mrt/internal/Families.h"
+
 namespace Routing::Mrt {
 namespace {
 
-constexpr U16 afiL2vpn = 25;
-
-enum Safi : U8 {
-  safiLabels = 4,
-  safiEvpn = 70,
-  safiVpn = 128,
-  safiVpnMulticast = 129,
-  safiRouteTargets = 132,
-};
-
-constexpr std::size_t labelSize = 3, distinguisherSize = 8, segmentSize = 10, tagSize = 4;
+constexpr std::size_t tagSize = 4;
 
 std::string numberKey(U64 number, int octets) {
   std::string key;
@@ -33,23 +25,6 @@ std::string prefixKey(unsigned bits, Octets prefix) {
     key += char(prefix[i] & 0xff00 >> kept);
   }
   return key;
-}
-
-/// How many octets of labels stand in front: up to the one marked as the last (RFC 8277, section
-/// 2.3). A peer that announces one label need not mark it (section 2.2), and a withdrawal has one
-/// field of any value, mostly 0x800000 or 0 (section 2.4), or the labels as they were announced.
-/// Before a distinguisher it shows where they end, since only types 0, 1 and 2 of those are
-/// assigned.
-std::size_t labelsSize(Octets octets, bool distinguisher) {
-  if (octets.size() < labelSize || (octets[1] == 0 && octets[2] == 0 && (octets[0] & 0x7f) == 0))
-    return labelSize;
-  for (std::size_t size = labelSize; size <= octets.size(); size += labelSize) {
-    if (!(octets[size - 1] & 1)) continue;
-    const Octets behind = octets.subspan(size);
-    const bool fits = behind.size() >= distinguisherSize && behind[0] == 0 && behind[1] <= 2;
-    if (size == labelSize || !distinguisher || fits) return size;
-  }
-  return labelSize;
 }
 
 /// Fields that do not fit leave the octets as they are.
@@ -95,6 +70,18 @@ std::string evpnKey(Octets nlri) {
 }
 
 }  // namespace
+
+std::size_t labelsSize(Octets octets, bool distinguisher) {
+  if (octets.size() < labelSize || (octets[1] == 0 && octets[2] == 0 && (octets[0] & 0x7f) == 0))
+    return labelSize;
+  for (std::size_t size = labelSize; size <= octets.size(); size += labelSize) {
+    if (!(octets[size - 1] & 1)) continue;
+    const Octets behind = octets.subspan(size);
+    const bool fits = behind.size() >= distinguisherSize && behind[0] == 0 && behind[1] <= 2;
+    if (size == labelSize || !distinguisher || fits) return size;
+  }
+  return labelSize;
+}
 
 std::optional<IpPrefix> ipPrefix(const Prefix& prefix) {
   const auto [afi, safi] = prefix.addressFamily;

@@ -200,6 +200,10 @@ class Tables:
 _tables = Tables()
 
 
+def _parts(texts: bytes) -> tuple[str, ...]:
+    return tuple(texts.decode().split(", ")) if texts else ()
+
+
 class Path:
     """A path of a file: an entry of a table, or an UPDATE."""
 
@@ -209,8 +213,8 @@ class Path:
     def __init__(self, tables: Tables, path: _Path):
         self.seconds, self.microseconds = path.seconds, path.microseconds
         self.peer, self.peer_as = path.peer.decode(), path.peer_as
-        self.prefixes = tuple(path.prefixes.decode().split())
-        self.withdrawn = tuple(path.withdrawn.decode().split())
+        self.prefixes = _parts(path.prefixes)
+        self.withdrawn = _parts(path.withdrawn)
         self.as_path, self.next_hop = path.as_path.decode(), path.next_hop.decode()
         self.origin_as = None if path.origin_as < 0 else path.origin_as
         self.record, self.malformed = path.record, path.malformed.decode()
@@ -225,7 +229,7 @@ class Path:
             microsecond=self.microseconds)
 
     def __repr__(self) -> str:
-        return f"<{self.time:%Y-%m-%dT%H:%M:%SZ} {self.peer} AS{self.peer_as} {' '.join(self.prefixes)}>"
+        return f"<{self.time:%Y-%m-%dT%H:%M:%SZ} {self.peer} AS{self.peer_as} {', '.join(self.prefixes)}>"
 
 
 class Paths:

@@ -36,13 +36,14 @@ def update(withdrawn, attributes, nlri, add_path=False):
     return number(1700000000, 4) + number(17, 2) + number(9 if add_path else 4, 2) + counted(record, 4)
 
 
-# Withdrawals, path identifiers, malformed attributes, lists of every type, prefixes cut short.
+# Withdrawals, path identifiers, malformed attributes, lists of every type, prefixes cut short, of a VPN.
 dump = b"".join([
     update("180a0102", "40010100 40020602010000fc5a 400304c0000207 c00804fc5800ff "
            "c010080002fc5800000064 c01914000220010db80000000000000000000000010064 "
            "c0200c0000fc580000000100000002", "180a0103"),
     update("00000007180a0102", "40010100 c00803fc5800", "00000001180a0103", add_path=True),
     update("", "40010100 c00804fc580001", "18"),
+    update("", "40010100 800e20000180 0c0000000000000000c0000207 00 700006410000fc58000000010a0102", ""),
 ])
 
 

@@ -22,9 +22,9 @@ std::pair<Bytes, Bytes> marked(const std::string& text) {
   return {octets(digits), octets(marks)};
 }
 
-/// `192.0.2.1 64600 as2 sent 10.1.2.0/24m#7 -11.0.0.0/8|`: AS numbers of 2 octets, a multicast
-/// prefix announced under identifier 7, another withdrawn. Time and attributes are shown where they
-/// are not the record's and `origin`.
+/// `192.0.2.1 64600 as2 sent 10.1.2.0/24 multicast#7 -11.0.0.0/8|`: AS numbers of 2 octets, a
+/// multicast prefix announced under identifier 7, another withdrawn. Time and attributes are shown
+/// where they are not the record's and `origin`.
 std::string pathText(const Path& path) {
   std::string text = addressText(path.peer.address) + ' ' + std::to_string(path.peer.asNumber);
   if (timeText(path) != "2023-11-14T22:13:20Z") text += ' ' + timeText(path).substr(17);
@@ -36,7 +36,6 @@ std::string pathText(const Path& path) {
   std::string before = " ";
   const auto add = [&](const Prefix& prefix) {
     text += before + nlriText(prefix.addressFamily, prefix.nlri);
-    if (prefix.addressFamily.safi == safiMulticast) text += 'm';
     if (prefix.pathId) text += '#' + std::to_string(*prefix.pathId);
   };
   const bool announced = visitPrefixes(path, add);
@@ -89,8 +88,8 @@ TEST(Mrt, CutsTables) {
   };
   const std::tuple<int, const char*, const char*> forms[] = {
       // clang-format off
-      {2, "18 0a0102", "10.1.2.0/24"}, {3, "18 0a0102", "10.1.2.0/24m"},
-      {4, "20 20010db8", "2001:db8::/32"}, {5, "20 20010db8", "2001:db8::/32m"},
+      {2, "18 0a0102", "10.1.2.0/24"}, {3, "18 0a0102", "10.1.2.0/24 multicast"},
+      {4, "20 20010db8", "2001:db8::/32"}, {5, "20 20010db8", "2001:db8::/32 multicast"},
       {6, "0019 46 0203616263", "25/70:0203616263"}, {6, "0001 80 08ff", "1/128:08ff"}};
   // clang-format on
   for (const auto& [subtype, prefix, text] : forms) {
@@ -177,7 +176,7 @@ TEST(Mrt, CutsMessages) {
       {"MP_REACH_NLRI", gone("", 4, "800e0f 0002 01 04 20010db8 00 20 20010db8 00"),
        peer + " 2001:db8::/32 ::/0 800e0f0002010420010db8002020010db800|"},
       {"in a long one, multicast", gone("", 4, "900e000a 0002 02 00 00 20 20010db8"),
-       peer + " 2001:db8::/32m 900e000a00020200002020010db8|"},
+       peer + " 2001:db8::/32 multicast 900e000a00020200002020010db8|"},
       {"withdrawals", gone("180a0102 00"), peer + " -10.1.2.0/24 -0.0.0.0/0 |"},
       {"with ADD-PATH", gone("00000007 180a0102", 9), peer + " -10.1.2.0/24#7 |"},
       {"MP_UNREACH_NLRI", gone("08 0a", 4, "800f08 0002 01 20 20010db8"),

@@ -15,16 +15,9 @@ std::string originText(const Path& path) {
 
 std::string prefixesText(PrefixReader prefixes, const PathFilter& filter) {
   std::string text;
-  const auto separate = [&text] {
-    if (!text.empty()) text += ' ';
-  };
-  while (const Prefix* const prefix = prefixes.next()) {
-    if (!filter.wants(*prefix)) continue;
-    separate();
-    text += nlriText(prefix->addressFamily, prefix->nlri);
-    if (prefix->pathId) text += '#' + std::to_string(*prefix->pathId);
-  }
-  if (prefixes.cutShort()) separate(), text += '?';
+  while (const Prefix* const prefix = prefixes.next())
+    if (filter.wants(*prefix)) appendPrefix(text, *prefix);
+  if (prefixes.cutShort()) text += text.empty() ? "?" : " ?";
   return text.empty() ? "-" : text;
 }
 

@@ -5,6 +5,7 @@
 
 #include "Commands.h"
 #include "Descriptions.h"
+#include "Hex.h"
 #include "PathFilter.h"
 #include "PathGroups.h"
 #include "PathText.h"
@@ -96,6 +97,7 @@ class PathPrinter {
       if (!filter_.wants(prefix)) return;
       nlohmann::ordered_json entry = {{"prefix", nlriText(prefix.addressFamily, prefix.nlri)}};
       if (prefix.pathId) entry["pathId"] = *prefix.pathId;
+      if (!isPlain(prefix.addressFamily)) entry["nlri"] = hex(prefix.nlri);
       prefixes.push_back(std::move(entry));
     });
     object["prefixes"] = std::move(prefixes);
