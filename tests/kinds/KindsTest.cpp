@@ -7,26 +7,14 @@
 #include <random>
 
 #include "kinds/ZoBgpKindCheck.h"
-#include "tests/HexOctets.h"
 #include "tests/Texts.h"
 #include "tests/kinds/TextTables.h"
 
-namespace Routing::Bgp {
 namespace {
 
 using Attribute = BgpPathAttrType;
 
-Attribute attributeOfSize(std::size_t octets) {
-  return octets == 4    ? Attribute::community
-         : octets == 8  ? Attribute::extCommunity
-         : octets == 12 ? Attribute::largeCommunity
-                        : Attribute::extCommunityIp6;
-}
-
-AnyCommunity fromHex(std::string_view digits) {
-  const auto octets = hexOctets(std::string(digits));
-  return communityOf(attributeOfSize(octets.size()), octets);
-}
+AnyCommunity fromHex(std::string_view digits) { return *readCommunity("0x" + std::string(digits)); }
 
 // The value reads back, also shouted and with its attribute given.
 void expectRoundTrip(const AnyCommunity& community) {
@@ -331,4 +319,3 @@ TEST(Kinds, VectorsFromElsewhere) {
 }
 
 }  // namespace
-}  // namespace Routing::Bgp

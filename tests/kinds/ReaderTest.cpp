@@ -10,7 +10,6 @@
 #include "tests/Texts.h"
 #include "tests/kinds/TextTables.h"
 
-namespace Routing::Bgp {
 namespace {
 
 using Attribute = BgpPathAttrType;
@@ -381,4 +380,3 @@ TEST_F(Printed, WrongTextsAreRefusedOrSomethingElse) {
 }
 
 }  // namespace
-}  // namespace Routing::Bgp

@@ -29,3 +29,5 @@ void expectRefused(const char* table, auto parse) {
 }
 
 }  // namespace Routing::Bgp
+
+using namespace Routing::Bgp;

@@ -200,9 +200,8 @@ TEST(Mrt, CutsMessages) {
   const Bytes longest = skipped(RecordReader::longestRecord);
   EXPECT_EQ(cutAll(longest + good + tooLong + good), path + "bad|" + path);
   const std::string most = std::to_string(RecordReader::longestRecord);
-  const std::string more = std::to_string(RecordReader::longestRecord + 1);
   EXPECT_EQ(cutAll(good + tooLong.substr(0, tooLong.size() - 1)),
-            path + most + " of " + more + '|');
+            path + most + " of " + std::to_string(tooLong.size()) + '|');
   for (std::size_t left = 1; left < good.size(); ++left) {
     const std::string end = std::to_string(left) + (left < 12 ? " of 12|" : " of 59|");
     EXPECT_EQ(cutAll(good + good.substr(0, left)), path + end);

@@ -10,7 +10,6 @@
 #include "query/ZoBgpPatternMatcher.h"
 #include "tests/kinds/TextTables.h"
 
-namespace Routing::Bgp {
 namespace {
 
 // The path that carries these.
@@ -88,7 +87,6 @@ without bits behind its length              | route-target-ipv6:^[2001:db8::1]/6
 is not ordered                              | mac-mobility:^S..S^:5
 )",
                 [](std::string_view text) { return ValuePattern::parse(text); });
-  EXPECT_TRUE(ValuePattern::parse("*:*"));
   std::string set = "65000:{1";
   for (int i = 0; i < 5000; ++i) set += ",1";
   EXPECT_FALSE(ValuePattern::parse(set + "}"));
@@ -304,8 +302,7 @@ TEST(PatternMatcher, HoldsTheListsWhoseAnswersItKnows) {
   EXPECT_EQ(matcher.lists(), 500u);
   const PathCommunities kept = pathOf(tables, "65000:0 no-export");
   matcher.forgetUnused();
-  EXPECT_EQ(matcher.lists(), 1u);
-  EXPECT_EQ(lists.members(), 1u);
+  EXPECT_TRUE(matcher.lists() == 1 && lists.members() == 1);
   EXPECT_TRUE(matcher.matches(kept));
   EXPECT_FALSE(matcher.matches(pathOf(tables, "65001:1 no-export"))) << "may be where one was";
   EXPECT_FALSE(matcher.matches(pathOf(tables, "RT:1:1"))) << "not asked for";
@@ -359,4 +356,3 @@ RT:64500:100     | -
 }
 
 }  // namespace
-}  // namespace Routing::Bgp

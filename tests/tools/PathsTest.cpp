@@ -165,9 +165,9 @@ TEST_F(WatchRt, SetsComeWithTheirFirstPathAndGoWithTheLast) {
 
   const TemporaryFile file(sent({route, gone}));
   const auto line = [](const std::string& event) {
-    return R"({"time":"2023-11-14T22:13:20Z","event":")" + event +
-           "\",\"routeTargets\":[\"route-target-as2:65000:1\"],\"routeTargetsOctets\":["
-           "\"0002fde800000001\"]}\n";
+    return json("{'time':'2023-11-14T22:13:20Z','event':'" + event +
+                "','routeTargets':['route-target"
+                "-as2:65000:1'],'routeTargetsOctets':['0002fde800000001']}\n");
   };
   expectRuns({{"bgpcomm watch-rt --json " + file.name(), line("come") + line("gone")}});
 }

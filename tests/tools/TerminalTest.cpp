@@ -73,39 +73,35 @@ TEST(Visible, EscapesWhatATerminalMightObey) {
 }
 
 /// A terminal, and everything that was written to it.
-class Screen {
- public:
+struct Screen {
   Screen() {
-    ::openpty(&descriptor_, &slave_, nullptr, nullptr, nullptr);
-    ::setenv("SCREEN", ::ptsname(descriptor_), 1);
+    ::openpty(&descriptor, &slave, nullptr, nullptr, nullptr);
+    ::setenv("SCREEN", ::ptsname(descriptor), 1);
   }
   ~Screen() {
-    ::close(descriptor_);
-    ::close(slave_);
+    ::close(descriptor);
+    ::close(slave);
   }
   /// Whether the text comes within ten seconds.
   bool shows(const std::string& text) {
-    pollfd waiting{descriptor_, POLLIN, 0};
-    while (got_.find(text) == got_.npos && ::poll(&waiting, 1, 10'000) > 0) {
+    pollfd waiting{descriptor, POLLIN, 0};
+    while (got.find(text) == got.npos && ::poll(&waiting, 1, 10'000) > 0) {
       char octets[4096];
-      got_.append(octets,
-                  std::size_t(std::max<ssize_t>(0, ::read(descriptor_, octets, sizeof octets))));
+      const auto size = ::read(descriptor, octets, sizeof octets);
+      got.append(octets, std::size_t(std::max<ssize_t>(0, size)));
     }
-    return got_.find(text) != got_.npos;
+    return got.find(text) != got.npos;
   }
-  const std::string& got() const { return got_; }
-  int slave() const { return slave_; }
 
- private:
-  int descriptor_, slave_;
-  std::string got_;
+  int descriptor, slave;
+  std::string got;
 };
 
 TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
   const TemporaryFile file(Bytes(8 << 20, 'x'));
   Screen screen;
   const int before = ::dup(STDERR_FILENO);
-  ::dup2(screen.slave(), STDERR_FILENO);
+  ::dup2(screen.slave, STDERR_FILENO);
   std::signal(SIGHUP, SIG_IGN);
   const std::string name = file.name().substr(file.name().rfind('/') + 1), gone = "\r\033[K";
   {
@@ -114,8 +110,8 @@ TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
     // A quarter of the file is read ahead meanwhile.
     std::this_thread::sleep_for(std::chrono::milliseconds(1100));
     for (U64 paths = 1; paths <= 256; ++paths) progress.update(paths);
-    EXPECT_TRUE(screen.shows('\r' + name + " [######..................] 25 % ")) << screen.got();
-    EXPECT_TRUE(screen.shows(" paths/s, 4 s left\033[K")) << screen.got();
+    EXPECT_TRUE(screen.shows('\r' + name + " [######..................] 25 % ")) << screen.got;
+    EXPECT_TRUE(screen.shows(" paths/s, 4 s left\033[K")) << screen.got;
   }
   EXPECT_TRUE(screen.shows(gone));
   printError("last");
@@ -144,7 +140,7 @@ TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
     ASSERT_EQ(std::fscanf(script, "%d", &tool), 1);
     EXPECT_TRUE(screen.shows("paths/s\033[K"));
     // As wide as the terminal but for the last column; no character is cut.
-    const std::string line = screen.got().substr(0, screen.got().find('\033'));
+    const std::string line = screen.got.substr(0, screen.got.find('\033'));
     EXPECT_EQ(line.substr(0, 5), '\r' + name.substr(0, 4));
     EXPECT_TRUE(name == faces ? line.size() <= 80 : line.size() == 80) << line;
     ::kill(tool, signal);
