@@ -261,8 +261,7 @@ TEST_F(ListTest, TablesDumpAndAreThreadSafeWhenTheAgentIs) {
     EXPECT_EQ(kind.lists()->dedupHashTable()->threadSafe(), ZoBgpGlobals::multiThreaded());
   });
   const auto& extended = tables->of<ExtCommList>();
-  const auto list =
-      extended.dedupWire(number(0x0002FDE800000064, 8) + number(0x030b000000000007, 8)).list;
+  const auto list = extended.dedupWire(hexOctets("0002fde800000064 030b000000000007")).list;
   const auto context = Mox::makeNew<Orv::DumpContext>();
   tables->forEachKind([&](const auto& kind) { kind.lists()->dumpState(context, 1); });
   extended.lists()->notifyingRtExtCommListCollection()->dumpState(context, 0);

@@ -203,11 +203,10 @@ TYPED_TEST(EveryExtCommList, MisuseEndsTheProcess) {
 TEST_F(ExtCommListTest, GroupsOfRouteTargetsAreOfTheirClass) {
   const auto plain = Mox::makeNew<ExtCommClassificationList>(extCommClassificationRouteTarget);
   EXPECT_DEATH(plain->dedup(table()), ": rtExtCommClassificationList\n");
-  const auto beyond =
-      ExtComm::PtrConst(extCommFactory(extCommClassificationOneBeyondLast, ExtCommContent(0xAB)));
   const auto list = built({});
-  list->commIs(Mox::staticCast<const ExtComm>(kind().values()->dedupHashTable()->dedup(
-      Mox::Ptr<Orv::DedupHandle>(const_cast<ExtComm*>(beyond.get())))));
+  const auto beyond = extCommFactory(extCommClassificationOneBeyondLast, ExtCommContent(0xAB));
+  kind().values()->dedupHashTable()->dedup(Mox::Ptr<Orv::DedupHandle>(beyond.get()));
+  list->commIs(beyond);
   EXPECT_DEATH(list->dedup(table()), ": classification < extCommClassificationOneBeyondLast\n");
 }
 
