@@ -44,6 +44,80 @@ std::size_t CommunityDescriptions::HashNumbers::operator()(const Numbers& number
   return std::size_t(hash >> 32);
 }
 
+bool CommunityDescriptions::Entry::matches(const Numbers& numbers) const {
+  for (std::size_t i = 0; i < numbers.size(); ++i)
+    if (!parts[i].matches(numbers[i])) return false;
+  return true;
+}
+
+CommunityDescriptions::Entries::Box CommunityDescriptions::Entries::Box::around(
+    const Entry& entry) {
+  Box box{{}, {}, entry.order};
+  for (std::size_t i = 0; i < entry.parts.size(); ++i) {
+    box.first[i] = entry.parts[i].first;
+    box.last[i] = entry.parts[i].last;
+  }
+  return box;
+}
+
+void CommunityDescriptions::Entries::Box::add(const Box& other) {
+  for (std::size_t i = 0; i < first.size(); ++i) {
+    first[i] = std::min(first[i], other.first[i]);
+    last[i] = std::max(last[i], other.last[i]);
+  }
+  order = std::min(order, other.order);
+}
+
+bool CommunityDescriptions::Entries::Box::holds(const Numbers& numbers) const {
+  for (std::size_t i = 0; i < numbers.size(); ++i)
+    if (numbers[i] < first[i] || numbers[i] > last[i]) return false;
+  return true;
+}
+
+void CommunityDescriptions::Entries::add(const Entry& entry) {
+  entries_.push_back(entry);
+  entries_.back().order = entries_.size();
+}
+
+void CommunityDescriptions::Entries::sort() {
+  boxes_.resize(entries_.size());
+  sorted_ = entries_.size();
+  std::ranges::sort(entries_, {}, [](const Entry& entry) {
+    const Box box = Box::around(entry);
+    return std::pair(box.first, box.order);
+  });
+  for (std::size_t node = sorted_; node-- > 1;) {
+    boxes_[node] = boxAt(2 * node);
+    boxes_[node].add(boxAt(2 * node + 1));
+  }
+}
+
+CommunityDescriptions::Entries::Box CommunityDescriptions::Entries::boxAt(std::size_t node) const {
+  return node < sorted_ ? boxes_[node] : Box::around(entries_[node - sorted_]);
+}
+
+const CommunityDescriptions::Entry* CommunityDescriptions::Entries::find(
+    const Numbers& numbers) const {
+  const Entry* found = nullptr;
+  if (sorted_ > 0) find(1, numbers, found);
+  return found;
+}
+
+void CommunityDescriptions::Entries::find(std::size_t node, const Numbers& numbers,
+                                          const Entry*& found) const {
+  if (node >= sorted_) {
+    const Entry& entry = entries_[node - sorted_];
+    if ((!found || entry.order < found->order) && entry.matches(numbers)) found = &entry;
+    return;
+  }
+  const Box& box = boxes_[node];
+  if ((found && found->order < box.order) || !box.holds(numbers)) return;
+  // The earlier half first: it may spare the other.
+  const bool turned = boxAt(2 * node).order > boxAt(2 * node + 1).order;
+  find(2 * node + turned, numbers, found);
+  find(2 * node + !turned, numbers, found);
+}
+
 /// One line, taken apart.
 class CommunityDescriptions::Line {
  public:
@@ -65,7 +139,8 @@ class CommunityDescriptions::Line {
       if (!readPart(parts[i], bits, entry.parts[i]))
         return '"' + Mox::String(parts[i]) + "\": expected a number or a range of at most " +
                std::to_string(bits) + " bits, digits with x, or nnn";
-    add(large ? descriptions.large_ : descriptions.standard_, entry);
+    OfAttribute& entries = large ? descriptions.large_ : descriptions.standard_;
+    if (Entries* const grown = add(entries, entry)) descriptions.grown_.push_back(grown);
     ++descriptions.size_;
     return {};
   }
@@ -84,20 +159,32 @@ class CommunityDescriptions::Line {
       part = {dash == text.npos ? Part::Form::number : Part::Form::range, U32(*first), U32(*last)};
       return *first <= *last;
     }
-    part = {Part::Form::digits, 0, 0, text};
     const auto isDigit = [](char c) { return isAnyDigit(c) || (c >= '0' && c <= '9'); };
-    return !text.empty() && text.size() <= 10 && std::ranges::all_of(text, isDigit) &&
-           std::ranges::any_of(text, isAnyDigit);
+    if (text.size() > 10 || !std::ranges::all_of(text, isDigit) ||
+        !std::ranges::any_of(text, isAnyDigit))
+      return false;
+    U64 least = 0, largest = 0;
+    for (const char c : text) {
+      least = 10 * least + (isAnyDigit(c) ? 0 : U64(c - '0'));
+      largest = 10 * largest + (isAnyDigit(c) ? 9 : U64(c - '0'));
+    }
+    part = {Part::Form::digits, U32(std::min<U64>(least, most)), U32(std::min<U64>(largest, most)),
+            text};
+    return true;
   }
 
-  static void add(OfAttribute& entries, const Entry& entry) {
+  /// Those that it was added to, unless it is plain.
+  static Entries* add(OfAttribute& entries, const Entry& entry) {
     Numbers numbers;
     for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = entry.parts[i].first;
     const auto isPlain = [](const Part& part) { return part.form == Part::Form::number; };
-    if (std::ranges::all_of(entry.parts, isPlain))
+    if (std::ranges::all_of(entry.parts, isPlain)) {
       entries.plain.try_emplace(numbers, entry.text);
-    else
-      (isPlain(entry.parts[0]) ? entries.byFirst[numbers[0]] : entries.others).push_back(entry);
+      return nullptr;
+    }
+    Entries& grown = isPlain(entry.parts[0]) ? entries.byFirst[numbers[0]] : entries.others;
+    grown.add(entry);
+    return &grown;
   }
 
   std::string_view line_;
@@ -116,25 +203,22 @@ std::vector<CommunityDescriptions::LineFault> CommunityDescriptions::add(std::st
     if (auto fault = line.addTo(*this); !fault.empty())
       faults.push_back({number, std::move(fault)});
   }
+  std::ranges::sort(grown_);
+  grown_.erase(std::unique(grown_.begin(), grown_.end()), grown_.end());
+  for (Entries* const entries : grown_) entries->sort();
+  grown_.clear();
   return faults;
 }
 
 CommunityDescriptions::Found CommunityDescriptions::find(const OfAttribute& entries,
                                                          const Numbers& numbers) const {
   if (const auto at = entries.plain.find(numbers); at != entries.plain.end()) return {at->second};
-  const auto matches = [&](const Entry& entry) {
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-      if (!entry.parts[i].matches(numbers[i])) return false;
-    return true;
-  };
-  const auto findIn = [&](const std::vector<Entry>& some) -> Found {
-    const auto at = std::ranges::find_if(some, matches);
-    if (at == some.end()) return {};
-    return {at->text, &*at};
-  };
+  const Entry* found = nullptr;
   if (const auto ofFirst = entries.byFirst.find(numbers[0]); ofFirst != entries.byFirst.end())
-    if (const Found found = findIn(ofFirst->second); found.entry) return found;
-  return findIn(entries.others);
+    found = ofFirst->second.find(numbers);
+  if (!found) found = entries.others.find(numbers);
+  if (!found) return {};
+  return {found->text, found};
 }
 
 CommunityDescriptions::Found CommunityDescriptions::findAny(const AnyCommunity& community,

@@ -19,7 +19,8 @@
 //    equals the one that was added first.
 // 4. Well-known communities are described by their registry, whatever a file says.
 //
-// Threads: many may ask while nobody adds. std::bad_alloc in `add` leaves what was added so far.
+// Threads: many may ask while nobody adds. std::bad_alloc in `add` leaves what was there before,
+// and perhaps some of the new entries.
 #pragma once
 
 #include <deque>
@@ -46,7 +47,8 @@ class CommunityDescriptions {
   std::vector<LineFault> add(std::string_view text);
 
   /// The description, `$0` replaced; nothing when there is none. Cost: a look-up, and without a
-  /// plain entry a comparison with each other one of the community's first number or of several.
+  /// plain entry the logarithm of the others and a comparison with each that lies around the
+  /// numbers.
   std::optional<Mox::String> find(const AnyCommunity& community) const;
   /// Whether there is one.
   bool has(const AnyCommunity& community) const;
@@ -54,11 +56,15 @@ class CommunityDescriptions {
   std::size_t size() const { return size_; }
 
  private:
+  using Numbers = std::array<U32, 3>;  // the third is zero of standard ones
+  struct HashNumbers {
+    std::size_t operator()(const Numbers& numbers) const;
+  };
   /// One number of an entry, or which it may be.
   struct Part {
     enum class Form : U8 { number, range, digits };
     Form form = Form::number;
-    U32 first = 0;  // of a range; the number
+    U32 first = 0;  // the least that it may be
     U32 last = 0;
     std::string_view digits = {};  // with `x`, as many as the number has
 
@@ -68,15 +74,41 @@ class CommunityDescriptions {
   struct Entry {
     std::array<Part, 3> parts;
     std::string_view text;
+    std::size_t order = 0;  // in which it was added
+
+    bool matches(const Numbers& numbers) const;
   };
-  using Numbers = std::array<U32, 3>;  // the third is zero of standard ones
-  struct HashNumbers {
-    std::size_t operator()(const Numbers& numbers) const;
+  /// Entries, sorted by their least numbers; above them a tree of boxes, each around two of the
+  /// level below. A box that is not around a community, or has only later entries than one that was
+  /// found, is passed by.
+  class Entries {
+   public:
+    void add(const Entry& entry);
+    /// Lets what was added be found.
+    void sort();
+    /// The entry that was added first of those that match; null when none does.
+    const Entry* find(const Numbers& numbers) const;
+
+   private:
+    struct Box {
+      Numbers first, last;
+      std::size_t order;  // of the earliest
+
+      static Box around(const Entry& entry);
+      void add(const Box& other);
+      bool holds(const Numbers& numbers) const;
+    };
+    Box boxAt(std::size_t node) const;
+    void find(std::size_t node, const Numbers& numbers, const Entry*& found) const;
+
+    std::vector<Entry> entries_;  // the nodes from `sorted_` on
+    std::size_t sorted_ = 0;      // how many are
+    std::vector<Box> boxes_;  // the nodes below; those of node n are 2n and 2n + 1, the root is 1
   };
   struct OfAttribute {
     std::unordered_map<Numbers, std::string_view, HashNumbers> plain;
-    std::unordered_map<U32, std::vector<Entry>> byFirst;
-    std::vector<Entry> others;
+    std::unordered_map<U32, Entries> byFirst;
+    Entries others;
   };
   struct Found {
     std::string_view text;         // null when nothing was found
@@ -89,6 +121,7 @@ class CommunityDescriptions {
 
   std::deque<Mox::String> files_;  // where the views above look
   OfAttribute standard_, large_;
+  std::vector<Entries*> grown_;  // not sorted since
   std::size_t size_ = 0;
 };
 

@@ -355,4 +355,61 @@ RT:64500:100     | -
     EXPECT_EQ(names.find(*readCommunity(row[0])).value_or("-"), row[1]) << row[0];
 }
 
+// Entries, and which one the rules choose among them, by their texts alone.
+TEST(Descriptions, AgreeWithALookAtEachEntry) {
+  std::mt19937 random(5);
+  const auto below = [&random](U32 end) { return U32(random() % end); };
+  const auto isPlain = [](const std::string& part) {
+    return part.find_first_of("-xn") == part.npos;
+  };
+  const auto means = [](const std::string& part, const std::string& number) {
+    if (part == "nnn") return true;
+    if (const auto dash = part.find('-'); dash != part.npos)
+      return std::stoul(part) <= std::stoul(number) &&
+             std::stoul(number) <= std::stoul(part.substr(dash + 1));
+    return std::ranges::equal(part, number,
+                              [](char c, char digit) { return c == 'x' || c == digit; });
+  };
+  int found = 0;
+  for (int round = 0; round < 300; ++round) {
+    CommunityDescriptions names;
+    std::vector<std::array<std::string, 3>> entries;
+    for (U32 files = 1 + below(3); files > 0; --files) {
+      std::string text;
+      for (U32 left = below(40); left > 0; --left) {
+        auto& entry = entries.emplace_back();
+        for (std::string& part : entry) {
+          const U32 number = below(30), other = number + below(12);
+          const std::string texts[] = {std::to_string(number),
+                                       std::to_string(number),
+                                       std::to_string(number) + '-' + std::to_string(other),
+                                       "nnn",
+                                       std::to_string(number / 10) + 'x',
+                                       "x",
+                                       "x1"};
+          part = texts[below(7)];
+        }
+        text += entry[0] + ':' + entry[1] + ':' + entry[2] + ',' + std::to_string(entries.size()) +
+                '\n';
+      }
+      EXPECT_TRUE(names.add(text).empty());
+    }
+    for (int i = 0; i < 60; ++i) {
+      std::array<std::string, 3> numbers;
+      for (std::string& number : numbers) number = std::to_string(below(32));
+      std::pair<int, std::size_t> best{3, 0};  // by what goes before what
+      for (std::size_t at = 0; at < entries.size(); ++at) {
+        const auto& entry = entries[at];
+        const int rank = std::ranges::all_of(entry, isPlain) ? 0 : isPlain(entry[0]) ? 1 : 2;
+        if (std::ranges::equal(entry, numbers, means)) best = std::min(best, {rank, at});
+      }
+      const auto text =
+          names.find(*readCommunity(numbers[0] + ':' + numbers[1] + ':' + numbers[2]));
+      ASSERT_EQ(text.value_or("none"), best.first == 3 ? "none" : std::to_string(best.second + 1));
+      found += text.has_value();
+    }
+  }
+  EXPECT_GT(found, 3000);
+}
+
 }  // namespace
