@@ -229,7 +229,7 @@ bool PathFilter::holds(const CommunityValues& values) {
   return where_->matches(communities);
 }
 
-void addFilterOptions(CLI::App& command, PathFilterOptions& options, bool withPrefixes) {
+void addFilterOptions(CLI::App& command, PathFilterOptions& options, bool withPrefix) {
   const auto add = [&command](const char* name, std::vector<std::string>& values, const char* form,
                               const char* help) {
     command.add_option(name, values, help)->allow_extra_args(false)->option_text(form);
@@ -252,13 +252,12 @@ void addFilterOptions(CLI::App& command, PathFilterOptions& options, bool withPr
   add("--ext", options.extended, "VALUE",
       "Only with this extended community, also in hex\n"
       "(16 digits, or 40 of an IPv6-address-specific one)");
-  if (withPrefixes) {
+  if (withPrefix)
     add("--prefix", options.prefixes, "PREFIX",
         "Only this prefix, or one of several (10.0.0.0/8,\n2001:db8::/32; an address alone is a "
         "host's)");
-    command.add_flag("--more-specific", options.moreSpecific, "Also prefixes inside");
-    command.add_flag("--less-specific", options.lessSpecific, "Also prefixes around");
-  }
+  command.add_flag("--more-specific", options.moreSpecific, "Also prefixes inside");
+  command.add_flag("--less-specific", options.lessSpecific, "Also prefixes around");
   add("--peer", options.peers, "PEER", "Only of this peer, by address or AS number");
   add("--origin-as", options.origins, "AS", "Only paths that this AS originates");
   addOne("--since", options.since, "TIME",

@@ -32,9 +32,8 @@ struct PathFilterOptions {
   bool moreSpecific = false, lessSpecific = false;
   std::string since, until;
 };
-/// Declares the options of all commands that look at paths one by one; those of prefixes only if
-/// asked to.
-void addFilterOptions(CLI::App& command, PathFilterOptions& options, bool withPrefixes = true);
+/// Declares the options of all commands that look at paths one by one; `--prefix` only if asked to.
+void addFilterOptions(CLI::App& command, PathFilterOptions& options, bool withPrefix = true);
 
 /// The question of a command line; throws UsageError.
 Routing::Bgp::CommunityPattern readQuestion(const std::string& text);

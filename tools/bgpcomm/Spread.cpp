@@ -49,10 +49,11 @@ class Ranks {
 struct SpreadPath {
   Peer peer;
   Prefix prefix;
+  std::string prefixText;
   std::vector<U32> times;  ///< that its hops stand in it
 };
 
-/// The paths of a prefix, as their peers have last announced them.
+/// The paths of a prefix, or of several, as their peers have last announced them.
 class Spread {
  public:
   explicit Spread(PathFilter& filter) : filter_(filter) {}
@@ -74,7 +75,8 @@ class Spread {
     std::vector<std::vector<U32>> valuesOf;
     std::vector<SpreadTree::Path> paths;
     table_.forEach([&](const Path& path, const Prefix& prefix, const Announced& announced) {
-      paths_.push_back({path.peer, prefix, announced.times});
+      paths_.push_back(
+          {path.peer, prefix, nlriText(prefix.addressFamily, prefix.nlri), announced.times});
       paths.push_back({announced.hops, {}});
       forEachValue(announced.lists, [&](const ListedValue& value) {
         paths.back().values.push_back(values_.numberOf(value.key()));
@@ -112,6 +114,18 @@ class Spread {
     for (const SpreadPath& path : paths_) peers.insert(peerKey(path.peer));
     return peers.size();
   }
+  U64 prefixes() const {
+    std::set<std::string_view> prefixes;
+    for (const SpreadPath& path : paths_) prefixes.insert(path.prefixText);
+    return prefixes.size();
+  }
+  /// The prefix of all paths of a node; nothing when there are several.
+  std::optional<std::string> prefix(const SpreadTree::Node& node) const {
+    const std::string& first = paths_[node.paths[0]].prefixText;
+    for (const U32 path : node.paths)
+      if (paths_[path].prefixText != first) return {};
+    return first;
+  }
 
  private:
   struct Announced {
@@ -142,7 +156,10 @@ class TreePrinter {
   void print(const std::string& prefix) {
     const auto& nodes = spread_.tree().nodes();
     U64 left = 0;
+    const U64 prefixes = spread_.prefixes();
+    several_ = prefixes > 1;
     bgpcomm::print(prefix + ": " + counted(nodes[0].paths.size(), "path") + " of " +
+                   (several_ ? grouped(prefixes) + " prefixes and " : "") +
                    counted(spread_.peers(), "peer") + '\n');
     for (const SpreadTree::Node& node : nodes) {
       print(node);
@@ -198,23 +215,24 @@ class TreePrinter {
     const SpreadPath& path = spread_.path(node.paths[0]);
     label += "at " + peerText(path.peer);
     if (path.prefix.pathId) label += " #" + std::to_string(*path.prefix.pathId);
-    if (path.prefix.addressFamily.safi != safiUnicast)
-      label += ' ' + nlriText(path.prefix.addressFamily, path.prefix.nlri);
+    if (several_ || path.prefix.addressFamily.safi != safiUnicast) label += ' ' + path.prefixText;
     return label;
   }
 
   static void printLines(const std::string& text, const std::string& first,
                          const std::string& others) {
     std::string before = first;
-    for (const std::string& line : wrapped(text, lineColumns - first.size())) {
+    const std::string behind = margin + others;  // at least as long
+    for (const std::string& line : wrapped(text, lineColumns - behind.size())) {
       bgpcomm::print(before + line + '\n');
-      before = margin + others;
+      before = behind;
     }
   }
 
   static inline const std::string margin = std::string(8, ' ');  // of the counts
   const Spread& spread_;
   const bool some_;
+  bool several_ = false;  // prefixes
   std::vector<std::string> guides_;
 };
 
@@ -242,6 +260,7 @@ void printJson(const Spread& spread) {
       somePaths.emplace_back(paths);
     }
     const SpreadPath& path = spread.path(node.paths[0]);
+    const auto prefix = spread.prefix(node);
     Json object = {{"node", number++},
                    {"parent", node.level ? Json(node.parent) : Json()},
                    {"level", node.level},
@@ -251,7 +270,7 @@ void printJson(const Spread& spread) {
                    {"paths", node.paths.size()},
                    {"peer", node.isLeaf ? Json(addressText(path.peer.address)) : Json()},
                    {"peerAs", node.isLeaf ? Json(path.peer.asNumber) : Json()},
-                   {"prefix", nlriText(path.prefix.addressFamily, path.prefix.nlri)}};
+                   {"prefix", prefix ? Json(*prefix) : Json()}};
     if (node.isLeaf && path.prefix.pathId) object["pathId"] = *path.prefix.pathId;
     object["values"] = std::move(values);
     object["octets"] = std::move(octets);
@@ -300,9 +319,12 @@ void addSpread(CLI::App& app, int& exitCode) {
                   "A peer's last announcement in the files counts, until it is withdrawn or the\n"
                   "session ends. Exit code 1 when no path has the prefix, or a file cannot be\n"
                   "read to its end.\n\n"
-                  "Example: bgpcomm spread 192.0.2.0/24 rib.bz2 updates.gz"},
+                  "Example: bgpcomm spread 192.0.2.0/24 rib.bz2 updates.gz\n"
+                  "         bgpcomm spread 192.0.2.0/24 --more-specific rib.bz2"},
                  exitCode, runSpread);
-  command.add_option("PREFIX", options.prefix, "10.0.0.0/8, 2001:db8::/32; exactly this one")
+  command
+      .add_option("PREFIX", options.prefix,
+                  "10.0.0.0/8, 2001:db8::/32; an address alone is a\nhost's")
       ->required()
       ->type_name("");
   addFiles(command, options.files);

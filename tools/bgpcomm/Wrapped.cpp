@@ -18,11 +18,14 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
   std::vector<std::string> lines;
   std::size_t taken = 0;  // columns of the last line
   while (!text.empty()) {
-    const auto end = std::min(text.find(' '), text.size());
-    const std::string_view word = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
+    std::string_view word = text.substr(0, text.find(' '));
+    std::size_t size = columnsOf(word);
+    // A set of AS numbers may be longer than a line.
+    if (const auto comma = word.substr(0, columns).rfind(','); size > columns && comma != word.npos)
+      size = columnsOf(word = word.substr(0, comma + 1));
+    text.remove_prefix(word.size());
+    if (text.starts_with(' ')) text.remove_prefix(1);
     if (word.empty()) continue;
-    const std::size_t size = columnsOf(word);
     if (!lines.empty() && taken + 1 + size <= columns) {
       (lines.back() += ' ') += word;
       taken += 1 + size;
