@@ -30,9 +30,10 @@ private-as            | | out c00804 fc000001 | out c00804 fffe0001 | 4002060201
 private-as            | --external | in c00804 fc000001
 documentation-as      | | out c0200c 0000fbff0000000100000002 | out c0200c 000100000000000100000002
 documentation-as      | | out c0200c 0001000f0000000100000002
-                      | | out c0200c 000100100000000100000002 | out c0200c fa56e9ff0000000100000002
+                      | | out c0200c 000200000000000100000002 | out c0200c fa56e9ff0000000100000002
 private-as            | | out c0200c fa56ea000000000100000002 | out c0200c fffffffe0000000100000002
-last-as               | | out c0200c 0000ffff0000000100000002 | out c0200c ffffffff0000000100000002
+reserved-as           | | out c0200c 0000ffff0000000100000002 | out c0200c ffffffff0000000100000002
+reserved-as           | | out c0200c 000100100000000100000002 | out c0200c 0001ffff0000000100000002
 private-as            | | out c01008 0003fc0000000001 | out c01008 0203fa56ea000001
                       | | out c01008 0103fc0000000001 | out c01008 030b000000000001
                       | | out c01008 80060000447a0000 | in c01008 4004fc00447a0000
@@ -105,8 +106,9 @@ TEST_F(LintTool, ShowsPathsPeersAndExamples) {
        3, malformed},
       {"bgpcomm lint --strict --rules as-zero $FILE", "5 paths, 0 with findings\n", 0, malformed},
       {"bgpcomm lint --strict $FILE / 2>&- >/dev/null", "", 1},
-      {"bgpcomm lint --json $FILE 2>&- | sed -n '2,4p;$p'",
-       json("{'what':'peer','rule':'private-as','peer':'192.0.2.2','peerAs':64602,'paths':2}\n"
+      {"bgpcomm lint --json $FILE 2>&- | sed -n '1p;3,5p;$p'",
+       json("{'what':'total','paths':5,'pathsWithFindings':4}\n"
+            "{'what':'peer','rule':'private-as','peer':'192.0.2.2','peerAs':64602,'paths':2}\n"
             "{'what':'peer','rule':'private-as','peer':'192.0.2.1','peerAs':64601,'paths':1}\n"
             "{'what':'example','rule':'private-as','time':'2023-11-14T22:13:20Z',"
             "'peer':'192.0.2.1','peerAs':64601,'prefix':'10.1.2.0/24','found':'64512:1',"

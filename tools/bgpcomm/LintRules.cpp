@@ -21,7 +21,7 @@ constexpr AsRange privateUse[] = {{64512, 65534}, {4200000000, 4294967294}};
 constexpr AsRange documentation[] = {{64496, 64511}, {65536, 65551}};
 constexpr AsRange none[] = {{0, 0}};
 constexpr AsRange translated[] = {{23456, 23456}};
-constexpr AsRange last[] = {{65535, 65535}, {4294967295, 4294967295}};
+constexpr AsRange reserved[] = {{65535, 65535}, {65552, 131071}, {4294967295, 4294967295}};
 
 template <const auto& ranges>
 bool isBy(const LintedValue& value) {
@@ -78,8 +78,8 @@ constexpr LintRule rules[] = {
      .where = external,
      .ofValue = isBy<documentation>},
     {.name = "as-zero",
-     .reference = "RFC 7607; RFC 1997",
-     .reason = "AS 0 belongs to no network, and standard values that begin with it are reserved",
+     .reference = "RFC 7607; RFC 1997; RFC 8092, section 5",
+     .reason = "AS 0 belongs to no network, and values that begin with it are reserved",
      .where = external,
      .ofValue = isBy<none>},
     {.name = "as-trans",
@@ -88,11 +88,12 @@ constexpr LintRule rules[] = {
                "value it is",
      .where = external,
      .ofValue = isBy<translated>},
-    {.name = "last-as",
-     .reference = "RFC 7300",
-     .reason = "AS numbers 65535 and 4294967295 are reserved and belong to no network",
+    {.name = "reserved-as",
+     .reference = "RFC 7300; RFC 8092, section 5; IANA's registry of AS numbers",
+     .reason = "AS numbers 65535, 65552 to 131071 and 4294967295 are reserved and belong to no "
+               "network",
      .where = external,
-     .ofValue = isBy<last>},
+     .ofValue = isBy<reserved>},
     {.name = "non-transitive",
      .reference = "RFC 4360, section 6",
      .reason = "Non-transitive extended communities should be removed before a route goes to "
@@ -101,8 +102,9 @@ constexpr LintRule rules[] = {
      .ofValue = isNonTransitive},
     {.name = "no-export",
      .reference = "RFC 1997",
-     .reason = "Routes with NO_EXPORT, NO_ADVERTISE or NO_EXPORT_SUBCONFED must not go to another "
-               "AS; here the peer has sent one",
+     .reason =
+         "A speaker that receives a route with NO_EXPORT, NO_ADVERTISE or NO_EXPORT_SUBCONFED must "
+         "not pass it to another AS; here a peer has done so, or has set it on its own",
      .where = external,
      .ofValue = isNoExport},
     {.name = "route-target",
@@ -122,7 +124,8 @@ constexpr LintRule rules[] = {
      .ofValue = isUnassigned},
     {.name = "unknown-kind",
      .reference = "RFC 7153",
-     .reason = "Extended communities of a type and subtype that nobody has assigned",
+     .reason = "Extended communities whose type and subtype are not assigned: nobody but their "
+               "senders can tell what they mean",
      .ofValue = isUnknown},
     {.name = "long-list",
      .reference = "RFC 4271, section 4.1",
