@@ -101,7 +101,7 @@ head -c 3000 "$folder/a.gz" >"$folder/cut"
 cd "$folder"
 
 # The total of a summary, without times, and without the memory that varies with a table's seed.
-figures() { sed '/seconds\|octets, shared\|saved/d' "$@"; }
+figures() { sed '/seconds\|[^n]shared\|saved/d' "$@"; }
 all_through() { [[ -z $(squeue --noheader) ]]; }
 # submit FOLDER TASKS FILE...
 submit() {

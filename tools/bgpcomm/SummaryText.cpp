@@ -116,6 +116,7 @@ std::string mostUsedLines(const FileFigures::OfType& one) {
     text += "  " + padded(grouped(value.uses), labelWidth) + "  " + value.text;
     const auto isAlike = [&](const ValueUse& other) { return other.text == value.text; };
     if (std::count_if(values.begin(), values.end(), isAlike) > 1) text += "  0x" + value.octets;
+    if (explains()) text = explained(std::move(text), value.text, value.description);
     text += '\n';
   }
   return text;
@@ -150,7 +151,7 @@ nlohmann::ordered_json json(const FileFigures& figures) {
   // Behind a blank and within parentheses, for lines of text.
   if (const std::string& first = figures.firstFault; first.size() > 3)
     object["firstMalformed"] = first.substr(2, first.size() - 3);
-  auto mostUsed = nlohmann::ordered_json::object();
+  auto octets = nlohmann::ordered_json::object(), mostUsed = octets;
   for (const auto& [type, ofType] : figures.types) {
     nlohmann::ordered_json& entry = object[std::string(type->key)];
     entry = {{"attributes", ofType.attributes},
@@ -160,8 +161,11 @@ nlohmann::ordered_json json(const FileFigures& figures) {
     if (ofType.distinctRouteTargetSets)
       entry["distinctRouteTargetSets"] = *ofType.distinctRouteTargetSets;
     if (ofType.types) entry["types"] = *ofType.types;
+    octets[std::string(type->key)] = {{"shared", ofType.internedOctets},
+                                      {"unshared", ofType.unsharedOctets}};
     mostUsed[std::string(type->key)] = json(ofType.mostUsed);
   }
+  object["octets"] = std::move(octets);
   object["mostUsed"] = std::move(mostUsed);
   object["seconds"] = figures.seconds;
   return object;
