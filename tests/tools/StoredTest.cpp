@@ -53,6 +53,8 @@ TEST_F(Stored, NothingButAStoreIsReplacedAndNothingIsLeftBeside) {
       {"echo mine >$TEXT; " + save + "$TEXT", "", 1, text + ": is not a store, and is not replaced"},
       {"bgpcomm save /nowhere --to $TEXT; cat $TEXT; rm $TEXT", "mine\n", 0,
        text + ": is not a store, and is not replaced"},
+      {"bgpcomm save /nowhere --to /nowhere/store", "", 1,
+       "/nowhere/store: cannot be written: No such file or directory"},
       {"(ulimit -f 8; " + save + "$STORE)", "", 1, store + ": cannot be written: File too large"},
       {"cd $(dirname $STORE) && ls && bgpcomm save $OLDPWD/" + sample + " --to " + name +
            " && ls && bgpcomm restore --json " + name + " | grep -c rib.bird", name + "\n1\n"},

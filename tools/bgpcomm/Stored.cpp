@@ -1,7 +1,10 @@
 // The commands that keep the lists of files in stores, take them out again, and join stores. The
 // lists are a store's roots; StoredFigures.h has the note that tells of the files.
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -20,8 +23,8 @@ struct WriteOptions {
   bool total = false;
 };
 
-/// Refuses a store that is one of the sources, or that may not be replaced: before hours of
-/// reading.
+/// Refuses a store that is one of the sources, or that may not be replaced, or not be written where
+/// it is to be: before hours of reading.
 void checkTarget(const WriteOptions& options, std::string_view what) {
   for (const std::string& source : options.sources) {
     std::error_code none;
@@ -30,6 +33,9 @@ void checkTarget(const WriteOptions& options, std::string_view what) {
                        " to be read");
   }
   MoxStash::StoreWriter::checkReplaceable(options.store);
+  const auto folder = std::filesystem::path(options.store).parent_path();
+  if (::access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) < 0)
+    throw DataError(options.store + ": cannot be written: " + std::strerror(errno));
 }
 
 int runSave(const WriteOptions& options) {
