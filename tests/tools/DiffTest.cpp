@@ -116,10 +116,18 @@ TEST_F(DiffTool, DescriptionsStandBesideValues) {
       {"bgpcomm paths --describe $NAMES --json --limit 1 $BEFORE 2>&- | grep -o '\"st[^]]*]'",
        "\"standard\":[\"65000:100\"]\n\"standardOctets\":[\"fde80064\"]\n"
        "\"standardDescriptions\":[\"Paid \\\\x1b[1m\"]\n"},
-      {"for c in 'values $BEFORE' 'top $BEFORE' 'decode fde80065' 'diff $BEFORE $AFTER'; do\n"
-       "eval bgpcomm $c --json --describe $NAMES 2>&- | grep -c '\"description\":\"Region 1\"'; "
-       "done",
-       "1\n1\n1\n1\n"},
+      {"for c in 'values $BEFORE' 'top $BEFORE' 'decode fde80065' 'diff $BEFORE $AFTER' 'spread "
+       "12.0.0.0/8 $BEFORE' 'lint --external $BEFORE' 'paths --group-by value $BEFORE'; do\n"
+       "eval bgpcomm $c --json --explain --describe $NAMES 2>&- | grep -v '(Region' |\n"
+       "grep -c '\"descriptions\\?\":[[]*[^]]*\"Region 1\"'; done",
+       "1\n1\n1\n1\n1\n1\n1\n"},
+      {"bgpcomm decode --json --describe $NAMES c00804fde80065 2>&- | grep -o '\"standardD[^]]*'",
+       "\"standardDescriptions\":[\"Region 1\"\n"},
+      {"for c in 'paths --group-by value' summary; do bgpcomm $c --explain --describe $NAMES "
+       "$BEFORE "
+       "2>&- | grep -c '65000:101 (Region 1)$'; done; bgpcomm decode --explain 'c0 08 04 ff ff 02 "
+       "9a'",
+       "1\n1\nCommunity (8), flags 0xc0: BLACKHOLE\n"},
       {"bgpcomm decode --explain --describe $NAMES fde80065 2>&- | tail -1",
        "  description     Region 1\n"},
       {"bgpcomm paths --count --where described $BEFORE", "0\n"},

@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "Descriptions.h"
 #include "Terminal.h"
 #include "TextStyle.h"
 
@@ -25,6 +26,12 @@ std::vector<std::string> wordsOf(CLI::Option& option) {
   } catch (const CLI::OptionNotFound&) {
     return {};
   }
+}
+
+void settleTexts(const CLI::App& command) {
+  // Objects have descriptions as members of their own, and texts to join on.
+  const CLI::Option* const json = command.get_option_no_throw("--json");
+  if (json && json->count() > 0) explains() = false;
 }
 
 void addTextOptions(CLI::App& command) {

@@ -44,6 +44,8 @@ void addDescriptionOptions(CLI::App& app);
 struct CommandText {
   std::string name, description, footer;
 };
+/// Makes texts what the options of a command ask for, once they are read.
+void settleTexts(const CLI::App& command);
 /// Adds a subcommand. Returns it for declaring its arguments, and the struct that they go to. When
 /// the subcommand is chosen, `run` gets the struct and returns the exit code.
 template <class Arguments>
@@ -52,7 +54,10 @@ std::pair<CLI::App&, Arguments&> addCommand(CLI::App& app, const CommandText& te
   const auto arguments = std::make_shared<Arguments>();
   CLI::App* const command = app.add_subcommand(text.name, text.description);
   command->footer(text.footer);
-  command->callback([arguments, run, &exitCode] { exitCode = run(*arguments); });
+  command->callback([command, arguments, run, &exitCode] {
+    settleTexts(*command);
+    exitCode = run(*arguments);
+  });
   return {*command, *arguments};
 }
 /// Names the words that an option takes, for shells that complete them. Its reader checks the

@@ -1,5 +1,6 @@
 #include "DecodeAttribute.h"
 
+#include "Descriptions.h"
 #include "Errors.h"
 #include "Hex.h"
 #include "HexText.h"
@@ -92,7 +93,7 @@ void AttributePrinter::printValue(const PathAttributeHeader& header, Octets valu
   const U8 code = U8(header.type), flags = U8(header.flags);
   const std::size_t type = listTypeOf(code);
   std::string text = hex(value);
-  std::vector<std::string> values, octets;
+  std::vector<std::string> values, octets, meanings;
   Json canonical = Json::array(), identifiers = Json::array(), fields = Json::array();
   const bool isList = type < listTypeCount;
   if (isList) {
@@ -103,6 +104,7 @@ void AttributePrinter::printValue(const PathAttributeHeader& header, Octets valu
     for (const ValueText& one : list.values) {
       values.push_back(one.text);
       octets.push_back(one.octets);
+      meanings.push_back(one.description);
       if (!json_ || !textStyle().kinds) continue;
       const auto community = Routing::Bgp::communityOf(header.type, readHexText(one.octets).octets);
       const Kind* const kind = textStyle().kinds->find(community);
@@ -121,6 +123,7 @@ void AttributePrinter::printValue(const PathAttributeHeader& header, Octets valu
     const std::string key(listTypes[type].key);
     object[key] = values;
     object[key + "Octets"] = octets;
+    if (descriptions()) object[key + "Descriptions"] = meanings;
     if (textStyle().kinds)
       object.update({{"identifier", identifiers}, {"canonical", canonical}, {"fields", fields}});
   }

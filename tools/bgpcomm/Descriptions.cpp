@@ -89,6 +89,11 @@ bool& explains() {
   return explains;
 }
 
+std::string explained(std::string text, std::string_view value, const std::string& description) {
+  if (!description.empty() && description != value) text += " (" + description + ')';
+  return text;
+}
+
 const std::string& descriptionOf(const AnyCommunity& community) {
   static std::unordered_map<std::string, std::string> known;
   const CommunityOctets octets(community);  // as many as no other attribute has

@@ -17,6 +17,9 @@ const std::shared_ptr<const Routing::Bgp::CommunityDescriptions>& descriptions()
 /// Whether texts have descriptions beside the values, by `--explain`.
 bool& explains();
 
+/// A text that ends with a value, and the value's description in parentheses if it says more.
+std::string explained(std::string text, std::string_view value, const std::string& description);
+
 /// The description of a community, made visible; empty when it has none or none are given. Looked
 /// up once for each value. Valid as long as the process.
 const std::string& descriptionOf(const Routing::Bgp::AnyCommunity& community);

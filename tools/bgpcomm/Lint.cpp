@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
+#include "Descriptions.h"
 #include "LintFindings.h"
 #include "PathText.h"
 #include "Reading.h"
@@ -100,13 +101,14 @@ void printJson(const LintFindings::OfRule& one) {
     peer["paths"] = paths;
     print(peer.dump() + '\n');
   }
-  for (const auto& [found, octets, time, prefix, from] : one.examples) {
+  for (const auto& [found, octets, description, time, prefix, from] : one.examples) {
     Json example = start("example");
     example["time"] = time;
     example.update(peerJson(from));
     example.update({{"prefix", prefix == "-" ? Json() : Json(prefix)},
                     {"found", found},
                     {"octets", octets.empty() ? Json() : Json(octets)}});
+    if (descriptions()) example["description"] = description;
     print(example.dump() + '\n');
   }
 }
@@ -122,7 +124,13 @@ int runLint(const Options& options) {
     good &= readReporting(file, [&](const Path& path, CommunityValues& values, Position) {
       if (filter.passes(path, values)) findings.add(path, values, filter);
     });
-  if (!options.json)
+  if (options.json)
+    print(Json{{"what", "total"},
+               {"paths", findings.paths()},
+               {"pathsWithFindings", findings.brokenPaths()}}
+              .dump() +
+          '\n');
+  else
     print(counted(findings.paths(), "path") + ", " + grouped(findings.brokenPaths()) +
           " with findings\n");
   for (const LintFindings::OfRule& one : findings.sorted())
@@ -174,8 +182,9 @@ void addLint(CLI::App& app, int& exitCode) {
                    "Take all peers for such in another AS");
   addNumber("--peers", options.peers,
             "At most so many peers of a rule (default 5;\n0: all); JSON has all");
-  addNumber("--examples", options.settings.examples,
-            "At most so many examples of a rule, of different\nvalues (default 3)");
+  addNumber(
+      "--examples", options.settings.examples,
+      "At most so many examples of a rule, of different\nvalues, the first that come (default 3)");
   command.add_flag("--strict", options.strict, "Exit code 3 when a rule is broken");
   addTextOptions(command);
   addJsonLines(command, options.json);

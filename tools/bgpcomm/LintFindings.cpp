@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Descriptions.h"
 #include "HeldListsOf.h"
 #include "Hex.h"
 #include "Terminal.h"
@@ -85,7 +86,7 @@ void LintFindings::add(const Path& path, CommunityValues& values, const PathFilt
     for (std::size_t rule = 0; rule < lintRules().size(); ++rule)
       if (isOn(rule) && lintRules()[rule].ofFault && lintRules()[rule].ofFault(fault)) {
         count(rule, 1);
-        if (needsExamples(rule)) addExample(rule, fault.toStrep(), "", onPath);
+        if (needsExamples(rule)) addExample(rule, {.what = fault.toStrep()}, onPath);
       }
   }
   ++paths_;
@@ -144,23 +145,28 @@ std::vector<LintFindings::InList> LintFindings::look(const List& list) const {
 /// Puts values that are new among the examples, as long as there is room.
 void LintFindings::show(InList& found, const OnPath& path) {
   found.shown = true;
-  if (!found.length.empty()) addExample(found.rule, found.length, "", path);
+  if (!found.length.empty()) addExample(found.rule, {.what = found.length}, path);
   for (const std::string& key : found.keys) {
     const ListedValue value(key);
-    addExample(found.rule, value.text(tables_), hex(value.octets()), path);
+    addExample(found.rule,
+               {.what = value.text(tables_),
+                .octets = hex(value.octets()),
+                .description = descriptionOf(value.community())},
+               path);
   }
 }
 
-void LintFindings::addExample(std::size_t rule, std::string what, std::string octets,
-                              const OnPath& path) {
+void LintFindings::addExample(std::size_t rule, Example example, const OnPath& path) {
   std::vector<Example>& examples = byRule_[rule].examples;
-  const bool isThere = std::ranges::any_of(
-      examples, [&](const Example& one) { return one.what == what && one.octets == octets; });
+  const bool isThere = std::ranges::any_of(examples, [&](const Example& one) {
+    return one.what == example.what && one.octets == example.octets;
+  });
   if (isThere || !needsExamples(rule)) return;
   const auto prefix = path.prefix(lintRules()[rule].where);
-  examples.push_back({std::move(what), std::move(octets), timeText(path.path()),
-                      prefix ? nlriText(prefix->addressFamily, prefix->nlri) : "-",
-                      peerKey(path.path().peer)});
+  example.time = timeText(path.path());
+  example.prefix = prefix ? nlriText(prefix->addressFamily, prefix->nlri) : "-";
+  example.peer = peerKey(path.path().peer);
+  examples.push_back(std::move(example));
 }
 
 std::vector<LintFindings::OfRule> LintFindings::sorted() const {

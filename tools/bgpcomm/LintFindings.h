@@ -29,10 +29,11 @@ struct LintSettings {
 class LintFindings {
  public:
   struct Example {
-    std::string what;    ///< the value, or the fault
-    std::string octets;  ///< of a value, in hex
-    std::string time, prefix;
-    std::string peer;  ///< a key, as `peerKey` makes it
+    std::string what;              ///< the value, or the fault
+    std::string octets = {};       ///< of a value, in hex
+    std::string description = {};  ///< of a value that has one
+    std::string time = {}, prefix = {};
+    std::string peer = {};  ///< a key, as `peerKey` makes it
   };
   struct PeerPaths {
     std::string peer;  ///< a key
@@ -43,7 +44,7 @@ class LintFindings {
     U64 paths = 0;
     U64 found = 0;                       ///< values, lists or faults, each on each path
     std::vector<PeerPaths> peers = {};   ///< the most paths first
-    std::vector<Example> examples = {};  ///< of different values or faults, as they came
+    std::vector<Example> examples = {};  ///< of different values or faults, the first that came
   };
 
   explicit LintFindings(const LintSettings& settings)
@@ -82,7 +83,8 @@ class LintFindings {
   bool needsExamples(std::size_t rule) const {
     return byRule_[rule].examples.size() < settings_.examples;
   }
-  void addExample(std::size_t rule, std::string what, std::string octets, const OnPath& path);
+  /// Fills in the rest of an example.
+  void addExample(std::size_t rule, Example example, const OnPath& path);
   void show(InList& found, const OnPath& path);
 
   const LintSettings settings_;

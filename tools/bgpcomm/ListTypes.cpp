@@ -39,11 +39,11 @@ template <class List>
 ListText text(const CommunityTables& tables, Octets value) {
   return read<List>(tables, value, [](const List& list, ListText& text) {
     forEachCommunity(list, [&](const auto& one) {
-      (text.text += text.text.empty() ? "" : " ") += textOf(one);
-      if (!explains()) return;
-      if (const auto& meaning = descriptionOf(communityOf(List::pathAttribute, octetsOf(one)));
-          !meaning.empty())
-        text.text += " (" + meaning + ')';
+      const std::string its = textOf(one);
+      (text.text += text.text.empty() ? "" : " ") +=
+          explains()
+              ? explained(its, its, descriptionOf(communityOf(List::pathAttribute, octetsOf(one))))
+              : its;
     });
   });
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "Descriptions.h"
 #include "Errors.h"
 #include "ListValues.h"
 #include "PathText.h"
@@ -41,27 +42,31 @@ void PathGroups::add(const Path& path, CommunityValues& values, const PathFilter
 }
 
 /// The groups of kinds or values.
-std::unordered_map<std::string, U64> PathGroups::byCommunities() const {
-  std::unordered_map<std::string, U64> groups;
+std::vector<PathGroups::Group> PathGroups::byCommunities() const {
+  std::unordered_map<std::string, Group> groups;
   combinations_.forEach([&](const PathCommunities& lists, U64 paths) {
     std::set<std::string> keys;
     lists.forEachList([&](const auto& list) {
       forEachCommunity(*list, [&](const auto& one) {
-        keys.insert(by_ == GroupBy::value
-                        ? textOf(one)
-                        : kindName(communityOf(list->pathAttribute, octetsOf(one))));
+        const AnyCommunity community = communityOf(list->pathAttribute, octetsOf(one));
+        const bool ofValue = by_ == GroupBy::value;
+        const std::string key = ofValue ? textOf(one) : kindName(community);
+        if (keys.insert(key).second && !groups.contains(key))
+          groups[key] = {key, 0, ofValue ? descriptionOf(community) : ""};
       });
     });
-    for (const std::string& key : keys) groups[key] += paths;
+    for (const std::string& key : keys) groups[key].paths += paths;
   });
-  return groups;
+  std::vector<Group> all;
+  for (auto& [key, group] : groups) all.push_back(std::move(group));
+  return all;
 }
 
 std::vector<PathGroups::Group> PathGroups::sorted() const {
   const bool ofCommunities = by_ == GroupBy::kind || by_ == GroupBy::value;
   std::vector<Group> sorted;
-  for (const auto& [key, paths] : ofCommunities ? byCommunities() : groups_)
-    sorted.push_back({key, paths});
+  if (ofCommunities) sorted = byCommunities();
+  for (const auto& [key, paths] : groups_) sorted.push_back({key, paths});
   std::ranges::sort(sorted, [](const Group& a, const Group& b) {
     return a.paths != b.paths ? a.paths > b.paths : a.key < b.key;
   });

@@ -5,7 +5,9 @@
 //   for (const PathGroups::Group& group : groups.sorted()) use(group.key, group.paths);
 #pragma once
 
+#include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "Combinations.h"
 #include "PathFilter.h"
@@ -23,7 +25,8 @@ class PathGroups {
  public:
   struct Group {
     std::string key;
-    U64 paths;  ///< of prefix lengths: prefixes
+    U64 paths = 0;                 ///< of prefix lengths: prefixes
+    std::string description = {};  ///< of a value that has one
   };
 
   explicit PathGroups(GroupBy by) : by_(by) {}
@@ -34,7 +37,7 @@ class PathGroups {
   std::vector<Group> sorted() const;
 
  private:
-  std::unordered_map<std::string, U64> byCommunities() const;
+  std::vector<Group> byCommunities() const;
 
   const GroupBy by_;
   std::unordered_map<std::string, U64> groups_;

@@ -190,14 +190,19 @@ class PathTaker {
     const auto shown =
         std::min<U64>(options_.limit ? options_.limit : groups.size(), groups.size());
     for (const PathGroups::Group& group : std::span(groups).first(shown))
-      print(options_.json
-                ? nlohmann::ordered_json{{"count", group.paths}, {options_.groupBy, group.key}}
-                          .dump() +
-                      '\n'
-                : std::to_string(group.paths) + '\t' + group.key + '\n');
+      print((options_.json ? jsonOf(group) : textOf(group)) + '\n');
   }
 
  private:
+  static std::string textOf(const PathGroups::Group& group) {
+    const std::string text = std::to_string(group.paths) + '\t' + group.key;
+    return explains() ? explained(text, group.key, group.description) : text;
+  }
+  std::string jsonOf(const PathGroups::Group& group) const {
+    nlohmann::ordered_json object = {{"count", group.paths}, {options_.groupBy, group.key}};
+    if (descriptions() && options_.groupBy == "value") object["description"] = group.description;
+    return object.dump();
+  }
   bool isEnough() const { return options_.limit && !groups_ && taken_ >= options_.limit; }
   const Options& options_;
   PathFilter filter_;
