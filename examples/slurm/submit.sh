@@ -10,7 +10,8 @@
 # `bgpcomm` in $PATH. Prints the ids of both jobs.
 #
 # A task that cannot read a file to its end fails: its log says why, its store has what could be read,
-# and the last job is cancelled. Repeat the task, which writes its store anew, then the last job:
+# and the last job is cancelled. Repeat the task, which writes its store anew, then the last job; both
+# get the number of tasks, which is that of the files if these are fewer:
 #
 #   sbatch --chdir=ribs --array=17 --output=%a.log share.sh 100
 #   sbatch --chdir=ribs merge.sh 100
