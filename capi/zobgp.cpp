@@ -324,8 +324,7 @@ std::string textOf(PrefixReader prefixes) {
 zobgp_status endOf(const zobgp_reader& reader) {
   if (const auto& failure = reader.input.failure()) return failed(ZOBGP_FILE, failure->text);
   if (const auto& truncation = reader.paths.truncation())
-    return failed(ZOBGP_FILE, "ends inside a record, " + std::to_string(truncation->there) +
-                                  " of " + std::to_string(truncation->wanted) + " octets");
+    return failed(ZOBGP_FILE, truncation->text());
   return ZOBGP_END;
 }
 

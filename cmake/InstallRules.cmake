@@ -29,6 +29,11 @@ if(TARGET bgpcomm)
   endif()
 endif()
 
+# Pages, pictures and the schemas of JSON.
+install(DIRECTORY docs/ COMPONENT development
+        DESTINATION $<IF:$<BOOL:${ZOBGP_PACKAGES}>,${CMAKE_INSTALL_DATADIR}/doc/libzobgpcommunity-dev,${CMAKE_INSTALL_DOCDIR}>
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.json")
+
 string(REPLACE ";" " " components "${libraries}")
 string(REPLACE ZoBgp "" components "${components}")
 configure_package_config_file(cmake/ZoBgpCommunityConfig.cmake.in ZoBgpCommunityConfig.cmake

@@ -1,6 +1,7 @@
 #include "mrt/Mrt.h"
 
 #include <algorithm>
+#include <cctype>
 #include <utility>
 
 #include "mrt/Nlri.h"
@@ -90,7 +91,8 @@ std::optional<Record> RecordReader::next() {
   Record record;
   record.offset = input_.offset();
   if (header.size() < recordHeaderSize) {
-    if (!header.empty()) truncation_ = Truncation{record.offset, header.size(), recordHeaderSize};
+    if (!header.empty())
+      truncation_ = Truncation{record.offset, header.size(), recordHeaderSize, foreignType_};
     return std::nullopt;
   }
   Cursor in(header);
@@ -114,8 +116,21 @@ bool RecordReader::take(Record& record, std::size_t size) {
   } else {
     there = whole.size();
   }
-  if (there < size) truncation_ = Truncation{record.offset, there, size};
+  // RFC 6396, section 4, and the types that are used no more: 49 is the highest.
+  constexpr U16 highestType = 49;
+  if (records_ == 0) foreignType_ = record.type;
+  if (record.type <= highestType) foreignType_.reset();
+  if (there < size) truncation_ = Truncation{record.offset, there, size, foreignType_};
   return there == size;
+}
+
+std::string RecordReader::Truncation::text() const {
+  if (!foreignType)
+    return "ends inside a record, " + std::to_string(there) + " of " + std::to_string(wanted) +
+           " octets";
+  const bool isText = std::isprint(*foreignType >> 8) && std::isprint(*foreignType & 0xff);
+  return "not an MRT file: its first record would be of type " + std::to_string(*foreignType) +
+         (isText ? "; a text file?" : "");
 }
 
 void PathCutter::start(const Record& record) {

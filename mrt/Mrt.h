@@ -69,6 +69,10 @@ class RecordReader {
     U64 offset;  ///< of its header
     U64 there;
     U64 wanted;
+    /// The type of the file's first record, where no record is of any type of MRT's.
+    std::optional<U16> foreignType;
+    /// `ends inside a record, 6 of 12 octets`, or that it is no MRT file.
+    std::string text() const;
   };
   /// Known after the last record; nothing when the file ended with a record.
   const std::optional<Truncation>& truncation() const { return truncation_; }
@@ -80,6 +84,7 @@ class RecordReader {
   std::size_t shown_ = 0;
   U64 records_ = 0;
   Position position_;
+  std::optional<U16> foreignType_;
   std::optional<Truncation> truncation_;
 };
 

@@ -95,10 +95,7 @@ void FileReading::reportEnd() {
   const auto& truncation = opened_->reader.truncation();
   const auto& failure = opened_->input.failure();
   const std::string where = positionText(position());
-  std::string reason;
-  if (truncation)
-    reason = "ends inside a record, " + std::to_string(truncation->there) + " of " +
-             std::to_string(truncation->wanted) + " octets";
+  const std::string reason = truncation ? truncation->text() : "";
   if (failure)
     printError(file_ + ": " + failure->text + where);
   else if (truncation)
