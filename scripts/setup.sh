@@ -40,17 +40,26 @@ install_packages='
   export DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes
   apt-get install -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "$@" >/dev/null'
 
-# need PURPOSE...: installs what these purposes lack, and says so first. Silent when nothing does.
+# need PURPOSE...: installs what these purposes lack, and says so first. Silent when nothing does. Who
+# cannot install goes on with what is there, installed by apt or not.
 need() {
   local wanted missing as_root=() purpose
   if ! command -v apt-get >/dev/null; then return; fi # not Debian: cmake will say what it lacks
   wanted=$(for purpose in "$@"; do packages_for "$purpose"; done)
   mapfile -t missing < <(missing_packages $wanted)
   if ((${#missing[@]} == 0)); then return; fi
-  if ((EUID != 0)); then as_root=(sudo); fi
+  if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+      echo "Needs root once: apt-get install ${missing[*]}; or your own. Goes on without." >&2
+      return
+    fi
+    as_root=(sudo)
+  fi
   echo "Installing with apt: ${missing[*]}"
-  "${as_root[@]}" apt-get update -qq
-  "${as_root[@]}" sh -c "$install_packages" install "${missing[@]}"
+  if ! "${as_root[@]}" apt-get update -qq ||
+    ! "${as_root[@]}" sh -c "$install_packages" install "${missing[@]}"; then
+    echo "Not installed: ${missing[*]}. Is there a network? Goes on without." >&2
+  fi
 }
 
 # quietly COMMAND...: its output is shown only when it fails.
