@@ -173,7 +173,7 @@ class CommunityDescriptions::Line {
     return true;
   }
 
-  /// Those that it was added to, unless it is plain.
+  /// The entries that it was added to; null for a plain one.
   static Entries* add(OfAttribute& entries, const Entry& entry) {
     Numbers numbers;
     for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = entry.parts[i].first;

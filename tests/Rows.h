@@ -7,7 +7,7 @@
 
 using Cells = std::vector<std::string>;
 
-/// What stands between bars, without the blanks around it.
+/// The cells between bars, without the blanks around them.
 inline Cells cellsOf(const std::string& row) {
   Cells cells;
   std::istringstream in(row);
@@ -18,7 +18,7 @@ inline Cells cellsOf(const std::string& row) {
   }
   return cells;
 }
-/// Of each line that is not empty.
+/// The cells of each line that is not empty.
 inline std::vector<Cells> rowsOf(const std::string& table) {
   std::vector<Cells> rows;
   std::istringstream in(table);

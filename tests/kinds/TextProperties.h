@@ -1,4 +1,4 @@
-// What holds of reading any text: for tests and fuzzing.
+// Properties of reading any text: for tests and fuzzing.
 #pragma once
 
 #include "kinds/ZoBgpCommunityReader.h"

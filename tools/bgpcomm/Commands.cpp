@@ -9,7 +9,7 @@
 namespace bgpcomm {
 namespace {
 
-// What a shell may offer is kept with the option, as a check that all values pass.
+// The words for shells are kept with the option, as a check that all values pass.
 const std::string wordsCheck = "words";
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What is said of a command line that cannot be run.
+// The message about a command line that cannot be run.
 #pragma once
 
 #include "Commands.h"

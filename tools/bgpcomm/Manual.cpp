@@ -1,4 +1,4 @@
-// What `--help` says of all commands, as a manual page and for the shells that complete words.
+// All help once more, as a manual page and for the shells that complete words.
 #include <algorithm>
 
 #include "Commands.h"
@@ -16,7 +16,7 @@ std::vector<std::string> namesOf(CLI::Option& option) {
   for (const std::string& name : option.get_lnames()) names.push_back("--" + name);
   return names;
 }
-/// What the help calls its value, or the positional.
+/// The name of its value in the help, or the positional's own.
 std::string valueName(CLI::Option& option) {
   if (option.get_positional()) return option.get_name(true);
   return option.get_option_text().empty() ? option.get_type_name() : option.get_option_text();
