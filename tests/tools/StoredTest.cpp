@@ -59,7 +59,7 @@ TEST_F(Stored, NothingButAStoreIsReplacedAndNothingIsLeftBeside) {
       {"cd $(dirname $STORE) && ls && bgpcomm save $OLDPWD/" + sample + " --to " + name +
            " && ls && bgpcomm restore --json " + name + " | grep -c rib.bird", name + "\n1\n"},
       {"head -c 3000 " + sample + " | bgpcomm save - --to $STORE", "", 1,
-       "-: gzip data end too early (record 94, octet 11125)"},
+       "standard input: gzip data end too early (record 94, octet 11125)"},
       {"bgpcomm save /nowhere " + sample + " --to $STORE; bgpcomm restore --json $STORE | grep -c '\"file\"'", "2\n", 0,
        "/nowhere: No such file or directory"},
       {"cp " + sample + " $STORE; bgpcomm save $STORE --to $STORE", "", 2,

@@ -35,7 +35,7 @@ TEST_F(Terminal, AClosedStandardDescriptorIsNoOtherFile) {
   expectRuns({
       // clang-format off
       {"bgpcomm verify $FILE - <&- | cut -d: -f2", " 1 lists compared, 0 differ, 0 malformed\n"
-       " 0 lists compared, 0 differ, 0 malformed\n", 0, "-: Bad file descriptor (record 1, octet 0)"},
+       " 0 lists compared, 0 differ, 0 malformed\n", 0, "standard input: Bad file descriptor (record 1, octet 0)"},
       {"bgpcomm verify $FILE >&-", "", 1, "standard output: Bad file descriptor"},
       {"bgpcomm verify $FILE >&- 2>&-", "", 1},
       // A reader that has gone away is no fault.
@@ -176,7 +176,7 @@ TEST_F(Files, FaultsAndPrefixesAreShown) {
       messageRecord(update(octets("c01008 4004fde84e000000"), octets("080a 180a"))));
   const std::string name = ' ' + file.name(), sample = "samples/rib.bird.mrt.gz";
   const std::string two = file.name() + ": 2 malformed, the first badRecord (record 1, octet 0)";
-  const std::string early = "-: gzip data end too early (record 94, octet 11125)";
+  const std::string early = "standard input: gzip data end too early (record 94, octet 11125)";
   expectRuns({
       // clang-format off
       {"bgpcomm paths" + name + " | cut -f3", "10.1.2.0/24#7\n10.0.0.0/8 ?\n", 0, two},
@@ -187,7 +187,7 @@ TEST_F(Files, FaultsAndPrefixesAreShown) {
       {"head -c 3000 " + sample + " | bgpcomm paths - | wc -l", "113\n", 0, early},
       {"head -c 3000 " + sample + " | bgpcomm summary - | grep compression", "    compression                  1\n", 0, early},
       {"bgpcomm summary - <&- | grep malformed", "  malformed                      0\n", 0,
-       "-: Bad file descriptor (record 1, octet 0)"},
+       "standard input: Bad file descriptor (record 1, octet 0)"},
       {"bgpcomm summary " + sample + " | grep -c '^ *standard *extended IPv6 extended *large$'", "1\n"},
       // clang-format on
   });

@@ -94,13 +94,13 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "./[a,b]: 3 lists compared, 0 differ, 0 malformed\n"},
 
       {"bgpcomm paths - <$BROKEN", first + first + third, 1,
-       "-: ends inside a record, 6 of 12 octets (record 4, octet 210)"},
-      {"bgpcomm verify - <README.md | cut -c1-10", "-: 0 lists\n", 0,
-       "-: not an MRT file: its first record would be of type 16999; a text file? (record 1, octet 0)"},
+       "standard input: ends inside a record, 6 of 12 octets (record 4, octet 210)"},
+      {"bgpcomm verify - <README.md | cut -c1-23", "standard input: 0 lists\n", 0,
+       "standard input: not an MRT file: its first record would be of type 16999; a text file? (record 1, octet 0)"},
       {"head -c 4000 /proc/self/exe | bgpcomm paths -", "", 1,
-       "-: not an MRT file: its first record would be of type 513 (record 2, octet 12)"},
+       "standard input: not an MRT file: its first record would be of type 513 (record 2, octet 12)"},
       {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
-       "-: 3 malformed, the first attrLength (record 2, octet 62)"},
+       "standard input: 3 malformed, the first attrLength (record 2, octet 62)"},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
        R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"],)"
        R"("announced":[],"asPath":"","originAs":null,"nextHop":"-","record":3})" "\n"},

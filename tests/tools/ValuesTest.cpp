@@ -137,8 +137,8 @@ TEST_F(ValuesTool, ShowFaultsWithTheirPlaces) {
       {"bgpcomm faults --flags --repeats --peer 64601" + shown, bad + asked.substr(1) + rest.substr(1)},
       {"bgpcomm faults $FAULTY 2>&- | cut -f1,5 | sort -u", "-\t" + faulty.name() + "\n2023-11-14T22:13:20Z\t" + faulty.name() + '\n'},
       {"bgpcomm faults - <$FAULTY >/dev/null", "", 1,
-       "-: ends inside a record, 6 of 12 octets (record 5, octet 235)\n"
-       "bgpcomm: -: 5 malformed, the first attrLength (record 1, octet 0)"},
+       "standard input: ends inside a record, 6 of 12 octets (record 5, octet 235)\n"
+       "bgpcomm: standard input: 5 malformed, the first attrLength (record 1, octet 0)"},
       {"bgpcomm faults --json - <$FAULTY 2>&- | sed -n '1p;3p'",
        json("{'time':'2023-11-14T22:13:20Z','peer':'192.0.2.1','peerAs':64600,'announced':['10.1.2.0/24'],'attribute':8,"
             "'file':'-','record':1,'octet':0,'offset':4,'fault':'attrLength','reason':'Community attribute, offset 4: 1 octet, "

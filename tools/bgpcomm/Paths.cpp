@@ -241,7 +241,8 @@ void addPaths(CLI::App& app, int& exitCode) {
                  {"paths", "Print one line per path",
                   "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
                   "communities; - where there are none. Exit code 1 when a file cannot be read\n"
-                  "to its end; what is malformed is shown as such, and counted on stderr.\n\n"
+                  "to its end; what is malformed is shown as such, and counted on stderr.\n"
+                  "A table's entry has the time at which its route was learned, not the dump's.\n\n"
                   "Example: bgpcomm paths --where 'RT:65000:* and not no-export' rib.bz2"},
                  exitCode, runPaths);
   addFiles(command, options.files);

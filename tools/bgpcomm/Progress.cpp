@@ -57,7 +57,7 @@ void clearProgress() {
 }
 
 Progress::Progress(const std::string& file, const Input& input, bool shown)
-    : file_(visible(file.substr(file.rfind('/') + 1))),
+    : file_(visible(shownFile(file.substr(file.rfind('/') + 1)))),
       input_(input),
       enabled_(shown && terminalOptions().progress && ::isatty(STDERR_FILENO)) {
   if (enabled_) clearProgressWhenKilled();

@@ -48,7 +48,7 @@ FileReading::FileReading(const std::string& file, ReadOptions options)
     if (error.code() == std::errc::resource_unavailable_try_again)
       printOutOfMemory(" for a thread");
     else
-      printError(file, ": ", error.code().message());
+      printError(shownFile(file), ": ", error.code().message());
     result_.failed = result_.unopened = true;
   }
 }
@@ -97,9 +97,9 @@ void FileReading::reportEnd() {
   const std::string where = positionText(position());
   const std::string reason = truncation ? truncation->text() : "";
   if (failure)
-    printError(file_ + ": " + failure->text + where);
+    printError(shownFile(file_), ": ", failure->text, where);
   else if (truncation)
-    printError(file_ + ": " + reason + where);
+    printError(shownFile(file_), ": ", reason, where);
   // In the order of their numbers: the first counts as the file's first.
   if (truncation) countOutside(Fault::truncatedRecord, position(), reason);
   if (failure && failure->compression) countOutside(Fault::compression, position(), failure->text);
@@ -110,8 +110,8 @@ void reportMalformed(const std::string& file, const ReadResult& result) {
   const FaultCounts& faults = result.faults;
   const U64 passed = faults.total() - faults[Fault::truncatedRecord] - faults[Fault::compression];
   if (passed == 0) return;
-  printError(file + ": " + grouped(passed) + " malformed, the first " +
-             std::string(faultNames[std::size_t(result.firstFault->fault)]) +
+  printError(shownFile(file), ": ", grouped(passed), " malformed, the first ",
+             faultNames[std::size_t(result.firstFault->fault)],
              positionText(result.firstFault->position));
 }
 

@@ -174,8 +174,8 @@ nlohmann::ordered_json json(const FileFigures& figures) {
 }  // namespace
 
 std::string summaryTable(const FileFigures& figures) {
-  std::string text =
-      std::string(colours().strong) + visible(figures.file) + std::string(colours().plain);
+  std::string text = std::string(colours().strong) + visible(shownFile(figures.file)) +
+                     std::string(colours().plain);
   text += '\n' + line("records", grouped(figures.records)) + '\n';
   text += line("paths", grouped(figures.paths)) + '\n';
   text += malformedLines(figures) + timeLine(figures) + '\n' + typeLines(figures);

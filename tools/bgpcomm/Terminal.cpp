@@ -135,6 +135,7 @@ void printErrorLine(std::initializer_list<std::string_view> pieces) {
 }
 
 void workingOn(std::string_view file) {
+  file = shownFile(file);
   fileWorkedOn[file.copy(fileWorkedOn, sizeof fileWorkedOn - 1)] = '\0';
 }
 
@@ -156,6 +157,8 @@ const Colours& colours() {
   }();
   return chosen;
 }
+
+std::string_view shownFile(std::string_view file) { return file == "-" ? "standard input" : file; }
 
 std::string grouped(U64 number) {
   std::string text = std::to_string(number);

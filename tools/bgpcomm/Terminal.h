@@ -49,6 +49,9 @@ struct Colours {
 };
 const Colours& colours();
 
+/// A file's name for people: `-` is standard input.
+std::string_view shownFile(std::string_view file);
+
 /// The number with a comma after every third digit from the right: `1,234,567`.
 std::string grouped(U64 number);
 

@@ -73,7 +73,7 @@ int runVerify(const std::vector<std::string>& files) {
         });
     good = good && !result.failed && verifier.differing() == 0;
     if (result.unopened) continue;
-    print(visible(file) + ": " + grouped(verifier.compared()) + " lists compared, " +
+    print(visible(shownFile(file)) + ": " + grouped(verifier.compared()) + " lists compared, " +
           grouped(verifier.differing()) + " differ, " + grouped(result.faults.total()) +
           " malformed\n");
   }
