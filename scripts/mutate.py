@@ -40,9 +40,11 @@ TEST_MEMORY = 8 << 30  # so much address space, should a fault ask for more and 
 # up where it is mostly used through that. The longest name that fits counts.
 PROGRAMS = {
     "platform": ["test_platform"],
+    "platform/Mox/NotifieeList.cpp": ["test_platform", "test_community-list"],
     "platform/Orv": ["test_platform", "test_community-list"],
     "platform/Mox/PtrInterface.h": ["test_platform", "test_community-list"],
     "platform/MoxStash": ["test_platform", "test_community-list"],
+    "platform/MoxStash/StoreFile.cpp": ["test_community-list", "test_tools"],
     "platform/ZoFmt": ["test_platform", "test_community-list"],
     "platform/Mox/IndexedQueue.h": ["test_platform", "test_parse"],
     "attr": ["test_attr"],
@@ -53,6 +55,7 @@ PROGRAMS = {
     "community-list": ["test_community-list"],
     "parse": ["test_parse"],
     "path": ["test_path"],
+    "path/ZoBgpPathFault.cpp": ["test_path", "test_tools"],
     "kinds": ["test_kinds"],
     "mrt": ["test_mrt"],
     "tools": ["test_tools"],

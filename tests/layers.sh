@@ -23,10 +23,7 @@ layer_of() {
 }
 
 faults=0
-fault() {
-  echo "$1" >&2
-  faults=$((faults + 1))
-}
+fault() { echo "$1" >&2 && faults=$((faults + 1)); }
 
 declare -A layer edges
 while read -r file; do

@@ -219,20 +219,6 @@ TEST_F(RouteTargets, TracesNameNotifieeGroupAndNotifier) {
                          "\n9[^ ]*:handleNotificationStop 0x[^ ]* dedupTable: 0x[^ ]*\n"));
 }
 
-TEST_F(RouteTargets, ObserversMayInternReleaseComeAndGoWhileTheyAreCalled) {
-  Observer observer(collection());
-  std::optional<Observer> another;
-  observer.also = [&](const Notifier& notifier) {
-    if (notifier->comm(ExtCommContent(0x0002FDE800000001))) {
-      interned({target(2)});  // heard inside, coming and going
-      another.has_value() ? another.reset() : void(another.emplace(collection()));
-    }
-  };
-  interned({target(1)});
-  EXPECT_EQ(row(observer.came, observer.went, observer.faults), "3 3 0");
-  EXPECT_FALSE(another);
-}
-
 // Threads intern, hand over and let go of few sets of route targets as fast as they can, and walk
 // the collection; others join as observers. One observer interns the very set that it hears of.
 TEST_F(RouteTargets, HoldUnderThreads) {
@@ -273,7 +259,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   const auto work = [&](U32 thread) {
     std::mt19937 random(thread);
     std::array<ExtCommList::PtrConst, 2> mine;
-    for (U32 round = 0; round < 20000; ++round) {
+    for (U32 round = 0; round < 6000; ++round) {
       const U32 n = random() % 4, step = random() % 8;
       auto& list = mine[round % 2] = nullptr;
       if (step < 4) list = set(n);
@@ -304,7 +290,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   EXPECT_EQ(collection()->rtExtCommList(), std::vector{left}) << "the one still held";
   for (const auto& joiner : joiners) EXPECT_EQ(joiner->book, std::set{left});
   EXPECT_EQ(row(observer.faults, observer.came, observer.book.size()), row(0, observer.went, 0));
-  EXPECT_GT(observer.came, 2000) << "sets lived and died often";
+  EXPECT_GT(observer.came, 600) << "sets lived and died often";
 }
 
 }  // namespace

@@ -146,30 +146,4 @@ TEST_F(Notifiee, HearsAndGoesWithoutMemoryAndStaysWhereItIs) {
   EXPECT_EQ(row(reader.heard, inner.heard), "3 2");
 }
 
-// Threads that cause events, end the observation from inside and from outside, and destroy.
-TEST_F(Notifiee, ComesAndGoesUnderThreads) {
-  std::atomic<bool> running = true;
-  const auto call = [&] {
-    for (U32 book = 0; running; ++book) (book % 3 ? shelf : other)->bookIs(book);
-  };
-  const std::jthread one(call), two(call);
-  U32 heard = 0;
-  for (U32 round = 0; round < 150; ++round) {
-    Reader reader;
-    std::vector<U32> own(100, round);
-    reader.act = [&](U32 book) {
-      for (const U32 number : own) ASSERT_EQ(number, round);
-      if (book % 2) reader.notifierIs(nullptr);
-    };
-    reader.notifierIs(shelf);
-    if (round % 4 == 0) soon([&] { return reader.heard > 0; });
-    if (round % 3 == 0) reader.notifierIs(other);
-    reader.notifierIs(nullptr);
-    heard += reader.heard;
-    own.assign(100, ~0u);
-  }
-  running = false;
-  EXPECT_GT(heard, 30u);
-}
-
 }  // namespace
