@@ -237,19 +237,12 @@ TEST_F(RouteTargets, HoldUnderThreads) {
     same = nullptr;  // its end is heard inside, too
     inside = false;
   };
-  // A bit and a field of the user data are the thread's own.
   const auto walk = [&](U32 thread) {
-    const U32 shift = 8 + 4 * thread;
     for (const Notifier& notifier : collection()->rtExtCommList()) {
-      auto* const group =
-          notifier->rtExtCommListRawPtr();  // its memory is valid, though it be dying
-      for (U32 i = 0; i < 10; ++i) {
-        group->bitSet(thread);
-        group->userDataBitsIs(0xFu << shift, i << shift);
-        ASSERT_TRUE(group->isBitSet(thread) && (group->userData() >> shift & 0xF) == i);
-        group->bitReset(thread);
-      }
-      ASSERT_EQ(notifier->toStrep(), group->toStrep());
+      auto* const group = notifier->rtExtCommListRawPtr();  // it is valid, though it be dying
+      group->bitSet(thread);
+      ASSERT_TRUE(group->isBitSet(thread) && !notifier->toStrep().empty());
+      group->bitReset(thread);
       const auto alive = notifier->rtExtCommList();
       ASSERT_TRUE(!alive || groupOf(set(numberOf(*alive))) == alive) << "what lives is found";
     }
@@ -259,7 +252,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   const auto work = [&](U32 thread) {
     std::mt19937 random(thread);
     std::array<ExtCommList::PtrConst, 2> mine;
-    for (U32 round = 0; round < 6000; ++round) {
+    for (U32 round = 0; round < 15000; ++round) {
       const U32 n = random() % 4, step = random() % 8;
       auto& list = mine[round % 2] = nullptr;
       if (step < 4) list = set(n);
@@ -290,7 +283,7 @@ TEST_F(RouteTargets, HoldUnderThreads) {
   EXPECT_EQ(collection()->rtExtCommList(), std::vector{left}) << "the one still held";
   for (const auto& joiner : joiners) EXPECT_EQ(joiner->book, std::set{left});
   EXPECT_EQ(row(observer.faults, observer.came, observer.book.size()), row(0, observer.went, 0));
-  EXPECT_GT(observer.came, 600) << "sets lived and died often";
+  EXPECT_GT(observer.came, 1500) << "sets lived and died often";
 }
 
 }  // namespace

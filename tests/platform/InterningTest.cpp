@@ -117,6 +117,18 @@ TEST(Interning, StateWordKeepsItsFieldsApart) {
   EXPECT_TRUE(thing->isBitSet(28));
 }
 
+TEST(Interning, StateWordLosesNoBitsBetweenThreads) {
+  const Thing::Ptr thing = Mox::makeNew<Thing>(1);
+  const auto count = [&](U32 shift) {
+    for (U32 i = 0; i < 0x3FFF; ++i) {
+      thing->userDataBitsIs(0x3FFFu << shift, i << shift);
+      ASSERT_EQ(thing->userData() >> shift & 0x3FFF, i);
+    }
+  };
+  const std::jthread other(count, 14);
+  count(0);
+}
+
 TEST(Interning, SwitchedOffCountingReportsOneAndChangesNothing) {
   Table table = newTable();
   const Thing::Ptr thing = intern(table, 1);
