@@ -116,11 +116,16 @@ TEST_F(DiffTool, DescriptionsStandBesideValues) {
       {"bgpcomm paths --describe $NAMES --json --limit 1 $BEFORE 2>&- | grep -o '\"st[^]]*]'",
        "\"standard\":[\"65000:100\"]\n\"standardOctets\":[\"fde80064\"]\n"
        "\"standardDescriptions\":[\"Paid \\\\x1b[1m\"]\n"},
-      {"for c in 'values $BEFORE' 'top $BEFORE' 'decode fde80065' 'diff $BEFORE $AFTER' 'spread "
+      {"for c in 'values $BEFORE' 'top $BEFORE' 'top --by list $BEFORE' 'decode fde80065' 'diff "
+       "$BEFORE $AFTER' 'spread "
        "12.0.0.0/8 $BEFORE' 'lint --external $BEFORE' 'paths --group-by value $BEFORE'; do\n"
        "eval bgpcomm $c --json --explain --describe $NAMES 2>&- | grep -v '(Region' |\n"
        "grep -c '\"descriptions\\?\":[[]*[^]]*\"Region 1\"'; done",
-       "1\n1\n1\n1\n1\n1\n1\n"},
+       "1\n1\n1\n1\n2\n1\n1\n1\n"},
+      {"bgpcomm diff --json --describe $NAMES $BEFORE $AFTER 2>&- | head -1 | grep -o "
+       "'\"[ab][a-z]*Desc.*'",
+       json("'beforeDescriptions':['Paid \\\\x1b[1m','Region 1',''],'afterDescriptions':['Paid "
+            "\\\\x1b[1m','']}\n")},
       {"bgpcomm decode --json --describe $NAMES c00804fde80065 2>&- | grep -o '\"standardD[^]]*'",
        "\"standardDescriptions\":[\"Region 1\"\n"},
       {"for c in 'paths --group-by value' summary; do bgpcomm $c --explain --describe $NAMES "

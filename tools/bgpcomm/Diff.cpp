@@ -45,6 +45,10 @@ class Differences {
       if (pathId) object["pathId"] = *pathId;
       object["before"] = pair.before ? textsOf(*pair.before) : "";
       object["after"] = pair.after ? textsOf(*pair.after) : "";
+      if (descriptions()) {
+        object["beforeDescriptions"] = descriptionsOf(pair.before);
+        object["afterDescriptions"] = descriptionsOf(pair.after);
+      }
       return print(object.dump() + '\n');
     }
     std::string line = std::string(1, changeSigns[change]) + "\tpath\t" +
@@ -88,8 +92,13 @@ class Differences {
                                      {"list", listTypes[type].key},
                                      {"text", text},
                                      {"octets", hex(octets)}};
-    if (part == DiffPart::value && descriptions())
-      object["description"] = descriptionOf(ListedValue(type, octets).community());
+    if (descriptions()) {
+      const nlohmann::ordered_json its = descriptionsIn(type, octets);
+      if (part == DiffPart::value)
+        object["description"] = its[0];
+      else
+        object["descriptions"] = its;
+    }
     print(options_.json ? object.dump() + '\n'
                         : std::string(1, changeSigns[change]) + '\t' + nameOf(part, type) + '\t' +
                               text + '\n');
@@ -101,6 +110,15 @@ class Differences {
                        [&](const auto& one) { (text += text.empty() ? "" : " ") += textOf(one); });
     });
     return text.empty() ? "-" : text;
+  }
+  /// In the order of the texts.
+  static nlohmann::ordered_json descriptionsOf(const PathCommunities* communities) {
+    auto all = nlohmann::ordered_json::array();
+    if (communities)
+      forEachValue(*communities, [&all](const ListedValue& value) {
+        all.push_back(descriptionOf(value.community()));
+      });
+    return all;
   }
   bool isShown(U64 shown) const {
     return options_.json || !options_.limit || shown < options_.limit;

@@ -27,4 +27,12 @@ nlohmann::ordered_json ListedValue::json(const CommunityTables& tables) const {
   return object;
 }
 
+nlohmann::ordered_json descriptionsIn(std::size_t type, Octets list) {
+  auto all = nlohmann::ordered_json::array();
+  for (; !list.empty(); list = list.subspan(listTypes[type].valueSize))
+    all.push_back(
+        descriptionOf(ListedValue(type, list.first(listTypes[type].valueSize)).community()));
+  return all;
+}
+
 }  // namespace bgpcomm

@@ -31,6 +31,9 @@ class ListedValue {
   std::string key_;  // the number of the list type, then the octets
 };
 
+/// What `--describe` says of each value in the octets of a list, in their order; empty of others.
+nlohmann::ordered_json descriptionsIn(std::size_t type, Octets list);
+
 /// Calls `use` with each value of each list.
 void forEachValue(const PathCommunities& lists, auto use) {
   lists.forEachList([&](const auto& list) {

@@ -7,6 +7,7 @@
 #include <unordered_set>
 
 #include "Commands.h"
+#include "Descriptions.h"
 #include "Hex.h"
 #include "ListedValue.h"
 #include "PathFilter.h"
@@ -215,10 +216,13 @@ class Printer {
   bool isOfList() const { return by_ == By::value || by_ == By::list || by_ == By::routeTarget; }
   nlohmann::ordered_json head(const std::string& key) const {
     const ListedValue value(key);
-    if (by_ == By::list)
-      return {{"list", value.text(tables_)},
-              {"octets", hex(value.octets())},
-              {"attribute", value.type().key}};
+    if (by_ == By::list) {
+      nlohmann::ordered_json object = {{"list", value.text(tables_)},
+                                       {"octets", hex(value.octets())},
+                                       {"attribute", value.type().key}};
+      if (descriptions()) object["descriptions"] = descriptionsIn(U8(key[0]), value.octets());
+      return object;
+    }
     if (isOfList()) return value.json(tables_);
     return {{byNames[std::size_t(by_)], key}};
   }
