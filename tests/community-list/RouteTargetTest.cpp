@@ -131,7 +131,10 @@ TEST_F(RouteTargets, FirstUseAndLastReleaseAreHeardOnce) {
     return row(observer.looked, observer.came, observer.went, collection()->rtExtCommLists());
   };
   EXPECT_EQ(heard(), "1 0 0 1") << "what was there is looked through; one group has one notifier";
-  EXPECT_EQ(row(groupOf(first)->keep(), groupOf(first)->references()), "2 5");  // and two lists
+  {
+    const auto group = groupOf(first);
+    EXPECT_EQ(row(group->keep(), group->references()), "2 5");  // and two lists, and this
+  }
   auto third = interned({target(3)});
   auto notifier = groupOf(third)->getLifeTimeNotifier();
   EXPECT_EQ(notifier->rtExtCommList(), groupOf(third));
