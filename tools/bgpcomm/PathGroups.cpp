@@ -58,6 +58,7 @@ std::vector<PathGroups::Group> PathGroups::byCommunities() const {
     for (const std::string& key : keys) groups[key].paths += paths;
   });
   std::vector<Group> all;
+  all.reserve(groups.size());
   for (auto& [key, group] : groups) all.push_back(std::move(group));
   return all;
 }
