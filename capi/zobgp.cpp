@@ -131,7 +131,8 @@ zobgp_status giveOctets(const std::string& octets, U8* room, std::size_t size,
 }
 
 void append(std::string& octets, const AnyCommunity& community) {
-  for (const U8 octet : CommunityOctets(community).all()) octets += char(octet);
+  const CommunityOctets its(community);  // they live in it
+  for (const U8 octet : its.all()) octets += char(octet);
 }
 std::span<const U8> asOctets(const std::string& text) {
   return {reinterpret_cast<const U8*>(text.data()), text.size()};
