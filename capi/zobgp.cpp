@@ -34,7 +34,7 @@ zobgp_status failed(zobgp_status status, std::string_view text, std::string_view
   std::size_t size = 0;
   for (const std::string_view part : {text, rest}) {
     const std::size_t fits = std::min(part.size(), sizeof lastMessage - 1 - size);
-    std::memcpy(lastMessage + size, part.data(), fits);
+    std::copy_n(part.data(), fits, lastMessage + size);
     size += fits;
   }
   lastMessage[size] = 0;
