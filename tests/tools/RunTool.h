@@ -92,7 +92,7 @@ class Folder {
   const std::string name_ = ::mkdtemp(made_.data());
 };
 
-/// Who sends a message, and the record's subtype.
+/// A message's sender, and the record's subtype.
 struct Sender {
   std::string peer = "c0000201";
   U32 as = 64600;
@@ -112,7 +112,7 @@ inline Bytes after(U8 seconds, Bytes record) {
   record[3] = char(seconds);
   return record;
 }
-/// Of 192.0.2.1, AS 64600.
+/// The update of a path of 192.0.2.1, AS 64600.
 inline Bytes path(const std::string& attributes, const std::string& nlri = "",
                   const std::string& withdrawn = "") {
   return updateOf({}, attributes, nlri, withdrawn);

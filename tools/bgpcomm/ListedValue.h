@@ -31,7 +31,8 @@ class ListedValue {
   std::string key_;  // the number of the list type, then the octets
 };
 
-/// What `--describe` says of each value in the octets of a list, in their order; empty of others.
+/// The descriptions that `--describe` gives each value in the octets of a list, in their order;
+/// empty where a value has none.
 nlohmann::ordered_json descriptionsIn(std::size_t type, Octets list);
 
 /// Calls `use` with each value of each list.
