@@ -122,11 +122,13 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
   static bool same(std::span<const Value> a, std::span<const Value> b);
   static U32 placeOf(std::span<const Value> values, U64 seed);
   static Mox::Ptr<List> frozen(std::span<const Value> ascending);
+  void frozenAt(U32 place);
   template <bool insert>
   static FromWire<const List> findWire(const Table& table, std::span<const U8> octets);
 
   [[no_unique_address]] typename Traits::Cached cached_;  // valid once interned
-  CommVector<Value> comm_;                                // sorted exactly when it is frozen
+  // Sorted exactly when it is frozen; the word of an interned list is the place in the table.
+  CommVector<Value> comm_;
 };
 
 template <class List, class Traits>

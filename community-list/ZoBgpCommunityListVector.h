@@ -67,7 +67,7 @@ class CommVector {
   CommVector(const CommVector&) = delete;
   CommVector& operator=(const CommVector&) = delete;
   ~CommVector() {
-    if (!lent_) std::destroy_n(data_, size_);
+    if (!keepsWord_) std::destroy_n(data_, size_);
     freeStorage();
   }
 
@@ -119,28 +119,28 @@ class CommVector {
   /// Octets of the room behind an object that the vector uses.
   std::size_t roomOctets() const { return inside_ ? capacity() * sizeof(T) : 0; }
 
-  // For elements that are counted pointers.
+  // A vector that has all its elements may keep a word of its owner's in place of its capacity,
+  // until it grows.
 
-  /// Gives the references away, `take(T)` for each; the elements can be read as before. They are
-  /// taken again when the vector grows. Until then it keeps a word of its owner's, in place of its
-  /// capacity. REQUIRES: somebody holds the same objects for as long as the elements are read;
-  /// `take` does not throw; the storage is trimmed.
+  /// Keeps the word. REQUIRES: the storage is trimmed.
+  void wordIs(U32 word) requires std::is_trivially_destructible_v<T> { keepsWordIs(word); }
+  /// Keeps the word, and gives away the references that the elements hold, `take(T)` for each. The
+  /// elements can be read as before. They take their references again when the vector grows.
+  /// REQUIRES: somebody holds the same objects for as long as the elements are read; `take` does
+  /// not throw; the storage is trimmed.
   template <class Take>
   void lend(U32 word, Take take) {
-    MOX_ASSERT(size_ == capacity_, "size == capacity");
+    keepsWordIs(word);
     for (const T& value : std::span(data_, size_)) take(T::adopt(value.get()));
-    lent_ = true;
-    capacity_ = word;
   }
-  /// Whether somebody else holds the elements' objects.
-  bool lent() const { return lent_; }
-  /// REQUIRES: `lent()`.
+  /// Whether there is a word; elements that hold references have lent them then.
+  bool keepsWord() const { return keepsWord_; }
+  /// REQUIRES: `keepsWord()`.
   U32 word() const { return capacity_; }
   /// Takes the references again. Needs no memory. REQUIRES: they are dropped.
   void reclaim() {
     for (const T& value : std::span(data_, size_)) (void)T(value).release();
-    lent_ = false;
-    capacity_ = size_;
+    forgetWord();
   }
 
   /// Whether the elements ascend and none is there twice. Set by the owner; not checked.
@@ -151,14 +151,24 @@ class CommVector {
  private:
   using Allocator = Mox::TrackedAllocator<T>;
 
-  U32 capacity() const { return lent_ ? size_ : capacity_; }
+  U32 capacity() const { return keepsWord_ ? size_ : capacity_; }
+  void keepsWordIs(U32 word) {
+    MOX_ASSERT(size_ == capacity(), "size == capacity");
+    keepsWord_ = true;
+    capacity_ = word;
+  }
+  void forgetWord() {
+    capacity_ = capacity();
+    keepsWord_ = false;
+  }
   void freeStorage() {
     if (data_ && !inside_) Allocator().deallocate(data_, capacity());
   }
   void moveTo(U32 count) {
     MOX_ASSERT(count <= longest, "size < 2^29");
     if constexpr (requires { &T::release; })
-      if (lent_) reclaim();
+      if (keepsWord_) reclaim();
+    forgetWord();
     T* const to = count ? Allocator().allocate(count) : nullptr;
     std::uninitialized_move_n(data_, size_, to);
     std::destroy_n(data_, size_);
@@ -171,8 +181,8 @@ class CommVector {
   U32 size_ : 29 = 0;
   U32 inside_ : 1 = false;  // the storage is part of an object
   U32 sorted_ : 1 = false;
-  U32 lent_ : 1 = false;  // somebody else holds what the elements point at
-  U32 capacity_ = 0;      // elements that the storage has room for, at least `size_`; or a word
+  U32 keepsWord_ : 1 = false;  // and elements that hold references have lent them
+  U32 capacity_ = 0;  // elements that the storage has room for, at least `size_`; or a word
   T* data_ = nullptr;
 };
 

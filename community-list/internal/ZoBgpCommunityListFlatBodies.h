@@ -26,9 +26,16 @@ auto FlatCommList<List, Traits>::dedup(const Table& table) -> ConstList {
   if (this->dedupState() == Orv::dedupHandleStateNeverDeduped()) {
     if (!commVectorSorted()) comm_.sortAndTrim();
     comm_.sortedIs(true);
-    cached_ = typename Traits::Cached(*self);
+    frozenAt(placeOf(values(), table->dedupHashTable()->seed()));
   }
   return Mox::staticCast<const List>(table->dedup(std::move(reference)));
+}
+
+/// Keeps what is computed once, and the place in the table: all tables of a process have one seed.
+template <class List, class Traits>
+void FlatCommList<List, Traits>::frozenAt(U32 place) {
+  cached_ = typename Traits::Cached(static_cast<const List&>(*this));
+  comm_.wordIs(place);
 }
 
 template <class List, class Traits>
@@ -44,7 +51,8 @@ U32 FlatCommList<List, Traits>::placeOf(std::span<const Value> values, U64 seed)
 
 template <class List, class Traits>
 U64 FlatCommList<List, Traits>::placeOfMember(const Orv::DedupHandle& member, U64 seed) {
-  return placeOf(static_cast<const List&>(member).values(), seed);
+  const auto& list = static_cast<const List&>(member);
+  return list.comm_.keepsWord() ? list.comm_.word() : placeOf(list.values(), seed);
 }
 
 template <class List, class Traits>
@@ -123,7 +131,7 @@ FromWire<const List> FlatCommList<List, Traits>::findWire(const Table& table,
     });
     if (insert && !found) {
       auto list = frozen(sorted);
-      list->cached_ = typename Traits::Cached(*list);
+      list->frozenAt(place);
       found = table->dedupHashTable()->dedup(std::move(list), place);
     }
     return {Mox::staticCast<const List>(std::move(found)), std::nullopt,

@@ -69,7 +69,7 @@ template <class F>
 U64 ExtCommListOf<F>::placeOfMember(const Orv::DedupHandle& member, U64 seed) {
   const auto& list = static_cast<const ExtCommListOf&>(member);
   MOX_ASSERT(list.comm_.sorted(), "commVectorSorted()");
-  return list.comm_.lent() ? list.comm_.word() : placeOf(list.comm_, seed);
+  return list.comm_.keepsWord() ? list.comm_.word() : placeOf(list.comm_, seed);
 }
 
 }  // namespace Routing::Bgp
