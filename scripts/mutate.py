@@ -160,7 +160,7 @@ def run(command, seconds=None, **options):
 
 
 def build(programs):
-    return run(["ninja", "-C", BUILD, *programs]) == 0
+    return run(["cmake", "--build", BUILD, "--target", *programs]) == 0
 
 
 def prepare(programs):

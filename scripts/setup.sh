@@ -3,29 +3,79 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# The packages of Debian 12 for each purpose.
+# JOBS counts for every build and every run of tests that a command starts.
+if [[ -n ${JOBS:-} ]]; then export CMAKE_BUILD_PARALLEL_LEVEL=$JOBS CTEST_PARALLEL_LEVEL=$JOBS; fi
+
+# The packages of Debian for each purpose.
 packages_for() {
   case $1 in
-    build) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev zlib1g-dev libbz2-dev liblzma-dev libzstd-dev googletest ;;
-    test) echo pkg-config bzip2 xz-utils zstd zsh groff-base python3 python3-venv python3-jsonschema ;;
+    tool) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev zlib1g-dev libbz2-dev liblzma-dev libzstd-dev ;;
+    tests) echo googletest pkg-config bzip2 xz-utils zstd python3 ;;
+    more-tests) echo zsh groff-base python3-venv python3-jsonschema ;;
     python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
     plot) echo gnuplot-nox ;;
-    docs) echo doxygen graphviz ;;
+    docs) echo doxygen graphviz python3 ;;
     packages) echo dpkg-dev file ;;
     bare) echo mmdebstrap lintian ;;
-    checks) echo clang-14 libclang-rt-14-dev llvm-14 clang-format-14 clang-tidy-14 g++-multilib ;;
+    clang) echo clang-14 libclang-rt-14-dev llvm-14 ;;
+    format) echo clang-format-14 ;;
+    tidy) echo clang-tidy-14 ;;
+    m32) echo g++-multilib ;;
     servers) echo munge slurm-wlm clickhouse-server clickhouse-client ;;
   esac
 }
 
-missing_packages() {
-  local package
-  for package in "$@"; do
-    [[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) == installed ]] ||
-      echo "$package"
-  done
+# What a package is there for: a command, a header, a Python module or a file.
+sign_of() {
+  case $1 in
+    ninja-build) echo ninja ;;
+    g++) echo "${CXX:-c++}" ;;
+    libcli11-dev) echo CLI/CLI.hpp ;;
+    nlohmann-json3-dev) echo nlohmann/json.hpp ;;
+    zlib1g-dev) echo zlib.h ;;
+    libbz2-dev) echo bzlib.h ;;
+    liblzma-dev) echo lzma.h ;;
+    libzstd-dev) echo zstd.h ;;
+    googletest) echo "${ZOBGP_GOOGLETEST:-/usr/src/googletest}/googletest/src/gtest-all.cc" ;;
+    xz-utils) echo xz ;;
+    groff-base) echo groff ;;
+    python3-venv) echo module ensurepip ;;
+    python3-jsonschema) echo module jsonschema ;;
+    libbenchmark-dev) echo benchmark/benchmark.h ;;
+    libboost-dev) echo boost/flyweight.hpp ;;
+    gnuplot-nox) echo gnuplot ;;
+    graphviz) echo dot ;;
+    dpkg-dev) echo dpkg-shlibdeps ;;
+    clang-14) echo clang++-14 ;;
+    llvm-14) echo llvm-symbolizer-14 ;;
+    munge) echo munged ;;
+    slurm-wlm) echo slurmctld ;;
+    *) echo "$1" ;; # the command of the same name
+  esac
 }
+
+# there PACKAGE: whether what it holds is here, installed by apt or not.
+there() {
+  local sign prefix prefixes
+  if [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; then return; fi
+  sign=$(sign_of "$1")
+  case $sign in
+    /*) [[ -e $sign ]] ;;
+    module\ *) python3 -c "import ${sign#* }" 2>/dev/null ;;
+    *.h | *.hpp)
+      IFS=: read -ra prefixes <<<"${CMAKE_PREFIX_PATH:-}:/usr/local:/usr"
+      for prefix in "${prefixes[@]}"; do
+        if [[ -e $prefix/include/$sign ]]; then return; fi
+      done
+      return 1
+      ;;
+    *) command -v "$sign" >/dev/null ;;
+  esac
+}
+
+# known PACKAGE: whether apt has it; where it has no lists yet, all are.
+known() { apt-cache show "$1" >/dev/null 2>&1 || ! apt-cache show bash >/dev/null 2>&1; }
 
 # Run by root's shell: installs packages. Services among them are not started; where the machine
 # has a rule of its own for this already, that one counts.
@@ -38,28 +88,63 @@ install_packages='
     chmod +x $rule
   fi
   export DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes
-  apt-get install -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "$@" >/dev/null'
+  apt-get install -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "$@"'
 
-# need PURPOSE...: installs what these purposes lack, and says so first. Silent when nothing does. Who
-# cannot install goes on with what is there, installed by apt or not.
+# install PACKAGE...: as root or by sudo; where that does not go, one line says why.
+install() {
+  local as_root=() package ours=() said
+  if ((EUID != 0)); then as_root=(sudo); fi
+  if ((EUID == 0)) || { command -v sudo >/dev/null && sudo -v; }; then
+    echo "Installing with apt: $*"
+    said=$("${as_root[@]}" apt-get update -qq 2>&1) || true
+    for package; do
+      if known "$package"; then ours+=("$package"); fi
+    done
+    if ((${#ours[@]} == 0)) ||
+      said+=$'\n'$("${as_root[@]}" sh -c "$install_packages" install "${ours[@]}" 2>&1); then return; fi
+    echo "Not installed. Is there a network? apt-get: $(grep '^[EW]:' <<<"$said" | tail -1)" >&2
+    return
+  fi
+  for package; do
+    if known "$package"; then ours+=("$package"); fi
+  done
+  if ((${#ours[@]})); then
+    echo "Needs root once: apt-get install --no-install-recommends ${ours[*]}" \
+      "(or your own, in PATH or below CMAKE_PREFIX_PATH)" >&2
+  fi
+}
+
+# need PURPOSE... [-- PURPOSE...]: installs what these purposes lack, and says so first; silent when they
+# lack nothing. Ends the command where something is still lacking: with 77 if this system's packages do
+# not have it, else with 1. What purposes after `--` lack is done without.
 need() {
-  local wanted missing as_root=() purpose
-  if ! command -v apt-get >/dev/null; then return; fi # not Debian: cmake will say what it lacks
-  wanted=$(for purpose in "$@"; do packages_for "$purpose"; done)
-  mapfile -t missing < <(missing_packages $wanted)
-  if ((${#missing[@]} == 0)); then return; fi
-  if ((EUID != 0)); then
-    if ! command -v sudo >/dev/null; then
-      echo "Needs root once: apt-get install ${missing[*]}; or your own. Goes on without." >&2
-      return
-    fi
-    as_root=(sudo)
+  local purpose package missing=() must=() lacking=() must_have=1
+  for purpose; do
+    if [[ $purpose == -- ]]; then must_have= && continue; fi
+    for package in $(packages_for "$purpose"); do
+      if there "$package"; then continue; fi
+      if [[ " ${ZOBGP_LACKS:-} " != *" $package "* ]]; then missing+=("$package"); fi
+      if [[ -n $must_have ]]; then must+=("$package"); fi
+    done
+  done
+  if ((${#missing[@]} == 0)); then
+    :
+  elif command -v apt-get >/dev/null; then
+    install "${missing[@]}"
+  else
+    echo "Not found; by their names in Debian: ${missing[*]}" >&2
   fi
-  echo "Installing with apt: ${missing[*]}"
-  if ! "${as_root[@]}" apt-get update -qq ||
-    ! "${as_root[@]}" sh -c "$install_packages" install "${missing[@]}"; then
-    echo "Not installed: ${missing[*]}. Is there a network? Goes on without." >&2
-  fi
+  for package in "${must[@]}"; do
+    if there "$package"; then continue; fi
+    if known "$package"; then exit 1; fi
+    echo "skipped: needs $package, which this system has no package of" >&2
+    exit 77
+  done
+  for package in "${missing[@]}"; do
+    if ! there "$package"; then lacking+=("$package"); fi
+  done
+  if ((${#lacking[@]})); then echo "Goes on without: ${lacking[*]}" >&2; fi
+  export ZOBGP_LACKS="${ZOBGP_LACKS:-} ${lacking[*]}" # commands that it starts do not ask again
 }
 
 # quietly COMMAND...: its output is shown only when it fails.
@@ -72,12 +157,17 @@ quietly() {
   return $status
 }
 
-# build PRESET [TARGET...]: configures, then builds these targets, or all of them.
+# build PRESET [TARGET...]: configures, then builds these targets, or all of them. Targets alone do not
+# bring tests, which need more, into a folder that has none.
 build() {
-  local preset=$1
+  local preset=$1 options=()
   shift
-  quietly cmake --preset "$preset"
-  cmake --build --preset "$preset" ${JOBS:+-j "$JOBS"} ${@:+--target "$@"}
+  if (($#)) && ! { [[ -e build/$preset/build.ninja ]] &&
+    grep -qixE 'ZOBGP_TESTS:BOOL=(ON|TRUE)' "build/$preset/CMakeCache.txt"; }; then
+    options=(-DZOBGP_TESTS=OFF)
+  fi
+  quietly cmake --preset "$preset" "${options[@]}"
+  cmake --build --preset "$preset" ${@:+--target "$@"}
 }
 
 # run_tests PRESET [CTEST ARGUMENT...]

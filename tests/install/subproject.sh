@@ -1,34 +1,39 @@
 #!/usr/bin/env bash
-# subproject.sh COMPILER [FLAG...]: takes the tree into another build, as static libraries, runs a
-# program there, and builds the same program against what that build installs.
+# subproject.sh build FOLDER COMPILER FLAGS: takes the tree into another build, as static libraries, with
+# a program there, and builds the same program against what that build installs.
+# subproject.sh run FOLDER: runs them.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
-compiler=$1
-shift 1
+mkdir -p "$2"
+cd "$2"
+if [[ $1 == build ]]; then
+  compiler=$3
+  read -ra flags <<<"$4"
+  # A path with a blank; and no memory of what a parent has had before.
+  rm -f "a build/CMakeCache.txt"
+  cmake -S "$here/subproject" -B "a build" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$4" \
+    -DZOBGP_INSTALL=ON >configured || { cat configured && exit 1; }
+  cmake --build "a build"
 
-# A path with a blank.
-scratch=$(mktemp -d)
-trap 'rm -rf "$scratch"' EXIT
-cd "$scratch"
-cmake -S "$here/subproject" -B "a build" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$*" \
-  -DZOBGP_INSTALL=ON >configured || { cat configured && exit 1; }
-cmake --build "a build"
-"a build/parent"
+  rm -rf staged prefix
+  cmake --install "a build" --prefix "$PWD/staged" >/dev/null
+  mv staged prefix
 
-cmake --install "a build" --prefix "$scratch/staged" >/dev/null
-mv staged prefix
+  # By CMake, by pkg-config, by hand; by a later standard.
+  cmake -S "$here/static" -B static -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$4" \
+    -DCMAKE_PREFIX_PATH="$PWD/prefix" >configured || { cat configured && exit 1; }
+  cmake --build static
+  pc=$(dirname "$(find "$PWD/prefix" -name ZoBgpKinds.pc)")
+  said=$(PKG_CONFIG_PATH=$pc pkg-config --static --cflags --libs ZoBgpKinds)
+  eval "said=($said)"
+  "$compiler" "${flags[@]}" "$here/main.cpp" "${said[@]}" -std=c++2b -o by-pkg-config
+  library=$(dirname "$pc")
+  "$compiler" "${flags[@]}" -std=c++20 -I prefix/include/ZoBgpCommunity "$here/main.cpp" -o by-hand -L "$library" \
+    -Wl,--whole-archive -lZoBgpKinds -lZoBgpCommunity -lZoBgpPlatform -Wl,--no-whole-archive -pthread
+  exit
+fi
 if find prefix -name '*.so*' -o -name bgpcomm | grep .; then exit 1; fi
-
-# By CMake, by pkg-config, by hand; by a later standard.
-cmake -S "$here/static" -B static -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$*" \
-  -DCMAKE_PREFIX_PATH="$scratch/prefix" >configured || { cat configured && exit 1; }
-cmake --build static
+"a build/parent"
 static/program
-pc=$(dirname "$(find "$scratch/prefix" -name ZoBgpKinds.pc)")
-flags=$(PKG_CONFIG_PATH=$pc pkg-config --static --cflags --libs ZoBgpKinds)
-"$compiler" "$@" "$here/main.cpp" $flags -std=c++2b -o by-pkg-config
 ./by-pkg-config
-library=$(dirname "$pc")
-"$compiler" "$@" -std=c++20 -I prefix/include/ZoBgpCommunity "$here/main.cpp" -o by-hand -L "$library" \
-  -Wl,--whole-archive -lZoBgpKinds -lZoBgpCommunity -lZoBgpPlatform -Wl,--no-whole-archive -pthread
 ./by-hand
