@@ -75,7 +75,9 @@ there() {
 }
 
 # known PACKAGE: whether apt has it; where it has no lists yet, all are.
-known() { apt-cache show "$1" >/dev/null 2>&1 || ! apt-cache show bash >/dev/null 2>&1; }
+known() {
+  apt-cache show "$1" >/dev/null 2>&1 || ! compgen -G '/var/lib/apt/lists/*_Packages*' >/dev/null
+}
 
 # Run by root's shell: installs packages. Services among them are not started; where the machine
 # has a rule of its own for this already, that one counts.
