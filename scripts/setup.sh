@@ -75,8 +75,17 @@ there() {
 }
 
 # known PACKAGE: whether apt has it; where it has no lists yet, all are.
-known() {
-  apt-cache show "$1" >/dev/null 2>&1 || ! compgen -G '/var/lib/apt/lists/*_Packages*' >/dev/null
+lists() { compgen -G '/var/lib/apt/lists/*_Packages*' >/dev/null; }
+known() { apt-cache show "$1" >/dev/null 2>&1 || ! lists; }
+
+# skip_unknown PACKAGE...: ends the command with 77 where one is neither here nor known.
+skip_unknown() {
+  local package
+  for package; do
+    if there "$package" || known "$package"; then continue; fi
+    echo "skipped: needs $package, which this system has no package of" >&2
+    exit 77
+  done
 }
 
 # Run by root's shell: installs packages. Services among them are not started; where the machine
@@ -111,7 +120,7 @@ install() {
     if known "$package"; then ours+=("$package"); fi
   done
   if ((${#ours[@]})); then
-    echo "Needs root once: apt-get install --no-install-recommends ${ours[*]}" \
+    echo "Needs root once: $(lists || echo "apt-get update && ")apt-get install --no-install-recommends ${ours[*]}" \
       "(or your own, in PATH or below CMAKE_PREFIX_PATH)" >&2
   fi
 }
@@ -132,15 +141,14 @@ need() {
   if ((${#missing[@]} == 0)); then
     :
   elif command -v apt-get >/dev/null; then
+    skip_unknown "${must[@]}"
     install "${missing[@]}"
   else
     echo "Not found; by their names in Debian: ${missing[*]}" >&2
   fi
+  skip_unknown "${must[@]}"
   for package in "${must[@]}"; do
-    if there "$package"; then continue; fi
-    if known "$package"; then exit 1; fi
-    echo "skipped: needs $package, which this system has no package of" >&2
-    exit 77
+    if ! there "$package"; then exit 1; fi
   done
   for package in "${missing[@]}"; do
     if ! there "$package"; then lacking+=("$package"); fi
