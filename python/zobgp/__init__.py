@@ -17,7 +17,10 @@ import ctypes
 import datetime
 import os
 import weakref
-from typing import Iterator, Optional, Union
+from typing import TYPE_CHECKING, Any, Iterator, Optional, Union
+
+if TYPE_CHECKING:
+    import pandas
 
 __all__ = ["Error", "List", "Path", "Paths", "Tables", "parse", "paths", "text", "value", "version"]
 
@@ -92,7 +95,7 @@ def _check(status: int) -> None:
     raise Error(_library.zobgp_message().decode(errors="replace"))
 
 
-def _given(function, *arguments) -> bytes:
+def _given(function: Any, *arguments: Any) -> bytes:
     """What a function writes to its caller's room."""
     room, length = 256, ctypes.c_size_t()
     while True:
@@ -218,10 +221,13 @@ class Path:
         self.as_path, self.next_hop = path.as_path.decode(), path.next_hop.decode()
         self.origin_as = None if path.origin_as < 0 else path.origin_as
         self.record, self.malformed = path.record, path.malformed.decode()
-        for name in _types:
+
+        def held(name: str) -> List:
             handle = getattr(path.lists, name)
             _library.zobgp_list_hold(handle)
-            setattr(self, name, tables._list(handle, name))
+            return tables._list(handle, name)
+
+        self.standard, self.extended, self.ipv6_extended, self.large = map(held, _types)
 
     @property
     def time(self) -> datetime.datetime:
@@ -235,7 +241,7 @@ class Path:
 class Paths:
     """The paths of a file, one by one."""
 
-    def __init__(self, file: Union[str, os.PathLike], tables: Optional[Tables] = None):
+    def __init__(self, file: Union[str, os.PathLike[str]], tables: Optional[Tables] = None):
         self._tables, self._reader = tables or _tables, ctypes.c_void_p()
         _check(_library.zobgp_reader_open(self._tables._handle, os.fsencode(file), ctypes.byref(self._reader)))
 
@@ -253,21 +259,21 @@ class Paths:
 
     def close(self) -> None:
         """Ends the reading before the file's end."""
-        reader, self._reader = self._reader, None
+        reader, self._reader = self._reader, ctypes.c_void_p()
         if reader:
             _library.zobgp_reader_close(reader)
 
     def __enter__(self) -> Paths:
         return self
 
-    def __exit__(self, *_) -> None:
+    def __exit__(self, *_: object) -> None:
         self.close()
 
     def __del__(self) -> None:
         if getattr(self, "_reader", None):
             self.close()
 
-    def to_pandas(self):
+    def to_pandas(self) -> pandas.DataFrame:
         """The rest of the paths as a pandas.DataFrame: a row a path, lists as tuples of texts."""
         import pandas
 
@@ -278,7 +284,7 @@ class Paths:
                                                "next_hop", *_types])
 
 
-def paths(file: Union[str, os.PathLike], tables: Optional[Tables] = None) -> Paths:
+def paths(file: Union[str, os.PathLike[str]], tables: Optional[Tables] = None) -> Paths:
     """The paths of an MRT file, plain or as gzip, bzip2, xz or zstd made it; `-` is standard input."""
     return Paths(file, tables)
 
@@ -302,4 +308,4 @@ def value(text: str) -> tuple[str, bytes]:
 
 def version() -> str:
     """The library's version."""
-    return _library.zobgp_version().decode()
+    return str(_library.zobgp_version(), "ascii")
