@@ -3,12 +3,14 @@
 
 - Code that a page of docs/ quotes stands so in the file that it names last, by "from [name](path):".
 - Commands behind "$ " in the README answer what stands below them, or more.
+- Its list of all commands can be typed from top to bottom.
 """
 import os
 import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 from textwrap import dedent
 
 faults, checked = [], 0
@@ -33,6 +35,15 @@ if len(sys.argv) > 1:
         said = subprocess.run(shell, capture_output=True, text=True)
         if said.returncode or not answer or not said.stdout.startswith(dedent(answer)):
             faults.append(f"README.md: {command}\n{said.stdout}{said.stderr}")
+
+    commands = re.search(r"^## All commands\n(.*?)^\S", text, re.S | re.M)[1]
+    with tempfile.TemporaryDirectory() as folder:
+        pathlib.Path(folder, "samples").symlink_to(pathlib.Path("samples").absolute())
+        shell = ["bash", "-eo", "pipefail", "-c", 'bgpcomm() { echo "$ $*" >&2; "$0" "$@"; };' + commands,
+                 pathlib.Path(sys.argv[1]).absolute()]
+        said = subprocess.run(shell, cwd=folder, capture_output=True, text=True)
+    if said.returncode or said.stdout.count("\n") < 9000:
+        faults.append(said.stderr)
 
 if checked < 5:
     faults.append("nothing to check: not the root of the source tree?")
