@@ -191,14 +191,16 @@ def page(path, text):
 
     def link(match):
         shown, target = match.groups()
-        if re.match(r"https?:|#", target) or ".md" in target:
+        name = shown.replace("`", "")  # Doxygen reads no code inside of links to its pages
+        if re.match(r"https?:|#", target):
             return match[0]
+        if ".md" in target:
+            return f"[{name}]({target})"
         file = (path.parent / target).resolve()
         if file.is_dir():
             return shown
         if file.suffix == ".h" and root / "examples" not in file.parents:
             included = str(file.relative_to(root)).removeprefix("platform/")
-            name = shown.replace("`", "")  # no code inside of such links
             return f"[{name}](@ref {included})"
         return f"[{shown}]({file.name})"
     return re.sub(r"\[([^\]]*)\]\(([^)\s]+)\)", link, text)
