@@ -82,6 +82,35 @@ std::optional<MessageForm> messageForm(U16 subtype) {
   }
 }
 
+Skipped skippedType(U16 type) {
+  switch (type) {
+    case 11:
+    case 48:
+    case 49:
+      return Skipped::ospf;
+    case 32:
+    case 33:
+      return Skipped::isis;
+    default:
+      return type <= 10 ? Skipped::oldType : Skipped::otherType;
+  }
+}
+
+Skipped skippedMessage(U8 type) {
+  switch (type) {
+    case 1:
+      return Skipped::open;
+    case 3:
+      return Skipped::notification;
+    case 4:
+      return Skipped::keepalive;
+    case 5:
+      return Skipped::routeRefresh;
+    default:
+      return Skipped::otherMessage;
+  }
+}
+
 }  // namespace
 
 std::optional<Record> RecordReader::next() {
@@ -139,6 +168,7 @@ void PathCutter::start(const Record& record) {
   in_ = Cursor(record.body);
   ready_ = false;
   entries_ = 0;
+  skipped_.reset();
   bad_ = record.tooLong || !startRecord(record);
 }
 
@@ -158,15 +188,21 @@ bool PathCutter::startRecord(const Record& record) {
     case bgp4mpEt:
       return startBgp4mp(record);
     default:
-      return true;
+      return skip(skippedType(record.type));
   }
+}
+
+/// Notes that the record is passed over, which is no fault of it.
+bool PathCutter::skip(Skipped what) {
+  skipped_ = what;
+  return true;
 }
 
 //   view 2, sequence 2, prefix 4 or 16, its length 1, status 1, time 4, peer 4 or 16, AS 2,
 //   path attributes 2 + n
 bool PathCutter::startTableDump(const Record& record) {
   const std::optional<std::size_t> size = addressSize(record.subtype);
-  if (!size) return true;
+  if (!size) return skip(Skipped::otherSubtype);
   in_.take(4);
   const Octets prefix = in_.take(*size);
   const U8 length = in_.u8();
@@ -188,10 +224,11 @@ bool PathCutter::startTableDump(const Record& record) {
 }
 
 bool PathCutter::startTableDumpV2(const Record& record) {
-  constexpr U16 peerIndexTable = 1;
+  constexpr U16 peerIndexTable = 1, geoPeerTable = 7;
   if (record.subtype == peerIndexTable) return readPeers();
   const std::optional<RibForm> form = ribForm(record.subtype);
-  return !form || startEntries(form->addressFamily, form->addPath);
+  if (form) return startEntries(form->addressFamily, form->addPath);
+  return skip(record.subtype == geoPeerTable ? Skipped::geoPeerTable : Skipped::otherSubtype);
 }
 
 //   sequence 4, prefix, count 2, then the entries
@@ -256,7 +293,11 @@ bool PathCutter::startBgp4mp(const Record& record) {
     if (in_ && microseconds < 1'000'000) path_.microseconds = microseconds;
   }
   const std::optional<MessageForm> form = messageForm(record.subtype);
-  if (!form || (form->stateChange && updates_ != Updates::all)) return bool(in_);
+  if (!form) {
+    const bool isOld = record.subtype == 2 || record.subtype == 3;  // a table's entry, its file
+    return in_ && skip(isOld ? Skipped::oldSubtype : Skipped::otherSubtype);
+  }
+  if (form->stateChange && updates_ != Updates::all) return in_ && skip(Skipped::stateChange);
 
   path_.peer.asNumber = form->as4 ? in_.u32() : in_.u16();
   in_.take(form->as4 ? 4 : 2);
@@ -279,7 +320,8 @@ bool PathCutter::startBgp4mp(const Record& record) {
 bool PathCutter::readStateChange() {
   const StateChange change{in_.u16(), in_.u16()};
   ready_ = in_ && !path_.peer.address.empty();
-  if (ready_) path_.stateChange = change;
+  if (!ready_) return skip(Skipped::stateChange);
+  path_.stateChange = change;
   return true;
 }
 
@@ -293,7 +335,7 @@ bool PathCutter::startMessage() {
   const std::size_t length = in_.u16();
   const U8 type = in_.u8();
   if (!in_ || length < headerSize || length - headerSize > in_.left().size()) return false;
-  if (type != update) return true;
+  if (type != update) return skip(skippedMessage(type));
 
   Cursor body(in_.take(length - headerSize));
   path_.withdrawn = body.take(body.u16());
@@ -313,6 +355,7 @@ const Path* PathReader::next() {
     const std::optional<Record> record = records_.next();
     cutter_.start(record.value_or(Record{}));
     if (!record) return nullptr;
+    if (const auto& skipped = cutter_.skipped()) ++skipped_[std::size_t(*skipped)];
   }
 }
 

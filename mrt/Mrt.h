@@ -5,8 +5,8 @@
 //   while (const Path* path = reader.next()) use(path->attributes);
 //   if (input.failure() || reader.truncation() || reader.badRecords()) ...
 //
-// 1. Understood are TABLE_DUMP, TABLE_DUMP_V2, BGP4MP and BGP4MP_ET. Records of other types have no
-//    paths.
+// 1. Understood are TABLE_DUMP, TABLE_DUMP_V2, BGP4MP and BGP4MP_ET. Records that are passed over,
+//    being of another type or no route's, are counted by what they are: `Skipped`.
 // 2. A record whose fields do not fit into it is bad: the paths before the fault are delivered, the
 //    record is counted, and reading goes on with the next. The file's end inside a record, and
 //    damaged compressed data, end the reading.
@@ -145,6 +145,27 @@ struct Path {
   Octets withdrawn;
 };
 
+/// Records without paths, by what they are. Types, subtypes: RFC 6396; messages: RFC 4271.
+enum class Skipped : U8 {
+  ospf,          ///< types 11, 48 and 49
+  isis,          ///< types 32 and 33
+  oldType,       ///< types 0 to 10, which are used no more; some hold routes
+  otherType,     ///< types without a meaning
+  geoPeerTable,  ///< where the peers of a TABLE_DUMP_V2 are (RFC 6397)
+  oldSubtype,    ///< BGP4MP_ENTRY and BGP4MP_SNAPSHOT, which are used no more; they hold tables
+  otherSubtype,  ///< of a type that is read, without a meaning
+  /// Changes of state. With `PathCutter::Updates::all` only those that are of no known peer.
+  stateChange,
+  open,  ///< from here on messages that are no UPDATEs
+  notification,
+  keepalive,
+  routeRefresh,  ///< RFC 2918
+  otherMessage,
+};
+inline constexpr std::size_t skippedSorts = std::size_t(Skipped::otherMessage) + 1;
+/// How many there are of each.
+using SkippedCounts = std::array<U64, skippedSorts>;
+
 /// Cuts one record after the other into paths. `PathReader` does so for a file.
 ///
 ///   PathCutter cutter;
@@ -175,6 +196,8 @@ class PathCutter {
   /// Whether a field does not fit into the record, or the record is too long. Known once `next` has
   /// returned null.
   bool bad() const { return bad_; }
+  /// What the record is, if such are passed over. Known once it is started.
+  const std::optional<Skipped>& skipped() const { return skipped_; }
 
   /// Calls `visit(path)` for each path of the record. False when the record is bad.
   template <class Visit>
@@ -199,6 +222,7 @@ class PathCutter {
   bool startMessage();
   bool readPeers();
   bool readStateChange();
+  bool skip(Skipped what);
   const Path* nextEntry();
   Peer peer(U16 index) const;
 
@@ -212,6 +236,7 @@ class PathCutter {
   unsigned entries_ = 0;  // of a RIB, not yet read
   bool entryIds_ = false;
   bool bad_ = false;
+  std::optional<Skipped> skipped_;
   std::array<U8, 17> encoded_;  // the prefix of TABLE_DUMP
 };
 
@@ -240,6 +265,9 @@ class PathReader {
   U64 badRecords() const { return badRecords_; }
   /// The position of the first of them.
   const std::optional<Position>& firstBadRecord() const { return firstBadRecord_; }
+  /// Records so far that are passed over. Bad ones are not among them, nor UPDATEs that are no
+  /// paths, having no attributes.
+  const SkippedCounts& skipped() const { return skipped_; }
   /// As of `RecordReader`.
   const std::optional<RecordReader::Truncation>& truncation() const {
     return records_.truncation();
@@ -251,6 +279,7 @@ class PathReader {
   const std::function<void(Position)> onBadRecord_;
   U64 badRecords_ = 0;
   std::optional<Position> firstBadRecord_;
+  SkippedCounts skipped_{};
 };
 
 }  // namespace Routing::Mrt

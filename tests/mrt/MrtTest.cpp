@@ -208,6 +208,46 @@ TEST(Mrt, CutsMessages) {
   }
 }
 
+TEST(Mrt, CountsWhatIsPassedOver) {
+  const auto message = [](const char* type) {
+    return messageRecord(Bytes(16, '\xff') + octets("0013") + octets(type));
+  };
+  const auto bgp = [](U16 subtype) { return mrtRecord(16, subtype, session()); };
+  const Bytes state = mrtRecord(16, 5, session() + octets("0005 0006"));
+  const std::pair<std::optional<Skipped>, std::vector<Bytes>> cases[] = {
+      {Skipped::ospf, {mrtRecord(11, 1, "x"), mrtRecord(48, 0, ""), mrtRecord(49, 0, "")}},
+      {Skipped::isis, {mrtRecord(32, 0, ""), mrtRecord(33, 4, "x")}},
+      {Skipped::oldType, {mrtRecord(0, 0, ""), mrtRecord(5, 1, session()), mrtRecord(10, 4, "")}},
+      {Skipped::otherType, {mrtRecord(14, 1, ""), mrtRecord(18, 4, ""), mrtRecord(50, 1, "x")}},
+      {Skipped::geoPeerTable, {mrtRecord(13, 7, "x")}},
+      {Skipped::oldSubtype, {bgp(2), bgp(3), mrtRecord(17, 2, number(7, 4))}},
+      {Skipped::otherSubtype,
+       {bgp(12), mrtRecord(12, 3, ""), mrtRecord(13, 0, ""), mrtRecord(13, 13, "")}},
+      {Skipped::stateChange, {state, mrtRecord(16, 0, octets("fc58 fc59 0001 0000 0005 0006"))}},
+      {Skipped::open, {message("01")}},
+      {Skipped::notification, {message("03")}},
+      {Skipped::keepalive, {message("04")}},
+      {Skipped::routeRefresh, {message("05")}},
+      {Skipped::otherMessage, {message("00"), message("06")}},
+      // An index of peers, a withdrawal, no room for microseconds.
+      {{},
+       {mrtRecord(13, 1, octets("0a000001 0000 0000")), messageRecord(update("", "", octets("00"))),
+        mrtRecord(17, 12, "abc")}},
+  };
+  const Bytes good = messageRecord(update(origin, ""));
+  for (const auto& [what, records] : cases)
+    for (const Bytes& record : records)
+      for (const Updates updates : {Updates::withAttributes, Updates::all}) {
+        const TemporaryFile file(record + good + record);
+        Input input(file.name());
+        PathReader reader(input, updates);
+        SkippedCounts expected{};
+        if (what && (record != state || updates != Updates::all)) expected[std::size_t(*what)] = 2;
+        while (reader.next()) continue;
+        EXPECT_EQ(reader.skipped(), expected) << hex(view(record));
+      }
+}
+
 TEST(Mrt, KnowsWhereRecordsStand) {
   const Bytes good = messageRecord(update(origin, "")), bad = mrtRecord(17, 4, "");
   const TemporaryFile file(good + bad + good + bad + "x");
