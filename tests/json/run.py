@@ -49,6 +49,7 @@ dump = b"".join([
     update("", "40010100 800804fc580001 c00804fc580002 c02010", "180a0104"),
     update("", "40010100 800e20000180 0c0000000000000000c0000207 00 700006410000fc58000000010a0102", ""),
     update("180a0103", "", ""),
+    bytes.fromhex("6553f100 000b 0001 00000001 00"),  # OSPF
 ])
 dump += dump[:20]
 
@@ -130,6 +131,11 @@ with tempfile.TemporaryDirectory() as folder:
         Draft202012Validator.check_schema(schema)
         validator, values = Validator(schema), 0
         met.clear()
+        names_of_keys = {key for _, keys in keys_in(schema) for key, its in keys.items() if its is not False}
+        for what in (f"help {name}", f"help --json {name}"):
+            missing = names_of_keys - set(re.findall(r"\w+", output(what)))
+            if missing:
+                sys.exit(f"{what}: does not name {missing}")
         for line in lines:
             before = values
             for value in values_in(output(line + " --json")):

@@ -1,5 +1,6 @@
 #include "Help.h"
 
+#include "JsonHelp.h"
 #include "Terminal.h"
 #include "kinds/internal/ZoBgpNearestWord.h"
 
@@ -27,10 +28,12 @@ std::string unknown(const CLI::App& program, const CLI::App* command, const std:
 struct HelpOptions {
   const CLI::App* program = nullptr;
   std::string command;
+  bool json = false;
 };
 
 int runHelp(const HelpOptions& options) {
   const CLI::App& program = *options.program;
+  if (options.json && options.command.empty()) throw UsageError("help --json: of which command?");
   if (options.command.empty()) {
     // Not help(), which is that of the command which runs.
     print(program.get_formatter()->make_help(&program, program.get_name(),
@@ -39,7 +42,9 @@ int runHelp(const HelpOptions& options) {
   }
   for (const CLI::App* const command : program.get_subcommands({}))
     if (command->get_name() == options.command) {
-      print(command->help(program.get_name()));
+      const std::string keys = options.json ? jsonKeys(options.command) : "";
+      if (options.json && keys.empty()) throw UsageError(options.command + " prints no JSON");
+      print(options.json ? keys : command->help(program.get_name()));
       return 0;
     }
   throw UsageError(unknown(program, nullptr, options.command));
@@ -59,12 +64,14 @@ std::string whatIsWrong(const CLI::App& program, const CLI::ParseError& error) {
 }
 
 void addHelp(CLI::App& app, int& exitCode) {
-  const auto [command, options] = addCommand(
-      app,
-      {"help", "Print the help of the program, or of a command", "Example: bgpcomm help paths"},
-      exitCode, runHelp);
+  const auto [command, options] =
+      addCommand(app,
+                 {"help", "Print the help of the program, or of a command",
+                  "Example: bgpcomm help paths\n         bgpcomm help --json paths"},
+                 exitCode, runHelp);
   options.program = &app;
   command.add_option("COMMAND", options.command, "Its name")->type_name("");
+  command.add_flag("--json", options.json, "The keys of its JSON, each explained");
 }
 
 }  // namespace bgpcomm

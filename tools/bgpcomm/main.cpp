@@ -11,6 +11,7 @@
 
 #include "Commands.h"
 #include "Help.h"
+#include "JsonHelp.h"
 #include "Terminal.h"
 #include "TextStyle.h"
 #include "community/ZoBgpCommunityTextParts.h"
@@ -115,6 +116,7 @@ int run(int argc, char** argv) {
   bgpcomm::addDescribe(app, exitCode);
   bgpcomm::addHelp(app, exitCode);
   bgpcomm::addManual(app, exitCode);
+  bgpcomm::nameJsonKeys(app);
   refuseBadValues(app);
   for (CLI::App* const command : app.get_subcommands({})) refuseBadValues(*command);
   try {
