@@ -92,6 +92,10 @@ TEST_F(DiffTool, ShowsWhatCameWentAndChanged) {
        "5\tsame\tpath\n"},
       {"bgpcomm diff --limit 1 --prefix 11.0.0.0/8 --prefix 14.0.0.0/8 $BEFORE $AFTER | grep path",
        changed + gone + "1\tgone\tpath\n1\tchanged\tpath\n0\tsame\tpath\n"},
+      {"bgpcomm diff --json $BEFORE $AFTER | tail -1",
+       json("{'what':'total','pathsSame':2,'pathsGone':1,'pathsCome':0,'pathsChanged':2,'"
+            "valuesGone':2,'valuesCome':2,"
+            "'listsGone':2,'listsCome':2,'routeTargetSetsGone':1,'routeTargetSetsCome':1}\n")},
       {"bgpcomm diff --json $BEFORE $AFTER | sed -n '2p;3p;5p'",
        json("{'change':'changed','what':'path','peer':'192.0.2.1','peerAs':64600,'prefix':"
             "'12.0.0.0/8','before':'65000:100 65000:101 "

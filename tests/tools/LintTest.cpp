@@ -79,7 +79,10 @@ TEST_F(LintTool, ShowsPathsPeersAndExamples) {
                   second + updateOf(sender(1), "c02001 00", "180a0304") +
                   updateOf(sender(1), "40020602010000fc59 c00804 00640001", "180a0405"));
   const std::string malformed =
-      file.name() + ": 1 malformed, the first attrLength (record 4, octet 233)";
+      file.name() +
+      ": 1 malformed, the first attrLength (record 4, octet 233): Large Community attribute, "
+      "offset 0: "
+      "1 octet, expected a value of 12 (type 32, length 1, octet 0 of the path's attributes)";
   const std::string privateAs =
       "  AS numbers for private use mean something in one network only; values with\n"
       "  them should not leave it (RFC 6996).\n";

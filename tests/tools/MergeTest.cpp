@@ -40,6 +40,8 @@ TEST_F(Merged, AnySplitInAnyOrderSaysWhatOneRunSays) {
       file("two", two + two),
       file("all", all + two + path("c00808 ffffff01fde80064")),
       file("malformed", path("c00803fde800") + all + path("c0200100") + path("c00805")),
+      file("passed", path("400804 fde80064") + mrtRecord(11, 1, "x") + all +
+                         mrtRecord(16, 5, session() + octets("0005 0006"))),
       file("cut", all + two + octets("6553f100 0010")),
       file("bare", path("40010100")),
       "/dev/null"};

@@ -148,7 +148,8 @@ TEST_F(WatchRt, SetsComeWithTheirFirstPathAndGoWithTheLast) {
       {"replaced", sent({route, announced("180a0102", 2)}), "+1 +2 -1 "},
       {"without targets", sent({route, update(octets("40010100"), octets("180a0102"))}), "+1 -1 "},
       {"with a list that is refused", sent({route, update(refused, octets("180a0102"))}),
-       "+1 -1 : 1 malformed, the first linkBandwidth (record 2, octet 70)\n"},
+       "+1 -1 : 1 malformed, the first linkBandwidth (record 2, octet 70): Extended Community attribute, offset 8: a "
+       "second link bandwidth, expected at most one (type 16, length 16, octet 0 of the path's attributes)\n"},
       {"one of two identifiers", sent({ids, withdrawn("00000001 180a0102", "0001 01")}, 9), "+1 "},
       {"both", sent({ids, withdrawn("00000002 180a0102 00000001 180a0102", "0001 01")}, 9), "+1 -1 "},
       {"withdrawn and announced in one message",

@@ -6,6 +6,7 @@
 #include "MoxStash/StoreWriter.h"
 #include "RunTool.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
+#include "tools/bgpcomm/Faults.h"
 #include "tools/bgpcomm/StoreSaving.h"
 
 namespace {
@@ -88,9 +89,10 @@ TEST_F(Stored, NoNumberOfANoteIsTrusted) {
   const nlohmann::json none = {{"communities", 0}, {"lists", nlohmann::json::array()}};
   nlohmann::json good = R"([{"file": [97, 195, 255], "records": 3, "paths": 3, "firstFault": "",
     "seconds": 0.5, "faults": {"attrLength": 0, "attrOverrun": 0, "linkBandwidth": 0,
-    "badRecord": 0, "truncatedRecord": 0, "compression": 0},
+    "badRecord": 0, "truncatedRecord": 0, "compression": 0}, "wrongFlags": 0,
     "kinds": {"standard": {"communities": 2, "lists": [[72, 2]]}}}])"_json;
   for (const char* const key : {"extended", "ipv6Extended", "large"}) good[0]["kinds"][key] = none;
+  for (const SkippedName& one : skippedNames) good[0]["skipped"][std::string(one.key)] = 0;
   const ToolRun run = restore(good);
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "a\\xc3\\xff");

@@ -74,8 +74,9 @@ TEST(Visible, EscapesWhatATerminalMightObey) {
 
 /// A terminal, and everything that was written to it.
 struct Screen {
-  Screen() {
-    ::openpty(&descriptor, &slave, nullptr, nullptr, nullptr);
+  explicit Screen(unsigned short columns = 80) {
+    const winsize size{24, columns, 0, 0};
+    ::openpty(&descriptor, &slave, nullptr, nullptr, &size);
     ::setenv("SCREEN", ::ptsname(descriptor), 1);
   }
   ~Screen() {
@@ -118,6 +119,53 @@ TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
   ::dup2(before, STDERR_FILENO);
   EXPECT_TRUE(screen.shows("left\033[K" + gone + "bgpcomm: last")) << "it went once";
   EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
+}
+
+TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
+  const NamedFile names(
+      "NAMES",
+      "64600:100,Learned from a customer who pays for transit in that region\n"
+      "64500:nnn,One of so many numbers that mean nothing to anybody else here\n");
+  const std::string sample = " samples/rib.bird.mrt.gz", explain = " --explain --describe $NAMES ";
+  ::setenv("NO_COLOR", "1", 1);
+  // Without what differs from run to run: times, and the memory that a seed makes.
+  const auto wordsOf = [](const std::string& text) {
+    std::set<std::string> all;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+      const auto has = [&line](const char* word) { return line.find(word) != line.npos; };
+      if (has("seconds") || has("octets, ") || has("saved")) continue;
+      std::istringstream words(line);
+      all.insert(std::istream_iterator<std::string>(words), {});
+    }
+    return all;
+  };
+  const auto columnsOf = [](const std::string& line) {
+    std::size_t columns = 0;
+    for (const char c : line) columns = c == '\t' ? columns / 8 * 8 + 8 : columns + 1;
+    return columns;
+  };
+  for (const unsigned short columns : {62, 80, 140})
+    for (const std::string& command :
+         {"summary" + explain + sample, "top" + sample, "top --by list --limit 9" + sample,
+          "values" + sample, "paths --group-by value" + explain + sample,
+          "paths --limit 50" + explain + sample,
+          "diff" + explain + "samples/updates.wednesday.mrt samples/updates.thursday.mrt",
+          std::string("kinds mac-mobility"), "spread 13.5.21.0/24" + sample,
+          "lint --without route-target" + sample, "decode 0xfc580064" + explain}) {
+      SCOPED_TRACE(command + ' ' + std::to_string(columns));
+      Screen screen(columns);
+      std::thread run([&] { runTool("bgpcomm " + command + " >$SCREEN; echo END >$SCREEN"); });
+      EXPECT_TRUE(screen.shows("END"));
+      run.join();
+      std::erase(screen.got, '\r');
+      screen.got.erase(screen.got.rfind("END"));
+      std::istringstream lines(screen.got);
+      for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(columnsOf(line), columns) << line;
+      EXPECT_EQ(wordsOf(screen.got), wordsOf(runTool("bgpcomm " + command).out));
+    }
+  ::unsetenv("NO_COLOR");
 }
 
 TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
@@ -175,7 +223,9 @@ TEST_F(Files, FaultsAndPrefixesAreShown) {
       bad + mrtRecord(16, 9, session() + update(origin, octets("00000007 180a0102"))) + bad +
       messageRecord(update(octets("c01008 4004fde84e000000"), octets("080a 180a"))));
   const std::string name = ' ' + file.name(), sample = "samples/rib.bird.mrt.gz";
-  const std::string two = file.name() + ": 2 malformed, the first badRecord (record 1, octet 0)";
+  const std::string two =
+      file.name() +
+      ": 2 malformed, the first badRecord (record 1, octet 0): fields that do not fit, or too long";
   const std::string early = "standard input: gzip data end too early (record 94, octet 11125)";
   expectRuns({
       // clang-format off
@@ -183,7 +233,7 @@ TEST_F(Files, FaultsAndPrefixesAreShown) {
       {"bgpcomm paths --json" + name + " | grep -o '.prefixes.*,.standard.:'",
        R"("prefixes":[{"prefix":"10.1.2.0/24","pathId":7}],"standard":)" "\n"
        R"("prefixes":[{"prefix":"10.0.0.0/8"}],"prefixesCutShort":true,"standard":)" "\n", 0, two},
-      {"bgpcomm verify" + name, file.name() + ": 1 lists compared, 0 differ, 2 malformed\n"},
+      {"bgpcomm verify" + name, file.name() + ": 1 lists compared, 0 differ, 2 malformed\n", 0, two},
       {"head -c 3000 " + sample + " | bgpcomm paths - | wc -l", "113\n", 0, early},
       {"head -c 3000 " + sample + " | bgpcomm summary - | grep compression", "    compression                  1\n", 0, early},
       {"bgpcomm summary - <&- | grep malformed", "  malformed                      0\n", 0,
@@ -221,7 +271,7 @@ std::string communities(const char* attributes) {
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = values.faults[Fault(i)])
       text += std::string(faultNames[i]) + '=' + std::to_string(count) + ' ';
-  return text;
+  return text + (values.wrongFlags ? "wrongFlags=" + std::to_string(values.wrongFlags) : "");
 }
 
 TEST(Reading, FindsChecksAndCountsAttributes) {
@@ -232,6 +282,8 @@ TEST(Reading, FindsChecksAndCountsAttributes) {
        "standard malformed extended malformed ipv6Extended malformed large malformed attrLength=4 "},
       {"c00804fde80064 c00804fde80065 c00803fde800", "standard:fde80064 "},  // the first counts
       {"c00800 c00804fde80065", "standard malformed attrLength=1 "},         // even so
+      {"800804fde80064 400804fde80065 e01008030b000000000007 402001ff",
+       "standard:fde80064 extended:030b000000000007 large malformed attrLength=1 wrongFlags=2"},
       {"c00804fde80064 c02018 00", "standard:fde80064 large malformed attrOverrun=1 "},
       {"c00804fde80064 c00808 00", "standard:fde80064 attrOverrun=1 "},
       {"c00804fde80064 c020", "standard:fde80064 large malformed attrOverrun=1 "},

@@ -100,7 +100,8 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"head -c 4000 /proc/self/exe | bgpcomm paths -", "", 1,
        "standard input: not an MRT file: its first record would be of type 513 (record 2, octet 12)"},
       {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
-       "standard input: 3 malformed, the first attrLength (record 2, octet 62)"},
+       "standard input: 3 malformed, the first attrLength (record 2, octet 62): Community attribute, offset 4: "
+       "1 octet, expected a value of 4 (type 8, length 5, octet 0 of the path's attributes)"},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
        R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"],)"
        R"("announced":[],"asPath":"","originAs":null,"nextHop":"-","record":3})" "\n"},
@@ -113,6 +114,53 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"printf x >$STORE; bgpcomm restore $STORE", "", 1, store_.name() + ": is too short for a store"},
       {": >$STORE; bgpcomm save /nowhere --to $STORE; wc -c <$STORE", "0\n", 0,
        "/nowhere: No such file or directory"},
+      // clang-format on
+  });
+}
+
+TEST_F(Tool, SaysWhatItPassesOver) {
+  const auto message = [](const char* type) {
+    return messageRecord(Bytes(16, '\xff') + octets("0013") + octets(type));
+  };
+  const Bytes state = mrtRecord(16, 5, session() + octets("0005 0006"));
+  const Bytes others = mrtRecord(11, 1, "x") + mrtRecord(32, 0, "") + mrtRecord(5, 1, "") +
+                       mrtRecord(99, 0, "") + mrtRecord(13, 7, "") + mrtRecord(16, 2, session()) +
+                       mrtRecord(13, 99, "") + message("01") + message("03") + message("05") +
+                       message("06") + message("04") + message("04") + state + state + state;
+  const NamedFile none("NONE", others + path("", "", "180a0102") + mrtRecord(16, 4, ""));
+  const NamedFile states("STATES", mrtRecord(11, 1, "x") + state);
+  const NamedFile some("SOME", others + path("800804 fde80064 c02001 00"));
+  const NamedFile usual("USUAL", message("04") + path("c00804 fde80064"));
+  const std::string bad =
+      none.name() +
+      ": 1 malformed, the first badRecord (record 18, octet 578): fields that do not "
+      "fit, or too long\nbgpcomm: " +
+      none.name();
+  const std::string words =
+      "OSPF 1, IS-IS 1, old types 1, other types 1, GEO_PEER_TABLE 1, old subtypes 1, "
+      "other subtypes 1, state changes 3, OPEN 1, NOTIFICATION 1, KEEPALIVE 2, ROUTE-REFRESH 1, "
+      "other messages 1, announcing nothing 1";
+  const std::string hint = bad + ": no paths in 18 records: " + words;
+  expectRuns({
+      // clang-format off
+      {"bgpcomm paths $NONE", "", 0, hint}, 
+      {"bgpcomm watch-rt $STATES", "", 0, states.name() + ": no paths in 2 records: OSPF 1, state changes 1"},
+      {"bgpcomm paths $USUAL | cut -f4; bgpcomm summary $USUAL | grep -A1 skipped", "65000:100\n"
+       "  skipped                        1\n    KEEPALIVE                    1\n"},
+      {"bgpcomm summary $SOME | sed -n '/malformed/,/seconds/p' | head -n -1",
+       "  malformed                      1\n    attrLength                   1\n"
+       "    first (record 17, octet 519): Large Community attribute, offset 0: 1 octet,\n"
+       "    expected a value of 12 (type 32, length 1, octet 7 of the path's attributes)\n"
+       "  wrong flags                    1\n  skipped                       16\n    OSPF                         1\n"
+       "    IS-IS                        1\n    old types                    1\n    other types                  1\n"
+       "    GEO_PEER_TABLE               1\n    old subtypes                 1\n    other subtypes               1\n"
+       "    state changes                3\n    OPEN                         1\n    NOTIFICATION                 1\n"
+       "    KEEPALIVE                    2\n    ROUTE-REFRESH                1\n    other messages               1\n"},
+      {"bgpcomm summary --json $SOME | sed -n '/malformed\"/,/otherMessage/p;/otherMessage/q' | tr -d ' \n'",
+       R"("malformed":1,"malformedBy":{"attrLength":1},"firstMalformed":"record17,octet519:LargeCommunityattribute,)"
+       R"-(offset0:1octet,expectedavalueof12(type32,length1,octet7ofthepath'sattributes)","wrongFlags":1,"skipped":16,)-"
+       R"("skippedBy":{"ospf":1,"isis":1,"oldType":1,"otherType":1,"geoPeerTable":1,"oldSubtype":1,"otherSubtype":1,)"
+       R"("stateChange":3,"open":1,"notification":1,"keepalive":2,"routeRefresh":1,"otherMessage":1)"},
       // clang-format on
   });
 }
@@ -144,7 +192,7 @@ TEST_F(Tool, KnowsAllFourListTypes) {
        R"("announced":["10.1.2.0/24"],"asPath":"","originAs":null,"nextHop":"-","record":1})" "\n"},
       {"bgpcomm paths --json $KINDS 2>&- | tail -1 | cut -d, -f13", "\"malformed\":[\"linkBandwidth\"]\n"},
       {"bgpcomm paths $KINDS 2>&1 >/dev/null | cut -d' ' -f3-7", "1 malformed, the first linkBandwidth\n"},
-      {"bgpcomm verify $KINDS", kinds_.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
+      {"bgpcomm verify $KINDS 2>&-", kinds_.name() + ": 5 lists compared, 0 differ, 1 malformed\n"},
       {"bgpcomm watch-rt $KINDS 2>&- | sed 's/^2023-11-14T22:13:20Z\t//'", '+' + two + '+' + four + '-' + two + '-' + four},
       {"bgpcomm summary $KINDS $FILE >$STORE.a; bgpcomm save $KINDS $FILE --to $STORE\n"
        "bgpcomm restore $STORE | diff - $STORE.a | grep '^[<>]' | grep -v 'octets, sh\\|saved\\|seconds'\n"
@@ -185,11 +233,13 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
       text.replace(at, 2, std::to_string((text[at + 1] - '0') * files));
     return text;
   };
-  const std::string cut = "1,'malformedBy':{'truncatedRecord':1}", whole = "0,'malformedBy':{}";
-  const std::string second = cut + ",'firstMalformed':'record4,octet210'";
+  const std::string passed = ",'wrongFlags':0,'skipped':0,'skippedBy':{}";
+  const std::string cut = "1,'malformedBy':{'truncatedRecord':1}";
+  const std::string whole = "0,'malformedBy':{}" + passed;
+  const std::string second = cut + ",'firstMalformed':'record4,octet210'" + passed;
   const std::string both = "{'files':[" + figures(file_.name(), 1, whole) + ',' +
                            figures(broken_.name(), 1, second) +
-                           "],'total':" + figures("total", 2, cut) + '}';
+                           "],'total':" + figures("total", 2, cut + passed) + '}';
   expectRuns({
       // clang-format off
       {"bgpcomm summary --json $FILE $BROKEN 2>&- | tr -d ' \\n' | sed 's/\"seconds\":[0-9.e-]*/\"seconds\":0/g; s/\"shared\":[0-9]*,//g; s/\\(unshared\":\\)[1-9][0-9]*/\\11/g'", json(both)},

@@ -99,9 +99,11 @@ TEST_F(ValuesTool, RankByPathsListsAndOctets) {
        "           1 100.0           1 100.0          12 100.0          12 100.0  65000:1:2\n"},
       {"bgpcomm top --by list --json --limit 1 $FILE; bgpcomm top --by peer --json --limit 1 "
        "$TABLE",
-       json("{'list':'65000:1','octets':'fde80001','attribute':'standard','paths':6,"
+       json("{'what':'total','groups':4,'paths':9,'lists':4,'octetsBefore':60,'octetsAfter':32}\n"
+            "{'list':'65000:1','octets':'fde80001','attribute':'standard','paths':6,"
             "'pathsPercent':66.67,'lists':1,'listsPercent':25.0,'octetsBefore':24,"
             "'octetsBeforePercent':40.0,'octetsAfter':4,'octetsAfterPercent':12.5}\n"
+            "{'what':'total','groups':2,'paths':2,'lists':1,'octetsBefore':8,'octetsAfter':4}\n"
             "{'peer':'192.0.2.1 AS64600','paths':1,'pathsPercent':50.0,'lists':1,"
             "'listsPercent':100.0,'octetsBefore':4,'octetsBeforePercent':50.0,'octetsAfter':4,"
             "'octetsAfterPercent':100.0}\n")},
@@ -138,7 +140,8 @@ TEST_F(ValuesTool, ShowFaultsWithTheirPlaces) {
       {"bgpcomm faults $FAULTY 2>&- | cut -f1,5 | sort -u", "-\t" + faulty.name() + "\n2023-11-14T22:13:20Z\t" + faulty.name() + '\n'},
       {"bgpcomm faults - <$FAULTY >/dev/null", "", 1,
        "standard input: ends inside a record, 6 of 12 octets (record 5, octet 235)\n"
-       "bgpcomm: standard input: 5 malformed, the first attrLength (record 1, octet 0)"},
+       "bgpcomm: standard input: 5 malformed, the first attrLength (record 1, octet 0): Community attribute, offset 4: "
+       "1 octet, expected a value of 4 (type 8, length 5, octet 4 of the path's attributes)"},
       {"bgpcomm faults --json - <$FAULTY 2>&- | sed -n '1p;3p'",
        json("{'time':'2023-11-14T22:13:20Z','peer':'192.0.2.1','peerAs':64600,'announced':['10.1.2.0/24'],'attribute':8,"
             "'file':'-','record':1,'octet':0,'offset':4,'fault':'attrLength','reason':'Community attribute, offset 4: 1 octet, "
@@ -174,7 +177,10 @@ TEST_F(ValuesTool, ShowAsManyFaultsAsSummaryCounts) {
   EXPECT_GT(std::stoi(lines), 200);
   expectRuns(
       {{"bgpcomm summary --json $MADE | sed -n 's/.*\"malformed\": \\([0-9]*\\),/\\1/p' | head -1",
-        lines}});
+        lines},
+       {"echo $(($(bgpcomm faults --flags $MADE 2>&- | wc -l) - " +
+            lines.substr(0, lines.find('\n')) + "))",
+        runTool("bgpcomm summary $MADE | sed -n 's/  wrong flags *//p' | tr -d ,").out}});
 }
 
 }  // namespace

@@ -2,21 +2,45 @@
 
 #include <utility>
 
+#include "HeldListsOf.h"
 #include "attr/ZoBgpAttributeReader.h"
 
 namespace bgpcomm {
 
+using namespace Routing::Bgp;
+
+namespace {
+
+/// `REASON (type 8, length 5, octet 0 of the path's attributes)`; no length where the header is cut
+/// short.
+std::string faultText(const PathFault& fault, Octets attributes) {
+  const auto header = readPathAttributeHeader(attributes.subspan(fault.offset));
+  std::string text = fault.toStrep() + " (";
+  if (header)
+    text += "type " + std::to_string(U8(header->type)) + ", length " +
+            std::to_string(header->attrSize) + ", ";
+  return text + "octet " + std::to_string(fault.offset) + " of the path's attributes)";
+}
+
+bool hasWrongFlags(const PathAttribute& attribute) {
+  constexpr U32 expected = U32(BgpPathAttrFlag::optionalTransitive);
+  return (U32(attribute.flags) & expected) != expected;
+}
+
+}  // namespace
+
 CommunityValues findCommunities(Octets attributes) {
   CommunityValues values{};
   std::array<bool, listTypeCount> seen{};
-  const auto isFirst = [&seen](Routing::Bgp::BgpPathAttrType attribute, std::size_t& type) {
+  const auto isFirst = [&seen](BgpPathAttrType attribute, std::size_t& type) {
     type = listTypeOf(U8(attribute));
     return type < listTypeCount && !std::exchange(seen[type], true);
   };
   std::size_t type;
-  Routing::Bgp::PathAttributeReader in(attributes);
+  PathAttributeReader in(attributes);
   while (const auto attribute = in.next()) {
     if (!isFirst(attribute->type, type)) continue;
+    values.wrongFlags += hasWrongFlags(*attribute);
     const Octets value = attribute->value;
     values.malformed[type] = value.empty() || value.size() % listTypes[type].valueSize != 0;
     if (values.malformed[type])
@@ -29,6 +53,21 @@ CommunityValues findCommunities(Octets attributes) {
     if (isFirst(overrun->type, type)) values.malformed[type] = true;
   }
   return values;
+}
+
+std::optional<Fault> countedAs(const PathFault& fault) {
+  if (fault.value) return faultOf(*fault.value);
+  if (fault.overrun) return Fault::attrOverrun;
+  return std::nullopt;
+}
+
+ToldFault firstFaultOf(Octets attributes, const FaultCounts& counted) {
+  const CommunityTables tables(sharedParser());
+  PathCommunities lists;
+  for (const PathFault& fault : tables.readAll(attributes, lists))
+    if (const auto its = countedAs(fault); its && counted[*its] > 0)
+      return {*its, faultText(fault, attributes)};
+  return {counted.first(), ""};
 }
 
 }  // namespace bgpcomm

@@ -4,6 +4,7 @@
 #include "Faults.h"
 #include "ListTypes.h"
 #include "ReaderNames.h"
+#include "path/ZoBgpPathFault.h"
 
 namespace bgpcomm {
 
@@ -12,11 +13,27 @@ namespace bgpcomm {
 struct CommunityValues : std::array<Octets, listTypeCount> {
   std::array<bool, listTypeCount> malformed{};
   FaultCounts faults;
+  /// Attributes that are not optional and transitive. RFC 7606 keeps these apart from malformed
+  /// ones (section 3 c), and their values are read.
+  U64 wrongFlags = 0;
 };
 
 /// Finds the values; of an attribute given twice the first counts. A malformed attribute is counted
 /// and left out; one that overruns the block ends it. Whether a value is a list that may be, the
 /// library says when it reads it.
 CommunityValues findCommunities(Octets attributes);
+
+/// The name that a fault is counted under, if it is.
+std::optional<Fault> countedAs(const Routing::Bgp::PathFault& fault);
+
+/// A fault of a path, and a line for people: the reason, the attribute's type, its length and where
+/// it begins.
+struct ToldFault {
+  Fault fault;
+  std::string text;
+};
+/// The first fault of the attributes that is among the counted ones.
+/// REQUIRES: there is one, counted of these attributes.
+ToldFault firstFaultOf(Octets attributes, const FaultCounts& counted);
 
 }  // namespace bgpcomm

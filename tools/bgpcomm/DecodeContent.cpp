@@ -10,6 +10,7 @@
 #include "KindJson.h"
 #include "Terminal.h"
 #include "TextStyle.h"
+#include "Wrapped.h"
 #include "kinds/ZoBgpKindText.h"
 
 namespace bgpcomm {
@@ -113,7 +114,11 @@ std::string textOf(const std::string& content, const AnyCommunity& community, co
   text += content;
   text += colours().plain;
   if (textStyle().kinds) appendKindLines(text, community, *textStyle().kinds);
-  if (explains()) appendLine(text, "description", descriptionOf(community));
+  if (explains()) {
+    const std::string& meaning = descriptionOf(community);
+    const std::string its = hanging("\n  description     ", meaning.empty() ? "-" : meaning, 18);
+    text.append(its, 0, its.size() - 1);
+  }
   for (const auto& [label, value] : rows) appendLine(text, label, value);
   return text += '\n';
 }

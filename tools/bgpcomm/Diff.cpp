@@ -8,6 +8,7 @@
 #include "ListedValue.h"
 #include "PathText.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -56,7 +57,7 @@ class Differences {
                        '\t' + prefix + (pathId ? '#' + std::to_string(*pathId) : "");
     for (const PathCommunities* one : {pair.before, pair.after})
       if (one) line += '\t' + textsOf(*one);
-    print(line + '\n');
+    printFields(line);
   }
 
   void addItems(const DiffItems& before, const DiffItems& after) {
@@ -67,13 +68,15 @@ class Differences {
           for (const std::string& octets :
                (change == gone ? before : after).of[std::size_t(part)][type])
             if (isShown(count++)) printItem(change, part, type, octets);
+          items_[std::size_t(part)][change] += count;
           addTotal(change, nameOf(part, type), count);
         }
   }
 
   void printTotals() {
+    if (options_.json) return print(totalsJson());
     for (const Change change : {gone, come, changed}) addTotal(change, "path", paths_[change]);
-    if (!options_.json) print(totals_ + grouped(samePaths_) + "\tsame\tpath\n");
+    print(totals_ + grouped(samePaths_) + "\tsame\tpath\n");
   }
 
  private:
@@ -99,9 +102,8 @@ class Differences {
       else
         object["descriptions"] = its;
     }
-    print(options_.json ? object.dump() + '\n'
-                        : std::string(1, changeSigns[change]) + '\t' + nameOf(part, type) + '\t' +
-                              text + '\n');
+    if (options_.json) return print(object.dump() + '\n');
+    printFields(std::string(1, changeSigns[change]) + '\t' + nameOf(part, type) + '\t' + text);
   }
   std::string textsOf(const PathCommunities& communities) const {
     std::string text;
@@ -123,6 +125,19 @@ class Differences {
   bool isShown(U64 shown) const {
     return options_.json || !options_.limit || shown < options_.limit;
   }
+  std::string totalsJson() const {
+    nlohmann::ordered_json object = {{"what", "total"},
+                                     {"pathsSame", samePaths_},
+                                     {"pathsGone", paths_[gone]},
+                                     {"pathsCome", paths_[come]},
+                                     {"pathsChanged", paths_[changed]}};
+    constexpr std::string_view keys[] = {"values", "lists", "routeTargetSets"};
+    for (std::size_t part = 0; part < std::size(keys); ++part) {
+      object[std::string(keys[part]) + "Gone"] = items_[part][gone];
+      object[std::string(keys[part]) + "Come"] = items_[part][come];
+    }
+    return object.dump() + '\n';
+  }
   void addTotal(Change change, const std::string& what, U64 count) {
     if (count)
       totals_ += grouped(count) + '\t' + std::string(changeWords[change]) + '\t' + what + '\n';
@@ -131,6 +146,7 @@ class Differences {
   const CommunityTables& tables_;
   const Options& options_;
   U64 paths_[3] = {}, samePaths_ = 0;
+  U64 items_[std::size(diffPartWords)][2] = {};  // gone and come, of all list types
   std::string totals_;
 };
 

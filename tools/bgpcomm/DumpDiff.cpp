@@ -135,7 +135,7 @@ class Dump {
   void outOfMemory() { reading_.outOfMemory(); }
   /// Says what was passed over; whether the file was read to its end.
   bool report() const {
-    reportMalformed(file_, reading_.result());
+    reportPassedOver(file_, reading_.result());
     return !reading_.result().failed;
   }
 

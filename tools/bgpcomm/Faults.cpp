@@ -44,9 +44,8 @@ MarkedOctets markedOctets(Octets attributes, const PathFault& fault) {
 
 /// As `summary` counts it, where it does.
 std::string nameOf(const PathFault& fault) {
-  if (fault.value) return std::string(faultNames[std::size_t(faultOf(*fault.value))]);
-  if (fault.overrun) return std::string(faultNames[std::size_t(Fault::attrOverrun)]);
-  return std::string(stringValue(fault.reason));
+  const auto counted = countedAs(fault);
+  return std::string(counted ? faultNames[std::size_t(*counted)] : stringValue(fault.reason));
 }
 
 class FaultPrinter {
@@ -60,8 +59,7 @@ class FaultPrinter {
   void print(const Path& path, CommunityValues& values, Position position) const {
     Routing::Bgp::PathCommunities lists;
     for (const PathFault& fault : tables_.readAll(path.attributes, lists)) {
-      if (fault.value && faultOf(*fault.value) == Fault::linkBandwidth)
-        values.faults.add(Fault::linkBandwidth);
+      if (countedAs(fault) == Fault::linkBandwidth) values.faults.add(Fault::linkBandwidth);
       if (!isShown(fault.reason)) continue;
       const MarkedOctets octets = markedOctets(path.attributes, fault);
       bgpcomm::print(options_.json ? jsonLine(path, position, fault, octets)
@@ -175,7 +173,8 @@ void addFaults(CLI::App& app, int& exitCode) {
        "file, number of the record, its octet in the file, the attribute's octet among\n"
        "the path's attributes, reason, the attribute in hex with > where the fault is.\n"
        "Records that are bad or cut short have a line too, whatever paths are asked for,\n"
-       "with - for what is not known. As many lines as summary counts malformed. Exit\n"
+       "with - for what is not known. As many lines as summary counts malformed; with\n"
+       "--flags also as many as it counts wrong flags, which are none of these. Exit\n"
        "code 1 when a file cannot be read to its end.\n\n"
        "Example: bgpcomm faults --peer 192.0.2.1 updates.20241001.0055.gz"},
       exitCode, runFaults);

@@ -1,11 +1,14 @@
-// The faults of a file, counted under the names that `summary --json` prints.
+// The faults of a file, and the records that are passed over in it, counted under the names that
+// `summary --json` prints.
 #pragma once
 
 #include <array>
 #include <numeric>
+#include <string>
 #include <string_view>
 
-#include "Mox/Types.h"
+#include "ReaderNames.h"
+#include "mrt/Mrt.h"
 
 namespace bgpcomm {
 using namespace Mox::Words;
@@ -45,5 +48,29 @@ class FaultCounts {
  private:
   std::array<U64, faultNames.size()> counts_{};
 };
+
+/// How JSON and people call records that are passed over.
+struct SkippedName {
+  std::string_view key, words;
+};
+/// In the order of `Skipped`.
+inline constexpr std::array<SkippedName, skippedSorts> skippedNames = {{
+    {"ospf", "OSPF"},
+    {"isis", "IS-IS"},
+    {"oldType", "old types"},
+    {"otherType", "other types"},
+    {"geoPeerTable", "GEO_PEER_TABLE"},
+    {"oldSubtype", "old subtypes"},
+    {"otherSubtype", "other subtypes"},
+    {"stateChange", "state changes"},
+    {"open", "OPEN"},
+    {"notification", "NOTIFICATION"},
+    {"keepalive", "KEEPALIVE"},
+    {"routeRefresh", "ROUTE-REFRESH"},
+    {"otherMessage", "other messages"},
+}};
+inline U64 total(const SkippedCounts& skipped) {
+  return std::accumulate(skipped.begin(), skipped.end(), U64{0});
+}
 
 }  // namespace bgpcomm

@@ -7,6 +7,7 @@
 #include "Mox/Exception.h"
 #include "Terminal.h"
 #include "TextStyle.h"
+#include "Wrapped.h"
 #include "kinds/ZoBgpKindCheck.h"
 #include "kinds/ZoBgpKindText.h"
 
@@ -47,21 +48,26 @@ bool matches(const Kind& kind, const std::string& pattern) {
          std::any_of(kind.aliases.begin(), kind.aliases.end(), has);
 }
 
+constexpr std::size_t detailsMargin = 16;
+
 std::string line(const Kind& kind) {
   char text[64];
   std::snprintf(text, sizeof text, "%2u  %-10s  ", U32(kind.attribute), numberOf(kind).c_str());
-  return text + canonicalForm(kind) + '\n';
+  return hanging(text, canonicalForm(kind), detailsMargin);
 }
 
 std::string details(const Kind& kind) {
-  std::string text = line(kind) + "                " + std::string(kind.name);
-  if (!kind.reference.empty()) text += ", " + std::string(kind.reference);
+  std::string name(kind.name), text = line(kind);
+  if (!kind.reference.empty()) name += ", " + std::string(kind.reference);
   if (kind.evidence != KindEvidence::standard)
-    text += " (" + std::string(evidenceText(kind.evidence)) + ')';
-  text += '\n';
+    name += " (" + std::string(evidenceText(kind.evidence)) + ')';
+  const auto add = [&text](std::string_view its) {
+    text += hanging(std::string(detailsMargin, ' '), its, detailsMargin);
+  };
+  add(name);
   for (const std::string_view alias : kind.aliases)
-    if (kind.isExtended()) text += "                also read: " + std::string(alias) + '\n';
-  if (!kind.note.empty()) text += "                " + std::string(kind.note) + '\n';
+    if (kind.isExtended()) add("also read: " + std::string(alias));
+  if (!kind.note.empty()) add(kind.note);
   return text;
 }
 

@@ -38,7 +38,7 @@ U32 readRules(const char* option, const std::vector<std::string>& names) {
 std::string peerText(const std::string& key) { return bgpcomm::peerText(peerOfKey(key)); }
 
 void printWrapped(const std::string& text, std::string before, const std::string& others) {
-  for (const std::string& line : wrapped(text, lineColumns - others.size())) {
+  for (const std::string& line : wrapped(text, columnsBehind(others.size()))) {
     print(before + line + '\n');
     before = others;
   }

@@ -81,8 +81,7 @@ void LintFindings::add(const Path& path, CommunityValues& values, const PathFilt
     }
   });
   for (const PathFault& fault : faults) {
-    if (fault.value && faultOf(*fault.value) == Fault::linkBandwidth)
-      values.faults.add(Fault::linkBandwidth);
+    if (countedAs(fault) == Fault::linkBandwidth) values.faults.add(Fault::linkBandwidth);
     for (std::size_t rule = 0; rule < lintRules().size(); ++rule)
       if (isOn(rule) && lintRules()[rule].ofFault && lintRules()[rule].ofFault(fault)) {
         count(rule, 1);

@@ -11,6 +11,7 @@
 #include "PathText.h"
 #include "Reading.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 #include "mrt/AsPath.h"
 #include "mrt/NextHop.h"
 
@@ -32,13 +33,14 @@ class PathPrinter {
 
   /// A list that is refused is one of the path's faults.
   void print(const Path& path, CommunityValues& values, Position position) {
-    bgpcomm::print(json_ ? jsonLine(path, values, position)
-                         : textLine(path, PrefixReader::announced(path), communities(values)));
+    if (json_) return bgpcomm::print(jsonLine(path, values, position));
+    const std::string line = textLine(path, PrefixReader::announced(path), communities(values));
+    explains() ? printFields(line) : bgpcomm::print(line + '\n');
   }
   /// The prefixes that a message takes back.
   void printWithdrawn(const Path& path, Position position) {
     if (!json_) {
-      bgpcomm::print(textLine(path, PrefixReader::withdrawn(path), "withdrawn"));
+      bgpcomm::print(textLine(path, PrefixReader::withdrawn(path), "withdrawn") + '\n');
       return;
     }
     nlohmann::ordered_json object = head(path);
@@ -50,7 +52,7 @@ class PathPrinter {
  private:
   std::string textLine(const Path& path, PrefixReader prefixes, const std::string& rest) const {
     return timeText(path) + '\t' + peerText(path.peer) + '\t' + prefixesText(prefixes, filter_) +
-           '\t' + rest + '\n';
+           '\t' + rest;
   }
 
   std::string communities(CommunityValues& values) {
@@ -189,14 +191,20 @@ class PathTaker {
     const auto groups = groups_->sorted();
     const auto shown =
         std::min<U64>(options_.limit ? options_.limit : groups.size(), groups.size());
+    const bool asTable = !options_.json && terminalColumns();
+    TerminalTable table;
     for (const PathGroups::Group& group : std::span(groups).first(shown))
-      print((options_.json ? jsonOf(group) : textOf(group)) + '\n');
+      if (asTable)
+        table.add({std::to_string(group.paths)}, textOf(group));
+      else
+        print(options_.json ? jsonOf(group) + '\n'
+                            : std::to_string(group.paths) + '\t' + textOf(group) + '\n');
+    table.print();
   }
 
  private:
   static std::string textOf(const PathGroups::Group& group) {
-    const std::string text = std::to_string(group.paths) + '\t' + group.key;
-    return explains() ? explained(text, group.key, group.description) : text;
+    return explains() ? explained(group.key, group.key, group.description) : group.key;
   }
   std::string jsonOf(const PathGroups::Group& group) const {
     nlohmann::ordered_json object = {{"count", group.paths}, {options_.groupBy, group.key}};
@@ -226,7 +234,7 @@ int runPaths(const Options& options) {
           return more = taker.take(path, values, position);
         },
         reading);
-    reportMalformed(file, result);
+    reportPassedOver(file, result);
     good = good && !result.failed;
   }
   taker.end();
@@ -242,7 +250,8 @@ void addPaths(CLI::App& app, int& exitCode) {
                   "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
                   "communities; - where there are none. Exit code 1 when a file cannot be read\n"
                   "to its end; what is malformed is shown as such, and counted on stderr.\n"
-                  "A table's entry has the time at which its route was learned, not the dump's.\n\n"
+                  "A table's entry has the time at which its route was learned, perhaps weeks\n"
+                  "before the dump; --since and --until ask for that.\n\n"
                   "Example: bgpcomm paths --where 'RT:65000:* and not no-export' rib.bz2"},
                  exitCode, runPaths);
   addFiles(command, options.files);

@@ -7,6 +7,7 @@
 
 #include "Progress.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -18,6 +19,22 @@ std::array<char, 64> positionCharacters(Position position) {
                 static_cast<unsigned long long>(position.record),
                 static_cast<unsigned long long>(position.octet));
   return text;
+}
+
+/// An error line of a file that has records and no paths: what they are instead.
+void reportNoPaths(const std::string& file, const ReadResult& result) {
+  SkippedCounts skipped = result.skipped;
+  skipped[std::size_t(Skipped::stateChange)] += result.stateChanges;
+  const U64 good = result.records - result.faults[Fault::badRecord];
+  if (good == 0 || result.paths > result.stateChanges) return;
+  std::string text;
+  const auto add = [&text](std::string_view words, U64 count) {
+    if (count == 0) return;
+    text.append(text.empty() ? "" : ", ").append(words).append(" ").append(grouped(count));
+  };
+  for (std::size_t i = 0; i < skippedSorts; ++i) add(skippedNames[i].words, skipped[i]);
+  add("announcing nothing", good - total(skipped));
+  printError(shownFile(file), ": no paths in ", counted(result.records, "record"), ": ", text);
 }
 
 }  // namespace
@@ -41,7 +58,7 @@ FileReading::FileReading(const std::string& file, ReadOptions options)
   workingOn(file);
   try {
     opened_ = std::make_unique<Opened>(file, options_, [this](Position position) {
-      countOutside(Fault::badRecord, position, "fields that do not fit, or too long");
+      countOutside(Fault::badRecord, position, "fields that do not fit, or too long", false);
     });
   } catch (const std::system_error& error) {
     // Memory for a thread is missing, most often for its stack.
@@ -57,36 +74,55 @@ FileReading::~FileReading() = default;
 
 const Path* FileReading::next() {
   if (!opened_) return nullptr;
-  if (result_.paths > 0) count(values_.faults, position());
-  const Path* const path = opened_->reader.next();
-  if (path) {
+  countPath();
+  path_ = opened_->reader.next();
+  if (path_) {
     ++result_.paths;
-    values_ = findCommunities(path->attributes);
+    result_.stateChanges += path_->stateChange.has_value();
+    values_ = findCommunities(path_->attributes);
     opened_->progress.update(result_.paths);
   } else {
+    countRecords();
     reportEnd();
   }
-  result_.records = opened_->reader.records();
-  return path;
+  return path_;
+}
+
+void FileReading::stop() {
+  countPath();
+  countRecords();
 }
 
 Position FileReading::position() const { return opened_->reader.position(); }
 
 void FileReading::outOfMemory() {
   printOutOfMemory(positionCharacters(position()).data());
-  result_.records = opened_->reader.records();
+  countRecords();
   result_.failed = true;
 }
 
-/// Counts what was found at a position of the file.
-void FileReading::count(const FaultCounts& faults, Position position) {
-  if (faults.total() == 0) return;
-  if (!result_.firstFault) result_.firstFault = {faults.first(), position};
-  result_.faults.add(faults);
+/// Counts what was found in the path that `next` returned.
+void FileReading::countPath() {
+  if (!path_) return;
+  result_.wrongFlags += values_.wrongFlags;
+  if (values_.faults.total() == 0) return;
+  if (!result_.firstFault) {
+    auto [fault, text] = firstFaultOf(path_->attributes, values_.faults);
+    result_.firstFault = {fault, position(), std::move(text)};
+  }
+  result_.faults.add(values_.faults);
 }
 
-void FileReading::countOutside(Fault fault, Position position, const std::string& reason) {
-  count(FaultCounts(fault), position);
+void FileReading::countRecords() {
+  result_.records = opened_->reader.records();
+  result_.skipped = opened_->reader.skipped();
+}
+
+/// `said`: there has been an error line of it.
+void FileReading::countOutside(Fault fault, Position position, const std::string& reason,
+                               bool said) {
+  if (!result_.firstFault) result_.firstFault = {fault, position, said ? "" : reason};
+  result_.faults.add(fault);
   if (options_.onFault) options_.onFault(fault, position, reason);
 }
 
@@ -101,18 +137,23 @@ void FileReading::reportEnd() {
   else if (truncation)
     printError(shownFile(file_), ": ", reason, where);
   // In the order of their numbers: the first counts as the file's first.
-  if (truncation) countOutside(Fault::truncatedRecord, position(), reason);
-  if (failure && failure->compression) countOutside(Fault::compression, position(), failure->text);
+  if (truncation) countOutside(Fault::truncatedRecord, position(), reason, true);
+  if (failure && failure->compression)
+    countOutside(Fault::compression, position(), failure->text, true);
   result_.failed = truncation || failure;
 }
 
-void reportMalformed(const std::string& file, const ReadResult& result) {
+std::string textOf(const ReadResult::FirstFault& first) {
+  return positionText(first.position) + (first.text.empty() ? "" : ": ") + first.text;
+}
+
+void reportPassedOver(const std::string& file, const ReadResult& result) {
   const FaultCounts& faults = result.faults;
   const U64 passed = faults.total() - faults[Fault::truncatedRecord] - faults[Fault::compression];
-  if (passed == 0) return;
-  printError(shownFile(file), ": ", grouped(passed), " malformed, the first ",
-             faultNames[std::size_t(result.firstFault->fault)],
-             positionText(result.firstFault->position));
+  if (passed > 0)
+    printError(shownFile(file), ": ", grouped(passed), " malformed, the first ",
+               faultNames[std::size_t(result.firstFault->fault)], textOf(*result.firstFault));
+  if (!result.failed) reportNoPaths(file, result);
 }
 
 }  // namespace bgpcomm

@@ -19,10 +19,14 @@ std::string positionText(Position position);
 struct ReadResult {
   U64 records = 0;
   U64 paths = 0;
+  U64 stateChanges = 0;  ///< among the paths
+  SkippedCounts skipped{};
   FaultCounts faults;
+  U64 wrongFlags = 0;
   struct FirstFault {
     Fault fault;
     Position position;
+    std::string text;  ///< for people; empty where the file's end has had a line of its own
   };
   std::optional<FirstFault> firstFault;  ///< of those counted
 
@@ -31,6 +35,9 @@ struct ReadResult {
   /// Could not even be opened: there is nothing to report of it.
   bool unopened = false;
 };
+
+/// ` (record N, octet M): what is wrong`
+std::string textOf(const ReadResult::FirstFault& first);
 
 struct ReadOptions {
   bool showProgress = true;
@@ -53,7 +60,7 @@ class FileReading {
   CommunityValues& values() { return values_; }
   Position position() const;
   /// Ends the reading: counts the faults of the path that `next` returned.
-  void stop() { count(values_.faults, position()); }
+  void stop();
   /// Ends the reading: prints an error line of memory that did not suffice.
   void outOfMemory();
   const ReadResult& result() const { return result_; }
@@ -61,13 +68,15 @@ class FileReading {
  private:
   struct Opened;
 
-  void count(const FaultCounts& faults, Position position);
-  void countOutside(Fault fault, Position position, const std::string& reason);
+  void countPath();
+  void countOutside(Fault fault, Position position, const std::string& reason, bool said);
+  void countRecords();
   void reportEnd();
 
   const std::string& file_;
   const ReadOptions options_;
   std::unique_ptr<Opened> opened_;
+  const Path* path_ = nullptr;  // that `next` returned
   CommunityValues values_{};
   ReadResult result_;
 };
@@ -99,15 +108,15 @@ ReadResult readFile(const std::string& file, const Visit& visit, const ReadOptio
   return readFileWhile(file, visitAll, options);
 }
 
-/// One error line of what was passed over, if anything was. An early end of the file
-/// has had a line of its own.
-void reportMalformed(const std::string& file, const ReadResult& result);
+/// One error line of what is malformed, if anything is, with the first in full; an early end of the
+/// file has had a line of its own. Another of a file without paths, that says what it has instead.
+void reportPassedOver(const std::string& file, const ReadResult& result);
 
 /// Reads a file as `readFile` does, and reports. Whether it was read to its end.
 template <class Visit>
 bool readReporting(const std::string& file, const Visit& visit, const ReadOptions& options = {}) {
   const ReadResult result = readFile(file, visit, options);
-  reportMalformed(file, result);
+  reportPassedOver(file, result);
   return !result.failed;
 }
 

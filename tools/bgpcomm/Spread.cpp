@@ -223,7 +223,7 @@ class TreePrinter {
                          const std::string& others) {
     std::string before = first;
     const std::string behind = margin + others;  // at least as long
-    for (const std::string& line : wrapped(text, lineColumns - behind.size())) {
+    for (const std::string& line : wrapped(text, columnsBehind(behind.size()))) {
       bgpcomm::print(before + line + '\n');
       before = behind;
     }

@@ -30,9 +30,13 @@ void SavedFiles::append(const FileFigures& figures, const FileLists& lists) {
                {"firstFault", figures.firstFault},
                {"seconds", figures.seconds},
                {"faults", Json::object()},
+               {"wrongFlags", figures.wrongFlags},
+               {"skipped", Json::object()},
                {"kinds", Json::object()}};
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     file["faults"][std::string(faultNames[i])] = figures.faults[Fault(i)];
+  for (std::size_t i = 0; i < skippedSorts; ++i)
+    file["skipped"][std::string(skippedNames[i].key)] = figures.skipped[i];
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     Json& entry = file["kinds"][std::string(listTypes[type].key)];
     entry = {{"communities", lists[type].communities()}, {"lists", Json::array()}};
@@ -102,6 +106,10 @@ FileFigures NoteReader::read(const Json& file, const FileLists& lists) {
   figures.seconds = seconds(file.at("seconds"));
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     figures.faults.add(Fault(i), countOf(file.at("faults"), faultNames[i]));
+  if (file.contains("wrongFlags")) figures.wrongFlags = countOf(file, "wrongFlags");
+  if (file.contains("skipped"))
+    for (std::size_t i = 0; i < skippedSorts; ++i)
+      figures.skipped[i] = countOf(file.at("skipped"), skippedNames[i].key);
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     const Json& entry = file.at("kinds").at(std::string(listTypes[type].key));
     lists[type].communitiesIs(countOf(entry, "communities"));

@@ -3,10 +3,11 @@
 // to the same root. An entry may also stand for many files: it has the sums of their figures.
 //
 //   [{"file": [114, 105, 98], "records": 3, "paths": 2, "firstFault": "", "seconds": 0.1,
-//     "faults": {"attrLength": 0, ...},
+//     "faults": {"attrLength": 0, ...}, "wrongFlags": 0, "skipped": {"ospf": 0, ...},
 //     "kinds": {"standard": {"communities": 4, "lists": [[REFERENCE, PATHS], ...]}, ...}}, ...]
 //
-// A file's name is an array of its octets, which need not be UTF-8.
+// A file's name is an array of its octets, which need not be UTF-8. Notes once had neither
+// "wrongFlags" nor "skipped": none are restored of these.
 #pragma once
 
 #include <nlohmann/json.hpp>

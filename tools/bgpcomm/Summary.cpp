@@ -38,7 +38,9 @@ void FileFigures::add(const FileFigures& other) {
   records += other.records;
   paths += other.paths;
   seconds += other.seconds;
+  for (std::size_t i = 0; i < skippedSorts; ++i) skipped[i] += other.skipped[i];
   faults.add(other.faults);
+  wrongFlags += other.wrongFlags;
 }
 
 ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures) {
@@ -53,8 +55,10 @@ ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures
   figures.file = file;
   figures.records = result.records;
   figures.paths = result.paths;
+  figures.skipped = result.skipped;
   figures.faults = result.faults;
-  if (result.firstFault) figures.firstFault = positionText(result.firstFault->position);
+  if (result.firstFault) figures.firstFault = textOf(*result.firstFault);
+  figures.wrongFlags = result.wrongFlags;
   figures.seconds = elapsed.count();
   return result;
 }
@@ -137,8 +141,10 @@ void addSummary(CLI::App& app, int& exitCode) {
   const auto [command, options] = addCommand(
       app,
       {"summary", "Count paths and communities, and what they share",
-       "Exit code 1 when a file cannot be read to its end; what is malformed is counted\n"
-       "and passed over.\n\n"
+       "Exit code 1 when a file cannot be read to its end. Counted, and passed over, is\n"
+       "what is malformed, and what is skipped: other types of records, changes of\n"
+       "state, messages that are no UPDATEs. Attributes with wrong flags are counted,\n"
+       "and read.\n\n"
        "Example: bgpcomm summary rib.bz2\n"
        "         curl -s URL | bgpcomm summary --json -"},
       exitCode, runSummary);

@@ -14,8 +14,11 @@ struct FileFigures {
   std::string file;
   U64 records = 0;
   U64 paths = 0;
+  SkippedCounts skipped{};
   FaultCounts faults;
-  std::string firstFault;  ///< where it stands; empty when nothing is malformed
+  /// ` (record N, octet M): what is wrong`; empty when nothing is malformed.
+  std::string firstFault;
+  U64 wrongFlags = 0;
   double seconds = 0;
   struct OfType {
     const ListType* type;

@@ -2,11 +2,13 @@
 #include <cstdio>
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <span>
 
 #include "Descriptions.h"
 #include "Summary.h"
 #include "Terminal.h"
 #include "TextStyle.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -38,7 +40,20 @@ std::string malformedLines(const FileFigures& figures) {
     if (const U64 count = figures.faults[Fault(i)])
       text += std::string(colours().bad) + line("  " + std::string(faultNames[i]), grouped(count)) +
               std::string(colours().plain) + '\n';
-  if (!figures.firstFault.empty()) text += "    first" + visible(figures.firstFault) + '\n';
+  if (!figures.firstFault.empty())
+    for (const std::string& part : wrapped("first" + visible(figures.firstFault), columnsBehind(4)))
+      text += "    " + part + '\n';
+  return text;
+}
+
+/// What is read on with, or passed over: nothing where there is none.
+std::string passedLines(const FileFigures& figures) {
+  std::string text;
+  if (figures.wrongFlags) text += line("wrong flags", grouped(figures.wrongFlags)) + '\n';
+  if (const U64 all = total(figures.skipped)) text += line("skipped", grouped(all)) + '\n';
+  for (std::size_t i = 0; i < skippedSorts; ++i)
+    if (const U64 count = figures.skipped[i])
+      text += line("  " + std::string(skippedNames[i].words), grouped(count)) + '\n';
   return text;
 }
 
@@ -76,13 +91,20 @@ std::string typeLines(const FileFigures& figures) {
          return decimal(ratio(figures.unsharedOctets, figures.internedOctets), 1) + " times";
        }},
   };
-  std::string text = "  " + padded("", labelWidth);
-  for (const auto& one : figures.types) text += padded(one.type->title, columnWidth);
-  text += '\n';
-  for (const Row& row : rows) {
-    text += "  " + padded(row.label, -labelWidth);
-    for (const auto& one : figures.types) text += padded(row.value(one.figures), columnWidth);
+  // As many beside each other as a terminal has room for.
+  const std::size_t fit = columnsBehind(2 + labelWidth) / columnWidth;
+  std::string text;
+  for (std::span left(figures.types); !left.empty();) {
+    const auto some = left.first(std::min(left.size(), std::max<std::size_t>(fit, 1)));
+    left = left.subspan(some.size());
+    text += (text.empty() ? "  " : "\n  ") + padded("", labelWidth);
+    for (const auto& one : some) text += padded(one.type->title, columnWidth);
     text += '\n';
+    for (const Row& row : rows) {
+      text += "  " + padded(row.label, -labelWidth);
+      for (const auto& one : some) text += padded(row.value(one.figures), columnWidth);
+      text += '\n';
+    }
   }
   return text;
 }
@@ -113,11 +135,11 @@ std::string mostUsedLines(const FileFigures::OfType& one) {
   std::string text = "\n  most used " + std::string(one.type->title) + " communities, by paths\n";
   const std::vector<ValueUse>& values = one.figures.mostUsed;
   for (const ValueUse& value : values) {
-    text += "  " + padded(grouped(value.uses), labelWidth) + "  " + value.text;
+    std::string shown = value.text;
     const auto isAlike = [&](const ValueUse& other) { return other.text == value.text; };
-    if (std::count_if(values.begin(), values.end(), isAlike) > 1) text += "  0x" + value.octets;
-    if (explains()) text = explained(std::move(text), value.text, value.description);
-    text += '\n';
+    if (std::count_if(values.begin(), values.end(), isAlike) > 1) shown += "  0x" + value.octets;
+    if (explains()) shown = explained(std::move(shown), value.text, value.description);
+    text += hanging("  " + padded(grouped(value.uses), labelWidth) + "  ", shown, labelWidth + 4);
   }
   return text;
 }
@@ -148,9 +170,17 @@ nlohmann::ordered_json json(const FileFigures& figures) {
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = figures.faults[Fault(i)])
       object["malformedBy"][std::string(faultNames[i])] = count;
-  // Behind a blank and within parentheses, for lines of text.
-  if (const std::string& first = figures.firstFault; first.size() > 3)
-    object["firstMalformed"] = first.substr(2, first.size() - 3);
+  // Lines of text have the place behind a blank and within parentheses.
+  if (std::string first = figures.firstFault; first.size() > 3) {
+    if (const auto end = first.find(')'); end != first.npos) first.erase(end, 1);
+    object["firstMalformed"] = first.substr(2);
+  }
+  object["wrongFlags"] = figures.wrongFlags;
+  object["skipped"] = total(figures.skipped);
+  object["skippedBy"] = nlohmann::ordered_json::object();
+  for (std::size_t i = 0; i < skippedSorts; ++i)
+    if (const U64 count = figures.skipped[i])
+      object["skippedBy"][std::string(skippedNames[i].key)] = count;
   auto octets = nlohmann::ordered_json::object(), mostUsed = octets;
   for (const auto& [type, ofType] : figures.types) {
     nlohmann::ordered_json& entry = object[std::string(type->key)];
@@ -178,7 +208,8 @@ std::string summaryTable(const FileFigures& figures) {
                      std::string(colours().plain);
   text += '\n' + line("records", grouped(figures.records)) + '\n';
   text += line("paths", grouped(figures.paths)) + '\n';
-  text += malformedLines(figures) + timeLine(figures) + '\n' + typeLines(figures);
+  text += malformedLines(figures) + passedLines(figures) + timeLine(figures) + '\n' +
+          typeLines(figures);
   for (const auto& one : figures.types) text += extendedLines(one) + mostUsedLines(one);
   return text;
 }

@@ -1,5 +1,6 @@
 #include "Terminal.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -156,6 +157,19 @@ const Colours& colours() {
     return Colours{"\033[1m", "\033[31m", "\033[0m"};
   }();
   return chosen;
+}
+
+std::optional<std::size_t> terminalColumns() {
+  static const auto known = []() -> std::optional<std::size_t> {
+    if (!::isatty(STDOUT_FILENO)) return std::nullopt;
+    constexpr std::size_t least = 40, most = 10'000, usual = 80;  // below, nothing can be read
+    const char* const named = std::getenv("COLUMNS");
+    winsize size{};
+    std::size_t columns = named ? std::strtoul(named, nullptr, 10) : 0;
+    if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) columns = size.ws_col;
+    return std::clamp(columns ? columns : usual, least, most);
+  }();
+  return known;
 }
 
 std::string_view shownFile(std::string_view file) { return file == "-" ? "standard input" : file; }

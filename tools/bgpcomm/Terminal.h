@@ -49,6 +49,11 @@ struct Colours {
 };
 const Colours& colours();
 
+/// The columns of the terminal that standard output is: what COLUMNS in the environment says, or
+/// the terminal itself. Nothing where it is none, whatever COLUMNS says: pipes get the same
+/// everywhere.
+std::optional<std::size_t> terminalColumns();
+
 /// A file's name for people: `-` is standard input.
 std::string_view shownFile(std::string_view file);
 

@@ -14,6 +14,7 @@
 #include "PathText.h"
 #include "Reading.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -182,20 +183,29 @@ class Printer {
  public:
   Printer(By by, const Figures& whole) : by_(by), whole_(whole) {}
 
-  void printHead() const {
-    std::string line;
-    for (const Column& column : columns) line += cells(column.title, "%");
-    print(line + "  " + std::string(byNames[std::size_t(by_)]) + '\n');
+  void printHead() {
+    std::vector<std::string> cells;
+    for (const Column& column : columns)
+      cells.insert(cells.end(), {std::string(column.title), "%"});
+    printCells(std::move(cells), std::string(byNames[std::size_t(by_)]));
   }
-  void printRow(const Figures& figures, const std::string& text) const {
-    std::string line;
+  void printRow(const Figures& figures, const std::string& text) {
+    std::vector<std::string> cells;
     for (const Column& column : columns) {
       char share[16];
       std::snprintf(share, sizeof share, "%.1f",
                     percent(figures.*column.figure, whole_.*column.figure));
-      line += cells(grouped(figures.*column.figure), share);
+      cells.insert(cells.end(), {grouped(figures.*column.figure), share});
     }
-    print(line + "  " + text + '\n');
+    printCells(std::move(cells), text);
+  }
+  /// Prints the rows that a terminal gets all at once.
+  void end() const { table_.print(); }
+  /// What all paths have, and how many groups there are.
+  void printTotalJson(std::size_t groups) const {
+    nlohmann::ordered_json object = {{"what", "total"}, {"groups", groups}};
+    for (const Column& column : columns) object[std::string(column.key)] = whole_.*column.figure;
+    print(object.dump() + '\n');
   }
   void printJson(const Groups::Group& group) const {
     auto object = head(group.key);
@@ -226,16 +236,22 @@ class Printer {
     if (isOfList()) return value.json(tables_);
     return {{byNames[std::size_t(by_)], key}};
   }
-  static std::string cells(std::string_view figure, std::string_view share) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%12.*s%6.*s", int(figure.size()), figure.data(),
-                  int(share.size()), share.data());
-    return text;
+  /// Figures and shares in turn.
+  void printCells(std::vector<std::string> cells, const std::string& text) {
+    if (isTerminal_) return table_.add(std::move(cells), text);
+    std::string line;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const std::size_t width = i % 2 ? 6 : 12;
+      line.append(width - std::min(width, cells[i].size()), ' ').append(cells[i]);
+    }
+    print(line + "  " + text + '\n');
   }
 
   const By by_;
   const Figures whole_;
   const CommunityTables tables_{sharedParser()};
+  const bool isTerminal_ = terminalColumns().has_value();
+  TerminalTable table_;
 };
 
 int runTop(const Options& options) {
@@ -249,8 +265,10 @@ int runTop(const Options& options) {
     });
   const auto groups = top.groups();
   const Figures whole = top.whole();
-  const Printer printer(by, whole);
-  if (!options.json) {
+  Printer printer(by, whole);
+  if (options.json) {
+    printer.printTotalJson(groups.size());
+  } else {
     printer.printHead();
     printer.printRow(whole, "(all)");
   }
@@ -261,6 +279,7 @@ int runTop(const Options& options) {
     else
       printer.printRow(group.figures, printer.text(group.key));
   }
+  printer.end();
   return good ? 0 : exitBadData;
 }
 

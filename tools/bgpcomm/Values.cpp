@@ -8,6 +8,7 @@
 #include "Reading.h"
 #include "Terminal.h"
 #include "TextStyle.h"
+#include "Wrapped.h"
 #include "Zonet/NetworkOrder.h"
 
 namespace bgpcomm {
@@ -138,15 +139,26 @@ U64 ValueFigures::*readSort(const std::string& name) {
   throw UsageError("--sort " + name + ": there are paths, peers, prefixes, value");
 }
 
-void printLine(const ValueFigures& figures, const CommunityTables& tables, bool json) {
+void printJson(const ValueFigures& figures, const CommunityTables& tables) {
   const auto& [key, paths, peers, prefixes] = figures;
-  const ListedValue value(key);
-  if (!json)
-    return print(std::to_string(paths) + '\t' + std::to_string(peers) + '\t' +
-                 std::to_string(prefixes) + '\t' + value.text(tables) + '\n');
-  auto object = value.json(tables);
+  auto object = ListedValue(key).json(tables);
   object.update({{"paths", paths}, {"peers", peers}, {"prefixes", prefixes}});
   print(object.dump() + '\n');
+}
+
+void printText(const std::vector<ValueFigures>& figures, const CommunityTables& tables) {
+  const bool isTerminal = terminalColumns().has_value();
+  TerminalTable table;
+  for (const auto& [key, paths, peers, prefixes] : figures) {
+    std::vector<std::string> its = {std::to_string(paths), std::to_string(peers),
+                                    std::to_string(prefixes)};
+    const std::string text = ListedValue(key).text(tables);
+    if (isTerminal)
+      table.add(std::move(its), text);
+    else
+      print(its[0] + '\t' + its[1] + '\t' + its[2] + '\t' + text + '\n');
+  }
+  table.print();
 }
 
 int runValues(const Options& options) {
@@ -166,7 +178,9 @@ int runValues(const Options& options) {
   });
   if (options.top && options.top < figures.size()) figures.resize(options.top);
   const CommunityTables tables(sharedParser());
-  for (const ValueFigures& one : figures) printLine(one, tables, options.json);
+  if (!options.json) printText(figures, tables);
+  for (const ValueFigures& one : std::span(figures).first(options.json ? figures.size() : 0))
+    printJson(one, tables);
   return good ? 0 : exitBadData;
 }
 

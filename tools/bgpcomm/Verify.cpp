@@ -72,6 +72,7 @@ int runVerify(const std::vector<std::string>& files) {
           verifier.compare(file, values, position);
         });
     good = good && !result.failed && verifier.differing() == 0;
+    reportPassedOver(file, result);
     if (result.unopened) continue;
     print(visible(shownFile(file)) + ": " + grouped(verifier.compared()) + " lists compared, " +
           grouped(verifier.differing()) + " differ, " + grouped(result.faults.total()) +

@@ -93,7 +93,7 @@ int runWatchRt(const Options& options) {
                                      },
                                      {.showProgress = false, .updates = PathCutter::Updates::all});
   watcher.notifierIs(nullptr);  // sets that are left do not go; nobody watches them any more
-  reportMalformed(options.file, result);
+  reportPassedOver(options.file, result);
   return result.failed ? exitBadData : 0;
 }
 

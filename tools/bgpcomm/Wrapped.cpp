@@ -1,6 +1,7 @@
 #include "Wrapped.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "Terminal.h"
 
@@ -35,6 +36,78 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
     }
   }
   return lines;
+}
+
+std::size_t lineColumns() { return terminalColumns().value_or(80); }
+
+std::size_t columnsBehind(std::size_t margin) {
+  constexpr std::size_t least = 20;
+  return std::max(lineColumns(), margin + least) - margin;
+}
+
+std::string hanging(std::string first, std::string_view text, std::size_t margin) {
+  if (!terminalColumns()) return (first += text) + '\n';
+  const std::string others(margin, ' ');
+  std::string lines;
+  for (const std::string& line : wrapped(text, columnsBehind(margin))) {
+    lines.append(first).append(line).append("\n");
+    first = others;
+  }
+  return lines.empty() ? first + '\n' : lines;
+}
+
+void printFields(std::string_view line) {
+  if (!terminalColumns()) {
+    print(line);
+    return print("\n");
+  }
+  constexpr std::size_t margin = 4, rest = 2;  // of a field that takes several lines: deeper
+  std::string text;
+  for (std::size_t taken = 0; !line.empty();) {
+    const std::string_view field = line.substr(0, line.find('\t'));
+    line.remove_prefix(std::min(line.size(), field.size() + 1));
+    const std::size_t size = columnsOf(field);
+    const std::size_t before = text.empty() ? 0 : 2;
+    if (text.empty() || taken + before + size <= lineColumns()) {
+      text.append(before, ' ').append(field);
+      taken += before + size;
+      continue;
+    }
+    const std::string its = hanging(std::string(margin, ' '), field, margin + rest);
+    text.append("\n").append(its, 0, its.size() - 1);
+    taken = margin + size + rest <= lineColumns() ? margin + size : lineColumns();
+  }
+  print(text + '\n');
+}
+
+void TerminalTable::add(std::vector<std::string> figures, std::string text) {
+  rows_.push_back({std::move(figures), std::move(text)});
+}
+
+void TerminalTable::print() const {
+  std::vector<std::size_t> widths;
+  std::size_t textSize = 0;
+  for (const auto& [figures, text] : rows_) {
+    widths.resize(figures.size());
+    for (std::size_t i = 0; i < figures.size(); ++i)
+      widths[i] = std::max(widths[i], figures[i].size());
+    textSize = std::max(textSize, columnsOf(text));
+  }
+  const std::size_t taken = std::accumulate(widths.begin(), widths.end(), 2 * widths.size());
+  // Texts stand below their figures where they would be broken all the time.
+  constexpr std::size_t enough = 24, margin = 4;
+  const bool below = taken + std::min(textSize, enough) > lineColumns();
+  for (const auto& [figures, text] : rows_) {
+    std::string line;
+    for (std::size_t i = 0; i < figures.size(); ++i)
+      line.append(widths[i] - figures[i].size(), ' ').append(figures[i]).append("  ");
+    if (below) {
+      line.resize(line.size() - 2);
+      bgpcomm::print(line + '\n');
+      line.assign(margin, ' ');
+    }
+    bgpcomm::print(hanging(line, text, below ? margin : taken));
+  }
 }
 
 std::string counted(U64 count, std::string_view what) {
