@@ -249,6 +249,7 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   threads("made, dropped: ours", "disjoint lists made and dropped", Ours::name, 0);
   threads("made, dropped: fl., lock", "disjoint lists made and dropped", FlyweightLocked::name, 0);
   threads("extended made, dropped", "extended lists made and dropped", Ours::name, 1.6);
+  threads("the same, disjoint", "disjoint extended lists made and dropped", Ours::name, 1.6);
 
   printFlood();
   printDay();

@@ -1,4 +1,6 @@
 #include <array>
+#include <functional>
+#include <numeric>
 
 #include "Benchmarks.h"
 #include "ListContenders.h"
@@ -47,6 +49,11 @@ void threads(benchmark::State& state, const Reading& reading, int count) {
   }
 }
 
+/// One of two halves; the same for all attributes of a list, in whatever order their values are.
+std::size_t halfOf(Octets attribute) {
+  return std::accumulate(attribute.begin(), attribute.end(), U8{}, std::bit_xor<>()) & 1;
+}
+
 template <class Contender, bool ownTables = false>
 void addBoth(const Reading& reading, const char* lists, const char* contender) {
   for (const int count : {1, 2})
@@ -75,6 +82,13 @@ void addThreads(const MadeUpLists& lists) {
   static Reading extended;
   for (U32 i = 0; i < 2 * attributes; ++i) extended.drawn[i % 2].add(extendedLists().drawn[i]);
   addBoth<OursLists8>(extended, "extended lists made and dropped", Ours::name);
+  static Reading disjointExtended;
+  for (std::size_t i = 0; i < extendedLists().drawn.size(); ++i) {
+    const Octets attribute = extendedLists().drawn[i];
+    Stream& half = disjointExtended.drawn[halfOf(attribute)];
+    if (half.size() < attributes) half.add(attribute);
+  }
+  addBoth<OursLists8>(disjointExtended, "disjoint extended lists made and dropped", Ours::name);
 
   static Reading values;
   const Stream& drawn = eightOctetValues().drawn;
