@@ -2,7 +2,11 @@
 # under a sanitizer, by either compiler. Gives the target `gtest_main`.
 include(GoogleTest)
 
-set(ZOBGP_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest")
+set(sources /usr/src/googletest)
+if(DEFINED ENV{ZOBGP_GOOGLETEST})
+  set(sources $ENV{ZOBGP_GOOGLETEST})
+endif()
+set(ZOBGP_GOOGLETEST ${sources} CACHE PATH "Sources of GoogleTest")
 if(NOT EXISTS ${ZOBGP_GOOGLETEST}/googletest/src/gtest-all.cc)
   message(FATAL_ERROR "No GoogleTest in ${ZOBGP_GOOGLETEST}: install the package googletest, "
                       "or build without tests (-DZOBGP_TESTS=OFF)")
