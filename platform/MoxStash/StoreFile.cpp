@@ -46,7 +46,9 @@ Mox::String besideName(const Mox::String& target) {
 /// A new file beside the one that it is to replace; gone again unless it does.
 class Replacement {
  public:
-  Replacement(const Mox::String& target, StopWriting stop) : target_(target), stop_(stop) {
+  Replacement(const Mox::String& target, CheckFile check, StopWriting stop)
+      : target_(target), check_(check), stop_(stop) {
+    check_(target_);
     // A process of the same number may have left a file behind when it was killed.
     for (U32 attempts = 0; descriptor_ < 0 && attempts < 100; ++attempts) {
       name_ = besideName(target);
@@ -78,7 +80,7 @@ class Replacement {
     if (fsync(descriptor_) < 0) failWith(errno, target_, "cannot be written: ");
     if (close(std::exchange(descriptor_, -1)) < 0) failWith(errno, target_, "cannot be written: ");
     failIfStopped();
-    checkReplaceable(target_);
+    check_(target_);
     if (std::rename(name_.c_str(), target_.c_str()) < 0)
       failWith(errno, target_, "cannot be replaced: ");
     replaced_ = true;
@@ -90,6 +92,7 @@ class Replacement {
   }
 
   const Mox::String target_;
+  const CheckFile check_;
   const StopWriting stop_;
   Mox::String name_;
   int descriptor_ = -1;
@@ -136,10 +139,9 @@ void checkReplaceable(const Mox::String& name) {
     fail(name, "is not a store, and is not replaced");
 }
 
-void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces,
-                      StopWriting stop) {
-  checkReplaceable(name);
-  Replacement replacement(name, stop);
+void replaceFile(const Mox::String& name, CheckFile check, std::span<const std::string_view> pieces,
+                 StopWriting stop) {
+  Replacement replacement(name, check, stop);
   for (const std::string_view piece : pieces) replacement.write(piece);
   replacement.replace();
 }

@@ -34,12 +34,15 @@ void checkReplaceable(const Mox::String& name);
 /// Asked while a file is written; true gives the writing up.
 using StopWriting = bool (*)();
 
-/// Writes a file of these pieces, which replaces the one of this name if there is one and
-/// `checkReplaceable` lets it. A reader, also after a crash of the machine, sees the old file or
-/// the new one, whole. A failure leaves the old one, and nothing beside it. A symbolic link of that
-/// name is replaced itself. `stop` is asked at least once a mebibyte, and once more before the old
-/// file is replaced.
-void replaceStoreFile(const Mox::String& name, std::span<const std::string_view> pieces,
-                      StopWriting stop = nullptr);
+/// Throws when the file of this name may not be replaced.
+using CheckFile = void (*)(const Mox::String& name);
+
+/// Writes a file of these pieces, which replaces the one of this name if there is one and `check`
+/// lets it. A reader, also after a crash of the machine, sees the old file or the new one, whole. A
+/// failure leaves the old one, and nothing beside it. A symbolic link of that name is replaced
+/// itself. `stop` is asked at least once a mebibyte, and once more before the old file is replaced;
+/// so is `check`.
+void replaceFile(const Mox::String& name, CheckFile check, std::span<const std::string_view> pieces,
+                 StopWriting stop = nullptr);
 
 }  // namespace MoxStash

@@ -78,7 +78,7 @@ void StoreWriter::write(const Mox::String& file, bool (*stop)()) const {
   const Ends ends = this->ends();
   const std::string_view pieces[] = {
       {reinterpret_cast<const char*>(&ends.header), sizeof ends.header}, records_, ends.tail};
-  replaceStoreFile(file, pieces, stop);
+  replaceFile(file, &MoxStash::checkReplaceable, pieces, stop);
 }
 
 Mox::String StoreWriter::octets() const {

@@ -7,7 +7,7 @@
 #include "RunTool.h"
 #include "community-list/ZoBgpCommunityListStandard.h"
 #include "tools/bgpcomm/Faults.h"
-#include "tools/bgpcomm/StoreSaving.h"
+#include "tools/bgpcomm/FileSaving.h"
 
 namespace {
 

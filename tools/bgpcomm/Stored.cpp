@@ -1,15 +1,12 @@
 // The commands that keep the lists of files in stores, take them out again, and join stores. The
 // lists are a store's roots; StoredFigures.h has the note that tells of the files.
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
 #include <map>
 #include <optional>
 
 #include "Commands.h"
+#include "FileSaving.h"
 #include "StoredFigures.h"
 #include "Terminal.h"
 
@@ -23,23 +20,13 @@ struct WriteOptions {
   bool total = false;
 };
 
-/// Refuses a store that is one of the sources, or that may not be replaced, or not be written where
-/// it is to be: before hours of reading.
-void checkTarget(const WriteOptions& options, std::string_view what) {
-  for (const std::string& source : options.sources) {
-    std::error_code none;
-    if (std::filesystem::equivalent(source, options.store, none))
-      throw UsageError("--to " + options.store + ": is one of the " + std::string(what) +
-                       " to be read");
-  }
-  MoxStash::StoreWriter::checkReplaceable(options.store);
-  const auto folder = std::filesystem::path(options.store).parent_path();
-  if (::access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) < 0)
-    throw DataError(options.store + ": cannot be written: " + std::strerror(errno));
+void checkStore(const WriteOptions& options, std::string_view what) {
+  checkTarget({options.store, "--to", &MoxStash::StoreWriter::checkReplaceable}, options.sources,
+              what);
 }
 
 int runSave(const WriteOptions& options) {
-  checkTarget(options, "files");
+  checkStore(options, "files");
   SavedFiles saved(options.total);
   bool good = true;
   for (const std::string& file : options.sources) {
@@ -105,7 +92,7 @@ int runRestore(const RestoreOptions& options) {
 }
 
 int runMerge(const WriteOptions& options) {
-  checkTarget(options, "stores");
+  checkStore(options, "stores");
   checkDifferent(options.sources);
   SavedFiles saved(options.total);
   visitFiles(options.sources, [&](NoteReader& reader, const Json& file, bool) {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <set>
 
-#include "StoreSaving.h"
+#include "FileSaving.h"
 #include "Terminal.h"
 
 namespace bgpcomm {
