@@ -11,7 +11,7 @@ packages_for() {
   case $1 in
     tool) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev zlib1g-dev libbz2-dev liblzma-dev libzstd-dev ;;
     tests) echo googletest pkg-config bzip2 xz-utils zstd python3 ;;
-    more-tests) echo zsh groff-base python3-venv python3-jsonschema mypy ;;
+    more-tests) echo zsh groff-base python3-venv python3-jsonschema mypy chromium-driver python3-selenium ;;
     python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
     plot) echo gnuplot-nox ;;

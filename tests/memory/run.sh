@@ -32,7 +32,7 @@ commands=("summary one.mrt.gz" "summary --json one.mrt.bz2" "paths one.mrt.xz" "
   "restore --json one.store" "decode --json 0002fde800000064 c00804fde80064" "describe CommList"
   "paths --where 65000:100 --group-by value one.mrt" "values one.mrt" "diff one.mrt.xz one.mrt"
   "top --by list one.mrt" "faults one.mrt.gz" "spread 10.1.2.0/24 one.mrt"
-  "lint --longer-than 0 one.mrt" "restore --total one.store two.store"
+  "report one.mrt -o new.store" "lint --longer-than 0 one.mrt" "restore --total one.store two.store"
   "merge one.store two.store --to new.store" "merge --total one.store two.store --to new.store")
 if (($# > 3)); then commands=("${@:4}"); fi
 

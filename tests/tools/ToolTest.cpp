@@ -256,9 +256,9 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
        "1962\n5\n41\n45\n"},
       {"printf '65000:100,A hundred\\n' >$STORE; bgpcomm --describe $STORE summary --json $FILE --top 1 | grep -c 'description\": \"A hundred'",
        "2\n"},
-      {"for command in '' summary paths values diff top faults spread lint verify decode describe encode kinds save restore merge watch-rt; do\n"
+      {"for command in '' summary report paths values diff top faults spread lint verify decode describe encode kinds save restore merge watch-rt; do\n"
        "  bgpcomm $command --help | grep '.\\{81\\}\\|Example: bgpcomm ' | cut -d: -f1\n"
-       "done | uniq -c | tr -d ' '", "18Example\n"},
+       "done | uniq -c | tr -d ' '", "19Example\n"},
       // clang-format on
   });
 }

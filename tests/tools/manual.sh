@@ -20,7 +20,7 @@ for command in $(bgpcomm help | sed -n '/^Subcommands/,/^$/s/^  \([a-z-]*\) .*/\
   its_zsh=$(sed -n "/^  $command) /,/;;$/p" <<<"$zsh")
   for option in $(bgpcomm help "$command" | sed -nE 's/^  (-.,)?(--[a-z-]+).*/\2/p'); do
     options=$((options + 1))
-    grep -qE "^.fB(-h, )?$option.fR" <<<"$its_man" || fault "man: $command $option"
+    grep -qE "^.fB(-., )?$option.fR" <<<"$its_man" || fault "man: $command $option"
     grep -qE "'\*$option(=?\[)" <<<"$its_zsh" || fault "zsh: $command $option"
     complete_words "$command" "$option"
     [[ " ${COMPREPLY[*]} " == *" $option "* ]] || fault "bash: $command $option"

@@ -10,10 +10,12 @@
 #include <vector>
 
 #include "Errors.h"
+#include "Mox/Types.h"
 
 namespace bgpcomm {
 
 void addSummary(CLI::App& app, int& exitCode);
+void addReport(CLI::App& app, int& exitCode);
 void addPaths(CLI::App& app, int& exitCode);
 void addValues(CLI::App& app, int& exitCode);
 void addTop(CLI::App& app, int& exitCode);
@@ -73,6 +75,8 @@ void addJsonLines(CLI::App& command, bool& json);
 /// Declares what a summary shows; see Summary.h.
 struct SummaryOptions;
 void addSummaryOptions(CLI::App& command, SummaryOptions& options);
+/// Declares how many of the most used values of each list type are shown.
+void addMostUsedOption(CLI::App& command, Mox::Words::U64& top);
 
 /// Declares how the program uses the terminal; see Terminal.h.
 void addTerminalOptions(CLI::App& app);

@@ -1,7 +1,7 @@
 // The lists of one type that the paths of a file hold.
 //
 //   FileLists lists;                                  // of all types
-//   const auto fault = lists[type].hold(value);       // an attribute's value, of one path
+//   const auto held = lists[type].hold(value);        // an attribute's value, of one path
 //   ListFigures figures;
 //   lists[type].figures(figures, 10);                 // with the ten most used values
 #pragma once
@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "Faults.h"
+#include "KindUses.h"
 #include "MoxStash/StoreWriter.h"
 #include "ReaderNames.h"
 
@@ -41,12 +42,29 @@ struct ListFigures {
   std::optional<U64> distinctRouteTargetSets;
 };
 
+/// The route targets of a list.
+struct RouteTargetSet {
+  std::string text;
+  U64 lists = 0;  ///< that have just these
+  U64 paths = 0;  ///< that carry one of these lists
+};
+
+/// What it takes longer to say of all that is held.
+struct ListDetails {
+  std::vector<KindUse> kinds;
+  std::vector<RouteTargetSet> routeTargetSets;  ///< the most used first
+};
+
 class HeldLists {
  public:
   virtual ~HeldLists() = default;
 
+  struct Holding {
+    std::optional<Fault> fault;
+    U32 list = 0;  ///< the number of the list, from 0 on in the order in which lists come
+  };
   /// Interns the list in an attribute's value and counts it for one path, or says what is wrong.
-  virtual std::optional<Fault> hold(Octets value) = 0;
+  virtual Holding hold(Octets value) = 0;
   /// Adds what the paths of another file hold, with their numbers.
   /// REQUIRES: `other` is of the same type.
   virtual void add(const HeldLists& other) = 0;
@@ -54,6 +72,8 @@ class HeldLists {
   /// those allocated since this object was made, so none other may fill meanwhile. When memory does
   /// not suffice, std::bad_alloc; all but the values are there then.
   virtual void figures(ListFigures& figures, std::size_t mostUsed) const = 0;
+  /// Looks at each value of each distinct list. Throws std::bad_alloc.
+  virtual ListDetails details() const = 0;
 
   // The store.
 

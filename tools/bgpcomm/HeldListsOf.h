@@ -1,6 +1,8 @@
 // HeldLists of a type. All types have the same code, but for the memory that they take.
 #pragma once
 
+#include <algorithm>
+#include <map>
 #include <unordered_map>
 
 #include "Descriptions.h"
@@ -67,12 +69,11 @@ class HeldListsOf final : public HeldLists {
  public:
   explicit HeldListsOf(const CommunityTables& tables) : tables_(tables.of<List>()) {}
 
-  std::optional<Fault> hold(Octets value) override {
+  Holding hold(Octets value) override {
     auto interned = tables_.dedupWire(value);
-    if (!interned) return faultOf(*interned.fault);
-    addPaths(std::move(interned.list), 1);
+    if (!interned) return {faultOf(*interned.fault)};
     communities_ += value.size() / valueSizeOf<List>;
-    return std::nullopt;
+    return {{}, addPaths(std::move(interned.list), 1)};
   }
 
   void add(const HeldLists& lists) override {
@@ -105,10 +106,34 @@ class HeldListsOf final : public HeldLists {
       figures.distinctRouteTargetSets =
           tables_.lists()->notifyingRtExtCommListCollection()->rtExtCommLists();
       auto& types = figures.types.emplace();
-      uses.forEach(
-          [&](Octets value) { ++types[hex(value.first(1)) + '/' + hex(value.subspan(1, 1))]; });
+      uses.forEach([&](Octets value) { ++types[typeText(value)]; });
     }
     figures.distinctValues = uses.distinct();
+  }
+
+  ListDetails details() const override {
+    KindUses kinds(List::pathAttribute);
+    std::map<const void*, RouteTargetSet> sets;
+    for (const auto& entry : held_) {
+      const Held& held = entry.second;
+      kinds.startList(held.paths);
+      held.list->forEachValue([&](const auto& value) { kinds.add(octetsOf(value)); });
+      if constexpr (requires { held.list->classificationLists(); })
+        if (const auto targets =
+                held.list->classificationList(Routing::Bgp::extCommClassificationRouteTarget)) {
+          RouteTargetSet& set = sets[targets.get()];
+          if (set.lists++ == 0)
+            for (const auto& target : targets->commVector())
+              (set.text += set.text.empty() ? "" : " ") += textOf(*target);
+          set.paths += held.paths;
+        }
+    }
+    ListDetails details{kinds.all(), {}};
+    for (auto& entry : sets) details.routeTargetSets.push_back(std::move(entry.second));
+    std::ranges::sort(details.routeTargetSets, [](const auto& a, const auto& b) {
+      return a.paths != b.paths ? a.paths > b.paths : a.text < b.text;
+    });
+    return details;
   }
 
   std::vector<StoredUse> save(MoxStash::StoreWriter& writer) const override {
@@ -130,12 +155,18 @@ class HeldListsOf final : public HeldLists {
   struct Held {
     Mox::Ptr<const List> list;
     U64 paths = 0;
+    U32 number = 0;
   };
 
-  void addPaths(Mox::Ptr<const List> list, U64 paths) {
+  /// Returns the number of the list.
+  U32 addPaths(Mox::Ptr<const List> list, U64 paths) {
     Held& held = held_[list.get()];
-    if (!held.list) held.list = std::move(list);
+    if (!held.list) {
+      held.list = std::move(list);
+      held.number = U32(held_.size() - 1);
+    }
     held.paths += paths;
+    return held.number;
   }
 
   void addMostUsed(ListFigures& figures, Octets value, U64 paths) const {

@@ -67,9 +67,13 @@ std::string textOf(const Acl::CommunityValue& community) {
 std::string textOf(const ExtComm& community) { return extendedText(community); }
 std::string textOf(const ExtCommIp6& community) { return extendedText(community); }
 
-std::string kindName(const AnyCommunity& community) {
+const Kind* kindOf(const AnyCommunity& community) {
   const auto& kinds = textStyle().kinds;
-  const Kind* const kind = (kinds ? *kinds : KindTable::builtIn()).find(community);
+  return (kinds ? *kinds : KindTable::builtIn()).find(community);
+}
+
+std::string kindName(const AnyCommunity& community) {
+  const Kind* const kind = kindOf(community);
   if (!kind) return "unknown";
   if (!kind->identifier.empty()) return std::string(kind->identifier);
   return std::string(listTypes[listTypeOf(U8(kind->attribute))].key);

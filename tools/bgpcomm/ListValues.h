@@ -39,6 +39,9 @@ std::string textOf(const Acl::CommunityValue& community);
 std::string textOf(const Routing::Bgp::ExtComm& community);
 std::string textOf(const Routing::Bgp::ExtCommIp6& community);
 
+/// The row of a community's kind among those in use, or null. It lives as long as the process.
+const Routing::Bgp::Kind* kindOf(const Routing::Bgp::AnyCommunity& community);
+
 /// The identifier of a community's kind; `standard` and `large` of those that have no name,
 /// `unknown` of one without a row.
 std::string kindName(const Routing::Bgp::AnyCommunity& community);

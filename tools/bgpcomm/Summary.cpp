@@ -24,14 +24,6 @@ bool forEachType(const std::string& file, const std::function<void(std::size_t t
   return good;
 }
 
-bool takeFigures(const FileLists& lists, const SummaryOptions& options, FileFigures& figures) {
-  const std::size_t top = options.top && options.top < SIZE_MAX ? options.top : SIZE_MAX;
-  return forEachType(figures.file, [&](std::size_t type) {
-    figures.types.push_back({&listTypes[type], {}});
-    lists[type].figures(figures.types.back().figures, top);
-  });
-}
-
 }  // namespace
 
 void FileFigures::add(const FileFigures& other) {
@@ -43,14 +35,47 @@ void FileFigures::add(const FileFigures& other) {
   wrongFlags += other.wrongFlags;
 }
 
-ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures) {
-  const auto start = std::chrono::steady_clock::now();
-  const ReadResult result = readFile(file, [&](const Path&, CommunityValues& values, Position) {
-    for (std::size_t type = 0; type < listTypeCount; ++type) {
-      if (values[type].empty()) continue;
-      if (const auto fault = lists[type].hold(values[type])) values.faults.add(*fault);
-    }
+std::string FileFigures::firstMalformed() const {
+  // Lines of text have the place behind a blank and within parentheses.
+  std::string first = firstFault;
+  if (first.size() <= 3) return {};
+  if (const auto end = first.find(')'); end != first.npos) first.erase(end, 1);
+  return first.substr(2);
+}
+
+double timesSaved(U64 unsharedOctets, U64 internedOctets) {
+  return internedOctets == 0 ? 0 : double(unsharedOctets) / double(internedOctets);
+}
+
+double pathsPerList(const ListFigures& figures) {
+  return figures.distinctLists == 0 ? 0
+                                    : double(figures.attributes) / double(figures.distinctLists);
+}
+
+bool takeFigures(const FileLists& lists, U64 top, FileFigures& figures) {
+  const std::size_t most = top && top < SIZE_MAX ? top : SIZE_MAX;
+  return forEachType(figures.file, [&](std::size_t type) {
+    figures.types.push_back({&listTypes[type], {}});
+    lists[type].figures(figures.types.back().figures, most);
   });
+}
+
+ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures,
+                    PeerUses* peers) {
+  const auto start = std::chrono::steady_clock::now();
+  const ReadResult result =
+      readFile(file, [&](const Path& path, CommunityValues& values, Position) {
+        if (peers) peers->startPath(path.peer);
+        for (std::size_t type = 0; type < listTypeCount; ++type) {
+          if (values[type].empty()) continue;
+          const HeldLists::Holding held = lists[type].hold(values[type]);
+          if (held.fault)
+            values.faults.add(*held.fault);
+          else if (peers)
+            peers->addList(type, held.list);
+        }
+        if (peers) peers->addFaults(values.faults);
+      });
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   figures.file = file;
   figures.records = result.records;
@@ -74,7 +99,7 @@ FileLists Summary::makeLists() const {
 }
 
 bool Summary::add(FileFigures figures, const FileLists& lists) {
-  bool good = options_.total || takeFigures(lists, options_, figures);
+  bool good = options_.total || takeFigures(lists, options_.top, figures);
   any_ = true;
   total_.add(figures);
   if (together_)
@@ -93,9 +118,9 @@ bool Summary::finish() {
   bool good = true;
   const bool shown = options_.total ? any_ : files_.size() > 1;
   if (together_ && (options_.json || shown))
-    good = takeFigures(*together_, options_, total_);
+    good = takeFigures(*together_, options_.top, total_);
   else if (files_.empty())
-    good = takeFigures(FileLists(), options_, total_);
+    good = takeFigures(FileLists(), options_.top, total_);
   else
     total_.types = files_.front().types;
   if (options_.json)
@@ -109,8 +134,12 @@ void addSummaryOptions(CLI::App& command, SummaryOptions& options) {
   addTextOptions(command);
   command.add_flag("--json", options.json, "One JSON object for programs");
   command.add_flag("--total", options.total, "Only the figures of all files together");
+  addMostUsedOption(command, options.top);
+}
+
+void addMostUsedOption(CLI::App& command, U64& top) {
   command
-      .add_option("--top", options.top,
+      .add_option("--top", top,
                   "At most so many of the most used values of each\ntype (default 10; 0: all)")
       ->option_text("N");
 }

@@ -6,6 +6,7 @@
 
 #include "Faults.h"
 #include "ListTypes.h"
+#include "PeerUses.h"
 #include "Reading.h"
 
 namespace bgpcomm {
@@ -28,13 +29,24 @@ struct FileFigures {
 
   /// Adds counts and seconds of another file.
   void add(const FileFigures& other);
+  /// The first fault without parentheses: `record 4, octet 210: what is wrong`.
+  std::string firstMalformed() const;
 };
+
+double pathsPerList(const ListFigures& figures);
+/// How many times the octets would be, had each path lists of its own.
+double timesSaved(U64 unsharedOctets, U64 internedOctets);
 
 /// The name of all files together.
 inline constexpr std::string_view totalName = "total";
 
-/// Reads a file: holds its lists, and counts the rest.
-ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures);
+/// Reads a file: holds its lists, and counts the rest; also by peers, if these are given.
+ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures& figures,
+                    PeerUses* peers = nullptr);
+
+/// Takes the figures of all lists, with at most so many of the most used values of each type; 0 are
+/// all. Memory that does not suffice for a type is an error line, and the result false.
+bool takeFigures(const FileLists& lists, U64 top, FileFigures& figures);
 
 struct SummaryOptions {
   bool json = false;

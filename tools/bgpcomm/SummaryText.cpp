@@ -32,8 +32,6 @@ std::string decimal(double value, int digits) {
   return out;
 }
 
-double ratio(U64 all, U64 part) { return part == 0 ? 0 : double(all) / double(part); }
-
 std::string malformedLines(const FileFigures& figures) {
   std::string text = line("malformed", grouped(figures.faults.total())) + '\n';
   for (std::size_t i = 0; i < faultNames.size(); ++i)
@@ -79,16 +77,14 @@ std::string typeLines(const FileFigures& figures) {
        }},
       {"distinct lists", [](const ListFigures& figures) { return grouped(figures.distinctLists); }},
       {"paths per list",
-       [](const ListFigures& figures) {
-         return decimal(ratio(figures.attributes, figures.distinctLists), 1);
-       }},
+       [](const ListFigures& figures) { return decimal(pathsPerList(figures), 1); }},
       {"octets, shared",
        [](const ListFigures& figures) { return grouped(figures.internedOctets); }},
       {"octets, unshared",
        [](const ListFigures& figures) { return grouped(figures.unsharedOctets); }},
       {"saved",
        [](const ListFigures& figures) {
-         return decimal(ratio(figures.unsharedOctets, figures.internedOctets), 1) + " times";
+         return decimal(timesSaved(figures.unsharedOctets, figures.internedOctets), 1) + " times";
        }},
   };
   // As many beside each other as a terminal has room for.
@@ -170,11 +166,7 @@ nlohmann::ordered_json json(const FileFigures& figures) {
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = figures.faults[Fault(i)])
       object["malformedBy"][std::string(faultNames[i])] = count;
-  // Lines of text have the place behind a blank and within parentheses.
-  if (std::string first = figures.firstFault; first.size() > 3) {
-    if (const auto end = first.find(')'); end != first.npos) first.erase(end, 1);
-    object["firstMalformed"] = first.substr(2);
-  }
+  if (const auto first = figures.firstMalformed(); !first.empty()) object["firstMalformed"] = first;
   object["wrongFlags"] = figures.wrongFlags;
   object["skipped"] = total(figures.skipped);
   object["skippedBy"] = nlohmann::ordered_json::object();

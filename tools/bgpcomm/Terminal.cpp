@@ -40,29 +40,6 @@ void writeAll(std::string_view text) {
   }
 }
 
-/// The size of the printable character that the text begins with; 0 when its first octet has to be
-/// escaped.
-std::size_t printableSize(std::string_view text) {
-  const U8 first = U8(text[0]);
-  if (first < 0x80) return first >= 0x20 && first != 0x7f;
-  const std::size_t size = first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
-  if (first < 0xc0 || first > 0xf7 || size > text.size()) return 0;
-  U32 code = first & 0x7fu >> size;
-  for (const char next : text.substr(1, size - 1)) {
-    if ((U8(next) & 0xc0) != 0x80) return 0;
-    code = code << 6 | (U8(next) & 0x3f);
-  }
-  constexpr U32 leastOfSize[] = {0x80, 0x800, 0x10000};
-  constexpr std::pair<U32, U32> unprintable[] = {
-      {0x80, 0x9f},     {0x61c, 0x61c},  {0x200e, 0x200f}, {0x2028, 0x202e},
-      {0x2066, 0x2069}, {0xd800, 0xdfff}};  // C1, marks of direction, ends of lines, halves of
-                                            // UTF-16
-  const bool printable = std::none_of(
-      std::begin(unprintable), std::end(unprintable),
-      [code](const auto& range) { return range.first <= code && code <= range.second; });
-  return printable && code >= leastOfSize[size - 2] && code <= 0x10ffff ? size : 0;
-}
-
 /// Hands the text on in pieces that are safe for a terminal.
 template <class Use>
 void forEachVisible(std::string_view text, Use use) {
@@ -117,6 +94,27 @@ void print(std::string_view text) {
 void flushOutput() {
   writeAll(output());
   output().clear();
+}
+
+std::size_t printableSize(std::string_view text) {
+  const U8 first = U8(text[0]);
+  if (first < 0x80) return first >= 0x20 && first != 0x7f;
+  const std::size_t size = first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+  if (first < 0xc0 || first > 0xf7 || size > text.size()) return 0;
+  U32 code = first & 0x7fu >> size;
+  for (const char next : text.substr(1, size - 1)) {
+    if ((U8(next) & 0xc0) != 0x80) return 0;
+    code = code << 6 | (U8(next) & 0x3f);
+  }
+  constexpr U32 leastOfSize[] = {0x80, 0x800, 0x10000};
+  constexpr std::pair<U32, U32> unprintable[] = {
+      {0x80, 0x9f},     {0x61c, 0x61c},  {0x200e, 0x200f}, {0x2028, 0x202e},
+      {0x2066, 0x2069}, {0xd800, 0xdfff}};  // C1, marks of direction, ends of lines, halves of
+                                            // UTF-16
+  const bool printable = std::none_of(
+      std::begin(unprintable), std::end(unprintable),
+      [code](const auto& range) { return range.first <= code && code <= range.second; });
+  return printable && code >= leastOfSize[size - 2] && code <= 0x10ffff ? size : 0;
 }
 
 std::string visible(std::string_view text) {

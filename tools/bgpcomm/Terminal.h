@@ -21,6 +21,9 @@ void flushOutput();
 /// U+001F, U+007F to U+009F), of line separators and marks of direction, and of anything that is
 /// not UTF-8. A file's name may hold any.
 std::string visible(std::string_view text);
+/// The octets of the character that the text begins with; 0 when `visible` escapes the first octet.
+/// REQUIRES: the text is not empty.
+std::size_t printableSize(std::string_view text);
 
 /// Writes one line, `bgpcomm: ` and the pieces, made visible, on standard error: behind all output
 /// so far and in the place of a progress line. Allocates nothing.

@@ -98,6 +98,7 @@ int run(int argc, char** argv) {
   bgpcomm::addDescriptionOptions(app);
   bgpcomm::addTerminalOptions(app);
   bgpcomm::addSummary(app, exitCode);
+  bgpcomm::addReport(app, exitCode);
   bgpcomm::addPaths(app, exitCode);
   bgpcomm::addValues(app, exitCode);
   bgpcomm::addDiff(app, exitCode);
