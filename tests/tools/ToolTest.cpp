@@ -156,6 +156,8 @@ TEST_F(Tool, SaysWhatItPassesOver) {
        "    GEO_PEER_TABLE               1\n    old subtypes                 1\n    other subtypes               1\n"
        "    state changes                3\n    OPEN                         1\n    NOTIFICATION                 1\n"
        "    KEEPALIVE                    2\n    ROUTE-REFRESH                1\n    other messages               1\n"},
+      {"bgpcomm summary --json --total $SOME $USUAL | grep -o '\"\\(wrong.*\\|skipped\\|keep.*\\)\": [0-9]*' | tr -d '\"'",
+       "wrongFlags: 1\nskipped: 17\nkeepalive: 3\n"},
       {"bgpcomm summary --json $SOME | sed -n '/malformed\"/,/otherMessage/p;/otherMessage/q' | tr -d ' \n'",
        R"("malformed":1,"malformedBy":{"attrLength":1},"firstMalformed":"record17,octet519:LargeCommunityattribute,)"
        R"-(offset0:1octet,expectedavalueof12(type32,length1,octet7ofthepath'sattributes)","wrongFlags":1,"skipped":16,)-"
