@@ -36,11 +36,12 @@ install(DIRECTORY docs/ COMPONENT development
 
 string(REPLACE ";" " " components "${libraries}")
 string(REPLACE ZoBgp "" components "${components}")
-configure_package_config_file(cmake/ZoBgpCommunityConfig.cmake.in ZoBgpCommunityConfig.cmake
+# Made where no find_package looks: one does beside each folder of PATH, and the build's bin may be there.
+set(made ${CMAKE_CURRENT_BINARY_DIR}/to-install)
+configure_package_config_file(cmake/ZoBgpCommunityConfig.cmake.in ${made}/ZoBgpCommunityConfig.cmake
                               INSTALL_DESTINATION ${package_dir})
-write_basic_package_version_file(ZoBgpCommunityConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ZoBgpCommunityConfig.cmake
-              ${CMAKE_CURRENT_BINARY_DIR}/ZoBgpCommunityConfigVersion.cmake
+write_basic_package_version_file(${made}/ZoBgpCommunityConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${made}/ZoBgpCommunityConfig.cmake ${made}/ZoBgpCommunityConfigVersion.cmake
         DESTINATION ${package_dir} COMPONENT development)
 
 # zobgp_pc(library requires private_requires private_libs description): LIBRARY.pc, which finds the
