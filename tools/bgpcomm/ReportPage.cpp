@@ -202,7 +202,7 @@ class Page {
                      {"Distinct lists", number},
                      {"Name", text},
                      {"Defined in", text},
-                     {"Type", code},
+                     {"Type"},
                      {"List type"}},
                     1);
     for (const Row& row : rows)
