@@ -42,6 +42,8 @@ sign_of() {
     groff-base) echo groff ;;
     python3-venv) echo module ensurepip ;;
     python3-jsonschema) echo module jsonschema ;;
+    python3-selenium) echo module selenium ;;
+    chromium-driver) echo chromedriver ;;
     libbenchmark-dev) echo benchmark/benchmark.h ;;
     libboost-dev) echo boost/flyweight.hpp ;;
     gnuplot-nox) echo gnuplot ;;
