@@ -92,7 +92,7 @@ Skipped skippedType(U16 type) {
     case 33:
       return Skipped::isis;
     default:
-      return type <= 10 ? Skipped::oldType : Skipped::otherType;
+      return type <= 10 ? Skipped::deprecatedType : Skipped::otherType;
   }
 }
 
@@ -295,7 +295,7 @@ bool PathCutter::startBgp4mp(const Record& record) {
   const std::optional<MessageForm> form = messageForm(record.subtype);
   if (!form) {
     const bool isOld = record.subtype == 2 || record.subtype == 3;  // a table's entry, its file
-    return in_ && skip(isOld ? Skipped::oldSubtype : Skipped::otherSubtype);
+    return in_ && skip(isOld ? Skipped::deprecatedSubtype : Skipped::otherSubtype);
   }
   if (form->stateChange && updates_ != Updates::all) return in_ && skip(Skipped::stateChange);
 

@@ -147,20 +147,20 @@ struct Path {
 
 /// Records without paths, by what they are. Types, subtypes: RFC 6396; messages: RFC 4271.
 enum class Skipped : U8 {
-  ospf,          ///< types 11, 48 and 49
-  isis,          ///< types 32 and 33
-  oldType,       ///< types 0 to 10, which are used no more; some hold routes
-  otherType,     ///< types without a meaning
-  geoPeerTable,  ///< where the peers of a TABLE_DUMP_V2 are (RFC 6397)
-  oldSubtype,    ///< BGP4MP_ENTRY and BGP4MP_SNAPSHOT, which are used no more; they hold tables
-  otherSubtype,  ///< of a type that is read, without a meaning
+  ospf,               ///< types 11, 48 and 49
+  isis,               ///< types 32 and 33
+  deprecatedType,     ///< types 0 to 10 (RFC 6396, appendix B); some hold routes
+  otherType,          ///< types without a meaning
+  geoPeerTable,       ///< where the peers of a TABLE_DUMP_V2 are (RFC 6397)
+  deprecatedSubtype,  ///< BGP4MP_ENTRY and BGP4MP_SNAPSHOT, which hold tables
+  otherSubtype,       ///< of a type that is read, without a meaning
   /// Changes of state. With `PathCutter::Updates::all` only those that are of no known peer.
   stateChange,
-  open,  ///< from here on messages that are no UPDATEs
-  notification,
-  keepalive,
-  routeRefresh,  ///< RFC 2918
-  otherMessage,
+  open,          ///< messages of this type
+  notification,  ///< the same
+  keepalive,     ///< the same
+  routeRefresh,  ///< the same (RFC 2918)
+  otherMessage,  ///< of a type without a meaning
 };
 inline constexpr std::size_t skippedSorts = std::size_t(Skipped::otherMessage) + 1;
 /// How many there are of each.

@@ -217,10 +217,11 @@ TEST(Mrt, CountsWhatIsPassedOver) {
   const std::pair<std::optional<Skipped>, std::vector<Bytes>> cases[] = {
       {Skipped::ospf, {mrtRecord(11, 1, "x"), mrtRecord(48, 0, ""), mrtRecord(49, 0, "")}},
       {Skipped::isis, {mrtRecord(32, 0, ""), mrtRecord(33, 4, "x")}},
-      {Skipped::oldType, {mrtRecord(0, 0, ""), mrtRecord(5, 1, session()), mrtRecord(10, 4, "")}},
+      {Skipped::deprecatedType,
+       {mrtRecord(0, 0, ""), mrtRecord(5, 1, session()), mrtRecord(10, 4, "")}},
       {Skipped::otherType, {mrtRecord(14, 1, ""), mrtRecord(18, 4, ""), mrtRecord(50, 1, "x")}},
       {Skipped::geoPeerTable, {mrtRecord(13, 7, "x")}},
-      {Skipped::oldSubtype, {bgp(2), bgp(3), mrtRecord(17, 2, number(7, 4))}},
+      {Skipped::deprecatedSubtype, {bgp(2), bgp(3), mrtRecord(17, 2, number(7, 4))}},
       {Skipped::otherSubtype,
        {bgp(12), mrtRecord(12, 3, ""), mrtRecord(13, 0, ""), mrtRecord(13, 13, "")}},
       {Skipped::stateChange, {state, mrtRecord(16, 0, octets("fc58 fc59 0001 0000 0005 0006"))}},

@@ -137,7 +137,8 @@ TEST_F(Tool, SaysWhatItPassesOver) {
       "fit, or too long\nbgpcomm: " +
       none.name();
   const std::string words =
-      "OSPF 1, IS-IS 1, old types 1, other types 1, GEO_PEER_TABLE 1, old subtypes 1, "
+      "OSPF 1, IS-IS 1, deprecated types 1, other types 1, GEO_PEER_TABLE 1, deprecated subtypes "
+      "1, "
       "other subtypes 1, state changes 3, OPEN 1, NOTIFICATION 1, KEEPALIVE 2, ROUTE-REFRESH 1, "
       "other messages 1, announcing nothing 1";
   const std::string hint = bad + ": no paths in 18 records: " + words;
@@ -152,8 +153,8 @@ TEST_F(Tool, SaysWhatItPassesOver) {
        "    first (record 17, octet 519): Large Community attribute, offset 0: 1 octet,\n"
        "    expected a value of 12 (type 32, length 1, octet 7 of the path's attributes)\n"
        "  wrong flags                    1\n  skipped                       16\n    OSPF                         1\n"
-       "    IS-IS                        1\n    old types                    1\n    other types                  1\n"
-       "    GEO_PEER_TABLE               1\n    old subtypes                 1\n    other subtypes               1\n"
+       "    IS-IS                        1\n    deprecated types             1\n    other types                  1\n"
+       "    GEO_PEER_TABLE               1\n    deprecated subtypes          1\n    other subtypes               1\n"
        "    state changes                3\n    OPEN                         1\n    NOTIFICATION                 1\n"
        "    KEEPALIVE                    2\n    ROUTE-REFRESH                1\n    other messages               1\n"},
       {"bgpcomm summary --json --total $SOME $USUAL | grep -o '\"\\(wrong.*\\|skipped\\|keep.*\\)\": [0-9]*' | tr -d '\"'",
@@ -161,7 +162,7 @@ TEST_F(Tool, SaysWhatItPassesOver) {
       {"bgpcomm summary --json $SOME | sed -n '/malformed\"/,/otherMessage/p;/otherMessage/q' | tr -d ' \n'",
        R"("malformed":1,"malformedBy":{"attrLength":1},"firstMalformed":"record17,octet519:LargeCommunityattribute,)"
        R"-(offset0:1octet,expectedavalueof12(type32,length1,octet7ofthepath'sattributes)","wrongFlags":1,"skipped":16,)-"
-       R"("skippedBy":{"ospf":1,"isis":1,"oldType":1,"otherType":1,"geoPeerTable":1,"oldSubtype":1,"otherSubtype":1,)"
+       R"("skippedBy":{"ospf":1,"isis":1,"deprecatedType":1,"otherType":1,"geoPeerTable":1,"deprecatedSubtype":1,"otherSubtype":1,)"
        R"("stateChange":3,"open":1,"notification":1,"keepalive":2,"routeRefresh":1,"otherMessage":1)"},
       // clang-format on
   });

@@ -57,10 +57,10 @@ struct SkippedName {
 inline constexpr std::array<SkippedName, skippedSorts> skippedNames = {{
     {"ospf", "OSPF"},
     {"isis", "IS-IS"},
-    {"oldType", "old types"},
+    {"deprecatedType", "deprecated types"},
     {"otherType", "other types"},
     {"geoPeerTable", "GEO_PEER_TABLE"},
-    {"oldSubtype", "old subtypes"},
+    {"deprecatedSubtype", "deprecated subtypes"},
     {"otherSubtype", "other subtypes"},
     {"stateChange", "state changes"},
     {"open", "OPEN"},

@@ -22,8 +22,10 @@ std::string padded(std::string_view text, int width) {
   return out;
 }
 
+/// A label that is too long takes of the value's column.
 std::string line(std::string_view label, std::string_view value) {
-  return "  " + padded(label, -labelWidth) + padded(value, columnWidth);
+  const int width = std::max(labelWidth, int(label.size()));
+  return "  " + padded(label, -width) + padded(value, labelWidth + columnWidth - width);
 }
 
 std::string decimal(double value, int digits) {
