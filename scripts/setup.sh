@@ -26,11 +26,14 @@ packages_for() {
   esac
 }
 
-# What a package is there for: a command, a header, a Python module or a file.
+# The sign that a package is there: a command, a header, a Python module, a file, or a compiler that can
+# link with these options.
 sign_of() {
+  local compiler=${CXX:-c++}
   case $1 in
     ninja-build) echo ninja ;;
-    g++) echo "${CXX:-c++}" ;;
+    g++) echo "${compiler%% *}" ;;
+    g++-multilib) echo links "$compiler" -m32 ;;
     libcli11-dev) echo CLI/CLI.hpp ;;
     nlohmann-json3-dev) echo nlohmann/json.hpp ;;
     zlib1g-dev) echo zlib.h ;;
@@ -50,6 +53,7 @@ sign_of() {
     graphviz) echo dot ;;
     dpkg-dev) echo dpkg-shlibdeps ;;
     clang-14) echo clang++-14 ;;
+    libclang-rt-14-dev) echo links clang++-14 -fsanitize=address ;;
     llvm-14) echo llvm-symbolizer-14 ;;
     munge) echo munged ;;
     slurm-wlm) echo slurmctld ;;
@@ -65,6 +69,7 @@ there() {
   case $sign in
     /*) [[ -e $sign ]] ;;
     module\ *) python3 -c "import ${sign#* }" 2>/dev/null ;;
+    links\ *) ${sign#* } -x c++ -o /dev/null - <<<'int main() {}' 2>/dev/null ;;
     *.h | *.hpp)
       IFS=: read -ra prefixes <<<"${CMAKE_PREFIX_PATH:-}:/usr/local:/usr"
       for prefix in "${prefixes[@]}"; do
@@ -129,7 +134,8 @@ install() {
 
 # need PURPOSE... [-- PURPOSE...]: installs what these purposes lack, and says so first; silent when they
 # lack nothing. Ends the command where something is still lacking: with 77 if this system's packages do
-# not have it, else with 1. What purposes after `--` lack is done without.
+# not have it, or if it was asked for before in vain; else with 1. The lacks of purposes after `--` end
+# nothing.
 need() {
   local purpose package missing=() must=() lacking=() must_have=1
   for purpose; do
@@ -150,7 +156,10 @@ need() {
   fi
   skip_unknown "${must[@]}"
   for package in "${must[@]}"; do
-    if ! there "$package"; then exit 1; fi
+    if there "$package"; then continue; fi
+    if [[ " ${missing[*]} " == *" $package "* ]]; then exit 1; fi # said above
+    echo "skipped: needs $package" >&2
+    exit 77
   done
   for package in "${missing[@]}"; do
     if ! there "$package"; then lacking+=("$package"); fi
