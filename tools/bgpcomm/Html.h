@@ -58,7 +58,6 @@ class HtmlTable {
   HtmlTable(std::string_view label, std::vector<Column> columns, std::size_t descending = unsorted);
   /// REQUIRES: as many cells as columns.
   void add(const std::vector<Html>& cells);
-  bool empty() const { return rows_.empty(); }
   /// A line that there is nothing, when it has no rows.
   Html html() const;
 

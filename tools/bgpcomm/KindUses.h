@@ -15,7 +15,7 @@
 
 namespace bgpcomm {
 
-/// A kind, or a type and subtype that nobody assigned.
+/// A kind, or a type and subtype that is not in the table of kinds.
 struct KindUse {
   std::string type;  ///< and subtype, in hex: `06/00`; empty of values that have none
   const Routing::Bgp::Kind* kind = nullptr;  ///< null when no row describes it

@@ -41,7 +41,7 @@ std::string meaningOf(const ValueUse& value) {
   if (!value.description.empty()) return value.description;
   const auto known = std::ranges::find(wellKnown, value.kind, &Meaning::identifier);
   if (known != std::end(wellKnown)) return std::string(known->text);
-  if (value.kind == "unknown") return "Nobody has assigned its type and subtype";
+  if (value.kind == "unknown") return "Not in the table of kinds";
   const auto& kinds = textStyle().kinds;
   const Kind* const kind = (kinds ? *kinds : KindTable::builtIn()).find(value.kind);
   if (!kind) return definedBy(value);

@@ -1,4 +1,4 @@
-// What the paths of each peer carry.
+// Each peer's paths, and the lists that they carry.
 //
 //   PeerUses peers;
 //   peers.startPath(path.peer);
@@ -36,7 +36,6 @@ class PeerUses {
   void addList(std::size_t type, U32 list);
   void addFaults(const FaultCounts& faults) { uses_[current_].malformed += faults.total(); }
 
-  std::size_t size() const { return uses_.size(); }
   /// The most paths first, equals by AS number and address.
   std::vector<PeerUse> sorted() const;
 

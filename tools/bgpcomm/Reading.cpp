@@ -12,6 +12,9 @@
 namespace bgpcomm {
 namespace {
 
+/// Short enough that a string of it allocates nothing.
+constexpr char outOfMemoryText[] = "out of memory";
+
 /// As `positionText`, without allocating.
 std::array<char, 64> positionCharacters(Position position) {
   std::array<char, 64> text;
@@ -62,10 +65,13 @@ FileReading::FileReading(const std::string& file, ReadOptions options)
     });
   } catch (const std::system_error& error) {
     // Memory for a thread is missing, most often for its stack.
-    if (error.code() == std::errc::resource_unavailable_try_again)
+    if (error.code() == std::errc::resource_unavailable_try_again) {
+      result_.failure = outOfMemoryText;
       printOutOfMemory(" for a thread");
-    else
-      printError(shownFile(file), ": ", error.code().message());
+    } else {
+      result_.failure = error.code().message();
+      printError(shownFile(file), ": ", result_.failure);
+    }
     result_.failed = result_.unopened = true;
   }
 }
@@ -98,6 +104,7 @@ Position FileReading::position() const { return opened_->reader.position(); }
 void FileReading::outOfMemory() {
   printOutOfMemory(positionCharacters(position()).data());
   countRecords();
+  result_.failure = outOfMemoryText;
   result_.failed = true;
 }
 
@@ -132,10 +139,10 @@ void FileReading::reportEnd() {
   const auto& failure = opened_->input.failure();
   const std::string where = positionText(position());
   const std::string reason = truncation ? truncation->text() : "";
-  if (failure)
-    printError(shownFile(file_), ": ", failure->text, where);
-  else if (truncation)
-    printError(shownFile(file_), ": ", reason, where);
+  if (truncation || failure) {
+    result_.failure = (failure ? failure->text : reason) + where;
+    printError(shownFile(file_), ": ", result_.failure);
+  }
   // In the order of their numbers: the first counts as the file's first.
   if (truncation) countOutside(Fault::truncatedRecord, position(), reason, true);
   if (failure && failure->compression)

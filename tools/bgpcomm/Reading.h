@@ -34,6 +34,8 @@ struct ReadResult {
   bool failed = false;
   /// Could not even be opened: there is nothing to report of it.
   bool unopened = false;
+  /// For people, as its error line says it: why it failed.
+  std::string failure;
 };
 
 /// ` (record N, octet M): what is wrong`

@@ -21,16 +21,17 @@ int runReport(const Options& options) {
   ReportFigures report;
   report.top = options.top;
   report.total.file = totalName;
-  bool good = true;
+  bool good = true, any = false;
   for (const std::string& file : options.files) {
     FileFigures figures;
     const ReadResult result = readInto(file, lists, figures, &peers);
+    reportPassedOver(file, result);
     good = good && !result.failed;
-    if (result.unopened) continue;
+    any = any || !result.unopened;
     report.total.add(figures);
     report.files.push_back(std::move(figures));
   }
-  if (report.files.empty()) return exitBadData;  // nothing that would be worth a page
+  if (!any) return exitBadData;  // nothing that would be worth a page
   good = takeFigures(lists, options.top, report.total) && good;
   for (std::size_t type = 0; type < listTypeCount; ++type)
     report.details.push_back(lists[type].details());
@@ -51,15 +52,19 @@ void addReport(CLI::App& app, int& exitCode) {
        "route-target sets, peers, what is malformed; of all files together. The page\n"
        "needs nothing besides: no network, no script but to sort its tables. It takes\n"
        "the place of a page or an empty file of its name, once it is complete; no other\n"
-       "file is replaced. Exit code 1 when a file cannot be read to its end; what was\n"
-       "read is in the page.\n\n"
+       "file is replaced. Exit code 1 when a file cannot be read to its end; the page\n"
+       "says why, and has what was read.\n\n"
        "Example: bgpcomm report rib.bz2 -o report.html"},
       exitCode, runReport);
   addFiles(command, options.files);
   command.add_option("-o,--output", options.output, "The page to write; - is standard output")
       ->required()
       ->option_text("PAGE");
-  addMostUsedOption(command, options.top);
+  command
+      .add_option("--top", options.top,
+                  "At most so many of the most used values of each\ntype, and of route-target sets "
+                  "(default 10;\n0: all)")
+      ->option_text("N");
   addTextOptions(command);
 }
 

@@ -8,6 +8,7 @@
 #include "Html.h"
 #include "Meanings.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -17,7 +18,7 @@ constexpr HtmlTable::Form text = HtmlTable::text, code = HtmlTable::code,
                           number = HtmlTable::number;
 constexpr std::size_t mostBars = 10;
 
-/// What stands in the template's places.
+/// The markup for the template's places, by their names.
 using Parts = std::map<std::string, Html, std::less<>>;
 
 Html decimal(double value, int digits, const char* behind = "") {
@@ -32,11 +33,6 @@ Html share(U64 part, U64 whole) {
 
 Html optionalNumber(const std::optional<U64>& value) {
   return value ? Html::number(*value) : Html("?");
-}
-
-/// `3 paths`
-std::string counted(U64 count, const std::string& what) {
-  return grouped(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 /// The first bars, of things that stand in order.
@@ -106,13 +102,20 @@ class Page {
     note("lists", "for " + counted(attributes, "attribute"));
     parts_["values"] = valuesKnown ? Html::number(values) : Html("?");
     note("values", "carried " + counted(communities, "time"));
-    parts_["saved"] = decimal(timesSaved(unshared, shared), 1, "×");
+    parts_["saved"] = lists ? decimal(timesSaved(unshared, shared), 1, "×") : Html("-");
     parts_["saved-class"] = unshared > shared ? Html(" class=\"good\"") : Html();
-    note("saved", counted(shared, "octet") + " instead of " + grouped(unshared));
+    note("saved", lists ? counted(shared, "octet") + " instead of " + grouped(unshared)
+                        : "there are no lists");
     parts_["malformed"] = Html::number(total_.faults.total());
     parts_["malformed-class"] = total_.faults.total() ? Html(" class=\"bad\"") : Html();
-    note("malformed",
-         total_.faults.total() ? "records and attributes passed over" : "all was read");
+    std::string malformed =
+        total_.faults.total() ? "records and attributes, left out" : "no record or attribute is";
+    if (const U64 skipped = total(total_.skipped))
+      malformed += "; " + counted(skipped, "record") + " skipped";
+    if (const auto failed = std::ranges::count_if(
+            figures_.files, [](const FileFigures& file) { return !file.failure.empty(); }))
+      malformed += "; " + counted(U64(failed), "file") + " not read to the end";
+    note("malformed", malformed);
   }
 
   void addSharing() {
@@ -166,8 +169,10 @@ class Page {
                  share(value->uses, total_.paths), Html::text(meaningOf(*value)),
                  Html::text(value->kind), Html::text(type), Html::text(value->octets)});
     parts_["communities-note"] =
-        figures_.top ? Html::text("At most the " + grouped(figures_.top) + " of each list type.")
-                     : Html("All of each list type.");
+        figures_.top == 0 ? Html("All of each list type.")
+        : figures_.top == 1
+            ? Html("The most used one of each list type.")
+            : Html::text("The " + grouped(figures_.top) + " most used of each list type, at most.");
     add("communities", "Paths by community",
         barsOf(uses,
                [](const Use& use) {
@@ -182,7 +187,7 @@ class Page {
       std::string_view type;
       std::string_view title() const {
         if (!use.kind) return {};
-        return use.kind->identifier.empty() ? "Any without a name" : use.kind->name;
+        return use.kind->identifier.empty() ? "Defined by the AS that it names" : use.kind->name;
       }
       std::string name() const {
         if (!use.kind) return "unknown " + use.type;
@@ -292,7 +297,8 @@ class Page {
       if (const U64 count = total_.faults[Fault(i)])
         table.add({Html::text(faultNames[i]), Html::number(count), Html::text(reasons[i])});
     parts_["malformed-table"] = table.html();
-    HtmlTable passed("Passed over, or read on with", {{"What"}, {"Times", number}});
+    HtmlTable passed("Skipped records, and wrong flags",
+                     {{"Records or attributes"}, {"Times", number}});
     if (total_.wrongFlags)
       passed.add({"community attributes with wrong flags", Html::number(total_.wrongFlags)});
     for (std::size_t i = 0; i < skippedSorts; ++i)
@@ -307,11 +313,13 @@ class Page {
                               {"Paths", number},
                               {"Malformed", number},
                               {"First malformed", text},
+                              {"Why not read to its end", text},
                               {"Seconds to read", number}});
     for (const FileFigures& file : figures_.files)
       table.add({Html::text(shownFile(file.file)), Html::number(file.records),
                  Html::number(file.paths), Html::number(file.faults.total()),
-                 Html::text(file.firstMalformed()), decimal(file.seconds, 3)});
+                 Html::text(file.firstMalformed()), Html::text(file.failure),
+                 decimal(file.seconds, 3)});
     parts_["files-table"] = table.html();
   }
 

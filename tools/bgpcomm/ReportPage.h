@@ -9,7 +9,7 @@
 namespace bgpcomm {
 
 struct ReportFigures {
-  std::vector<FileFigures> files;  ///< without figures of their lists
+  std::vector<FileFigures> files;  ///< without figures of their lists; unopened ones too
   FileFigures total;
   std::vector<ListDetails> details;  ///< of each of the types of `total`
   std::vector<PeerUse> peers;

@@ -83,6 +83,7 @@ ReadResult readInto(const std::string& file, const FileLists& lists, FileFigures
   figures.skipped = result.skipped;
   figures.faults = result.faults;
   if (result.firstFault) figures.firstFault = textOf(*result.firstFault);
+  figures.failure = result.failure;
   figures.wrongFlags = result.wrongFlags;
   figures.seconds = elapsed.count();
   return result;

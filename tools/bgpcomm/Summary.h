@@ -19,6 +19,8 @@ struct FileFigures {
   FaultCounts faults;
   /// ` (record N, octet M): what is wrong`; empty when nothing is malformed.
   std::string firstFault;
+  /// Why the file was not read to its end; empty when it was.
+  std::string failure;
   U64 wrongFlags = 0;
   double seconds = 0;
   struct OfType {
