@@ -154,9 +154,10 @@ bool RecordReader::take(Record& record, std::size_t size) {
 }
 
 std::string RecordReader::Truncation::text() const {
-  if (!foreignType)
-    return "ends inside a record, " + std::to_string(there) + " of " + std::to_string(wanted) +
-           " octets";
+  const std::string octets = std::to_string(there) + " of " + std::to_string(wanted) + " octets";
+  if (offset == 0 && there < recordHeaderSize)
+    return "not an MRT file, or cut short: " + octets + " of a header";
+  if (!foreignType) return "ends inside a record, " + octets;
   const bool isText = std::isprint(*foreignType >> 8) && std::isprint(*foreignType & 0xff);
   return "not an MRT file: its first record would be of type " + std::to_string(*foreignType) +
          (isText ? "; a text file?" : "");
@@ -341,8 +342,10 @@ bool PathCutter::startMessage() {
   path_.withdrawn = body.take(body.u16());
   path_.attributes = body.take(body.u16());
   path_.nlri = body.left();
-  ready_ = body && (updates_ == Updates::all || !path_.attributes.empty());
-  return bool(body);
+  if (!body) return false;
+  if (path_.attributes.empty() && updates_ != Updates::all) return skip(Skipped::noAttributes);
+  ready_ = true;
+  return true;
 }
 
 const Path* PathReader::next() {
@@ -355,6 +358,7 @@ const Path* PathReader::next() {
     const std::optional<Record> record = records_.next();
     cutter_.start(record.value_or(Record{}));
     if (!record) return nullptr;
+    if (onRecord_) onRecord_();
     if (const auto& skipped = cutter_.skipped()) ++skipped_[std::size_t(*skipped)];
   }
 }

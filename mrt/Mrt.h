@@ -6,7 +6,8 @@
 //   if (input.failure() || reader.truncation() || reader.badRecords()) ...
 //
 // 1. Understood are TABLE_DUMP, TABLE_DUMP_V2, BGP4MP and BGP4MP_ET. Records that are passed over,
-//    being of another type or no route's, are counted by what they are: `Skipped`.
+//    being of another type or no route's, are counted by what they are: `Skipped`. Changes of
+//    state that are passed over count, whole or cut short.
 // 2. A record whose fields do not fit into it is bad: the paths before the fault are delivered, the
 //    record is counted, and reading goes on with the next. The file's end inside a record, and
 //    damaged compressed data, end the reading.
@@ -152,17 +153,20 @@ enum class Skipped : U8 {
   deprecatedType,     ///< types 0 to 10 (RFC 6396, appendix B); some hold routes
   otherType,          ///< types without a meaning
   geoPeerTable,       ///< where the peers of a TABLE_DUMP_V2 are (RFC 6397)
-  deprecatedSubtype,  ///< BGP4MP_ENTRY and BGP4MP_SNAPSHOT, which hold tables
+  deprecatedSubtype,  ///< BGP4MP_ENTRY, BGP4MP_SNAPSHOT: a table's entry, a table's file
   otherSubtype,       ///< of a type that is read, without a meaning
-  /// Changes of state. With `PathCutter::Updates::all` only those that are of no known peer.
+  /// Changes of state, whole or cut short. With `PathCutter::Updates::all` only those that are cut
+  /// short or of no known peer.
   stateChange,
   open,          ///< messages of this type
   notification,  ///< the same
   keepalive,     ///< the same
   routeRefresh,  ///< the same (RFC 2918)
   otherMessage,  ///< of a type without a meaning
+  /// UPDATEs without attributes: withdrawals of IPv4, End-of-RIB. Paths with `Updates::all`.
+  noAttributes,
 };
-inline constexpr std::size_t skippedSorts = std::size_t(Skipped::otherMessage) + 1;
+inline constexpr std::size_t skippedSorts = std::size_t(Skipped::noAttributes) + 1;
 /// How many there are of each.
 using SkippedCounts = std::array<U64, skippedSorts>;
 
@@ -196,7 +200,7 @@ class PathCutter {
   /// Whether a field does not fit into the record, or the record is too long. Known once `next` has
   /// returned null.
   bool bad() const { return bad_; }
-  /// What the record is, if such are passed over. Known once it is started.
+  /// The record's sort, if it is passed over. Known once it is started.
   const std::optional<Skipped>& skipped() const { return skipped_; }
 
   /// Calls `visit(path)` for each path of the record. False when the record is bad.
@@ -246,11 +250,15 @@ class PathReader {
   using Updates = PathCutter::Updates;
 
   /// Calls `onBadRecord` with the position of each record whose fields do not fit, or that is too
-  /// long.
+  /// long, and `onRecord` whenever a record has been read.
   /// REQUIRES: `input` lives as long as the reader.
   explicit PathReader(Input& input, Updates updates = Updates::withAttributes,
-                      std::function<void(Position)> onBadRecord = {})
-      : records_(input), cutter_(updates), onBadRecord_(std::move(onBadRecord)) {}
+                      std::function<void(Position)> onBadRecord = {},
+                      std::function<void()> onRecord = {})
+      : records_(input),
+        cutter_(updates),
+        onBadRecord_(std::move(onBadRecord)),
+        onRecord_(std::move(onRecord)) {}
 
   /// The next path, valid until the next call; null at the end of the file, and where the file
   /// cannot be read on: `truncation` and the input's `failure` say why.
@@ -265,8 +273,7 @@ class PathReader {
   U64 badRecords() const { return badRecords_; }
   /// The position of the first of them.
   const std::optional<Position>& firstBadRecord() const { return firstBadRecord_; }
-  /// Records so far that are passed over. Bad ones are not among them, nor UPDATEs that are no
-  /// paths, having no attributes.
+  /// Records so far that are passed over. Bad ones are not among them.
   const SkippedCounts& skipped() const { return skipped_; }
   /// As of `RecordReader`.
   const std::optional<RecordReader::Truncation>& truncation() const {
@@ -277,6 +284,7 @@ class PathReader {
   RecordReader records_;
   PathCutter cutter_;
   const std::function<void(Position)> onBadRecord_;
+  const std::function<void()> onRecord_;
   U64 badRecords_ = 0;
   std::optional<Position> firstBadRecord_;
   SkippedCounts skipped_{};

@@ -149,7 +149,8 @@ TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
     for (const std::string& command :
          {"summary" + explain + sample, "top" + sample, "top --by list --limit 9" + sample,
           "values" + sample, "paths --group-by value" + explain + sample,
-          "paths --limit 50" + explain + sample,
+          "paths --limit 50" + sample, std::string("faults samples/updates.thursday.mrt"),
+          std::string("watch-rt samples/updates.thursday.mrt"),
           "diff" + explain + "samples/updates.wednesday.mrt samples/updates.thursday.mrt",
           std::string("kinds mac-mobility"), "spread 13.5.21.0/24" + sample,
           "lint --without route-target" + sample, "decode 0xfc580064" + explain}) {
@@ -169,9 +170,9 @@ TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
 }
 
 TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
-  Bytes paths;
-  while (paths.size() < 600'000) paths += onePath_;
-  const NamedFile file("PATHS", paths);
+  Bytes withdrawals;
+  while (withdrawals.size() < 600'000) withdrawals += messageRecord(update("", "", octets("00")));
+  const NamedFile file("WITHDRAWALS", withdrawals);
   std::string faces;
   for (int i = 0; i < 40; ++i) faces += "\U0001f600";
   const std::pair<int, std::string> cases[] = {{SIGTERM, std::string(99, 'a')}, {SIGHUP, faces}};
@@ -180,7 +181,7 @@ TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
     Screen screen;
     FILE* const script = ::popen(
         "exec 2>&-; mkfifo $PIPE\n"
-        "(cat $PATHS; sleep 0.2; cat $PATHS; exec sleep 9) >$PIPE &"
+        "(cat $WITHDRAWALS; sleep 0.2; cat $WITHDRAWALS; exec sleep 9) >$PIPE &"
         "\"$BGPCOMM\" summary $PIPE >/dev/null 2>$SCREEN & echo $!\n"
         "wait $!; echo $?; rm $PIPE",
         "r");

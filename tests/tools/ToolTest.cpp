@@ -97,6 +97,8 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "standard input: ends inside a record, 6 of 12 octets (record 4, octet 210)"},
       {"bgpcomm verify - <README.md | cut -c1-23", "standard input: 0 lists\n", 0,
        "standard input: not an MRT file: its first record would be of type 16999; a text file? (record 1, octet 0)"},
+      {"printf hello | bgpcomm paths -", "", 1,
+       "standard input: not an MRT file, or cut short: 5 of 12 octets of a header (record 1, octet 0)"},
       {"head -c 4000 /proc/self/exe | bgpcomm paths -", "", 1,
        "standard input: not an MRT file: its first record would be of type 513 (record 2, octet 12)"},
       {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
@@ -140,11 +142,11 @@ TEST_F(Tool, SaysWhatItPassesOver) {
       "OSPF 1, IS-IS 1, deprecated types 1, other types 1, GEO_PEER_TABLE 1, deprecated subtypes "
       "1, "
       "other subtypes 1, state changes 3, OPEN 1, NOTIFICATION 1, KEEPALIVE 2, ROUTE-REFRESH 1, "
-      "other messages 1, announcing nothing 1";
+      "other messages 1, no attributes 1";
   const std::string hint = bad + ": no paths in 18 records: " + words;
   expectRuns({
       // clang-format off
-      {"bgpcomm paths $NONE", "", 0, hint}, 
+      {"bgpcomm paths $NONE", "", 0, hint},
       {"bgpcomm watch-rt $STATES", "", 0, states.name() + ": no paths in 2 records: OSPF 1, state changes 1"},
       {"bgpcomm paths $USUAL | cut -f4; bgpcomm summary $USUAL | grep -A1 skipped", "65000:100\n"
        "  skipped                        1\n    KEEPALIVE                    1\n"},
@@ -199,7 +201,9 @@ TEST_F(Tool, KnowsAllFourListTypes) {
       {"bgpcomm watch-rt $KINDS 2>&- | sed 's/^2023-11-14T22:13:20Z\t//'", '+' + two + '+' + four + '-' + two + '-' + four},
       {"bgpcomm summary $KINDS $FILE >$STORE.a; bgpcomm save $KINDS $FILE --to $STORE\n"
        "bgpcomm restore $STORE | diff - $STORE.a | grep '^[<>]' | grep -v 'octets, sh\\|saved\\|seconds'\n"
-       "rm $STORE.a", ""},
+       "rm $STORE.a", "", 0, kinds_.name() + ": 1 malformed, the first linkBandwidth (record 4, octet 264): "
+       "Extended Community attribute, offset 8: a second link bandwidth, expected at most one (type 16, length 16, "
+       "octet 0 of the path's attributes)"},
       {"bgpcomm summary --json $KINDS | tr -d ' \\n' | grep -o 'distinctR[^}]*' | head -1",
        R"(distinctRouteTargetSets":2,"types":{"00/02":1,"02/02":1,"03/0b":1)" "\n"},
       {"bgpcomm paths --text policy $KINDS 2>&- | head -1 | cut -f4",

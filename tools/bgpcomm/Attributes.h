@@ -13,8 +13,9 @@ namespace bgpcomm {
 struct CommunityValues : std::array<Octets, listTypeCount> {
   std::array<bool, listTypeCount> malformed{};
   FaultCounts faults;
-  /// Attributes that are not optional and transitive. RFC 7606 keeps these apart from malformed
-  /// ones (section 3 c), and their values are read.
+  /// Attributes that are not optional and transitive. BGP speakers withdraw such routes (RFC 7606,
+  /// section 3 c); here they are counted apart from malformed ones, and their values are read
+  /// unless they are malformed, too.
   U64 wrongFlags = 0;
 };
 

@@ -76,7 +76,8 @@ class Differences {
   void printTotals() {
     if (options_.json) return print(totalsJson());
     for (const Change change : {gone, come, changed}) addTotal(change, "path", paths_[change]);
-    print(totals_ + grouped(samePaths_) + "\tsame\tpath\n");
+    totals_.push_back(grouped(samePaths_) + "\tsame\tpath");
+    std::ranges::for_each(totals_, printFields);
   }
 
  private:
@@ -140,14 +141,14 @@ class Differences {
   }
   void addTotal(Change change, const std::string& what, U64 count) {
     if (count)
-      totals_ += grouped(count) + '\t' + std::string(changeWords[change]) + '\t' + what + '\n';
+      totals_.push_back(grouped(count) + '\t' + std::string(changeWords[change]) + '\t' + what);
   }
 
   const CommunityTables& tables_;
   const Options& options_;
   U64 paths_[3] = {}, samePaths_ = 0;
   U64 items_[std::size(diffPartWords)][2] = {};  // gone and come, of all list types
-  std::string totals_;
+  std::vector<std::string> totals_;
 };
 
 int runDiff(const Options& options) {
@@ -173,7 +174,8 @@ void addDiff(CLI::App& app, int& exitCode) {
        "has, and for each path that only one has or whose communities changed: - or +\n"
        "or *, what it is, its text; of a path the peer, the prefix, and its communities\n"
        "before and after. Then how many there are of each. Of updates, what they leave\n"
-       "counts. Fields are separated by tabs.\n\n"
+       "counts. Fields are separated by tabs, on a terminal by\n"
+       "blanks.\n\n"
        "Example: bgpcomm diff rib.monday.bz2 rib.tuesday.bz2"},
       exitCode, runDiff);
   command.add_option("BEFORE", options.before, "MRT dump: plain, gz, bz2, xz or zst")

@@ -9,6 +9,7 @@
 #include "PathText.h"
 #include "Reading.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -62,14 +63,16 @@ class FaultPrinter {
       if (countedAs(fault) == Fault::linkBandwidth) values.faults.add(Fault::linkBandwidth);
       if (!isShown(fault.reason)) continue;
       const MarkedOctets octets = markedOctets(path.attributes, fault);
-      bgpcomm::print(options_.json ? jsonLine(path, position, fault, octets)
-                                   : textLine(path, position, fault, octets));
+      if (options_.json)
+        bgpcomm::print(jsonLine(path, position, fault, octets));
+      else
+        printFields(textLine(path, position, fault, octets));
     }
   }
   /// The same of a fault that is of no path.
   void print(Fault fault, Position position, const std::string& reason) const {
     if (!options_.json)
-      return bgpcomm::print("-\t-\t-\t-\t" + place(position) + "\t-\t" + visible(reason) + "\t-\n");
+      return printFields("-\t-\t-\t-\t" + place(position) + "\t-\t" + visible(reason) + "\t-");
     nlohmann::ordered_json object = {{"time", nullptr},
                                      {"peer", nullptr},
                                      {"peerAs", nullptr},
@@ -97,7 +100,7 @@ class FaultPrinter {
     return timeText(path) + '\t' + peerText(path.peer) + '\t' +
            prefixesText(PrefixReader::announced(path), filter_) + '\t' + attributeText(fault) +
            '\t' + place(position) + '\t' + std::to_string(fault.offset) + '\t' +
-           std::string(fault.toStrep()) + '\t' + octets.text() + '\n';
+           std::string(fault.toStrep()) + '\t' + octets.text();
   }
   std::string jsonLine(const Path& path, Position position, const PathFault& fault,
                        const MarkedOctets& octets) const {
@@ -169,9 +172,10 @@ void addFaults(CLI::App& app, int& exitCode) {
   const auto [command, options] = addCommand(
       app,
       {"faults", "Print every malformed attribute and record",
-       "Fields are separated by tabs: time, peer, prefixes, number of the attribute,\n"
-       "file, number of the record, its octet in the file, the attribute's octet among\n"
-       "the path's attributes, reason, the attribute in hex with > where the fault is.\n"
+       "Fields are separated by tabs, on a terminal by blanks: time, peer, prefixes,\n"
+       "number of the attribute, file, number of the record, its octet in the file, the\n"
+       "attribute's octet among the path's attributes, reason, the attribute in hex with\n"
+       "> where the fault is.\n"
        "Records that are bad or cut short have a line too, whatever paths are asked for,\n"
        "with - for what is not known. As many lines as summary counts malformed; with\n"
        "--flags also as many as it counts wrong flags, which are none of these. Exit\n"

@@ -49,7 +49,7 @@ class FaultCounts {
   std::array<U64, faultNames.size()> counts_{};
 };
 
-/// How JSON and people call records that are passed over.
+/// The names of records that are passed over, in JSON and for people.
 struct SkippedName {
   std::string_view key, words;
 };
@@ -68,6 +68,7 @@ inline constexpr std::array<SkippedName, skippedSorts> skippedNames = {{
     {"keepalive", "KEEPALIVE"},
     {"routeRefresh", "ROUTE-REFRESH"},
     {"otherMessage", "other messages"},
+    {"noAttributes", "no attributes"},
 }};
 inline U64 total(const SkippedCounts& skipped) {
   return std::accumulate(skipped.begin(), skipped.end(), U64{0});

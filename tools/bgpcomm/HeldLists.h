@@ -49,7 +49,7 @@ struct RouteTargetSet {
   U64 paths = 0;  ///< that carry one of these lists
 };
 
-/// What it takes longer to say of all that is held.
+/// Figures of all lists together, which take longer.
 struct ListDetails {
   std::vector<KindUse> kinds;
   std::vector<RouteTargetSet> routeTargetSets;  ///< the most used first

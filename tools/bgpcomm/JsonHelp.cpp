@@ -46,7 +46,7 @@ class Keys {
   void walk(const Json& part, std::size_t level) {
     if (const Json* const items = member(part, "items")) return walk(*items, level);
     const Json* const properties = member(part, "properties");
-    // What several keys have is told once.
+    // Keys that several others have are told once.
     if (!properties || std::ranges::find(walked_, properties) != walked_.end()) return;
     walked_.push_back(properties);
     for (const auto& [key, its] : properties->items()) {
@@ -69,36 +69,35 @@ std::string wordsOf(const Json& values) {
   return text;
 }
 
-std::string lines(std::string first, std::string_view text, std::size_t margin) {
-  std::string all;
-  for (const std::string& line : wrapped(text, columnsBehind(margin))) {
-    all.append(first).append(line).append("\n");
-    first.assign(margin, ' ');
-  }
-  if (all.empty()) all = first.substr(0, first.find_last_not_of(' ') + 1) + '\n';
-  return all;
-}
-
 }  // namespace
 
-std::string jsonKeys(const std::string& command) {
+std::optional<JsonKeys> explainedKeys(const std::string& command) {
   const Json schema = schemaOf(command);
-  if (schema.is_null()) return "";
-  std::string text = lines("", schema["title"].get<std::string>(), 0) + '\n' +
-                     lines("", schema["description"].get<std::string>(), 0) + '\n';
+  if (schema.is_null()) return {};
+  JsonKeys all{schema["title"].get<std::string>(), schema["description"].get<std::string>(), {}};
   const Keys::Use add = [&](const std::string& key, const Json& its, std::size_t level) {
-    constexpr std::size_t margin = 30;
     const Keys keys(schema, add);
     std::string says;
     if (const Json* const described = keys.member(its, "description"))
       says = described->get<std::string>();
     if (const Json* const values = keys.member(its, "enum"))
       says += (says.empty() ? "" : " One of ") + wordsOf(*values) + '.';
-    std::string first = std::string(2 + 2 * level, ' ') + key + "  ";
-    first.resize(std::max(first.size(), margin), ' ');
-    text += lines(first, says, margin);
+    all.keys.push_back({level, key, std::move(says)});
   };
   Keys(schema, add).walk();
+  return all;
+}
+
+std::string jsonKeys(const std::string& command) {
+  const auto all = explainedKeys(command);
+  if (!all) return "";
+  std::string text = broken("", all->title, 0) + '\n' + broken("", all->description, 0) + '\n';
+  for (const auto& [level, key, says] : all->keys) {
+    constexpr std::size_t margin = 30;
+    std::string first = std::string(2 + 2 * level, ' ') + key + "  ";
+    first.resize(std::max(first.size(), margin), ' ');
+    text += broken(first, says, margin);
+  }
   return text;
 }
 

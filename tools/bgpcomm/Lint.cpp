@@ -37,13 +37,6 @@ U32 readRules(const char* option, const std::vector<std::string>& names) {
 
 std::string peerText(const std::string& key) { return bgpcomm::peerText(peerOfKey(key)); }
 
-void printWrapped(const std::string& text, std::string before, const std::string& others) {
-  for (const std::string& line : wrapped(text, columnsBehind(others.size()))) {
-    print(before + line + '\n');
-    before = others;
-  }
-}
-
 std::string reasonOf(const LintRule& rule) {
   return std::string(rule.reason) + " (" + std::string(rule.reference) + ").";
 }
@@ -51,14 +44,14 @@ std::string reasonOf(const LintRule& rule) {
 void listRules() {
   for (const LintRule& rule : lintRules()) {
     print(std::string(rule.name) + '\n');
-    printWrapped(reasonOf(rule), "  ", "  ");
+    print(broken("  ", reasonOf(rule), 2));
   }
 }
 
 void printText(const LintFindings::OfRule& one, const Options& options) {
   print('\n' + std::string(one.rule->name) + ": " + counted(one.paths, "path") + " of " +
         counted(one.peers.size(), "peer") + ", found " + counted(one.found, "time") + '\n');
-  printWrapped(reasonOf(*one.rule), "  ", "  ");
+  print(broken("  ", reasonOf(*one.rule), 2));
   const auto shown =
       options.peers ? std::min<U64>(options.peers, one.peers.size()) : one.peers.size();
   const auto printPeers = [](U64 paths, const std::string& text) {
@@ -73,8 +66,8 @@ void printText(const LintFindings::OfRule& one, const Options& options) {
   }
   if (left > 0) printPeers(left, "of " + counted(one.peers.size() - shown, "more peer"));
   for (const LintFindings::Example& example : one.examples)
-    printWrapped(example.what + " on " + example.prefix + " from " + peerText(example.peer), "  ",
-                 "    ");
+    print(broken("  ", example.what + " on " + example.prefix + " from " + peerText(example.peer),
+                 4));
 }
 
 using Json = nlohmann::ordered_json;

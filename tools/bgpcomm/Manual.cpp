@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "Commands.h"
+#include "JsonHelp.h"
 #include "Terminal.h"
 
 namespace bgpcomm {
@@ -93,6 +94,22 @@ std::string synopsis(CLI::App& program, CLI::App& command) {
   return text + '\n';
 }
 
+void printKeys(const std::string& command) {
+  const auto json = explainedKeys(command);
+  if (!json) return;
+  print(".SS " + plain(json->title) + '\n' + plain(json->description) + '\n');
+  std::size_t level = 0;
+  const auto goTo = [&level](std::size_t wanted) {
+    for (; level < wanted; ++level) print(".RS\n");
+    for (; level > wanted; --level) print(".RE\n");
+  };
+  for (const JsonKeys::Key& key : json->keys) {
+    goTo(key.level);
+    print(".TP\n\\fB" + plain(key.name) + "\\fR\n" + plain(key.says) + '\n');
+  }
+  goTo(0);
+}
+
 void printManual(CLI::App& program) {
   const std::string name = program.get_name();
   print(".TH BGPCOMM 1 \"\" \"" + name + ' ' + BGPCOMM_VERSION +
@@ -109,6 +126,9 @@ void printManual(CLI::App& program) {
     printOptions(namedOptions(*command));
     printParagraphs(command->get_footer());
   }
+  print(".SH JSON\n");
+  for (CLI::App* const command : program.get_subcommands({}))
+    if (command->get_name() != "help") printKeys(command->get_name());
   print(".SH NOTES\n");
   printParagraphs(program.get_footer());
 }

@@ -34,15 +34,11 @@ class PathPrinter {
   /// A list that is refused is one of the path's faults.
   void print(const Path& path, CommunityValues& values, Position position) {
     if (json_) return bgpcomm::print(jsonLine(path, values, position));
-    const std::string line = textLine(path, PrefixReader::announced(path), communities(values));
-    explains() ? printFields(line) : bgpcomm::print(line + '\n');
+    printFields(textLine(path, PrefixReader::announced(path), communities(values)));
   }
   /// The prefixes that a message takes back.
   void printWithdrawn(const Path& path, Position position) {
-    if (!json_) {
-      bgpcomm::print(textLine(path, PrefixReader::withdrawn(path), "withdrawn") + '\n');
-      return;
-    }
+    if (!json_) return printFields(textLine(path, PrefixReader::withdrawn(path), "withdrawn"));
     nlohmann::ordered_json object = head(path);
     addPrefixes(object, "withdrawn", PrefixReader::withdrawn(path));
     addSource(object, position);
@@ -247,9 +243,10 @@ void addPaths(CLI::App& app, int& exitCode) {
   const auto [command, options] =
       addCommand(app,
                  {"paths", "Print one line per path",
-                  "Fields are separated by tabs: time, peer, prefixes (PREFIX#ID with ADD-PATH),\n"
-                  "communities; - where there are none. Exit code 1 when a file cannot be read\n"
-                  "to its end; what is malformed is shown as such, and counted on stderr.\n"
+                  "Fields are separated by tabs, on a terminal by blanks: time, peer, prefixes\n"
+                  "(PREFIX#ID with ADD-PATH), communities; - where there are none. Exit code 1\n"
+                  "when a file cannot be read to its end; what is malformed is shown as such, and\n"
+                  "counted on stderr.\n"
                   "A table's entry has the time at which its route was learned, perhaps weeks\n"
                   "before the dump; --since and --until ask for that.\n\n"
                   "Example: bgpcomm paths --where 'RT:65000:* and not no-export' rib.bz2"},

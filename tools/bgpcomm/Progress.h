@@ -20,7 +20,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// Call it for each path; draws at most ten times a second.
+  /// Call it for each record and path; draws at most ten times a second.
   void update(U64 paths) {
     if (enabled_ && ++calls_ % 256 == 0) draw(paths);
   }

@@ -46,9 +46,9 @@ std::string positionText(Position position) { return positionCharacters(position
 
 struct FileReading::Opened {
   Opened(const std::string& file, const ReadOptions& options,
-         std::function<void(Position)> onBadRecord)
+         std::function<void(Position)> onBadRecord, std::function<void()> onRecord)
       : input(file, flushOutput),
-        reader(input, options.updates, std::move(onBadRecord)),
+        reader(input, options.updates, std::move(onBadRecord), std::move(onRecord)),
         progress(file, input, options.showProgress) {}
 
   Input input;
@@ -60,9 +60,12 @@ FileReading::FileReading(const std::string& file, ReadOptions options)
     : file_(file), options_(std::move(options)) {
   workingOn(file);
   try {
-    opened_ = std::make_unique<Opened>(file, options_, [this](Position position) {
-      countOutside(Fault::badRecord, position, "fields that do not fit, or too long", false);
-    });
+    opened_ = std::make_unique<Opened>(
+        file, options_,
+        [this](Position position) {
+          countOutside(Fault::badRecord, position, "fields that do not fit, or too long", false);
+        },
+        [this] { opened_->progress.update(result_.paths); });
   } catch (const std::system_error& error) {
     // Memory for a thread is missing, most often for its stack.
     if (error.code() == std::errc::resource_unavailable_try_again) {

@@ -33,6 +33,7 @@ int runSave(const WriteOptions& options) {
     FileFigures figures;
     const FileLists lists = saved.makeLists();
     const ReadResult result = readInto(file, lists, figures);
+    reportPassedOver(file, result);
     good = good && !result.failed;
     if (!result.unopened) saved.add(figures, lists);
   }

@@ -109,7 +109,8 @@ FileFigures NoteReader::read(const Json& file, const FileLists& lists) {
   if (file.contains("wrongFlags")) figures.wrongFlags = countOf(file, "wrongFlags");
   if (file.contains("skipped"))
     for (std::size_t i = 0; i < skippedSorts; ++i)
-      figures.skipped[i] = countOf(file.at("skipped"), skippedNames[i].key);
+      if (file.at("skipped").contains(skippedNames[i].key))
+        figures.skipped[i] = countOf(file.at("skipped"), skippedNames[i].key);
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     const Json& entry = file.at("kinds").at(std::string(listTypes[type].key));
     lists[type].communitiesIs(countOf(entry, "communities"));

@@ -79,7 +79,8 @@ class Summary {
   std::vector<FileFigures> files_;
 };
 
-/// For people, at most 80 columns wide as long as the file's name is not longer.
+/// For people: lines that fit into a terminal of 62 or more columns, or into 80 where the output is
+/// none. Names of files may be longer; so may values where it is none.
 std::string summaryTable(const FileFigures& figures);
 /// For programs: one object with `files` and `total`.
 std::string summaryJson(const std::vector<FileFigures>& files, const FileFigures& total);

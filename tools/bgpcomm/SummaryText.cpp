@@ -40,13 +40,11 @@ std::string malformedLines(const FileFigures& figures) {
     if (const U64 count = figures.faults[Fault(i)])
       text += std::string(colours().bad) + line("  " + std::string(faultNames[i]), grouped(count)) +
               std::string(colours().plain) + '\n';
-  if (!figures.firstFault.empty())
-    for (const std::string& part : wrapped("first" + visible(figures.firstFault), columnsBehind(4)))
-      text += "    " + part + '\n';
+  if (!figures.firstFault.empty()) text += broken("    ", "first" + visible(figures.firstFault), 4);
   return text;
 }
 
-/// What is read on with, or passed over: nothing where there is none.
+/// Attributes that are read all the same, and records passed over; nothing where there are none.
 std::string passedLines(const FileFigures& figures) {
   std::string text;
   if (figures.wrongFlags) text += line("wrong flags", grouped(figures.wrongFlags)) + '\n';
@@ -58,10 +56,12 @@ std::string passedLines(const FileFigures& figures) {
 }
 
 std::string timeLine(const FileFigures& figures) {
-  std::string text = line("seconds", decimal(figures.seconds, 3));
+  const std::string text = line("seconds", decimal(figures.seconds, 3));
   const double rate = double(figures.paths) / figures.seconds;
-  if (rate > 0 && rate < 1e15) text += "  " + grouped(U64(rate)) + " paths/s";
-  return text + '\n';
+  if (!(rate > 0 && rate < 1e15)) return text + '\n';
+  const std::string its = "  " + grouped(U64(rate)) + " paths/s";
+  const bool fits = text.size() + its.size() <= lineColumns();
+  return text + (fits ? its : '\n' + line("paths/s", grouped(U64(rate)))) + '\n';
 }
 
 /// One column for each list type.

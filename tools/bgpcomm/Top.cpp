@@ -201,7 +201,7 @@ class Printer {
   }
   /// Prints the rows that a terminal gets all at once.
   void end() const { table_.print(); }
-  /// What all paths have, and how many groups there are.
+  /// Prints the figures of all paths, and how many groups there are.
   void printTotalJson(std::size_t groups) const {
     nlohmann::ordered_json object = {{"what", "total"}, {"groups", groups}};
     for (const Column& column : columns) object[std::string(column.key)] = whole_.*column.figure;

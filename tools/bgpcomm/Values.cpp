@@ -190,10 +190,11 @@ void addValues(CLI::App& app, int& exitCode) {
   const auto [command, options] =
       addCommand(app,
                  {"values", "Print every value with its paths, peers, prefixes",
-                  "Fields are separated by tabs: paths, peers, prefixes, value. The paths of a\n"
-                  "prefix in a table count it once, in each file; an UPDATE counts all prefixes\n"
-                  "that it announces, each time anew. Exit code 1 when a file cannot be read to\n"
-                  "its end; what is malformed is counted on stderr, and passed over.\n\n"
+                  "Fields are separated by tabs, on a terminal by blanks: paths, peers, prefixes,\n"
+                  "value. The paths of a prefix in a table count it once, in each file; an UPDATE\n"
+                  "counts all prefixes that it announces, each time anew. Exit code 1 when a file\n"
+                  "cannot be read to its end; what is malformed is counted on stderr, and passed\n"
+                  "over.\n\n"
                   "Example: bgpcomm values --kind '65000:*' --sort peers --top 20 rib.bz2"},
                  exitCode, runValues);
   addFiles(command, options.files);

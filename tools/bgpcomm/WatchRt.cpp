@@ -7,6 +7,7 @@
 #include "PathTable.h"
 #include "Reading.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -36,14 +37,14 @@ class Watcher final : public Collection::NotifieeConst {
       targets.push_back(textOf(*target));
       octets.push_back(hex(octetsOf(*target)));
     }
-    print(json_ ? jsonLine(come, targets, octets) : textLine(come, targets));
+    json_ ? print(jsonLine(come, targets, octets)) : printFields(textLine(come, targets));
   }
 
  private:
   std::string textLine(bool come, const std::vector<std::string>& targets) const {
     std::string line = time_ + (come ? "\t+\t" : "\t-\t");
     for (std::size_t i = 0; i < targets.size(); ++i) line += (i ? " " : "") + targets[i];
-    return line + '\n';
+    return line;
   }
   /// Octets tell apart targets that have the same text.
   std::string jsonLine(bool come, const std::vector<std::string>& targets,
@@ -106,7 +107,7 @@ void addWatchRt(CLI::App& app, int& exitCode) {
                   "Keeps the paths of every peer as the file announces, replaces and withdraws\n"
                   "them, and until the peer's session ends. A line says time, + or -, and the\n"
                   "route targets: a set comes with its first path and goes with its last. Fields\n"
-                  "are separated by tabs.\n\n"
+                  "are separated by tabs, on a terminal by blanks.\n\n"
                   "Example: bgpcomm watch-rt updates.20241001.0055.gz"},
                  exitCode, runWatchRt);
   command.add_option("FILE", options.file, "MRT dump: plain, gz, bz2, xz or zst; - is stdin")

@@ -45,15 +45,18 @@ std::size_t columnsBehind(std::size_t margin) {
   return std::max(lineColumns(), margin + least) - margin;
 }
 
-std::string hanging(std::string first, std::string_view text, std::size_t margin) {
-  if (!terminalColumns()) return (first += text) + '\n';
-  const std::string others(margin, ' ');
+std::string broken(std::string first, std::string_view text, std::size_t margin) {
   std::string lines;
   for (const std::string& line : wrapped(text, columnsBehind(margin))) {
     lines.append(first).append(line).append("\n");
-    first = others;
+    first.assign(margin, ' ');
   }
-  return lines.empty() ? first + '\n' : lines;
+  // No blanks at the end of a line without text.
+  return lines.empty() ? first.substr(0, first.find_last_not_of(' ') + 1) + '\n' : lines;
+}
+
+std::string hanging(std::string first, std::string_view text, std::size_t margin) {
+  return terminalColumns() ? broken(std::move(first), text, margin) : (first += text) + '\n';
 }
 
 void printFields(std::string_view line) {

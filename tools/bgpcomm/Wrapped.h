@@ -19,8 +19,10 @@ std::size_t columnsBehind(std::size_t margin);
 /// without these has a line of its own. None of a text without words.
 std::vector<std::string> wrapped(std::string_view text, std::size_t columns);
 
-/// A line of a text behind another. On a terminal what it has no room for goes on below, behind
-/// as many blanks as `margin` says.
+/// A text behind another, in lines of at most `lineColumns`; those below the first stand behind as
+/// many blanks as `margin` says.
+std::string broken(std::string first, std::string_view text, std::size_t margin);
+/// The same on a terminal. Elsewhere one line, whatever its length.
 std::string hanging(std::string first, std::string_view text, std::size_t margin);
 
 /// Prints a line of fields that tabs part. On a terminal two blanks part them, and those that it
