@@ -13,14 +13,23 @@
 #include <vector>
 
 #include "Mox/Types.h"
+#include "Orv/Placement.h"
 
 namespace bgpcomm {
 using namespace Mox::Words;
 
+/// For texts of files: nobody can choose them so that they collide, as the process has a seed of
+/// its own. The order of a container differs from run to run.
+struct SeededHash {
+  std::size_t operator()(std::string_view text) const {
+    return std::size_t(Orv::placeOf(text.data(), text.size(), Orv::placementSeed()));
+  }
+};
+
 template <class Thing>
 struct HashOf : std::hash<Thing> {};
 template <>
-struct HashOf<std::string> : std::hash<std::string_view> {};
+struct HashOf<std::string> : SeededHash {};
 
 /// Numbers things from 0 on, in the order in which they come.
 template <class Thing, class Hash = HashOf<Thing>>

@@ -43,7 +43,7 @@ void PathGroups::add(const Path& path, CommunityValues& values, const PathFilter
 
 /// The groups of kinds or values.
 std::vector<PathGroups::Group> PathGroups::byCommunities() const {
-  std::unordered_map<std::string, Group> groups;
+  std::unordered_map<std::string, Group, SeededHash> groups;
   combinations_.forEach([&](const PathCommunities& lists, U64 paths) {
     std::set<std::string> keys;
     lists.forEachList([&](const auto& list) {

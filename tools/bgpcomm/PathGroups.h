@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Combinations.h"
+#include "Numbering.h"
 #include "PathFilter.h"
 
 namespace bgpcomm {
@@ -40,7 +41,7 @@ class PathGroups {
   std::vector<Group> byCommunities() const;
 
   const GroupBy by_;
-  std::unordered_map<std::string, U64> groups_;
+  std::unordered_map<std::string, U64, SeededHash> groups_;
   // Paths to group by kind or value: taken apart once, however many have the same.
   Combinations<U64> combinations_;
 };

@@ -16,6 +16,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "Numbering.h"
 #include "ReaderNames.h"
 #include "mrt/PathKey.h"
 #include "path/ZoBgpPathCommunities.h"
@@ -58,7 +59,7 @@ class PathJoin {
     void eraseMet();
   };
   static constexpr U32 met = ~U32{0};  // the peer of an entry that has met its like
-  using Waiting = std::unordered_map<std::string, Group>;
+  using Waiting = std::unordered_map<std::string, Group, SeededHash>;
   struct OfSide {
     // The prefix whose paths are being added.
     std::string key;
@@ -76,7 +77,7 @@ class PathJoin {
   const std::function<void(const Pair&)> use_;
   std::deque<std::string> peerKeys_;  // by number
   std::vector<Peer> peers_;           // with addresses in the keys
-  std::unordered_map<std::string_view, U32> peerNumbers_;
+  std::unordered_map<std::string_view, U32, SeededHash> peerNumbers_;
   std::array<U32, 256> guesses_{};  // the last peer whose AS number and address end so
   OfSide sides_[2];
 };

@@ -15,6 +15,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "Numbering.h"
 #include "ReaderNames.h"
 #include "mrt/PathKey.h"
 
@@ -30,7 +31,7 @@ class PathTable {
   template <class MakeEntry>
   void take(const Path& path, const MakeEntry& makeEntry) {
     if (path.stateChange) forget(path.peer);
-    std::unordered_set<std::string> announced;
+    std::unordered_set<std::string, SeededHash> announced;
     const bool withdraws = PrefixReader::withdrawn(path).next() != nullptr;
     visitPrefixes(path, [&](const Prefix& prefix) {
       std::string key = pathKey(path, prefix);
@@ -72,7 +73,7 @@ class PathTable {
     std::optional<U32> pathId;
     std::string nlri;
   };
-  using Paths = std::unordered_map<std::string, Announced>;
+  using Paths = std::unordered_map<std::string, Announced, SeededHash>;
 
   static Octets viewOf(const std::string& octets) {
     return {reinterpret_cast<const U8*>(octets.data()), octets.size()};

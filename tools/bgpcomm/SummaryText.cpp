@@ -3,8 +3,10 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <span>
+#include <unordered_map>
 
 #include "Descriptions.h"
+#include "Numbering.h"
 #include "Summary.h"
 #include "Terminal.h"
 #include "TextStyle.h"
@@ -132,10 +134,11 @@ std::string mostUsedLines(const FileFigures::OfType& one) {
   if (one.figures.mostUsed.empty()) return "";
   std::string text = "\n  most used " + std::string(one.type->title) + " communities, by paths\n";
   const std::vector<ValueUse>& values = one.figures.mostUsed;
+  std::unordered_map<std::string_view, U64, SeededHash> alike;
+  for (const ValueUse& value : values) ++alike[value.text];
   for (const ValueUse& value : values) {
     std::string shown = value.text;
-    const auto isAlike = [&](const ValueUse& other) { return other.text == value.text; };
-    if (std::count_if(values.begin(), values.end(), isAlike) > 1) shown += "  0x" + value.octets;
+    if (alike[value.text] > 1) shown += "  0x" + value.octets;
     if (explains()) shown = explained(std::move(shown), value.text, value.description);
     text += hanging("  " + padded(grouped(value.uses), labelWidth) + "  ", shown, labelWidth + 4);
   }

@@ -11,6 +11,7 @@
 
 #include "Errors.h"
 #include "Progress.h"
+#include "community/ZoBgpCommunityTextParts.h"
 
 namespace bgpcomm {
 namespace {
@@ -163,9 +164,9 @@ std::optional<std::size_t> terminalColumns() {
     constexpr std::size_t least = 40, most = 10'000, usual = 80;  // below, nothing can be read
     const char* const named = std::getenv("COLUMNS");
     winsize size{};
-    std::size_t columns = named ? std::strtoul(named, nullptr, 10) : 0;
+    U64 columns = Routing::Bgp::decimalNumber(named ? named : "", 64).value_or(0);
     if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) columns = size.ws_col;
-    return std::clamp(columns ? columns : usual, least, most);
+    return std::clamp(columns ? std::size_t(std::min<U64>(columns, most)) : usual, least, most);
   }();
   return known;
 }
