@@ -108,11 +108,18 @@ install_packages='
   export DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes
   apt-get install -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "$@"'
 
+# becomes_root PACKAGE...: whether this user is root, or becomes root by sudo, whose question for a password
+# says what it is for.
+becomes_root() {
+  if ((EUID == 0)); then return; fi
+  command -v sudo >/dev/null && sudo -v -p "To install with apt: $*"$'\n''[sudo] password for %p: ' 2>/dev/null
+}
+
 # install PACKAGE...: as root or by sudo; where that does not go, one line says why.
 install() {
   local as_root=() package ours=() said
   if ((EUID != 0)); then as_root=(sudo); fi
-  if ((EUID == 0)) || { command -v sudo >/dev/null && sudo -v; }; then
+  if becomes_root "$@"; then
     echo "Installing with apt: $*"
     said=$("${as_root[@]}" apt-get update -qq 2>&1) || true
     for package; do

@@ -63,9 +63,10 @@ inline RandomPath randomPath(std::mt19937& random, U32 most = 4) {
     for (const U32 octet : {U32(random() % 2 ? 0xD0 : 0xF0), type, length >> 8, length})
       path.octets.push_back(U8(octet));
     for (U32 i = 0; i < count; ++i) {
-      std::vector<U8> value(valueSize);
-      value[1] = U8(2 + random() % most / 4);  // of extended ones, route targets first of all
-      value.back() = U8(random() % (most - 1));
+      // Of extended ones, route targets first of all.
+      std::vector<U8> value = {0, U8(2 + random() % most / 4)};
+      value.resize(valueSize - 1);
+      value.push_back(U8(random() % (most - 1)));
       path.octets.insert(path.octets.end(), value.begin(), value.end());
       path.values[type].insert(std::move(value));
     }

@@ -77,7 +77,7 @@ TEST_F(Report, TextOfFilesIsNoMarkup) {
 }
 
 TEST_F(Report, ThePageIsWholeOrNotThereAndReplacesNothingElse) {
-  const std::string report = "bgpcomm report $FILE -o ";
+  const std::string report = "bgpcomm report $FILE -o ", longName(256, 'n');
   const std::string size = std::to_string(std::filesystem::file_size(file_.name()));
   expectRuns({
       // clang-format off
@@ -90,6 +90,8 @@ TEST_F(Report, ThePageIsWholeOrNotThereAndReplacesNothingElse) {
       {"cat $PAGE; : >$PAGE; " + report + "$PAGE; tail -1 $PAGE", "mine\n</html>\n"},
       {report + "/dev/null", "", 1, "/dev/null: is not a regular file"},
       {report + "/nowhere/page", "", 1, "/nowhere/page: cannot be written: No such file or directory"},
+      {report + "$PAGE/", "", 1, page_ + "/: cannot be written: Not a directory"},
+      {report + longName, "", 1, longName + ": cannot be written: File name too long"},
       {report + "$FILE", "", 2, "--output " + file_.name() + ": is one of the files to be read"},
       {"rm $PAGE; bgpcomm report /nowhere -o $PAGE; e=$?; ls $PAGE 2>&-; exit $e", "", 1, "/nowhere: No such file or directory"},
       {"(cat $FILE; printf xx) | bgpcomm report - -o $PAGE; e=$?; grep -o '>ends inside a record\\|</html>' $PAGE; rm $PAGE; exit $e", ">ends inside a record\n</html>\n", 1,

@@ -123,6 +123,8 @@ TEST_F(Stored, NoNumberOfANoteIsTrusted) {
       {"/0/kinds/large/lists/0", {72, 1}, "a file has a list twice, or one that is no list\n"},
       {"/0/seconds", 1.1e10, "\"seconds\" is out of range\n"},
       {"/0/file/1", 256, "\"file\" holds no octets\n"},
+      {"/0/file", 5, "\"file\" is no array\n"},
+      {"/0/kinds/large/lists", nullptr, "\"lists\" is no array\n"},
       {"/0/firstFault", 1, "[json.exception.type_error.302] type must be string"},
       {"", 7, "it is no list of files\n"},
   };

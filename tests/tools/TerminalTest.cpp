@@ -124,7 +124,7 @@ TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
 TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
   const NamedFile names(
       "NAMES",
-      "64600:100,Learned from a customer who pays for transit in that region\n"
+      "64600:100,Learned from 東京の顧客, who pays for transit in that region\n"
       "64500:nnn,One of so many numbers that mean nothing to anybody else here\n");
   const std::string sample = " samples/rib.bird.mrt.gz", explain = " --explain --describe $NAMES ";
   ::setenv("NO_COLOR", "1", 1);
@@ -142,7 +142,12 @@ TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
   };
   const auto columnsOf = [](const std::string& line) {
     std::size_t columns = 0;
-    for (const char c : line) columns = c == '\t' ? columns / 8 * 8 + 8 : columns + 1;
+    for (const U8 octet : line) {
+      if (octet == '\t')
+        columns = columns / 8 * 8 + 8;
+      else if (octet < 0x80 || octet >= 0xC0)  // the first of a character; Japanese ones are wide
+        columns += octet < 0xE3 ? 1 : 2;
+    }
     return columns;
   };
   for (const unsigned short columns : {62, 80, 140})

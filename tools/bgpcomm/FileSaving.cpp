@@ -63,20 +63,25 @@ bool writeHeld(const std::string& name, auto write) {
   return false;
 }
 
+[[noreturn]] void failWith(const std::string& name) {
+  throw DataError(name + ": cannot be written: " + std::strerror(errno));
+}
+
 }  // namespace
 
 void checkTarget(const Target& target, const std::vector<std::string>& sources,
                  std::string_view what) {
   for (const std::string& source : sources) {
     std::error_code none;
-    if (std::filesystem::equivalent(source, target.name, none))
+    if (source != "-" && std::filesystem::equivalent(source, target.name, none))
       throw UsageError(std::string(target.option) + ' ' + target.name + ": is one of the " +
                        std::string(what) + " to be read");
   }
+  struct stat status {};
+  if (::stat(target.name.c_str(), &status) < 0 && errno != ENOENT) failWith(target.name);
   target.check(target.name);
   const auto folder = std::filesystem::path(target.name).parent_path();
-  if (::access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) < 0)
-    throw DataError(target.name + ": cannot be written: " + std::strerror(errno));
+  if (::access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) < 0) failWith(target.name);
 }
 
 bool writeStore(const MoxStash::StoreWriter& writer, const std::string& name) {

@@ -10,9 +10,10 @@ namespace {
 
 constexpr int barRow = 36;  // pixels, a label and its bar
 
-/// So many characters as fit beside a figure where a page is narrow.
-std::string shortened(const std::string& label) {
-  constexpr std::size_t most = 36;
+constexpr std::size_t mostShown = 36;  // characters that fit beside a figure where a page is narrow
+constexpr std::size_t mostTold = 200;  // characters, of which a table has all
+
+std::string shortened(const std::string& label, std::size_t most) {
   std::size_t characters = 0;
   for (std::size_t at = 0; at < label.size(); ++at) {
     const bool starts = (U8(label[at]) & 0xc0) != 0x80;
@@ -102,11 +103,11 @@ Html barChart(std::string_view id, std::string_view title, const std::vector<Htm
   Html figures, body;
   std::size_t y = 0;
   for (const HtmlBar& bar : bars) {
-    const Html label = Html::text(bar.label), size = Html::number(bar.size);
+    const Html label = Html::text(shortened(bar.label, mostTold)), size = Html::number(bar.size);
     if (y > 0) figures.add("; ");
     figures.add(label, " ", size);
     body.add("<g transform=\"translate(0 ", Html::text(std::to_string(y)), ")\"><title>", label,
-             ": ", size, "</title><text y=\"12\">", Html::text(shortened(bar.label)),
+             ": ", size, "</title><text y=\"12\">", Html::text(shortened(bar.label, mostShown)),
              "</text><text class=\"value\" x=\"100%\" y=\"12\">", size, "</text>",
              "<rect class=\"rail\" y=\"18\" width=\"100%\" height=\"8\" rx=\"2\"/><rect class=\"",
              bar.less ? Html("less") : Html("bar"), "\" y=\"18\" height=\"8\" rx=\"2\" width=\"",

@@ -59,6 +59,12 @@ U64 NoteReader::count(const Json& number, std::string_view name) {
   return value;
 }
 
+const Json& NoteReader::array(const Json& object, const std::string& name) const {
+  const Json& its = object.at(name);
+  if (!its.is_array()) fail('"' + name + "\" is no array");
+  return its;
+}
+
 std::string NoteReader::fileName(const Json& octets) const {
   std::string name;
   for (const Json& octet : octets) {
@@ -99,7 +105,7 @@ FileFigures NoteReader::read(const Json& file, const FileLists& lists) {
   const auto countOf = [&](const Json& object, std::string_view name) {
     return count(object.at(std::string(name)), name);
   };
-  figures.file = fileName(file.at("file"));
+  figures.file = fileName(array(file, "file"));
   figures.records = countOf(file, "records");
   figures.paths = countOf(file, "paths");
   figures.firstFault = file.at("firstFault").get<std::string>();
@@ -114,7 +120,7 @@ FileFigures NoteReader::read(const Json& file, const FileLists& lists) {
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     const Json& entry = file.at("kinds").at(std::string(listTypes[type].key));
     lists[type].communitiesIs(countOf(entry, "communities"));
-    if (restoreLists(entry.at("lists"), lists[type]) > figures.paths)
+    if (restoreLists(array(entry, "lists"), lists[type]) > figures.paths)
       fail("more paths hold a list than there are");
   }
   return figures;

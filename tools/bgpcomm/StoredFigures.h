@@ -66,6 +66,7 @@ class NoteReader {
  private:
   [[noreturn]] void fail(const std::string& reason) const;
   U64 count(const Json& number, std::string_view name);
+  const Json& array(const Json& object, const std::string& name) const;
   std::string fileName(const Json& octets) const;
   double seconds(const Json& number) const;
   U64 restoreLists(const Json& lists, HeldLists& held);

@@ -1,6 +1,9 @@
 #include "Wrapped.h"
 
+#include <wchar.h>
+
 #include <algorithm>
+#include <cwchar>
 #include <numeric>
 
 #include "Terminal.h"
@@ -8,9 +11,42 @@
 namespace bgpcomm {
 namespace {
 
-/// Counts a character of UTF-8 as one.
+struct Character {
+  std::size_t octets;
+  std::size_t columns;  ///< two of East Asian ones, none of accents that join another
+};
+
+/// REQUIRES: the text is not empty.
+Character firstOf(std::string_view text) {
+  wchar_t character = 0;
+  std::mbstate_t state{};
+  const std::size_t octets = std::mbrtowc(&character, text.data(), text.size(), &state);
+  if (octets == 0 || octets > text.size()) return {1, 1};  // no text
+  return {octets, std::size_t(std::max(wcwidth(character), 0))};
+}
+
 std::size_t columnsOf(std::string_view text) {
-  return std::size_t(std::ranges::count_if(text, [](char c) { return (U8(c) & 0xC0) != 0x80; }));
+  std::size_t columns = 0;
+  while (!text.empty()) {
+    const Character first = firstOf(text);
+    columns += first.columns;
+    text.remove_prefix(first.octets);
+  }
+  return columns;
+}
+
+/// As much of a word as fits and ends where a word may be broken: behind a comma, since a set of AS
+/// numbers may be longer than a line, or behind an East Asian character. The whole word if it fits,
+/// or cannot be broken so.
+std::string_view partOf(std::string_view word, std::size_t columns) {
+  std::size_t taken = 0, end = 0;
+  for (std::size_t at = 0; at < word.size();) {
+    const Character next = firstOf(word.substr(at));
+    if ((taken += next.columns) > columns) return end ? word.substr(0, end) : word;
+    at += next.octets;
+    if (word[at - 1] == ',' || next.columns == 2) end = at;
+  }
+  return word;
 }
 
 }  // namespace
@@ -19,11 +55,8 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
   std::vector<std::string> lines;
   std::size_t taken = 0;  // columns of the last line
   while (!text.empty()) {
-    std::string_view word = text.substr(0, text.find(' '));
-    std::size_t size = columnsOf(word);
-    // A set of AS numbers may be longer than a line.
-    if (const auto comma = word.substr(0, columns).rfind(','); size > columns && comma != word.npos)
-      size = columnsOf(word = word.substr(0, comma + 1));
+    const std::string_view word = partOf(text.substr(0, text.find(' ')), columns);
+    const std::size_t size = columnsOf(word);
     text.remove_prefix(word.size());
     if (text.starts_with(' ')) text.remove_prefix(1);
     if (word.empty()) continue;

@@ -15,8 +15,8 @@ std::size_t lineColumns();
 /// As many as are left behind a margin: at least 20, which a narrow terminal breaks.
 std::size_t columnsBehind(std::size_t margin);
 
-/// Lines of at most so many columns, broken at blanks, in longer words behind commas; a word
-/// without these has a line of its own. None of a text without words.
+/// Lines of at most so many columns, broken at blanks, in longer words behind commas and East Asian
+/// characters; a word without these has a line of its own. None of a text without words.
 std::vector<std::string> wrapped(std::string_view text, std::size_t columns);
 
 /// A text behind another, in lines of at most `lineColumns`; those below the first stand behind as

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
@@ -140,6 +141,7 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
   occupyStandardDescriptors();
   nameMissingMemory();
+  std::setlocale(LC_CTYPE, "C.UTF-8");  // for the widths of characters; numbers stay as they are
   // The write fails when a reader goes away, or when a file becomes too large.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
