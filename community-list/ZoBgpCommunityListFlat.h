@@ -98,7 +98,8 @@ class FlatCommList : public TailEntity<List, MoxStash::DedupHandle> {
   /// values ascend, none is there twice.
   static Mox::Ptr<List> restored(bool sorted, std::span<const Value> values);
 
-  /// How its table places lists: by their values, so that they are found from the wire.
+  /// How its table places lists: by their values, so that they are found from the wire. A frozen
+  /// list keeps its place; REQUIRES: the seed is the process's then.
   static U64 placeOfMember(const Orv::DedupHandle& member, U64 seed);
   /// Octets behind the object; see TailEntity.
   std::size_t tailOctets() const { return comm_.roomOctets(); }

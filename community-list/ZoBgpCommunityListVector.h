@@ -120,7 +120,7 @@ class CommVector {
   std::size_t roomOctets() const { return inside_ ? capacity() * sizeof(T) : 0; }
 
   // A vector that has all its elements may keep a word of its owner's in place of its capacity,
-  // until it grows.
+  // until it grows. REQUIRES: none is taken from it meanwhile, by `take` or by `sortAndTrim`.
 
   /// Keeps the word. REQUIRES: the storage is trimmed.
   void wordIs(U32 word) requires std::is_trivially_destructible_v<T> { keepsWordIs(word); }

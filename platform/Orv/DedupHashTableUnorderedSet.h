@@ -9,8 +9,9 @@
 // thirds are taken in a table that has only grown: 12 to 18 a member.
 //
 // Lock order: a shard's lock is taken with nothing held, and while it is held nothing is called but
-// the equality of members. It guards the three steps that nobody may see half done: a look-up takes
-// its reference, an object becomes a member, a member is erased.
+// the equality of members, and `operator new` and `delete` for the places. It guards the three
+// steps that nobody may see half done: a look-up takes its reference, an object becomes a member, a
+// member is erased.
 #pragma once
 
 #include <cstdint>

@@ -129,6 +129,9 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
     EXPECT_TRUE(!fresh->isDeduped() && fresh->hasNotificationActive());
     EXPECT_EQ(repeats, wild.size() - sorted.size());
     EXPECT_EQ(fresh->dedup(table), list);
+    if constexpr (!InternsValues<List>) {
+      EXPECT_EQ(fresh->dedup(table), list) << "once more";
+    }
     const std::size_t before = allocations;
     for (const auto& found : {List::lookupWire(table, wire), this->kind().dedupWire(wire)})
       EXPECT_TRUE(found.list == list && found.repeats == repeats);
@@ -139,6 +142,32 @@ TYPED_TEST(EveryList, IsOneObjectWhateverTheOrderTheRepeatsAndTheWay) {
   for (const auto& [list, sorted] : held) lists.insert(sorted);
   EXPECT_EQ(table->dedupHashTable()->members(), lists.size());
   if constexpr (InternsValues<List>) expectGroups(held, this->groups());
+}
+
+// Few lists, so that one thread finds what another lets go; the table grows and shrinks all the
+// time.
+TYPED_TEST(EveryList, IsOneObjectUnderThreads) {
+  using List = typename TypeParam::List;
+  const auto& table = this->table();
+  std::vector<std::jthread> threads;
+  for (U32 thread = 0; thread < 4; ++thread)
+    threads.emplace_back([&, thread] {
+      std::mt19937 random(thread);
+      std::array<Mox::Ptr<const List>, 6> mine;
+      for (U32 round = 0; round < 5000; ++round) {
+        const U32 n = random() % 12;
+        Contents contents = {TypeParam::some(n), TypeParam::some(n + 1 + random() % 2)};
+        std::ranges::sort(contents);
+        auto& list = mine[round % mine.size()];
+        list = nullptr;
+        list = random() % 2 ? this->kind().dedupWire(joined(contents)).list
+                            : this->fromWire(joined(contents)).list->dedup(table);
+        ASSERT_EQ(List::lookupWire(table, joined(contents)).list, list);
+        ASSERT_EQ(contentsOf(*list), contents);
+      }
+    });
+  threads.clear();
+  EXPECT_EQ(table->dedupHashTable()->members(), 0u);
 }
 
 TYPED_TEST(EveryList, TakesNoMoreStorageThanItsValues) {
