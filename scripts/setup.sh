@@ -10,7 +10,7 @@ if [[ -n ${JOBS:-} ]]; then export CMAKE_BUILD_PARALLEL_LEVEL=$JOBS CTEST_PARALL
 packages_for() {
   case $1 in
     tool) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev zlib1g-dev libbz2-dev liblzma-dev libzstd-dev ;;
-    tests) echo googletest pkg-config bzip2 xz-utils zstd python3 ;;
+    tests) echo googletest pkg-config bzip2 xz-utils zstd python3 xxd bsdextrautils ;;
     more-tests) echo zsh groff-base python3-venv python3-jsonschema mypy chromium-driver python3-selenium ;;
     python) echo python3 ;;
     bench) echo libbenchmark-dev libboost-dev ;;
@@ -42,6 +42,7 @@ sign_of() {
     libzstd-dev) echo zstd.h ;;
     googletest) echo "${ZOBGP_GOOGLETEST:-/usr/src/googletest}/googletest/src/gtest-all.cc" ;;
     xz-utils) echo xz ;;
+    bsdextrautils) echo hexdump ;;
     groff-base) echo groff ;;
     python3-venv) echo module ensurepip ;;
     python3-jsonschema) echo module jsonschema ;;
