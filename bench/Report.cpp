@@ -9,11 +9,23 @@
 
 namespace bench {
 
+namespace {
+
+/// The member of this meaning has another name since version 1.8 of the benchmarks' library.
+bool isSkipped(const auto& run) {
+  if constexpr (requires { run.error_occurred; })
+    return run.error_occurred;
+  else
+    return bool(run.skipped);
+}
+
+}  // namespace
+
 bool Report::ReportContext(const Context&) { return true; }
 
 void Report::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
-    if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+    if (run.run_type != Run::RT_Iteration || isSkipped(run)) continue;
     Figure& figure = figures_[run.run_name.function_name];
     for (const auto& [unit, value] : run.counters) {
       figure.unit = unit;
