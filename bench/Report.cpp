@@ -48,6 +48,12 @@ const Report::Figure* Report::find(const std::string& name) const {
   return found == figures_.end() || found->second.samples.empty() ? nullptr : &found->second;
 }
 
+bool Report::has(const std::string& part) const {
+  return std::ranges::any_of(figures_, [&](const auto& entry) {
+    return entry.first.find(part) != std::string::npos && !entry.second.samples.empty();
+  });
+}
+
 void Report::printFigures() const {
   std::printf("%-72s %9s   %s\n", "operation, lists/contender", "median", "quartiles");
   for (const auto& [name, figure] : figures_)
@@ -94,6 +100,7 @@ void Report::printInterning(const Workload& workload) const {
     const char* operation;
     double most;
   };
+  if (!has(", " + workload.name + '/')) return;
   std::printf("\n%s: %s\n", workload.name.c_str(), workload.distribution.c_str());
   std::printf("  %-26s %5s  %-14s  %-22s  %9s  %9s  %9s  %9s\n", "against flyweight", "ours",
               "quartiles", "aim", "one lock", "shared_p.", "fl.sorted", "fl.raw");
@@ -122,6 +129,7 @@ void Report::printInterning(const Workload& workload) const {
 
 // Beside a flyweight with a lock, since values are shared by all threads.
 void Report::printValues(const Workload& workload, bool withAims) const {
+  if (!has(", " + workload.name + '/')) return;
   std::printf("\n%s: %s\n  %-26s %5s  %-14s  %-22s  %9s  %9s\n", workload.name.c_str(),
               workload.distribution.c_str(), "against flyweight, lock", "ours", "quartiles", "aim",
               "no lock", "floor");
@@ -149,6 +157,7 @@ void Report::printValues(const Workload& workload, bool withAims) const {
 
 // `aims` at most: of a hit, a miss, a last release, octets per list; 0 for none.
 void Report::printLists(const Workload& workload, const std::array<double, 4>& aims) const {
+  if (!has(", " + workload.name + '/')) return;
   std::printf("\n%s: %s\n  %-26s %5s  %-14s  %-22s  %9s\n", workload.name.c_str(),
               workload.distribution.c_str(), "against flyweight", "ours", "quartiles", "aim",
               "one lock");
@@ -168,6 +177,7 @@ void Report::printLists(const Workload& workload, const std::array<double, 4>& a
 
 void Report::printFlood() const {
   const Workload &flood = floodOfOneHash(), &spread = spreadContents();
+  if (!has(", " + flood.name + '/')) return;
   std::printf("\n8-octet values of one hash against spread ones: %s hash, %s hashes\n",
               flood.distribution.c_str(), spread.distribution.c_str());
   for (const char* operation : {"hit", "miss", "last release"})
@@ -179,6 +189,7 @@ void Report::printKinds() const {
   const auto of = [](const char* operation, const char* contender) {
     return nameOf(operation, "all kinds", contender);
   };
+  if (!has(", all kinds/")) return;
   std::printf("\n8-octet contents of all kinds\n");
   printRow(
       {"parse with the pack / without", of("parse", "with the pack"), of("parse", "without"), 1.3});
@@ -191,8 +202,8 @@ void Report::printKinds() const {
 void Report::printQuery(const Workload& workload) const {
   const std::string remembered = nameOf("match", workload.name, "remembered");
   const Figure* const figure = find(remembered);
-  if (!figure) return;
   const Figure* const one = find(nameOf("match", workload.name, "one remembered"));
+  if (!figure || !one) return;
   std::printf(
       "\na question, by path: %.1f ns where a list was seen (aim: at most 5), %.1f where two "
       "were\n",
@@ -239,6 +250,15 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   printKinds();
   printQuery(*workloads.front());
 
+  printThreads();
+  printFlood();
+  printDay();
+  printMembers();
+  printLengths();
+}
+
+void Report::printThreads() const {
+  if (!has("two threads, ")) return;
   std::printf("\ntwo threads / one: attributes per second, made-up lists\n");
   bool counts = true;
   const auto threads = [&](const char* title, const char* lists, const char* contender,
@@ -265,10 +285,10 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
   threads("made, dropped: fl., lock", "disjoint lists made and dropped", FlyweightLocked::name, 0);
   threads("extended made, dropped", "extended lists made and dropped", Ours::name, 1.6);
   threads("the same, disjoint", "disjoint extended lists made and dropped", Ours::name, 1.6);
+}
 
-  printFlood();
-  printDay();
-
+void Report::printMembers() const {
+  if (!has(", members ")) return;
   std::printf(
       "\nby members of the table, drawn evenly, ascending attributes: ours against flyweight\n");
   for (const char* operation : {"hit", "miss", "last release"})
@@ -278,7 +298,10 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
       printRow({title.c_str(), nameOf(operation, lists, Ours::name),
                 nameOf(operation, lists, FlyweightUnlocked::name)});
     }
+}
 
+void Report::printLengths() const {
+  if (!has("per value, ")) return;
   std::printf(
       "\ncost of a value in an attribute of 16,383 against one of 1,024; log n / log n is 1.40\n");
   for (const char* order : {"ascending", "descending", "random", "up and down"})
@@ -287,6 +310,7 @@ void Report::printRatios(const std::vector<const Workload*>& workloads) const {
 }
 
 void Report::printTool(const std::vector<std::string>& files) const {
+  if (!has("summary, ") && !has("two dumps, ")) return;
   std::printf("\nthe whole tool, summary of decompressed files: paths per second\n");
   for (const std::string& file : files)
     if (const Figure* perPath = find(nameOf("summary", file, "per path")))

@@ -32,6 +32,8 @@ class Report final : public benchmark::BenchmarkReporter {
   };
 
   const Figure* find(const std::string& name) const;
+  /// Whether anything was measured with this in its name: a filter leaves whole sections out.
+  bool has(const std::string& part) const;
   /// The ratio of two medians as text; empty when either was not measured.
   std::string ratio(const std::string& name, const std::string& base) const;
   void printRow(const Row& row) const;
@@ -42,6 +44,9 @@ class Report final : public benchmark::BenchmarkReporter {
   void printKinds() const;
   void printQuery(const Workload& workload) const;
   void printDay() const;
+  void printThreads() const;
+  void printMembers() const;
+  void printLengths() const;
 
   std::map<std::string, Figure> figures_;
 };
