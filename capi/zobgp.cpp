@@ -21,8 +21,9 @@ using namespace Routing::Bgp;
 using Mox::U32;
 using Mox::U8;
 
+/// Its readers hold the tables, too: whoever collects garbage ends them in any order.
 struct zobgp_tables {
-  CommunityTables tables;
+  const std::shared_ptr<const CommunityTables> tables = std::make_shared<const CommunityTables>();
 };
 
 namespace {
@@ -141,7 +142,7 @@ std::span<const U8> asOctets(const std::string& text) {
 zobgp_status readInto(const zobgp_tables& tables, zobgp_type type, std::span<const U8> value,
                       const zobgp_list** list) {
   PathCommunities path;
-  if (const auto fault = tables.tables.read(BgpPathAttrType(type), value, path))
+  if (const auto fault = tables.tables->read(BgpPathAttrType(type), value, path))
     return failed(ZOBGP_MALFORMED, fault->toStrep());
   zobgp_lists lists = handed(path);
   *list = listOf(lists, BgpPathAttrType(type));
@@ -186,7 +187,7 @@ zobgp_status zobgp_read_all(const zobgp_tables* tables, const uint8_t* attribute
   if (!lists) return nullArgument("lists");
   return guarded([&] {
     PathCommunities path;
-    const PathFaults faults = tables->tables.readAll({attributes, size}, path);
+    const PathFaults faults = tables->tables->readAll({attributes, size}, path);
     const bool isMalformed = faults.approach() == PathFaultApproach::treatAsWithdraw;
     const zobgp_status status =
         isMalformed ? failed(ZOBGP_MALFORMED, faults.begin()->toStrep()) : ZOBGP_OK;
@@ -297,13 +298,14 @@ zobgp_status zobgp_value(const char* text, zobgp_type* type, uint8_t* octets, si
 using namespace Routing::Mrt;
 
 struct zobgp_reader {
-  zobgp_reader(const CommunityTables& its, const char* file)
-      : tables(its), input(file), paths(input, PathReader::Updates::all) {}
+  zobgp_reader(const zobgp_tables& its, const char* name)
+      : tables(its.tables), file(name), input(file), paths(input, PathReader::Updates::all) {}
   ~zobgp_reader() { zobgp_lists_release(&path.lists); }
   zobgp_reader(const zobgp_reader&) = delete;
   zobgp_reader& operator=(const zobgp_reader&) = delete;
 
-  const CommunityTables& tables;
+  const std::shared_ptr<const CommunityTables> tables;
+  const std::string file;
   Input input;
   PathReader paths;
   zobgp_path path{};
@@ -323,9 +325,11 @@ std::string textOf(PrefixReader prefixes) {
 }
 
 zobgp_status endOf(const zobgp_reader& reader) {
-  if (const auto& failure = reader.input.failure()) return failed(ZOBGP_FILE, failure->text);
-  if (const auto& truncation = reader.paths.truncation())
-    return failed(ZOBGP_FILE, truncation->text());
+  const auto fails = [&](const std::string& reason) {
+    return failed(ZOBGP_FILE, reader.file + ": " + reason);
+  };
+  if (const auto& failure = reader.input.failure()) return fails(failure->text);
+  if (const auto& truncation = reader.paths.truncation()) return fails(truncation->text());
   return ZOBGP_END;
 }
 
@@ -338,7 +342,7 @@ zobgp_status zobgp_reader_open(const zobgp_tables* tables, const char* file,
   if (!reader) return nullArgument("reader");
   return guarded([&] {
     try {
-      *reader = new zobgp_reader(tables->tables, file);
+      *reader = new zobgp_reader(*tables, file);
     } catch (const std::system_error& error) {
       return failed(ZOBGP_FILE, std::string(file) + ": " + error.code().message());
     }
@@ -356,7 +360,7 @@ zobgp_status zobgp_reader_next(zobgp_reader* reader, const zobgp_path** path) {
     while (next && next->stateChange) next = reader->paths.next();
     if (!next) return endOf(*reader);
     PathCommunities communities;
-    const PathFaults faults = reader->tables.readAll(next->attributes, communities);
+    const PathFaults faults = reader->tables->readAll(next->attributes, communities);
     reader->peer = addressText(next->peer.address);
     reader->prefixes = textOf(PrefixReader::announced(*next));
     reader->withdrawn = textOf(PrefixReader::withdrawn(*next));

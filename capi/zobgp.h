@@ -81,7 +81,7 @@ ZOBGP_API const char* zobgp_message(void);
 
 /** New tables, without a list. */
 ZOBGP_API zobgp_status zobgp_tables_new(zobgp_tables** tables);
-/** Ends tables; null is none. Lists that somebody holds stay. REQUIRES: no reader of theirs. */
+/** Ends tables; null is none. Lists that somebody holds stay, and readers go on. */
 ZOBGP_API void zobgp_tables_free(zobgp_tables* tables);
 
 /** The list in an attribute's value, without its header. ZOBGP_MALFORMED when it is none. */
@@ -151,9 +151,8 @@ typedef struct zobgp_path {
   const char* malformed; /**< what is wrong with the lists; empty when nothing is */
 } zobgp_path;
 
-/** Opens a file, plain or as gzip, bzip2, xz or zstd made it; `-` is standard input. Tables are
- * shared by all readers that one likes, and must outlive them. Where the library was built without
- * the reader, ZOBGP_FILE. */
+/** Opens a file, plain or as gzip, bzip2, xz or zstd made it; `-` is standard input. Any
+ * number of readers may share tables. Where the library was built without the reader, ZOBGP_FILE. */
 ZOBGP_API zobgp_status zobgp_reader_open(const zobgp_tables* tables, const char* file,
                                          zobgp_reader** reader);
 /** Ends a reader, with its path and texts; null is none. */

@@ -29,10 +29,18 @@ if(TARGET bgpcomm)
   endif()
 endif()
 
-# Pages, pictures and the schemas of JSON.
-install(DIRECTORY docs/ COMPONENT development
-        DESTINATION $<IF:$<BOOL:${ZOBGP_PACKAGES}>,${CMAKE_INSTALL_DATADIR}/doc/libzobgpcommunity-dev,${CMAKE_INSTALL_DOCDIR}>
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.json")
+# Pages, pictures and the schemas of JSON. Pages name what is in the source tree alone without a link to it.
+file(GLOB pages CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/docs docs/*.md)
+foreach(page IN LISTS pages)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS docs/${page})
+  file(READ docs/${page} text)
+  string(REGEX REPLACE "\\[([^]]*)\\]\\(\\.\\./[^)]*\\)" "\\1" text "${text}")
+  file(WRITE ${PROJECT_BINARY_DIR}/pages/${page} "${text}")
+endforeach()
+set(doc_dir $<IF:$<BOOL:${ZOBGP_PACKAGES}>,${CMAKE_INSTALL_DATADIR}/doc/libzobgpcommunity-dev,${CMAKE_INSTALL_DOCDIR}>)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/pages/ DESTINATION ${doc_dir} COMPONENT development)
+install(DIRECTORY docs/ DESTINATION ${doc_dir} COMPONENT development
+        FILES_MATCHING PATTERN "*.svg" PATTERN "*.json")
 
 string(REPLACE ";" " " components "${libraries}")
 string(REPLACE ZoBgp "" components "${components}")

@@ -4,6 +4,10 @@
 // conversion ("%llu") serve 32-bit and 64-bit builds alike.
 #pragma once
 
+#if __cplusplus < 202002L
+#error "ZoBgpCommunity needs C++20 or later: -std=c++20"
+#endif
+
 #include <cstddef>
 #include <cstdint>
 #include <string>

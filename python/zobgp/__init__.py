@@ -15,7 +15,9 @@ from __future__ import annotations
 
 import ctypes
 import datetime
+import functools
 import os
+import threading
 import weakref
 from typing import TYPE_CHECKING, Any, Iterator, Optional, Union
 
@@ -57,7 +59,11 @@ class _Path(ctypes.Structure):
 
 
 def _load() -> ctypes.CDLL:
-    library = ctypes.CDLL(os.environ.get("ZOBGP_LIBRARY") or "libzobgp-c.so.0.2")
+    file = os.environ.get("ZOBGP_LIBRARY") or "libzobgp-c.so.0.2"
+    try:
+        library = ctypes.CDLL(file)
+    except OSError as error:
+        raise ImportError(f"the library is not there, and ZOBGP_LIBRARY may name it: {error}") from None
     pointer, size, text = ctypes.c_void_p, ctypes.c_size_t, ctypes.c_char_p
     sizes = ctypes.POINTER(size)
     for name, result, arguments in (
@@ -107,6 +113,13 @@ def _given(function: Any, *arguments: Any) -> bytes:
         room = length.value + 1
 
 
+def _ended(text: bytes) -> bytes:
+    """As C has texts, which end at the first NUL."""
+    if b"\0" in text:
+        raise Error("a text holds a NUL")
+    return text
+
+
 def _type_of(name: str) -> int:
     try:
         return _types[name]
@@ -115,7 +128,8 @@ def _type_of(name: str) -> int:
 
 
 class List:
-    """A list of communities, of one path attribute. Equal lists of one `Tables` are one object."""
+    """A list of communities, of one path attribute. Equal lists of one `Tables` are one object, which a
+    copy is, too. Pickled, a list becomes one of the tables that all share."""
 
     __slots__ = ("_handle", "_values", "_octets", "type", "__weakref__")
 
@@ -124,9 +138,14 @@ class List:
         self._values: Optional[tuple[str, ...]] = None if handle else ()
         self._octets: Optional[tuple[bytes, ...]] = None if handle else ()
 
-    def __del__(self) -> None:
-        if self._handle:
-            _library.zobgp_list_release(self._handle)
+    def __copy__(self) -> List:
+        return self
+
+    def __deepcopy__(self, _: object) -> List:
+        return self
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return _unpickled, (self.type, b"".join(self.octets))
 
     @property
     def octets(self) -> tuple[bytes, ...]:
@@ -166,38 +185,67 @@ class List:
 _none = {name: List(None, name) for name in _types}
 
 
+def _unpickled(type: str, octets: bytes) -> List:
+    return _tables.read(type, octets) if octets else _none[type]
+
+
+def _cannot_be_copied(self: object) -> tuple[Any, ...]:
+    raise TypeError(f"a {type(self).__name__} can be neither copied nor pickled")
+
+
+# The objects of lists by their handles, of all tables. Each reference holds the list in the library until
+# it has heard that its object is gone: so long no other list has this handle. The lock is for one object a
+# list; a thread that has it may hear of an end meanwhile.
+_known: dict[int, weakref.ref[List]] = {}
+_lock = threading.RLock()
+
+
+def _list(handle: Optional[int], name: str) -> List:
+    """The object of a list that is held for it."""
+    if not handle:
+        return _none[name]
+    with _lock:
+        known = _known.get(handle)
+        one = known() if known else None
+        if one is None:
+            one = List(handle, name)
+            _known[handle] = weakref.ref(one, functools.partial(_gone, handle))
+            return one
+    _library.zobgp_list_release(handle)  # the object's reference holds it already
+    return one
+
+
+def _gone(handle: int, known: weakref.ref[List]) -> None:
+    with _lock:
+        if _known.get(handle) is known:  # else it is another object's by now
+            del _known[handle]
+    _library.zobgp_list_release(handle)
+
+
 class Tables:
     """What lists are shared in. Most programs need none of their own: there is one for all."""
 
     def __init__(self) -> None:
         self._handle = ctypes.c_void_p()
         _check(_library.zobgp_tables_new(ctypes.byref(self._handle)))
-        self._known: weakref.WeakValueDictionary[int, List] = weakref.WeakValueDictionary()
 
     def __del__(self) -> None:
         _library.zobgp_tables_free(self._handle)
 
-    def _list(self, handle: Optional[int], name: str) -> List:
-        """The object of a list that is held for it."""
-        if not handle:
-            return _none[name]
-        known = self._known.get(handle)
-        if known is not None:
-            _library.zobgp_list_release(handle)
-            return known
-        return self._known.setdefault(handle, List(handle, name))
+    __reduce__ = _cannot_be_copied
 
     def read(self, type: str, octets: bytes) -> List:
         """The list in an attribute's value, without its header."""
         handle = ctypes.c_void_p()
+        octets = bytes(memoryview(octets))
         _check(_library.zobgp_read(self._handle, _type_of(type), octets, len(octets), ctypes.byref(handle)))
-        return self._list(handle.value, type)
+        return _list(handle.value, type)
 
     def parse(self, type: str, text: str) -> List:
         """The list of communities in a text, in any form that the tool bgpcomm reads."""
         handle = ctypes.c_void_p()
-        _check(_library.zobgp_parse(self._handle, _type_of(type), text.encode(), ctypes.byref(handle)))
-        return self._list(handle.value, type)
+        _check(_library.zobgp_parse(self._handle, _type_of(type), _ended(text.encode()), ctypes.byref(handle)))
+        return _list(handle.value, type)
 
 
 _tables = Tables()
@@ -213,7 +261,7 @@ class Path:
     __slots__ = ("seconds", "microseconds", "peer", "peer_as", "prefixes", "withdrawn", "as_path", "origin_as",
                  "next_hop", "record", "standard", "extended", "ipv6_extended", "large", "malformed")
 
-    def __init__(self, tables: Tables, path: _Path):
+    def __init__(self, path: _Path):
         self.seconds, self.microseconds = path.seconds, path.microseconds
         self.peer, self.peer_as = path.peer.decode(), path.peer_as
         self.prefixes = _parts(path.prefixes)
@@ -225,7 +273,7 @@ class Path:
         def held(name: str) -> List:
             handle = getattr(path.lists, name)
             _library.zobgp_list_hold(handle)
-            return tables._list(handle, name)
+            return _list(handle, name)
 
         self.standard, self.extended, self.ipv6_extended, self.large = map(held, _types)
 
@@ -243,7 +291,10 @@ class Paths:
 
     def __init__(self, file: Union[str, os.PathLike[str]], tables: Optional[Tables] = None):
         self._tables, self._reader = tables or _tables, ctypes.c_void_p()
-        _check(_library.zobgp_reader_open(self._tables._handle, os.fsencode(file), ctypes.byref(self._reader)))
+        name = _ended(os.fsencode(file))
+        _check(_library.zobgp_reader_open(self._tables._handle, name, ctypes.byref(self._reader)))
+
+    __reduce__ = _cannot_be_copied
 
     def __iter__(self) -> Paths:
         return self
@@ -255,7 +306,7 @@ class Paths:
             self.close()
             raise StopIteration
         _check(status)
-        return Path(self._tables, path.contents)
+        return Path(path.contents)
 
     def close(self) -> None:
         """Ends the reading before the file's end."""
@@ -296,13 +347,14 @@ def parse(type: str, text: str) -> List:
 
 def text(type: str, octets: bytes) -> str:
     """The canonical text of one community."""
+    octets = bytes(memoryview(octets))
     return _given(_library.zobgp_text, _type_of(type), octets, len(octets)).decode()
 
 
 def value(text: str) -> tuple[str, bytes]:
     """The type and the octets of one community, from any text that the tool bgpcomm reads."""
     type, length, octets = ctypes.c_int(), ctypes.c_size_t(), ctypes.create_string_buffer(20)
-    _check(_library.zobgp_value(text.encode(), ctypes.byref(type), octets, ctypes.byref(length)))
+    _check(_library.zobgp_value(_ended(text.encode()), ctypes.byref(type), octets, ctypes.byref(length)))
     return next(name for name, code in _types.items() if code == type.value), octets.raw[: length.value]
 
 

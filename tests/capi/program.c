@@ -110,6 +110,15 @@ static void paths(const zobgp_tables* tables, const char* file) {
   zobgp_list_release(first);
   CHECK(zobgp_reader_open(tables, "/nonexistent", &reader) == ZOBGP_FILE);
   CHECK(strstr(zobgp_message(), "/nonexistent: No such file"));
+  CHECK(zobgp_reader_open(tables, "README.md", &reader) == ZOBGP_OK);
+  CHECK(zobgp_reader_next(reader, &path) == ZOBGP_FILE && strstr(zobgp_message(), "README.md: "));
+  zobgp_reader_close(reader);
+
+  zobgp_tables* own; /* a reader outlives its tables */
+  CHECK(!zobgp_tables_new(&own) && !zobgp_reader_open(own, file, &reader));
+  zobgp_tables_free(own);
+  CHECK(!zobgp_reader_next(reader, &path) && *text_of(path->lists.standard));
+  zobgp_reader_close(reader);
 }
 
 int main(int argc, char** argv) {

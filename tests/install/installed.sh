@@ -31,7 +31,10 @@ if [[ $1 == build ]]; then
   pc=$(dirname "$(find "$prefix" -name ZoBgpKinds.pc)")
   said=$(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs ZoBgpKinds)
   eval "said=($said)"
-  "$compiler" "${flags[@]}" "$here/main.cpp" "${said[@]}" -std=c++2b -o "$folder/by-pkg-config"
+  "$compiler" "${flags[@]}" -std=c++2b "$here/main.cpp" "${said[@]}" -o "$folder/by-pkg-config"
+  said=$(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs zobgp-c)
+  eval "said=($said)"
+  "$compiler" "${flags[@]}" -x c -std=c99 -Werror "$here/../capi/program.c" "${said[@]}" -o "$folder/c-by-pkg-config"
   exit
 fi
 
@@ -45,6 +48,15 @@ while IFS=: read -r file included; do
   fi
 done < <(grep -rHoP '^\s*#\s*include\s*"\K[^"]+' "$headers")
 if find "$headers" -path '*/internal/*' | grep .; then missing=1; fi
+((missing == 0))
+
+# Links of pages lead to what is installed.
+while IFS=: read -r page target; do
+  if [[ ! -e ${page%/*}/$target ]]; then
+    echo "${page##*/}: a link leads to $target, which is not installed" >&2
+    missing=1
+  fi
+done < <(grep -rHoP --include='*.md' '\]\(\K[^):# ]+(?=[)#])' "$prefix/share/doc")
 ((missing == 0))
 
 "$here/run-paths.sh" "$prefix"

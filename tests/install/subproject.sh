@@ -26,7 +26,7 @@ if [[ $1 == build ]]; then
   pc=$(dirname "$(find "$PWD/prefix" -name ZoBgpKinds.pc)")
   said=$(PKG_CONFIG_PATH=$pc pkg-config --static --cflags --libs ZoBgpKinds)
   eval "said=($said)"
-  "$compiler" "${flags[@]}" "$here/main.cpp" "${said[@]}" -std=c++2b -o by-pkg-config
+  "$compiler" "${flags[@]}" -std=c++2b "$here/main.cpp" "${said[@]}" -o by-pkg-config
   library=$(dirname "$pc")
   "$compiler" "${flags[@]}" -std=c++20 -I prefix/include/ZoBgpCommunity "$here/main.cpp" -o by-hand -L "$library" \
     -Wl,--whole-archive -lZoBgpKinds -lZoBgpCommunity -lZoBgpPlatform -Wl,--no-whole-archive -pthread

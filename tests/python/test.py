@@ -1,5 +1,11 @@
 """The Python package on the sample. Run where it is installed."""
+import copy
 import gc
+import pathlib
+import pickle
+import subprocess
+import sys
+import threading
 import unittest
 
 import zobgp
@@ -29,8 +35,9 @@ class Zobgp(unittest.TestCase):
                              (lambda: zobgp.parse("other", ""), "'other'"),
                              (lambda: zobgp.text("large", b"123"), "12 octets"),
                              (lambda: zobgp.Tables().read("standard", b"123"), "3 octets"),
+                             (lambda: zobgp.value("1:2\0x"), "NUL"),
                              (lambda: zobgp.paths("/nonexistent"), "/nonexistent: No such file"),
-                             (lambda: list(zobgp.paths("README.md")), "not an MRT file: .* a text file")):
+                             (lambda: list(zobgp.paths("README.md")), "README.md: not an MRT file: .* text file")):
             with self.assertRaisesRegex(zobgp.Error, reason):
                 call()
 
@@ -50,6 +57,47 @@ class Zobgp(unittest.TestCase):
         with zobgp.paths(SAMPLE) as some:
             self.assertIs(next(some).standard, first)
         self.assertEqual(list(some), [])
+
+    def test_threads_share_lists(self):
+        faults = []
+
+        def work(start):
+            for i in range(start, start + 20000):
+                one, other = (zobgp.parse("standard", f"65000:{i % 5} no-export") for _ in range(2))
+                if one is not other or one.values[0] != f"65000:{i % 5}":
+                    faults.append((i, one.values))
+                del one, other
+        before, threads = sys.getswitchinterval(), [threading.Thread(target=work, args=[i]) for i in range(4)]
+        sys.setswitchinterval(1e-5)
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        sys.setswitchinterval(before)
+        gc.collect()
+        self.assertEqual((faults[:5], zobgp._known), ([], {}))
+
+    def test_copies_are_the_list(self):
+        path = next(zobgp.paths(SAMPLE))
+        for again in (copy.copy(path), copy.deepcopy(path), pickle.loads(pickle.dumps(path))):
+            self.assertIs(again.standard, path.standard)
+            self.assertIs(again.large, path.large)
+        for one in (zobgp.Tables(), zobgp.paths(SAMPLE)):
+            self.assertRaisesRegex(TypeError, type(one).__name__, copy.copy, one)
+
+    def test_ends_in_any_order_and_says_nothing(self):
+        program = f"""
+import zobgp
+class Ring: pass
+ring = Ring(); ring.self = ring; ring.tables = zobgp.Tables(); ring.paths = zobgp.paths({SAMPLE!r}, ring.tables)
+ring.list = next(ring.paths).standard; kept = ring.list"""
+        run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+        self.assertEqual((run.returncode, run.stderr), (0, ""))
+
+    def test_one_version(self):
+        source = "".join(pathlib.Path("python", file).read_text() for file in ("pyproject.toml", "zobgp/__init__.py"))
+        self.assertIn(f'version = "{zobgp.version()}"', source)
+        self.assertIn(f'"libzobgp-c.so.{zobgp.version().rsplit(".", 1)[0]}"', source)
 
     def test_frames_where_pandas_is(self):
         try:
