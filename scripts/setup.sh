@@ -128,7 +128,8 @@ install() {
     done
     if ((${#ours[@]} == 0)) ||
       said+=$'\n'$("${as_root[@]}" sh -c "$install_packages" install "${ours[@]}" 2>&1); then return; fi
-    echo "Not installed. Is there a network? apt-get: $(grep -m 1 -E '^E:|Failed to fetch' <<<"$said")" >&2
+    said=$(grep -m 1 -E '^E:|Failed to fetch' <<<"$said" || tail -n 1 <<<"$said")
+    echo "Not installed. Is there a network? apt-get: $said" >&2
     return
   fi
   for package; do
