@@ -78,6 +78,7 @@ struct Screen {
     const winsize size{24, columns, 0, 0};
     ::openpty(&descriptor, &slave, nullptr, nullptr, &size);
     ::setenv("SCREEN", ::ptsname(descriptor), 1);
+    ::setenv("TERM", "vt100", 1);
   }
   ~Screen() {
     ::close(descriptor);
@@ -107,7 +108,7 @@ TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
   const std::string name = file.name().substr(file.name().rfind('/') + 1), gone = "\r\033[K";
   {
     Input input(file.name());
-    Progress progress(file.name(), input, true);
+    Progress progress(file.name(), input, false);
     // A quarter of the file is read ahead meanwhile.
     std::this_thread::sleep_for(std::chrono::milliseconds(1100));
     for (U64 paths = 1; paths <= 256; ++paths) progress.update(paths);
@@ -181,6 +182,28 @@ TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
   std::string faces;
   for (int i = 0; i < 40; ++i) faces += "\U0001f600";
   const std::pair<int, std::string> cases[] = {{SIGTERM, std::string(99, 'a')}, {SIGHUP, faces}};
+  // Drawn only where nobody else writes to that screen.
+  const std::string later = "(cat $WITHDRAWALS; sleep 0.2; cat $WITHDRAWALS)";
+  const std::string slow = later + " | bgpcomm ", to = " 2>$SCREEN ",
+                    read = to + "| cat >/dev/null";
+  const std::string job = "setsid -c bash -mc '$BGPCOMM summary <" + later + " >/dev/null";
+  const std::pair<std::string, bool> places[] = {
+      // clang-format off
+      {slow + "summary -" + to, true}, {slow + "summary -" + to + ">$SCREEN", true},
+      {slow + "summary -" + read, true}, {slow + "summary $FILE -" + read, false},
+      {slow + "summary --no-progress -" + to, false}, {"export TERM=dumb; " + slow + "summary -" + to, false},
+      {job + "' <$SCREEN" + to, true}, {job + " & wait' <$SCREEN" + to, false},
+      {slow + "paths -" + to, true}, {slow + "paths -" + to + ">$SCREEN", false},
+      {slow + "paths -" + read, false}, {slow + "paths --count -" + read, true},
+      {slow + "faults -" + read, false}, {slow + "watch-rt -" + read, false},
+      {slow + "diff $FILE -" + read, false}};
+  // clang-format on
+  for (const auto& [command, drawn] : places) {
+    Screen screen;
+    EXPECT_EQ(runTool(command + "; echo END >$SCREEN").exitCode, 0);
+    EXPECT_TRUE(screen.shows("END"));
+    EXPECT_EQ(screen.got.find("paths/s") != screen.got.npos, drawn) << command << screen.got;
+  }
   for (const auto& [signal, name] : cases) {
     ::setenv("PIPE", (file.name() + name).c_str(), 1);
     Screen screen;

@@ -98,7 +98,7 @@ class Dump {
   Dump(const std::string& file, const CommunityTables& tables, PathFilter& filter, PathJoin& join,
        PathJoin::Side side)
       : file_(file),
-        reading_(file, {.updates = PathCutter::Updates::all}),
+        reading_(file, {.printsLines = true, .updates = PathCutter::Updates::all}),
         tables_(tables),
         filter_(filter),
         join_(join),

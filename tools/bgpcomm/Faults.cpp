@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
@@ -149,7 +147,7 @@ class FaultPrinter {
 int runFaults(const Options& options) {
   PathFilter filter(options.filter);
   FaultPrinter printer(options, filter);
-  ReadOptions reading{.showProgress = !::isatty(STDOUT_FILENO)};
+  ReadOptions reading{.printsLines = true};
   reading.onFault = [&](Fault fault, Position position, const std::string& reason) {
     printer.print(fault, position, reason);
   };

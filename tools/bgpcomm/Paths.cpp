@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -217,8 +215,7 @@ class PathTaker {
 
 int runPaths(const Options& options) {
   PathTaker taker(options);
-  // A bar between lines on the same screen would only disturb.
-  const ReadOptions reading{.showProgress = !::isatty(STDOUT_FILENO),
+  const ReadOptions reading{.printsLines = !options.count && options.groupBy.empty(),
                             .updates = options.withdrawals ? PathCutter::Updates::all
                                                            : PathCutter::Updates::withAttributes};
   bool good = true, more = true;

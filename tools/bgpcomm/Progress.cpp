@@ -1,11 +1,13 @@
 #include "Progress.h"
 
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 #include "Terminal.h"
 
@@ -24,6 +26,28 @@ void clearAndDie(int signal) {
 void clearProgressWhenKilled() {
   for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP})
     if (std::signal(signal, clearAndDie) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
+/// Another job has the terminal then. A terminal that is not the session's own has no jobs. May be
+/// called from a signal's handler.
+bool isInBackground() {
+  const pid_t foreground = ::tcgetpgrp(STDERR_FILENO);
+  return foreground >= 0 && foreground != ::getpgrp();
+}
+
+/// Whether the screen may get a line of standard output into the one that is drawn.
+bool isShared(bool printsLines) {
+  if (::isatty(STDOUT_FILENO)) return printsLines;
+  struct stat status {};
+  const bool hasReader = ::fstat(STDOUT_FILENO, &status) == 0 &&
+                         (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
+  return hasReader && (printsLines || hasPrinted());
+}
+
+bool canBeDrawn(bool printsLines) {
+  const char* const terminal = std::getenv("TERM");
+  return terminalOptions().progress && ::isatty(STDERR_FILENO) &&
+         std::string_view(terminal ? terminal : "") != "dumb" && !isShared(printsLines);
 }
 
 std::size_t terminalWidth() {
@@ -52,15 +76,18 @@ std::string timeLeft(std::chrono::duration<double> elapsed, double done) {
 void clearProgress() {
   if (!progressDrawn) return;
   progressDrawn = 0;
+  if (isInBackground()) return;  // the shell has gone on in a line of its own
   constexpr std::string_view clear = "\r\033[K";
   if (::write(STDERR_FILENO, clear.data(), clear.size()) < 0) return;
 }
 
-Progress::Progress(const std::string& file, const Input& input, bool shown)
+Progress::Progress(const std::string& file, const Input& input, bool printsLines)
     : file_(visible(shownFile(file.substr(file.rfind('/') + 1)))),
       input_(input),
-      enabled_(shown && terminalOptions().progress && ::isatty(STDERR_FILENO)) {
-  if (enabled_) clearProgressWhenKilled();
+      enabled_(canBeDrawn(printsLines)) {
+  if (!enabled_) return;
+  flushOutput();
+  clearProgressWhenKilled();
 }
 
 Progress::~Progress() { clearProgress(); }
@@ -69,6 +96,7 @@ void Progress::draw(U64 paths) {
   const Clock::time_point now = Clock::now();
   if (now - last_ < std::chrono::milliseconds(100)) return;
   last_ = now;
+  if (isInBackground()) return;
 
   const std::chrono::duration<double> elapsed = now - start_;
   std::string line = ' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s";

@@ -9,13 +9,15 @@
 
 namespace bgpcomm {
 
-/// A line on standard error that shows how far a file is read, when that is a terminal. It goes
-/// away with the object, before an error line, and when a signal from the keyboard, `kill` or a
-/// closed terminal ends the process.
+/// A line on standard error that shows how far a file is read, when that is a terminal that can go
+/// back in a line, and ours: the process is not in the background, and nobody writes lines there
+/// meanwhile. It goes away with the object, before an error line, and when a signal from the
+/// keyboard, `kill` or a closed terminal ends the process.
 class Progress {
  public:
-  /// `shown` false: never draws.
-  Progress(const std::string& file, const Input& input, bool shown);
+  /// `printsLines`: standard output gets lines while the file is read. On a terminal, or from the
+  /// reader of a pipe or a socket, they come to the same screen. Output that is held is written.
+  Progress(const std::string& file, const Input& input, bool printsLines);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;

@@ -49,7 +49,7 @@ struct FileReading::Opened {
          std::function<void(Position)> onBadRecord, std::function<void()> onRecord)
       : input(file, flushOutput),
         reader(input, options.updates, std::move(onBadRecord), std::move(onRecord)),
-        progress(file, input, options.showProgress) {}
+        progress(file, input, options.printsLines) {}
 
   Input input;
   PathReader reader;

@@ -42,7 +42,8 @@ struct ReadResult {
 std::string textOf(const ReadResult::FirstFault& first);
 
 struct ReadOptions {
-  bool showProgress = true;
+  /// Standard output gets lines of what is read, not only at the end; see Progress.h.
+  bool printsLines = false;
   PathCutter::Updates updates = PathCutter::Updates::withAttributes;
   /// Gets the faults that are of no path, each where it stands, with a reason for people.
   std::function<void(Fault, Position, const std::string& reason)> onFault = {};

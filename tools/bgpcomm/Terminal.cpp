@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::size_t outputSize = 64 * 1024;
 
+bool anyPrinted = false;
+
 std::string& output() {
   static std::string held;
   return held;
@@ -88,6 +90,7 @@ char fileWorkedOn[4096];
 }  // namespace
 
 void print(std::string_view text) {
+  anyPrinted |= !text.empty();
   output() += text;
   if (output().size() >= outputSize) flushOutput();
 }
@@ -96,6 +99,8 @@ void flushOutput() {
   writeAll(output());
   output().clear();
 }
+
+bool hasPrinted() { return anyPrinted; }
 
 std::size_t printableSize(std::string_view text) {
   const U8 first = U8(text[0]);

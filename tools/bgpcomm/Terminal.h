@@ -16,6 +16,8 @@ using namespace Mox::Words;
 void print(std::string_view text);
 /// Writes the output that is still held. main calls it after every command.
 void flushOutput();
+/// Whether there has been any output.
+bool hasPrinted();
 
 /// The text, safe for a terminal: `\xNN` stands for each octet of control characters (U+0000 to
 /// U+001F, U+007F to U+009F), of line separators and marks of direction, and of anything that is

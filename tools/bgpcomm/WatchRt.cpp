@@ -92,7 +92,7 @@ int runWatchRt(const Options& options) {
                                        if (replay.take(path, values[extended]))
                                          values.faults.add(Fault::linkBandwidth);
                                      },
-                                     {.showProgress = false, .updates = PathCutter::Updates::all});
+                                     {.printsLines = true, .updates = PathCutter::Updates::all});
   watcher.notifierIs(nullptr);  // sets that are left do not go; nobody watches them any more
   reportPassedOver(options.file, result);
   return result.failed ? exitBadData : 0;
