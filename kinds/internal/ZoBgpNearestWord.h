@@ -24,7 +24,7 @@ class NearestWord {
   /// REQUIRES: the word lives as long as this.
   void offer(std::string_view word);
   /// The first of the closest words; empty when none is close: a letter in four may be wrong, and
-  /// one in a short word.
+  /// one in a short word; two that are swapped count as one.
   std::string_view word() const { return word_; }
 
  private:

@@ -94,7 +94,7 @@ a community | ^+1^:2 | ^ 1^:2
 a decimal number | route-target-as2:^65536^:1 | route-target-as2:1:^18446744073709551616^ | color:^4^:100
 expected | ^^ | ^1:2:3:4^ | ^zebra^:1:2 | ^encapzzzztion^:8 | ^route-target-as2^:1 | ^mac-mobility^:1
 did you mean "route-target-as2" | ^rout-target-as2^:1:2
-did you mean "mac-mobility" | ^mac-mobilty^:S:1
+did you mean "mac-mobility" | ^mca-mobiilty^:S:1
 did you mean "encapsulation" | ^encapzzzation^:8
 nothing more | route-target-as2:1:2:^3^ | evpn-default-gateway:^0^
 an IPv4 address | route-target-ipv4:^192.0.2.01^:1 | route-target-ipv4:^192.0.2^:1 | route-target-ipv4:^1.2.3.4.5^:1

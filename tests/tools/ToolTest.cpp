@@ -35,18 +35,22 @@ TEST_F(Tool, RefusesWhatIsAskedWrong) {
   expectRefused(R"(
 | A subcommand is required; see bgpcomm --help
 bogus | bogus is unknown; see bgpcomm --help
-help sumary | sumary is unknown; did you mean summary?
+help smumary | smumary is unknown; did you mean summary?
+pahts $FILE | pahts is unknown; did you mean paths? see bgpcomm --help
 summary | FILE is required; see bgpcomm summary --help
 summary --color sometimes $FILE | --color sometimes: expected auto, always or never
+summary --color nevre $FILE | --color nevre: expected auto, always or never; did you mean never?
 lint | FILE is required; see bgpcomm lint --help
 decode --core --format ui,none 40010100 | --format ui,none: no flag "none", there are default, qualifier, classification, ui, asdot, weighted, or none for no flag
 decode --core --names --numeric 40010100 | --names excludes --numeric; see bgpcomm decode --help
 decode --format= ui 40010100 | --format: its value is empty; see bgpcomm --help
 decode --json= 40010100 | --json: its value is empty; see bgpcomm --help
 describe NoSuchType | NoSuchType: no such type, bgpcomm describe lists them
+describe ComList | ComList: no such type, bgpcomm describe lists them; did you mean CommList?
 diff - - <$FILE | one of the dumps can be -, not both
 encode --core 1:2 | encode: texts cannot be read with --core
 lint --rules private $FILE | --rules private: no such rule, see --list-rules
+lint --without routetarget $FILE | --without routetarget: no such rule, see --list-rules; did you mean route-target?
 paths --community 65000:65536 $FILE | --community 65000:65536: at 6: "65536": expected a decimal number below 65536
 paths --community=65000:= $FILE | --community 65000:=: at 6: "=": expected a decimal number below 65536
 paths --community= no-export $FILE | --community: its value is empty; see bgpcomm --help
@@ -68,7 +72,7 @@ paths --text long $KINDS | --text long: there are canonical, policy and show
 paths --where no-exprot $FILE | --where: at 0: "no-exprot": expected a community: the identifier of a kind, a well-known name, or two or three decimal numbers; did you mean "NO_EXPORT"?
 save $FILE --to '' | --to: its value is empty; see bgpcomm save --help
 spread 10.0.0.0/33 $FILE | PREFIX 10.0.0.0/33: expected a prefix length up to 32
-top --by size $FILE | --by size: there are value, kind, list, route-target, peer, prefix, origin
+top --by pear $FILE | --by pear: there are value, kind, list, route-target, peer, prefix, origin; did you mean peer?
 values --kind 65000: $FILE | --kind: at 6: "": expected a decimal number below 65536
 values --sort size $FILE | --sort size: there are paths, peers, prefixes, value
 )");

@@ -1,8 +1,10 @@
 #include "Commands.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include "Descriptions.h"
+#include "Meant.h"
 #include "Terminal.h"
 #include "TextStyle.h"
 
@@ -11,6 +13,8 @@ namespace {
 
 // The words for shells are kept with the option, as a check that all values pass.
 const std::string wordsCheck = "words";
+
+constexpr std::string_view colourWords[] = {"auto", "always", "never"};
 
 }  // namespace
 
@@ -52,15 +56,16 @@ void addTextOptions(CLI::App& command) {
 
 void addTerminalOptions(CLI::App& app) {
   const auto colourIs = [](const std::string& when) {
-    if (when != "auto" && when != "always" && when != "never")
-      throw UsageError("--color " + when + ": expected auto, always or never");
+    if (std::ranges::find(colourWords, when) == std::end(colourWords))
+      throw UsageError("--color " + when + ": expected auto, always or never" +
+                       meantAmong(colourWords, when));
     terminalOptions().colour = when == "auto" ? std::nullopt : std::optional(when == "always");
   };
   takesOneOf(app.add_option_function<std::string>(
                     "--color", colourIs,
                     "auto (default: on terminals, and where NO_COLOR\nis not set), always or never")
                  ->option_text("WHEN"),
-             {"auto", "always", "never"});
+             {std::begin(colourWords), std::end(colourWords)});
   app.add_flag_callback(
       "--no-progress", [] { terminalOptions().progress = false; },
       "No line on terminals that shows what is read");

@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "Meant.h"
 #include "Mox/Type.h"
 #include "Terminal.h"
 
@@ -14,8 +15,12 @@ const Mox::Type& findType(const std::string& name) {
     if (found) throw UsageError(name + ": several types have this name, write it in full");
     found = type;
   }
-  if (!found) throw UsageError(name + ": no such type, bgpcomm describe lists them");
-  return *found;
+  if (found) return *found;
+  std::vector<std::string> known;
+  for (const Mox::Type* const type : Mox::Type::all())
+    for (const std::string& its : {type->name(), type->name().substr(type->name().rfind(':') + 1)})
+      known.push_back(its);
+  throw UsageError(name + ": no such type, bgpcomm describe lists them" + meantAmong(known, name));
 }
 
 std::string_view formText(Mox::Attribute::Form form) {

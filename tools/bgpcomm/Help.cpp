@@ -1,8 +1,8 @@
 #include "Help.h"
 
 #include "JsonHelp.h"
+#include "Meant.h"
 #include "Terminal.h"
-#include "kinds/internal/ZoBgpNearestWord.h"
 
 namespace bgpcomm {
 namespace {
@@ -19,10 +19,7 @@ std::string unknown(const CLI::App& program, const CLI::App* command, const std:
   else if (!command)
     for (const CLI::App* const one : program.get_subcommands({})) known.push_back(one->get_name());
   const std::string name = word.substr(0, word.find('='));
-  Routing::Bgp::NearestWord nearest(name);
-  for (const std::string& one : known) nearest.offer(one);
-  return name + " is unknown" +
-         (nearest.word().empty() ? "" : "; did you mean " + std::string(nearest.word()) + '?');
+  return name + " is unknown" + meantAmong(known, name);
 }
 
 struct HelpOptions {

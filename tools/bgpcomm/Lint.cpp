@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <ranges>
 
 #include "Commands.h"
 #include "Descriptions.h"
 #include "LintFindings.h"
+#include "Meant.h"
 #include "PathText.h"
 #include "Reading.h"
 #include "Terminal.h"
@@ -29,7 +31,8 @@ U32 readRules(const char* option, const std::vector<std::string>& names) {
     const auto rules = lintRules();
     const auto at = std::ranges::find(rules, name, &LintRule::name);
     if (at == rules.end())
-      throw UsageError(std::string(option) + ' ' + name + ": no such rule, see --list-rules");
+      throw UsageError(std::string(option) + ' ' + name + ": no such rule, see --list-rules" +
+                       meantAmong(std::views::transform(rules, &LintRule::name), name));
     bits |= U32{1} << (at - rules.begin());
   }
   return bits;

@@ -6,6 +6,7 @@
 #include "Descriptions.h"
 #include "Errors.h"
 #include "ListValues.h"
+#include "Meant.h"
 #include "PathText.h"
 
 namespace bgpcomm {
@@ -15,7 +16,8 @@ using namespace Routing::Bgp;
 GroupBy readGroupBy(const std::string& name) {
   const auto at = std::ranges::find(groupByNames, name);
   if (at != groupByNames.end()) return GroupBy(at - groupByNames.begin());
-  throw UsageError("--group-by " + name + ": there are peer, origin, kind, value, prefix-length");
+  throw UsageError("--group-by " + name + ": there are peer, origin, kind, value, prefix-length" +
+                   meantAmong(groupByNames, name));
 }
 
 void PathGroups::add(const Path& path, CommunityValues& values, const PathFilter& filter) {

@@ -10,6 +10,7 @@
 #include "Descriptions.h"
 #include "Hex.h"
 #include "ListedValue.h"
+#include "Meant.h"
 #include "PathFilter.h"
 #include "PathText.h"
 #include "Reading.h"
@@ -35,7 +36,8 @@ By readBy(const std::string& name) {
   const auto at = std::ranges::find(byNames, name);
   if (at != byNames.end()) return By(at - byNames.begin());
   throw UsageError("--by " + name +
-                   ": there are value, kind, list, route-target, peer, prefix, origin");
+                   ": there are value, kind, list, route-target, peer, prefix, origin" +
+                   meantAmong(byNames, name));
 }
 
 struct Figures {

@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "ListedValue.h"
+#include "Meant.h"
 #include "Numbering.h"
 #include "PathFilter.h"
 #include "Reading.h"
@@ -130,13 +131,15 @@ std::optional<ValuePattern> readKind(const std::string& text) {
   return std::move(*pattern.value);
 }
 
+constexpr std::string_view sortNames[] = {"paths", "peers", "prefixes", "value"};
 /// The column to sort by; null to sort by value.
 U64 ValueFigures::*readSort(const std::string& name) {
   if (name == "paths") return &ValueFigures::paths;
   if (name == "peers") return &ValueFigures::peers;
   if (name == "prefixes") return &ValueFigures::prefixes;
   if (name == "value") return nullptr;
-  throw UsageError("--sort " + name + ": there are paths, peers, prefixes, value");
+  throw UsageError("--sort " + name + ": there are paths, peers, prefixes, value" +
+                   meantAmong(sortNames, name));
 }
 
 void printJson(const ValueFigures& figures, const CommunityTables& tables) {
@@ -207,7 +210,7 @@ void addValues(CLI::App& app, int& exitCode) {
                  .add_option("--sort", options.sort,
                              "paths (default), peers or prefixes, largest\nfirst; or value")
                  ->option_text("WHAT"),
-             {"paths", "peers", "prefixes", "value"});
+             {std::begin(sortNames), std::end(sortNames)});
   command.add_option("--top", options.top, "At most so many lines")->option_text("N");
   addTextOptions(command);
   addJsonLines(command, options.json);
