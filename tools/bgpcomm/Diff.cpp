@@ -187,7 +187,7 @@ void addDiff(CLI::App& app, int& exitCode) {
   addFilterOptions(command, options.filter);
   command
       .add_option("--limit", options.limit,
-                  "At most so many lines of each sort (10);\n0 for all, as with --json")
+                  "At most so many lines of each sort (default 10;\n0: all); JSON has all")
       ->option_text("N");
   addTextOptions(command);
   addJsonLines(command, options.json);

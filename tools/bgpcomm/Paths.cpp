@@ -250,7 +250,8 @@ void addPaths(CLI::App& app, int& exitCode) {
                  exitCode, runPaths);
   addFiles(command, options.files);
   addFilterOptions(command, options.filter);
-  command.add_option("--limit", options.limit, "At most so many lines")->option_text("N");
+  command.add_option("--limit", options.limit, "At most so many lines (default 0: all)")
+      ->option_text("N");
   command.add_flag("--withdrawals", options.withdrawals,
                    "Also a line for the prefixes that a message\nwithdraws");
   command.add_flag("--count", options.count, "Only how many paths there are");
