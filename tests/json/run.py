@@ -58,7 +58,7 @@ sample = "samples/rib.bird.mrt.gz"
 commands = {
     "paths": ["paths MADE SAMPLE --withdrawals --collector rrc00 --describe TEXTS",
               "paths MADE", "paths MADE --text policy"],
-    "kinds": ["kinds /"],  # those that have a type and a subtype
+    "kinds": ["kinds"],
     "summary": ["summary MADE SAMPLE --describe TEXTS --top 0", "summary SAMPLE --total",
                 "summary MADE --core", "restore STORE", "restore STORE --total --describe TEXTS"],
     "values": ["values MADE SAMPLE", "values MADE --describe TEXTS --core"],

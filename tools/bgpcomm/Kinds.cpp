@@ -161,7 +161,7 @@ void addKinds(CLI::App& app, int& exitCode) {
       .add_option("PATTERN", options.pattern,
                   "Only those that have it in identifier, name,\nnumber or reference")
       ->type_name("");
-  auto* const json = command.add_flag("--json", options.json, "Whole rows, as --kinds reads them");
+  auto* const json = command.add_flag("--json", options.json, "Whole rows, for programs");
   command.add_flag("--markdown", options.markdown, "Tables for documentation")->excludes(json);
 }
 
@@ -183,7 +183,7 @@ void addKindOptions(CLI::App& app) {
          [addFile](const std::vector<std::string>& files) {
            for (const std::string& file : files) addFile(file);
          },
-         "More kinds: rows in the form of kinds --json")
+         "More kinds: new rows of attributes 16 and 25, in\nthe form of kinds --json")
       ->allow_extra_args(false)
       ->option_text("FILE")
       ->excludes(core);
