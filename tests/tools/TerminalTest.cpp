@@ -158,8 +158,9 @@ TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
           "paths --limit 50" + sample, std::string("faults samples/updates.thursday.mrt"),
           std::string("watch-rt samples/updates.thursday.mrt"),
           "diff" + explain + "samples/updates.wednesday.mrt samples/updates.thursday.mrt",
-          std::string("kinds mac-mobility"), "spread 13.5.21.0/24" + sample,
-          "lint --without route-target" + sample, "decode 0xfc580064" + explain}) {
+          std::string("kinds mac-mobility"), std::string("help"), std::string("kinds --help"),
+          "spread 11.0.0.0/16 --more-specific" + sample, "lint --without route-target" + sample,
+          "decode 0xfc580064" + explain}) {
       SCOPED_TRACE(command + ' ' + std::to_string(columns));
       Screen screen(columns);
       std::thread run([&] { runTool("bgpcomm " + command + " >$SCREEN; echo END >$SCREEN"); });

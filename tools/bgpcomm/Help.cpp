@@ -1,8 +1,11 @@
 #include "Help.h"
 
+#include <sstream>
+
 #include "JsonHelp.h"
 #include "Meant.h"
 #include "Terminal.h"
+#include "Wrapped.h"
 
 namespace bgpcomm {
 namespace {
@@ -33,15 +36,15 @@ int runHelp(const HelpOptions& options) {
   if (options.json && options.command.empty()) throw UsageError("help --json: of which command?");
   if (options.command.empty()) {
     // Not help(), which is that of the command which runs.
-    print(program.get_formatter()->make_help(&program, program.get_name(),
-                                             CLI::AppFormatMode::Normal));
+    print(fitted(program.get_formatter()->make_help(&program, program.get_name(),
+                                                    CLI::AppFormatMode::Normal)));
     return 0;
   }
   for (const CLI::App* const command : program.get_subcommands({}))
     if (command->get_name() == options.command) {
       const std::string keys = options.json ? jsonKeys(options.command) : "";
       if (options.json && keys.empty()) throw UsageError(options.command + " prints no JSON");
-      print(options.json ? keys : command->help(program.get_name()));
+      print(options.json ? keys : fitted(command->help(program.get_name())));
       return 0;
     }
   throw UsageError(unknown(program, nullptr, options.command));
@@ -58,6 +61,41 @@ std::string whatIsWrong(const CLI::App& program, const CLI::ParseError& error) {
       rest.empty() ? text.substr(0, text.find('\n')) : unknown(program, command, rest.front());
   return what + (what.ends_with('?') ? "" : ";") + " see bgpcomm" +
          (command ? ' ' + command->get_name() : "") + " --help";
+}
+
+std::string fitted(const std::string& help) {
+  if (lineColumns() >= 80) return help;
+  constexpr std::size_t column = 30;  // of descriptions, behind the names of options
+  std::string out, first, text;
+  std::size_t margin = 0;
+  const auto begin = [&](const std::string& itsFirst, const std::string& itsText) {
+    if (!first.empty() || !text.empty()) out += hanging(first, text, margin);
+    margin = itsFirst.size();
+    first = itsFirst;
+    text = itsText;
+  };
+  std::istringstream lines(help);
+  for (std::string line; std::getline(lines, line);) {
+    const std::string name = line.substr(0, column), rest = line.substr(name.size());
+    const bool isText = !line.empty() && line[0] != ' ' && !line.starts_with("Example:");
+    if (isText && margin == 0 && !text.empty() && !line.starts_with("Usage:"))
+      text += ' ' + line;
+    else if (isText)
+      begin("", line);
+    else if (name == std::string(column, ' ') && margin == column)
+      text += ' ' + rest;
+    else if (name.starts_with("  ") && !name.starts_with("   ") && name.ends_with(' '))
+      begin(name, rest);
+    else {
+      begin("", "");
+      if (name == std::string(column, ' '))
+        begin(name, rest);
+      else
+        out += line + '\n';
+    }
+  }
+  begin("", "");
+  return out;
 }
 
 void addHelp(CLI::App& app, int& exitCode) {

@@ -166,8 +166,10 @@ class TreePrinter {
       left += node.some.size();
     }
     if (left > 0 && !some_)
-      bgpcomm::print("--some shows " + counted(left, "value") +
-                     " that no AS has on all of its paths, and on no other\n");
+      bgpcomm::print(hanging("",
+                             "--some shows " + counted(left, "value") +
+                                 " that no AS has on all of its paths, and on no other",
+                             2));
   }
 
  private:

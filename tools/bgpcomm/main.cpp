@@ -126,7 +126,7 @@ int run(int argc, char** argv) {
   } catch (const CLI::Success& asked) {
     std::ostringstream text;
     exitCode = app.exit(asked, text, text);
-    bgpcomm::print(text.str());
+    bgpcomm::print(bgpcomm::fitted(text.str()));
   } catch (const CLI::ParseError& error) {
     return usageError(bgpcomm::whatIsWrong(app, error));
   } catch (const bgpcomm::UsageError& error) {
