@@ -124,6 +124,7 @@ TEST_F(Stored, NoNumberOfANoteIsTrusted) {
       {"/0/seconds", 1.1e10, "\"seconds\" is out of range\n"},
       {"/0/file/1", 256, "\"file\" holds no octets\n"},
       {"/0/file", 5, "\"file\" is no array\n"},
+      {"/0/skipped", nullptr, "\"skipped\" is no object\n"},
       {"/0/kinds/large/lists", nullptr, "\"lists\" is no array\n"},
       {"/0/firstFault", 1, "[json.exception.type_error.302] type must be string"},
       {"", 7, "it is no list of files\n"},

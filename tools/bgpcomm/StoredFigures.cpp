@@ -113,10 +113,12 @@ FileFigures NoteReader::read(const Json& file, const FileLists& lists) {
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     figures.faults.add(Fault(i), countOf(file.at("faults"), faultNames[i]));
   if (file.contains("wrongFlags")) figures.wrongFlags = countOf(file, "wrongFlags");
-  if (file.contains("skipped"))
+  if (const auto skipped = file.find("skipped"); skipped != file.end()) {
+    if (!skipped->is_object()) fail("\"skipped\" is no object");
     for (std::size_t i = 0; i < skippedSorts; ++i)
-      if (file.at("skipped").contains(skippedNames[i].key))
-        figures.skipped[i] = countOf(file.at("skipped"), skippedNames[i].key);
+      if (skipped->contains(skippedNames[i].key))
+        figures.skipped[i] = countOf(*skipped, skippedNames[i].key);
+  }
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     const Json& entry = file.at("kinds").at(std::string(listTypes[type].key));
     lists[type].communitiesIs(countOf(entry, "communities"));
