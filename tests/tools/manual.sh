@@ -42,6 +42,10 @@ lint --rules as-t:as-trans
 summary --kinds '':
 summary --by:
 summary '':
+summary --json '':
+kinds --he:--help
+help --json w:watch-rt
+manual '':man bash zsh
 EOF
 
 if command -v groff >/dev/null; then

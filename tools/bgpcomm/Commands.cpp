@@ -1,7 +1,7 @@
 #include "Commands.h"
 
 #include <algorithm>
-#include <sstream>
+#include <map>
 
 #include "Descriptions.h"
 #include "Meant.h"
@@ -11,25 +11,23 @@
 namespace bgpcomm {
 namespace {
 
-// The words for shells are kept with the option, as a check that all values pass.
-const std::string wordsCheck = "words";
+/// The words for shells. The parser would show them as the option's type, too.
+std::map<const CLI::Option*, std::vector<std::string>>& knownWords() {
+  static std::map<const CLI::Option*, std::vector<std::string>> words;
+  return words;
+}
 
 constexpr std::string_view colourWords[] = {"auto", "always", "never"};
 
 }  // namespace
 
 void takesOneOf(CLI::Option* option, const std::vector<std::string>& words) {
-  option->check(CLI::Validator([](std::string&) { return std::string(); },
-                               CLI::detail::join(words, " "), wordsCheck));
+  knownWords()[option] = words;
 }
 
 std::vector<std::string> wordsOf(CLI::Option& option) {
-  try {
-    std::istringstream words(option.get_validator(wordsCheck)->get_description());
-    return {std::istream_iterator<std::string>(words), {}};
-  } catch (const CLI::OptionNotFound&) {
-    return {};
-  }
+  const auto its = knownWords().find(&option);
+  return its == knownWords().end() ? std::vector<std::string>() : its->second;
 }
 
 void settleTexts(const CLI::App& command) {

@@ -105,7 +105,9 @@ void addHelp(CLI::App& app, int& exitCode) {
                   "Example: bgpcomm help paths\n         bgpcomm help --json paths"},
                  exitCode, runHelp);
   options.program = &app;
-  command.add_option("COMMAND", options.command, "Its name")->type_name("");
+  std::vector<std::string> names;
+  for (const CLI::App* const one : app.get_subcommands({})) names.push_back(one->get_name());
+  takesOneOf(command.add_option("COMMAND", options.command, "Its name")->type_name(""), names);
   command.add_flag("--json", options.json, "The keys of its JSON, each explained");
 }
 

@@ -143,14 +143,15 @@ std::string quoted(std::string text) {
 
 constexpr std::string_view bashBefore = R"(# bash completion for bgpcomm
 _bgpcomm() {
-  local current=$2 before=$3 command= word words=
+  local current=$2 before=$3 command= word words= arguments= isValue=
   # The shell parts --option=value at the sign.
   if [[ $before == = ]]; then before=${COMP_WORDS[COMP_CWORD - 2]}; fi
   if [[ $current == = ]]; then current=; fi
 )";
 constexpr std::string_view bashBehind = R"(  COMPREPLY=()
+  if [[ $command != "" && $isValue == "" && $current != -* ]]; then words=$arguments; fi
   # Files, where no word fits.
-  if [[ -n $words && ($command == "" || $current == -* || $before == --*) ]]; then
+  if [[ -n $words ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
   fi
 }
@@ -162,12 +163,21 @@ void printBashValues(CLI::App& command, const std::string& before) {
   for (CLI::Option* const option : namedOptions(command))
     if (takesValue(*option))
       print("    " + before + quoted(' ' + namesOf(*option).back()) +
-            ") words=" + quoted(joined(wordsOf(*option), " ")) + " ;;\n");
+            ") isValue=1 words=" + quoted(joined(wordsOf(*option), " ")) + " ;;\n");
 }
 
 void addOptionNames(CLI::App& command, std::vector<std::string>& names) {
   for (CLI::Option* const option : namedOptions(command))
-    for (const std::string& name : namesOf(*option)) names.push_back(name);
+    for (const std::string& name : namesOf(*option))
+      if (std::ranges::find(names, name) == names.end()) names.push_back(name);
+}
+
+/// The words that the arguments of a command are, where these are no files.
+std::string argumentsOf(CLI::App& command) {
+  std::vector<std::string> words;
+  for (CLI::Option* const option : positionals(command))
+    std::ranges::copy(wordsOf(*option), std::back_inserter(words));
+  return joined(words, " ");
 }
 
 void printBash(CLI::App& program) {
@@ -186,7 +196,8 @@ void printBash(CLI::App& program) {
     names.clear();
     addOptionNames(*command, names);
     addOptionNames(program, names);
-    print("    " + command->get_name() + "' '*) words=" + quoted(joined(names, " ")) + " ;;\n");
+    print("    " + command->get_name() + "' '*) words=" + quoted(joined(names, " ")) +
+          " arguments=" + quoted(argumentsOf(*command)) + " ;;\n");
   }
   print("  esac\n" + std::string(bashBehind));
 }

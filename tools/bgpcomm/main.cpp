@@ -116,8 +116,8 @@ int run(int argc, char** argv) {
   bgpcomm::addEncode(app, exitCode);
   bgpcomm::addKinds(app, exitCode);
   bgpcomm::addDescribe(app, exitCode);
-  bgpcomm::addHelp(app, exitCode);
   bgpcomm::addManual(app, exitCode);
+  bgpcomm::addHelp(app, exitCode);  // knows the commands before it
   bgpcomm::nameJsonKeys(app);
   refuseBadValues(app);
   for (CLI::App* const command : app.get_subcommands({})) refuseBadValues(*command);
