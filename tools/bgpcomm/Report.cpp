@@ -57,7 +57,9 @@ void addReport(CLI::App& app, int& exitCode) {
        "Example: bgpcomm report rib.bz2 -o report.html"},
       exitCode, runReport);
   addFiles(command, options.files);
-  command.add_option("-o,--output", options.output, "The page to write; - is standard output")
+  command
+      .add_option("-o,--output", options.output,
+                  "The page to write; - is standard output; a\nsymbolic link is replaced")
       ->required()
       ->option_text("PAGE");
   command

@@ -108,7 +108,9 @@ void addStores(CLI::App& command, std::vector<std::string>& stores) {
 }
 
 void addTarget(CLI::App& command, WriteOptions& options) {
-  command.add_option("--to", options.store, "The store to write")->required()->option_text("STORE");
+  command.add_option("--to", options.store, "The store to write; a symbolic link is replaced")
+      ->required()
+      ->option_text("STORE");
   command.add_flag("--total", options.total, "Keep only the figures of all files together");
 }
 
