@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <bit>
+#include <chrono>
 #include <deque>
 #include <future>
 #include <thread>
@@ -13,7 +14,7 @@ namespace {
 /// bzip2: several blocks at a time, each in a thread of its own, handed out in their order.
 class Bzip2 final : public Decoder {
  public:
-  explicit Bzip2(Source& source) : splitter_(source) {}
+  explicit Bzip2(Source& source) : source_(source), splitter_(source) {}
 
  private:
   struct Job {
@@ -32,7 +33,11 @@ class Bzip2 final : public Decoder {
 
   /// The part may be empty; false when the data have ended.
   bool nextPart() {
-    if (block_ && block_->state() == Bzip2Block::State::more) {
+    if (joins_) {
+      source_.pause();  // No pause can come while pieces are gathered.
+      joins_ = false;
+      joinWithNext();
+    } else if (block_ && block_->state() == Bzip2Block::State::more) {
       block_->decode();
     } else {
       if (block_) leaveBlock();
@@ -41,7 +46,7 @@ class Bzip2 final : public Decoder {
       if (job->decoded.valid()) {
         job->decoded.get();
         block_ = std::move(job->block);
-        if (isNothing(*block_)) joinWithNext();
+        joins_ = isNothing(*block_);
       } else if (job->block->piece().startsWith(Bzip2Piece::endMark)) {
         takeEnd(job->block->piece());
       }
@@ -52,7 +57,7 @@ class Bzip2 final : public Decoder {
 
   /// The next one, once it is done.
   std::optional<Job> takeJob() {
-    lookAhead();
+    lookAhead(false);
     if (jobs_.empty()) {
       if (sourceFault_) std::rethrow_exception(sourceFault_);
       return std::nullopt;
@@ -60,13 +65,17 @@ class Bzip2 final : public Decoder {
     if (jobs_.front().decoded.valid()) jobs_.front().decoded.wait();
     Job job = std::move(jobs_.front());
     jobs_.pop_front();
-    lookAhead();
+    lookAhead(true);
     return job;
   }
 
-  /// As many as there are processors; more would only take memory.
-  void lookAhead() try {
+  /// As many as there are processors; more would only take memory. Waits for octets no longer than
+  /// for the first job, and not at all when the caller has one that is done.
+  void lookAhead(bool hasOne) try {
     while (jobs_.size() < ahead_ && !sourceFault_) {
+      std::optional<Source::Pausing> pausing;
+      if (hasOne || !jobs_.empty())
+        pausing.emplace(source_, [&] { return hasOne || isDone(jobs_.front()); });
       std::optional<Bzip2Piece> piece = splitter_.next();
       if (!piece) break;
       Job& job = jobs_.emplace_back();
@@ -74,9 +83,16 @@ class Bzip2 final : public Decoder {
       if (job.block->piece().startsWith(Bzip2Piece::blockMark))
         job.decoded = std::async([block = job.block.get()] { block->decode(); });
     }
+  } catch (const Source::Pause&) {
+    if (!hasOne && jobs_.empty()) throw;
   } catch (const std::system_error&) {
     // Comes after what can be decoded.
     sourceFault_ = std::current_exception();
+  }
+
+  static bool isDone(const Job& job) {
+    return !job.decoded.valid() ||
+           job.decoded.wait_for(std::chrono::seconds(0)) != std::future_status::timeout;
   }
 
   std::unique_ptr<Bzip2Block> makeBlock(Bzip2Piece piece) {
@@ -137,6 +153,7 @@ class Bzip2 final : public Decoder {
   [[noreturn]] static void throwEarlyEnd() { throw CompressionError("bzip2 data end too early"); }
   [[noreturn]] static void throwDamaged() { throw CompressionError("bzip2 data are damaged"); }
 
+  Source& source_;
   Bzip2Splitter splitter_;
   const std::size_t ahead_ = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
   std::vector<std::shared_ptr<Bzip2Memory>> memories_;
@@ -144,8 +161,9 @@ class Bzip2 final : public Decoder {
   std::exception_ptr sourceFault_;
 
   std::unique_ptr<Bzip2Block> block_;
-  Octets part_;  ///< what is left of the block's
-  U32 sum_ = 0;  ///< of the check sums since the header
+  bool joins_ = false;  ///< the block is nothing by itself
+  Octets part_;         ///< what is left of the block's
+  U32 sum_ = 0;         ///< of the check sums since the header
 };
 
 }  // namespace

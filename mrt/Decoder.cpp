@@ -64,16 +64,19 @@ bool isZstd(Octets octets) {
   return skippable || startsWith(octets, "\x28\xb5\x2f\xfd"sv);
 }
 
-std::size_t Decoder::decode(std::span<U8> into, const Source& source) {
+std::size_t Decoder::decode(std::span<U8> into, Source& source) {
   if (fault_) std::rethrow_exception(fault_);
   std::size_t size = 0;
+  // Octets that are held come first. The first few have to show whether they are compressed.
+  const Source::Pausing pausing(
+      source, [&] { return size >= (begun_ ? std::size_t{1} : longestSignature); });
   try {
     while (size < into.size()) {
       const std::size_t got = decodeSome(into.subspan(size));
       if (got == 0) break;
       size += got;
-      if (size >= longestSignature && source.mustWait()) break;
     }
+  } catch (const Source::Pause&) {
   } catch (...) {
     if (size == 0) throw;
     fault_ = std::current_exception();
@@ -86,11 +89,12 @@ std::size_t Decoder::decode(std::span<U8> into, const Source& source) {
 
 bool Decoder::anotherFollows(Source& source, bool (*begins)(Octets), const char* format) {
   Octets input = source.ahead(longestSignature);
-  if (begins(input)) return true;
+  if (!filledUp_ && begins(input)) return true;
   for (; !input.empty(); input = source.ahead()) {
     if (!onlyZeros(input))
       throw CompressionError(std::string(format) + " data are followed by something else");
     source.take(input.size());
+    filledUp_ = true;
   }
   return false;
 }

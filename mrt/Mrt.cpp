@@ -160,7 +160,7 @@ std::string RecordReader::Truncation::text() const {
   if (!foreignType) return "ends inside a record, " + octets;
   const bool isText = std::isprint(*foreignType >> 8) && std::isprint(*foreignType & 0xff);
   return "not an MRT file: its first record would be of type " + std::to_string(*foreignType) +
-         (isText ? "; a text file?" : "");
+         (isText ? "; a text file?" : "") + (offset > 0 ? "; ends inside another" : "");
 }
 
 void PathCutter::start(const Record& record) {

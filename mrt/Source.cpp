@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <system_error>
@@ -39,13 +40,14 @@ bool Source::isReady(int milliseconds) const {
   return ::poll(&ready, 1, milliseconds) > 0;
 }
 
-bool Source::mustWait() const { return begin_ == end_ && !isReady(0); }
-
 std::size_t Source::readSome(std::span<U8> into) {
   for (;;) {
     constexpr int tenthOfSecond = 100;
-    while (!isReady(tenthOfSecond))
+    // At first short, as what the pause depends on may change soon.
+    for (int wait = 0; !isReady(wait); wait = std::min(2 * wait + 1, tenthOfSecond)) {
       if (stopped_.load(std::memory_order_relaxed)) return 0;
+      pause();
+    }
     const ssize_t got = ::read(descriptor_, into.data(), into.size());
     if (got >= 0) {
       position_.fetch_add(U64(got), std::memory_order_relaxed);

@@ -4,7 +4,9 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mrt/Octets.h"
@@ -29,8 +31,29 @@ class Source {
   void take(std::size_t size) { begin_ += size; }
   /// Straight into the caller's memory; returns 0 at the end of the file.
   std::size_t read(std::span<U8> into);
-  /// Whether the next octet has still to come, as through a pipe.
-  bool mustWait() const;
+
+  /// Thrown by a read that would have to wait for octets, as from a pipe, while somebody has better
+  /// to do. It has taken nothing: the read may simply come again.
+  struct Pause {};
+  /// As long as one lives, reads that have to wait throw Pause once the condition holds. The latest
+  /// counts alone.
+  class Pausing {
+   public:
+    Pausing(Source& source, std::function<bool()> condition)
+        : source_(source), outer_(std::exchange(source.pauses_, std::move(condition))) {}
+    ~Pausing() { source_.pauses_ = std::move(outer_); }
+    Pausing(const Pausing&) = delete;
+    Pausing& operator=(const Pausing&) = delete;
+
+   private:
+    Source& source_;
+    std::function<bool()> outer_;
+  };
+  /// Throws Pause if a read that has to wait would.
+  void pause() const {
+    if (pauses_ && pauses_()) throw Pause();
+  }
+
   /// Ends the file for a thread that waits for octets, within a tenth of a second.
   void stop() { stopped_.store(true, std::memory_order_relaxed); }
 
@@ -48,6 +71,7 @@ class Source {
   U64 size_ = 0;
   std::atomic<U64> position_{0};
   std::atomic<bool> stopped_{false};
+  std::function<bool()> pauses_;
   std::vector<U8> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;

@@ -27,20 +27,21 @@ class Decoder {
   /// their end. Everything before a fault is delivered by earlier calls.
   /// Throws CompressionError, also for data that are compressed once more; std::system_error of the
   /// source; std::bad_alloc; std::runtime_error for data that ask for more memory than a limit.
-  std::size_t decode(std::span<U8> into, const Source& source);
+  std::size_t decode(std::span<U8> into, Source& source);
 
  protected:
   /// As `decode`, but may deliver less than it could; 0 means the end. A call that throws has
-  /// delivered nothing.
+  /// delivered nothing; behind Source::Pause comes another that goes on from there.
   virtual std::size_t decodeSome(std::span<U8> into) = 0;
 
   /// Whether more data of the format stand behind those that have ended. Takes the zeros that fill
   /// up a block of a medium. Throws CompressionError for anything else.
-  static bool anotherFollows(Source& source, bool (*begins)(Octets), const char* format);
+  bool anotherFollows(Source& source, bool (*begins)(Octets), const char* format);
 
  private:
   std::exception_ptr fault_;
   bool begun_ = false;
+  bool filledUp_ = false;  // by zeros, behind which nothing follows
 };
 
 /// The decoder that the signature asks for. Its `decode` gets the same source.

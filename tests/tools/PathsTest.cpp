@@ -7,18 +7,18 @@ class PathsTool : public ToolTest {
  protected:
   const Sender second_{"c0000202", 64601};
   // AS_PATHs 64600 64700, 64601 {64701}, 64601 65536; IPv4 prefixes, and one of IPv6.
-  const NamedFile file_{
-      "FILE",
+  const Bytes content_ =
       path("40010100 40020a02020000fc580000fcbc c00808 fde80064ffffff01 40030409090909",
            "080a 100a01") +
-          after(5, updateOf(second_,
-                            "40021402010000fc5901030000fcbd0000000000000001 "
-                            "c00804 fde800c8 c0100800 02fde800000064",
-                            "180a0102")) +
-          after(10, updateOf(second_,
-                             "40020a02020000fc5900010000 800e1a0002011020010db80000000000000000"
-                             "00000001 00 2020010db8 c0200c 0000fde80000000100000002",
-                             "", "100a02 180a0301"))};
+      after(5, updateOf(second_,
+                        "40021402010000fc5901030000fcbd0000000000000001 "
+                        "c00804 fde800c8 c0100800 02fde800000064",
+                        "180a0102")) +
+      after(10, updateOf(second_,
+                         "40020a02020000fc5900010000 800e1a0002011020010db80000000000000000"
+                         "00000001 00 2020010db8 c0200c 0000fde80000000100000002",
+                         "", "100a02 180a0301"));
+  const NamedFile file_{"FILE", content_};
 };
 
 TEST_F(PathsTool, LookOnlyAtWhatIsAskedFor) {
@@ -92,6 +92,16 @@ TEST_F(PathsTool, AnswersAStreamWhileItRuns) {
        peer},
       {stream + "{ " + tool + "--limit 1 - | cut -f2; " + end, peer},
   });
+  // Compressed, too: all of it, with the first octets of more behind, and without the last.
+  Bytes many;
+  for (int i = 0; i < 1000; ++i) many += content_;
+  const NamedFile stored("MANY", many);
+  for (const std::string format : {"gzip", "bzip2 -1", "xz", "zstd"})
+    for (const std::string rest : {"", " && head -c 5 $D/data", " | head -c -5"})
+      expectRuns({{"D=$(mktemp -d); mkfifo $D/go; " + format + " <$MANY >$D/data; { cat $D/data" +
+                       rest + "; cat $D/go; } | " + tool +
+                       "- 2>/dev/null | { read -r line; echo \"$line\" | cut -f2; " + end,
+                   peer}});
 }
 
 // --- Route-target sets as messages announce, replace and withdraw paths.

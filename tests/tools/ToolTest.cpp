@@ -104,7 +104,7 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
       {"printf hello | bgpcomm paths -", "", 1,
        "standard input: not an MRT file, or cut short: 5 of 12 octets of a header (record 1, octet 0)"},
       {"head -c 4000 /proc/self/exe | bgpcomm paths -", "", 1,
-       "standard input: not an MRT file: its first record would be of type 513 (record 2, octet 12)"},
+       "standard input: not an MRT file: its first record would be of type 513; ends inside another (record 2, octet 12)"},
       {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
        "standard input: 3 malformed, the first attrLength (record 2, octet 62): Community attribute, offset 4: "
        "1 octet, expected a value of 4 (type 8, length 5, octet 0 of the path's attributes)"},
