@@ -152,7 +152,8 @@ typedef struct zobgp_path {
 } zobgp_path;
 
 /** Opens a file, plain or as gzip, bzip2, xz or zstd made it; `-` is standard input. Any
- * number of readers may share tables. Where the library was built without the reader, ZOBGP_FILE. */
+ * number of readers may share tables. Where the library was built without the reader, ZOBGP_FILE.
+ */
 ZOBGP_API zobgp_status zobgp_reader_open(const zobgp_tables* tables, const char* file,
                                          zobgp_reader** reader);
 /** Ends a reader, with its path and texts; null is none. */
