@@ -21,8 +21,8 @@ std::size_t editDistance(std::string_view a, std::string_view b, std::size_t eno
   for (std::size_t i = 1; i <= a.size(); ++i) {
     U32 least = row(i)[0] = U8(i);
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      U32 steps =
-          std::min(row(i - 1)[j - 1] + U32(!isSame(i, j)), std::min(row(i - 1)[j], row(i)[j - 1]) + 1u);
+      U32 steps = std::min(row(i - 1)[j - 1] + U32(!isSame(i, j)),
+                           std::min(row(i - 1)[j], row(i)[j - 1]) + 1u);
       if (i > 1 && j > 1 && isSame(i, j - 1) && isSame(i - 1, j))
         steps = std::min(steps, row(i - 2)[j - 2] + 1u);
       row(i)[j] = U8(steps);
