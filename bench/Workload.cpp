@@ -134,12 +134,10 @@ Workload MadeUpLists::workload() const {
 Workload fileWorkload(const std::string& file) {
   Workload workload{std::filesystem::path(file).filename(), {}, {}, {}};
   const auto type = bgpcomm::listTypeOf(8);
-  bgpcomm::readFile(file,
-                    [&](const bgpcomm::Path&, const bgpcomm::CommunityValues& values, auto) {
-                      if (!values[type].empty() && workload.drawn.size() < drawnAttributes)
-                        workload.drawn.add(values[type]);
-                    },
-                    {.showProgress = false});
+  bgpcomm::readFile(file, [&](const bgpcomm::Path&, const bgpcomm::CommunityValues& values, auto) {
+    if (!values[type].empty() && workload.drawn.size() < drawnAttributes)
+      workload.drawn.add(values[type]);
+  });
   if (workload.drawn.size() == 0) throw std::runtime_error(file + ": no standard communities");
 
   std::set<std::vector<U32>> known;

@@ -63,7 +63,7 @@ inline RandomPath randomPath(std::mt19937& random, U32 most = 4) {
     for (const U32 octet : {U32(random() % 2 ? 0xD0 : 0xF0), type, length >> 8, length})
       path.octets.push_back(U8(octet));
     for (U32 i = 0; i < count; ++i) {
-      // Of extended ones, route targets first of all.
+      // Extended ones are route targets first of all.
       std::vector<U8> value = {0, U8(2 + random() % most / 4)};
       value.resize(valueSize - 1);
       value.push_back(U8(random() % (most - 1)));
