@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
-#include <ranges>
 
 #include "Commands.h"
 #include "Descriptions.h"
@@ -30,9 +29,12 @@ U32 readRules(const char* option, const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     const auto rules = lintRules();
     const auto at = std::ranges::find(rules, name, &LintRule::name);
-    if (at == rules.end())
+    if (at == rules.end()) {
+      std::vector<std::string_view> known;
+      for (const LintRule& rule : rules) known.push_back(rule.name);
       throw UsageError(std::string(option) + ' ' + name + ": no such rule, see --list-rules" +
-                       meantAmong(std::views::transform(rules, &LintRule::name), name));
+                       meantAmong(known, name));
+    }
     bits |= U32{1} << (at - rules.begin());
   }
   return bits;
