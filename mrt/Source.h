@@ -39,6 +39,7 @@ class Source {
   /// counts alone.
   class Pausing {
    public:
+    /// The condition is asked in the thread that reads.
     Pausing(Source& source, std::function<bool()> condition)
         : source_(source), outer_(std::exchange(source.pauses_, std::move(condition))) {}
     ~Pausing() { source_.pauses_ = std::move(outer_); }
