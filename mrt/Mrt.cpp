@@ -1,7 +1,7 @@
 #include "mrt/Mrt.h"
 
 #include <algorithm>
-#include <cctype>
+#include <bit>
 #include <utility>
 
 #include "mrt/Nlri.h"
@@ -111,6 +111,21 @@ Skipped skippedMessage(U8 type) {
   }
 }
 
+/// Whether a text may begin so: the mark of UTF-16, or UTF-8 without control characters but white
+/// space. A character at the end may be cut short.
+bool beginsText(Octets octets) {
+  const std::string_view start = asText(octets.first(2));
+  if (start == "\xff\xfe" || start == "\xfe\xff") return true;
+  int follow = 0;  // octets of the character that are still to come
+  for (const U8 octet : octets) {
+    const int ones = std::countl_one(octet);
+    if (follow > 0 ? ones != 1 : ones == 1 || ones > 4) return false;
+    follow = follow > 0 ? follow - 1 : std::max(ones - 1, 0);
+    if ((octet < ' ' && (octet < '\t' || octet > '\r')) || octet == 0x7f) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<Record> RecordReader::next() {
@@ -121,14 +136,17 @@ std::optional<Record> RecordReader::next() {
   record.offset = input_.offset();
   if (header.size() < recordHeaderSize) {
     if (!header.empty())
-      truncation_ = Truncation{record.offset, header.size(), recordHeaderSize, foreignType_};
+      truncation_ =
+          Truncation{record.offset, header.size(), recordHeaderSize, foreignType_, isText_};
     return std::nullopt;
   }
+  if (records_ == 0) isText_ = beginsText(header.first(recordHeaderSize));
   Cursor in(header);
   record.seconds = in.u32();
   record.type = in.u16();
   record.subtype = in.u16();
-  if (!take(record, recordHeaderSize + std::size_t(in.u32()))) return std::nullopt;
+  record.length = in.u32();
+  if (!take(record, recordHeaderSize + std::size_t(record.length))) return std::nullopt;
   record.number = ++records_;
   return record;
 }
@@ -149,7 +167,7 @@ bool RecordReader::take(Record& record, std::size_t size) {
   constexpr U16 highestType = 49;
   if (records_ == 0) foreignType_ = record.type;
   if (record.type <= highestType) foreignType_.reset();
-  if (there < size) truncation_ = Truncation{record.offset, there, size, foreignType_};
+  if (there < size) truncation_ = Truncation{record.offset, there, size, foreignType_, isText_};
   return there == size;
 }
 
@@ -158,7 +176,6 @@ std::string RecordReader::Truncation::text() const {
   if (offset == 0 && there < recordHeaderSize)
     return "not an MRT file, or cut short: " + octets + " of a header";
   if (!foreignType) return "ends inside a record, " + octets;
-  const bool isText = std::isprint(*foreignType >> 8) && std::isprint(*foreignType & 0xff);
   return "not an MRT file: its first record would be of type " + std::to_string(*foreignType) +
          (isText ? "; a text file?" : "") + (offset > 0 ? "; ends inside another" : "");
 }
@@ -353,11 +370,12 @@ const Path* PathReader::next() {
     if (const Path* const path = cutter_.next()) return path;
     if (cutter_.bad()) {
       if (badRecords_++ == 0) firstBadRecord_ = records_.position();
-      if (onBadRecord_) onBadRecord_(records_.position());
+      if (onBadRecord_) onBadRecord_(record_);
     }
-    const std::optional<Record> record = records_.next();
-    cutter_.start(record.value_or(Record{}));
-    if (!record) return nullptr;
+    const std::optional<Record> next = records_.next();
+    record_ = next.value_or(Record{});
+    cutter_.start(record_);
+    if (!next) return nullptr;
     if (onRecord_) onRecord_();
     if (const auto& skipped = cutter_.skipped()) ++skipped_[std::size_t(*skipped)];
   }

@@ -43,6 +43,7 @@ struct Record {
   U32 seconds = 0;  ///< since 1970, UTC
   U16 type = 0;
   U16 subtype = 0;
+  U32 length = 0;  ///< of the body, in octets
   Octets body;
   bool tooLong = false;  ///< Longer than `RecordReader::longestRecord`; the body is left empty.
 };
@@ -72,6 +73,8 @@ class RecordReader {
     U64 wanted;
     /// The type of the file's first record, where no record is of any type of MRT's.
     std::optional<U16> foreignType;
+    /// The file begins like a text.
+    bool isText = false;
     /// `ends inside a record, 6 of 12 octets`, or that it is no MRT file.
     std::string text() const;
   };
@@ -86,6 +89,7 @@ class RecordReader {
   U64 records_ = 0;
   Position position_;
   std::optional<U16> foreignType_;
+  bool isText_ = false;
   std::optional<Truncation> truncation_;
 };
 
@@ -249,11 +253,11 @@ class PathReader {
  public:
   using Updates = PathCutter::Updates;
 
-  /// Calls `onBadRecord` with the position of each record whose fields do not fit, or that is too
-  /// long, and `onRecord` whenever a record has been read.
+  /// Calls `onBadRecord` with each record whose fields do not fit, or that is too long, and
+  /// `onRecord` whenever a record has been read.
   /// REQUIRES: `input` lives as long as the reader.
   explicit PathReader(Input& input, Updates updates = Updates::withAttributes,
-                      std::function<void(Position)> onBadRecord = {},
+                      std::function<void(const Record&)> onBadRecord = {},
                       std::function<void()> onRecord = {})
       : records_(input),
         cutter_(updates),
@@ -282,8 +286,9 @@ class PathReader {
 
  private:
   RecordReader records_;
+  Record record_;
   PathCutter cutter_;
-  const std::function<void(Position)> onBadRecord_;
+  const std::function<void(const Record&)> onBadRecord_;
   const std::function<void()> onRecord_;
   U64 badRecords_ = 0;
   std::optional<Position> firstBadRecord_;

@@ -253,9 +253,9 @@ TEST_F(Files, FaultsAndPrefixesAreShown) {
       bad + mrtRecord(16, 9, session() + update(origin, octets("00000007 180a0102"))) + bad +
       messageRecord(update(octets("c01008 4004fde84e000000"), octets("080a 180a"))));
   const std::string name = ' ' + file.name(), sample = "samples/rib.bird.mrt.gz";
-  const std::string two =
-      file.name() +
-      ": 2 malformed, the first badRecord (record 1, octet 0): fields that do not fit, or too long";
+  const std::string two = file.name() +
+                          ": 2 malformed, the first badRecord (record 1, octet 0): fields that do "
+                          "not fit (type 16, subtype 4, length 0)";
   const std::string early = "standard input: gzip data end too early (record 94, octet 11125)";
   expectRuns({
       // clang-format off

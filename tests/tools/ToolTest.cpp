@@ -80,7 +80,13 @@ values --sort size $FILE | --sort size: there are paths, peers, prefixes, value
 
 TEST_F(Tool, AnswersAndFailsInOneLine) {
   const std::string first = start_ + "10.1.2.0/24\t65000:100 NO_EXPORT\n";
-  const std::string third = start_ + "-\t65000:200\n", malformed = start_ + "-\tmalformed\n";
+  const std::string third = start_ + "-\t65000:200\n", malformed = start_ + "-\tmalformed: ";
+  const std::string one =
+      "Community attribute, offset 4: 1 octet, expected a value of 4 (type 8, length 5, octet 0 of "
+      "the path's attributes)";
+  const std::string other =
+      "Large Community attribute, offset 0: 1 octet, expected a value of 12 (type 32, length 1, "
+      "octet 0 of the path's attributes)";
   expectRuns({
       // clang-format off
       {"bgpcomm paths $FILE", first + first + third},
@@ -105,12 +111,13 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "standard input: not an MRT file, or cut short: 5 of 12 octets of a header (record 1, octet 0)"},
       {"head -c 4000 /proc/self/exe | bgpcomm paths -", "", 1,
        "standard input: not an MRT file: its first record would be of type 513; ends inside another (record 2, octet 12)"},
-      {"bgpcomm paths - <$MALFORMED", third + malformed + malformed, 0,
-       "standard input: 3 malformed, the first attrLength (record 2, octet 62): Community attribute, offset 4: "
-       "1 octet, expected a value of 4 (type 8, length 5, octet 0 of the path's attributes)"},
+      {"for start in 'Gr\\303\\266\\303\\237e ist was' 'Elf Zeichen\\303' '\\377\\376h\\0a\\0l\\0l\\0o\\0' 'a\\tb\\nc\\rd e f g' \\\n"
+       "  'abcdefghijk\\0' 'abcdefgh\\377ijk' 'abcdefgh\\303ijk' 'abcdefg\\266ijkl' 'abcdefgh\\177ijk'\n"
+       "do printf \"$start\" | bgpcomm paths - 2>&1 | grep -c 'a text file?'; done | tr -d '\\n'", "111100000"},
+      {"bgpcomm paths - <$MALFORMED", third + malformed + one + '\n' + malformed + other + '\n', 0,
+       "standard input: 3 malformed, the first attrLength (record 2, octet 62): " + one},
       {"bgpcomm paths --json $MALFORMED 2>&- | cut -d, -f5-8,13- | tail -1",
-       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"],)"
-       R"("announced":[],"asPath":"","originAs":null,"nextHop":"-","record":3})" "\n"},
+       R"("standard":[],"extended":[],"ipv6Extended":[],"large":[],"malformed":["attrLength"],"malformedReasons":[")" + other + R"("],"announced":[],"asPath":"","originAs":null,"nextHop":"-","record":3})" "\n"},
       {"bgpcomm paths \"$(printf 'a\\033b\\nc')\"", "", 1, "a\\x1bb\\x0ac: No such file or directory"},
       {"bgpcomm paths --help | grep -c 'VALUE [.]'", "0\n", 1},
       {"bgpcomm verify /", "", 1, "/: Is a directory"},
@@ -140,7 +147,7 @@ TEST_F(Tool, SaysWhatItPassesOver) {
   const std::string bad =
       none.name() +
       ": 1 malformed, the first badRecord (record 18, octet 578): fields that do not "
-      "fit, or too long\nbgpcomm: " +
+      "fit (type 16, subtype 4, length 0)\nbgpcomm: " +
       none.name();
   const std::string words =
       "OSPF 1, IS-IS 1, deprecated types 1, other types 1, GEO_PEER_TABLE 1, deprecated subtypes "

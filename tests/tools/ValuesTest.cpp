@@ -122,7 +122,8 @@ TEST_F(ValuesTool, ShowFaultsWithTheirPlaces) {
 192.0.2.1 AS64600|10.1.2.0/24|8|-|1|0|4|Community attribute, offset 4: 1 octet, expected a value of 4|c00805fde80064>00
 192.0.2.1 AS64600|-|16|-|2|71|0|Extended Community attribute, offset 8: a second link bandwidth, expected at most one|c010104004fde84e000000>4004fde84d000000
 )";
-  const std::string bad = "-|-|-|-|3|145|-|fields that do not fit, or too long|-\n";
+  const std::string bad =
+      "-|-|-|-|3|145|-|fields that do not fit (type 16, subtype 4, length 0)|-\n";
   const std::string asked = R"(
 192.0.2.2 AS64601|-|8|-|4|157|0|Community attribute: flags 0x80, expected optional and transitive|>80080400000001
 192.0.2.2 AS64601|-|8|-|4|157|7|Community attribute: given again, the first counts|>c00804fde80001
@@ -147,7 +148,7 @@ TEST_F(ValuesTool, ShowFaultsWithTheirPlaces) {
             "'file':'-','record':1,'octet':0,'offset':4,'fault':'attrLength','reason':'Community attribute, offset 4: 1 octet, "
             "expected a value of 4','approach':'treatAsWithdraw','octets':'c00805fde8006400','at':7}\n"
             "{'time':null,'peer':null,'peerAs':null,'announced':null,'attribute':null,'file':'-','record':3,'octet':145,"
-            "'offset':null,'fault':'badRecord','reason':'fields that do not fit, or too long','approach':null,'octets':null,'at':null}\n")},
+            "'offset':null,'fault':'badRecord','reason':'fields that do not fit (type 16, subtype 4, length 0)','approach':null,'octets':null,'at':null}\n")},
       {"bgpcomm faults $FILE", ""},
       // clang-format on
   });

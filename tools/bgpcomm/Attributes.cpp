@@ -61,12 +61,18 @@ std::optional<Fault> countedAs(const PathFault& fault) {
   return std::nullopt;
 }
 
-ToldFault firstFaultOf(Octets attributes, const FaultCounts& counted) {
+std::vector<ToldFault> faultsOf(Octets attributes) {
   const CommunityTables tables(sharedParser());
   PathCommunities lists;
+  std::vector<ToldFault> faults;
   for (const PathFault& fault : tables.readAll(attributes, lists))
-    if (const auto its = countedAs(fault); its && counted[*its] > 0)
-      return {*its, faultText(fault, attributes)};
+    if (const auto its = countedAs(fault)) faults.push_back({*its, faultText(fault, attributes)});
+  return faults;
+}
+
+ToldFault firstFaultOf(Octets attributes, const FaultCounts& counted) {
+  for (ToldFault& told : faultsOf(attributes))
+    if (counted[told.fault] > 0) return std::move(told);
   return {counted.first(), ""};
 }
 

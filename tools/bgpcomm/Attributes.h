@@ -1,6 +1,8 @@
 // The community attributes among the path attributes of one path (RFC 4271, section 4.3).
 #pragma once
 
+#include <vector>
+
 #include "Faults.h"
 #include "ListTypes.h"
 #include "ReaderNames.h"
@@ -33,7 +35,9 @@ struct ToldFault {
   Fault fault;
   std::string text;
 };
-/// The first fault of the attributes that is among the counted ones.
+/// All faults of the attributes that are counted, in the order of their places.
+std::vector<ToldFault> faultsOf(Octets attributes);
+/// The first of them that is among the counted ones.
 /// REQUIRES: there is one, counted of these attributes.
 ToldFault firstFaultOf(Octets attributes, const FaultCounts& counted);
 

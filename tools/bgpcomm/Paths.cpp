@@ -32,7 +32,7 @@ class PathPrinter {
   /// A list that is refused is one of the path's faults.
   void print(const Path& path, CommunityValues& values, Position position) {
     if (json_) return bgpcomm::print(jsonLine(path, values, position));
-    printFields(textLine(path, PrefixReader::announced(path), communities(values)));
+    printFields(textLine(path, PrefixReader::announced(path), communities(path, values)));
   }
   /// The prefixes that a message takes back.
   void printWithdrawn(const Path& path, Position position) {
@@ -49,17 +49,26 @@ class PathPrinter {
            '\t' + rest;
   }
 
-  std::string communities(CommunityValues& values) {
+  std::string communities(const Path& path, CommunityValues& values) {
     std::string text;
+    const auto add = [&text](const std::string& word) { text += (text.empty() ? "" : " ") + word; };
     for (std::size_t type = 0; type < listTypeCount; ++type) {
-      const bool isThere = !values[type].empty();
-      if (!isThere && !values.malformed[type]) continue;
-      ListText list;
-      if (isThere) list = listTypes[type].text(tables_, values[type]);
-      if (list.fault) values.faults.add(*list.fault);
-      text += (text.empty() ? "" : " ") + (isThere && !list.fault ? list.text : "malformed");
+      if (values[type].empty()) continue;
+      const ListText list = listTypes[type].text(tables_, values[type]);
+      if (list.fault)
+        values.faults.add(*list.fault);
+      else
+        add(list.text);
     }
+    for (const std::string& reason : reasons(path, values)) add("malformed: " + reason);
     return text.empty() ? "-" : text;
+  }
+  /// Why attributes are malformed; none where nothing has been counted.
+  static std::vector<std::string> reasons(const Path& path, const CommunityValues& values) {
+    std::vector<std::string> texts;
+    if (values.faults.total() > 0)
+      for (ToldFault& told : faultsOf(path.attributes)) texts.push_back(std::move(told.text));
+    return texts;
   }
 
   static nlohmann::ordered_json head(const Path& path) {
@@ -102,7 +111,10 @@ class PathPrinter {
     auto malformed = nlohmann::ordered_json::array();
     for (std::size_t i = 0; i < faultNames.size(); ++i)
       if (values.faults[Fault(i)]) malformed.push_back(faultNames[i]);
-    if (!malformed.empty()) object["malformed"] = std::move(malformed);
+    if (!malformed.empty()) {
+      object["malformed"] = std::move(malformed);
+      object["malformedReasons"] = reasons(path, values);
+    }
     // Plain columns, without objects inside, to join other data on.
     addPrefixes(object, "announced", PrefixReader::announced(path));
     object["asPath"] = AsPath(path).text();
@@ -242,8 +254,8 @@ void addPaths(CLI::App& app, int& exitCode) {
                  {"paths", "Print one line per path",
                   "Fields are separated by tabs, on a terminal by blanks: time, peer, prefixes\n"
                   "(PREFIX#ID with ADD-PATH), communities; - where there are none. Exit code 1\n"
-                  "when a file cannot be read to its end; what is malformed is shown as such, and\n"
-                  "counted on stderr.\n"
+                  "when a file cannot be read to its end; what is malformed is shown with the\n"
+                  "reason, and counted on stderr.\n"
                   "A table's entry has the time at which its route was learned, perhaps weeks\n"
                   "before the dump; --since and --until ask for that.\n\n"
                   "Example: bgpcomm paths --where 'RT:65000:* and not no-export' rib.bz2"},

@@ -40,13 +40,19 @@ void reportNoPaths(const std::string& file, const ReadResult& result) {
   printError(shownFile(file), ": no paths in ", counted(result.records, "record"), ": ", text);
 }
 
+std::string badRecordText(const Record& record) {
+  return (record.tooLong ? "too long" : "fields that do not fit") + std::string(" (type ") +
+         std::to_string(record.type) + ", subtype " + std::to_string(record.subtype) + ", length " +
+         std::to_string(record.length) + ')';
+}
+
 }  // namespace
 
 std::string positionText(Position position) { return positionCharacters(position).data(); }
 
 struct FileReading::Opened {
   Opened(const std::string& file, const ReadOptions& options,
-         std::function<void(Position)> onBadRecord, std::function<void()> onRecord)
+         std::function<void(const Record&)> onBadRecord, std::function<void()> onRecord)
       : input(file, flushOutput),
         reader(input, options.updates, std::move(onBadRecord), std::move(onRecord)),
         progress(file, input, options.printsLines) {}
@@ -62,8 +68,9 @@ FileReading::FileReading(const std::string& file, ReadOptions options)
   try {
     opened_ = std::make_unique<Opened>(
         file, options_,
-        [this](Position position) {
-          countOutside(Fault::badRecord, position, "fields that do not fit, or too long", false);
+        [this](const Record& record) {
+          countOutside(Fault::badRecord, {record.number, record.offset}, badRecordText(record),
+                       false);
         },
         [this] { opened_->progress.update(result_.paths); });
   } catch (const std::system_error& error) {
