@@ -16,44 +16,46 @@ class Gzip final : public Decoder {
  private:
   std::size_t decodeSome(std::span<U8> into) override {
     while (nextMember()) {
-      const Octets input = source_.ahead();
-      if (input.empty()) throw CompressionError("gzip data end too early");
+      if (result_ != Z_OK && result_ != Z_BUF_ERROR) throwFault();
+      // None while the last call may have more to give.
+      const Octets input = full_ ? Octets() : source_.ahead();
+      if (!full_ && input.empty()) throw CompressionError("gzip data end too early");
       stream_.next_in = const_cast<U8*>(input.data());
       stream_.avail_in = uInt(input.size());
       stream_.next_out = into.data();
       stream_.avail_out = uInt(into.size());
-      const int result = inflate(&stream_, Z_NO_FLUSH);
+      result_ = inflate(&stream_, Z_NO_FLUSH);
       source_.take(input.size() - stream_.avail_in);
-      const std::size_t got = into.size() - stream_.avail_out;
-      if (result == Z_MEM_ERROR) throw std::bad_alloc();
-      if (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR) {
-        if (got > 0 && !checkSumFailed()) return got;  // The next call fails with nothing left.
-        throw CompressionError(std::string("gzip data are damaged: ") +
-                               (stream_.msg ? stream_.msg : zError(result)));
-      }
-      memberEnded_ = result == Z_STREAM_END;
-      if (got > 0) return got;
+      if (checkSumFailed()) throwFault();
+      full_ = stream_.avail_out == 0;
+      if (const std::size_t got = into.size() - stream_.avail_out) return got;
     }
     return 0;
   }
 
-  /// Then the octets just decoded are known to be wrong somewhere, so they are held back.
-  bool checkSumFailed() const {
-    return stream_.msg && std::string_view(stream_.msg).starts_with("incorrect");
-  }
-
   /// False behind the last member.
   bool nextMember() {
-    if (!memberEnded_) return true;
+    if (result_ != Z_STREAM_END) return true;
     if (!anotherFollows(source_, isGzip, "gzip")) return false;
-    inflateReset(&stream_);
-    memberEnded_ = false;
+    result_ = inflateReset(&stream_);
     return true;
+  }
+
+  /// Then the octets just decoded are known to be wrong somewhere, so they are held back.
+  bool checkSumFailed() const {
+    return result_ == Z_DATA_ERROR && std::string_view(stream_.msg).starts_with("incorrect");
+  }
+
+  [[noreturn]] void throwFault() const {
+    if (result_ == Z_MEM_ERROR) throw std::bad_alloc();
+    throw CompressionError(std::string("gzip data are damaged: ") +
+                           (stream_.msg ? stream_.msg : zError(result_)));
   }
 
   Source& source_;
   z_stream stream_{};
-  bool memberEnded_ = false;
+  int result_ = Z_OK;  // of the last call
+  bool full_ = false;  // the last call filled its output, and may have more
 };
 
 }  // namespace

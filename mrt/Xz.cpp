@@ -18,13 +18,16 @@ class Xz final : public Decoder {
   std::size_t decodeSome(std::span<U8> into) override {
     while (result_ != LZMA_STREAM_END || nextStream()) {
       if (result_ != LZMA_OK) throwFault();
-      const Octets input = source_.ahead();
+      // None while the last call may have more to give.
+      const Octets input = full_ ? Octets() : source_.ahead();
+      const bool ended = !full_ && input.empty();
       stream_.next_in = input.data();
       stream_.avail_in = input.size();
       stream_.next_out = into.data();
       stream_.avail_out = into.size();
-      result_ = lzma_code(&stream_, input.empty() ? LZMA_FINISH : LZMA_RUN);
+      result_ = lzma_code(&stream_, ended ? LZMA_FINISH : LZMA_RUN);
       source_.take(input.size() - stream_.avail_in);
+      full_ = stream_.avail_out == 0;
       if (const std::size_t got = into.size() - stream_.avail_out) return got;
     }
     return 0;
@@ -57,6 +60,7 @@ class Xz final : public Decoder {
   Source& source_;
   lzma_stream stream_ = LZMA_STREAM_INIT;
   lzma_ret result_ = LZMA_STREAM_END;  // of the last call, or no stream begun
+  bool full_ = false;                  // the last call filled its output, and may have more
   bool started_ = false;
 };
 

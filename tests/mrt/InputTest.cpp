@@ -160,6 +160,8 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
   const Bytes skipped = octets("502a4d18 01010000") + block.substr(0, 257);
   const Bytes none = octets("5f2a4d18 00000000"), two = frame + skipped + frame;
   const Bytes tooMuch = "data would take more than ";
+  // What is read at once ends within the last octet of the compressed run.
+  const Bytes zeros(512 * 1024 + 100, '\0'), run = compressed("gzip", zeros);
   const Bytes dictionaryOf64MiB = octets(
       "fd377a585a00 0004 e6d6b446 0200 2101 1c 000000 10cf58cc 0100026162630000 2776271a4a09d82c"
       "00011b03 0b2fb910 1fb6f37d 0100000000 04595a");
@@ -174,9 +176,10 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
       {"signatures within", signatures, signatures},
       {"good blocks before another", octets("28b52ffd 0058 180000 616263 180000 646566 060000"), "abc",
        "zstd data are damaged"},
-      {"the same", octets("1f8b0800000000000003 00 0300 fcff 616263 07 00000000"), "abc", "gzip data are damaged: invalid"},
+      {"the same", octets("1f8b0800000000000003 00 0300 fcff 616263 07"), "abc", "gzip data are damaged: invalid"},
       {"a wrong check sum", octets("1f8b0800000000000003 01 0300 fcff 616263 00000000 03000000"), "",
        "gzip data are damaged: incorrect"},
+      {"a run that no check sum follows", run.substr(0, run.size() - 8), zeros, "gzip data end too early"},
       {"a later version", octets("fd377a585a00 0104 a7e7af5f"), "", "xz data need a newer version"},
       {"a dictionary of 64 MiB", dictionaryOf64MiB, "abc"},
       {"a dictionary of 4 GiB", largeDictionary, "", "xz " + tooMuch + "256 MiB of memory"},
