@@ -114,11 +114,19 @@ TEST(ProgressLine, ShowsHowFarAFileIsReadAndGoesWithItsObject) {
     for (U64 paths = 1; paths <= 256; ++paths) progress.update(paths);
     EXPECT_TRUE(screen.shows('\r' + name + " [######..................] 25 % ")) << screen.got;
     EXPECT_TRUE(screen.shows(" paths/s, 4 s left\033[K")) << screen.got;
+    // Figures that do not fit are left out, and the start of the name.
+    const winsize narrow{24, 40, 0, 0};
+    ::ioctl(screen.slave, TIOCSWINSZ, &narrow);
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    for (U64 paths = 1; paths <= 256; ++paths) progress.update(paths);
+    EXPECT_TRUE(screen.shows('\r' + name.substr(name.size() - 7) +
+                             " [######..................] 25 %\033[K"))
+        << screen.got;
   }
   EXPECT_TRUE(screen.shows(gone));
   printError("last");
   ::dup2(before, STDERR_FILENO);
-  EXPECT_TRUE(screen.shows("left\033[K" + gone + "bgpcomm: last")) << "it went once";
+  EXPECT_TRUE(screen.shows("25 %\033[K" + gone + "bgpcomm: last")) << "it went once";
   EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
 }
 

@@ -99,21 +99,27 @@ void Progress::draw(U64 paths) {
   if (isInBackground()) return;
 
   const std::chrono::duration<double> elapsed = now - start_;
-  std::string line = ' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s";
-  if (const U64 size = input_.size()) {
-    // Reading may be ahead of what is shown, so the end is not reached before the line goes.
-    const double done = std::min(double(input_.position()) / double(size), 0.99);
-    constexpr std::size_t barSize = 24;
-    const std::size_t full = std::size_t(done * barSize);
-    line = " [" + std::string(full, '#') + std::string(barSize - full, '.') + "] " +
-           std::to_string(int(done * 100)) + " %" + line + timeLeft(elapsed, done);
-  }
+  const U64 size = input_.size();
+  // Reading may be ahead of what is shown, so the end is not reached before the line goes.
+  const double done = size ? std::min(double(input_.position()) / double(size), 0.99) : 0;
   // The last column stays free, so that no terminal wraps.
   const std::size_t width = terminalWidth() - 1;
-  const std::size_t forName = width > line.size() ? width - line.size() : 0;
-  line = std::string(endOf(file_, forName)) + line;
+  std::string line;
+  // Part of a figure would be another.
+  const auto addIfItFits = [&line, width](const std::string& piece) {
+    if (line.size() + piece.size() <= width) line += piece;
+  };
+  if (size) {
+    constexpr std::size_t barSize = 24;
+    const std::size_t full = std::size_t(done * barSize);
+    addIfItFits(" [" + std::string(full, '#') + std::string(barSize - full, '.') + ']');
+    addIfItFits(' ' + std::to_string(int(done * 100)) + " %");
+  }
+  addIfItFits(' ' + grouped(U64(double(paths) / elapsed.count())) + " paths/s");
+  addIfItFits(timeLeft(elapsed, done));
+  line.insert(0, endOf(file_, width - line.size()));
   progressDrawn = 1;
-  std::fprintf(stderr, "\r%.*s\033[K", int(width), line.c_str());
+  std::fprintf(stderr, "\r%s\033[K", line.c_str());
   std::fflush(stderr);
 }
 
