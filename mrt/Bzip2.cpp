@@ -161,7 +161,7 @@ class Bzip2 final : public Decoder {
   std::exception_ptr sourceFault_;
 
   std::unique_ptr<Bzip2Block> block_;
-  bool joins_ = false;  ///< the block is nothing by itself
+  bool joins_ = false;  ///< the block gave nothing: it is tried together with the next piece
   Octets part_;         ///< what is left of the block's
   U32 sum_ = 0;         ///< of the check sums since the header
 };

@@ -67,7 +67,8 @@ bool isZstd(Octets octets) {
 std::size_t Decoder::decode(std::span<U8> into, Source& source) {
   if (fault_) std::rethrow_exception(fault_);
   std::size_t size = 0;
-  // Octets that are held come first. The first few have to show whether they are compressed.
+  // Octets that are decoded are delivered before anything waits; the first few are needed to tell
+  // whether they are compressed.
   const Source::Pausing pausing(
       source, [&] { return size >= (begun_ ? std::size_t{1} : longestSignature); });
   try {

@@ -32,11 +32,11 @@ class Source {
   /// Straight into the caller's memory; returns 0 at the end of the file.
   std::size_t read(std::span<U8> into);
 
-  /// Thrown by a read that would have to wait for octets, as from a pipe, while somebody has better
-  /// to do. It has taken nothing: the read may simply come again.
+  /// Thrown by a read that would have to wait for octets, as from a pipe, while the caller has
+  /// something to deliver. It has taken nothing: the read may simply come again.
   struct Pause {};
-  /// As long as one lives, reads that have to wait throw Pause once the condition holds. The latest
-  /// counts alone.
+  /// As long as one lives, reads that have to wait throw Pause once the condition holds. Only the
+  /// innermost counts.
   class Pausing {
    public:
     /// The condition is asked in the thread that reads.

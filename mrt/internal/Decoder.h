@@ -23,15 +23,15 @@ class Decoder {
  public:
   virtual ~Decoder() = default;
 
-  /// Fills `into` as far as the data go, or have come from a source that makes wait; returns 0 at
-  /// their end. Everything before a fault is delivered by earlier calls.
+  /// Fills `into` up to the end of the data, or with what has come when the source would have to
+  /// wait; returns 0 at their end. Everything before a fault is delivered by earlier calls.
   /// Throws CompressionError, also for data that are compressed once more; std::system_error of the
   /// source; std::bad_alloc; std::runtime_error for data that ask for more memory than a limit.
   std::size_t decode(std::span<U8> into, Source& source);
 
  protected:
   /// As `decode`, but may deliver less than it could; 0 means the end. A call that throws has
-  /// delivered nothing; behind Source::Pause comes another that goes on from there.
+  /// delivered nothing; after Source::Pause the next one goes on from there.
   virtual std::size_t decodeSome(std::span<U8> into) = 0;
 
   /// Whether more data of the format stand behind those that have ended. Takes the zeros that fill

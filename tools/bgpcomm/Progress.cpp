@@ -28,7 +28,7 @@ void clearProgressWhenKilled() {
     if (std::signal(signal, clearAndDie) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 
-/// Another job has the terminal then. A terminal that is not the session's own has no jobs. May be
+/// Another job has the terminal then. A terminal of another session has no foreground job. May be
 /// called from a signal's handler.
 bool isInBackground() {
   const pid_t foreground = ::tcgetpgrp(STDERR_FILENO);
