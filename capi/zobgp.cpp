@@ -31,14 +31,15 @@ namespace {
 // Room that is there already: a message about missing memory needs none.
 thread_local char lastMessage[512] = "";
 
+/// One line; where there is no room, the end of `text` is left out, which may be a file's name.
 zobgp_status failed(zobgp_status status, std::string_view text, std::string_view rest = {}) {
-  std::size_t size = 0;
-  for (const std::string_view part : {text, rest}) {
-    const std::size_t fits = std::min(part.size(), sizeof lastMessage - 1 - size);
-    std::copy_n(part.data(), fits, lastMessage + size);
-    size += fits;
-  }
-  lastMessage[size] = 0;
+  rest = rest.substr(0, sizeof lastMessage - 1);
+  text = text.substr(0, sizeof lastMessage - 1 - rest.size());
+  char* end = std::copy(text.begin(), text.end(), lastMessage);
+  end = std::copy(rest.begin(), rest.end(), end);
+  *end = 0;
+  std::replace_if(
+      lastMessage, end, [](unsigned char c) { return c < ' ' || c == 127; }, '?');
   return status;
 }
 
@@ -115,10 +116,10 @@ zobgp_lists handed(const PathCommunities& path) {
 template <class Unit>
 zobgp_status give(std::basic_string_view<Unit> from, bool isText, void* room, std::size_t size,
                   std::size_t* length) {
+  if (!room && size) return nullArgument("room");
   if (length) *length = from.size();
   if (from.size() + isText > size)
     return failed(ZOBGP_ROOM, std::to_string(from.size() + isText) + " octets are needed");
-  if (!room && size) return nullArgument("room");
   if (!from.empty()) std::memcpy(room, from.data(), from.size());
   if (isText) static_cast<char*>(room)[from.size()] = 0;
   return ZOBGP_OK;
@@ -129,6 +130,15 @@ zobgp_status giveText(std::string_view text, char* room, std::size_t size, std::
 zobgp_status giveOctets(const std::string& octets, U8* room, std::size_t size,
                         std::size_t* length) {
   return give(std::string_view(octets), false, room, size, length);
+}
+
+/// Of several faults the strongest one's, for which a path is withdrawn.
+std::string textOf(const PathFaults& faults) {
+  if (!faults) return {};
+  return std::max_element(
+             faults.begin(), faults.end(),
+             [](const auto& one, const auto& other) { return one.approach() < other.approach(); })
+      ->toStrep();
 }
 
 void append(std::string& octets, const AnyCommunity& community) {
@@ -189,8 +199,7 @@ zobgp_status zobgp_read_all(const zobgp_tables* tables, const uint8_t* attribute
     PathCommunities path;
     const PathFaults faults = tables->tables->readAll({attributes, size}, path);
     const bool isMalformed = faults.approach() == PathFaultApproach::treatAsWithdraw;
-    const zobgp_status status =
-        isMalformed ? failed(ZOBGP_MALFORMED, faults.begin()->toStrep()) : ZOBGP_OK;
+    const zobgp_status status = isMalformed ? failed(ZOBGP_MALFORMED, textOf(faults)) : ZOBGP_OK;
     *lists = handed(path);
     return status;
   });
@@ -326,7 +335,7 @@ std::string textOf(PrefixReader prefixes) {
 
 zobgp_status endOf(const zobgp_reader& reader) {
   const auto fails = [&](const std::string& reason) {
-    return failed(ZOBGP_FILE, reader.file + ": " + reason);
+    return failed(ZOBGP_FILE, reader.file, ": " + reason);
   };
   if (const auto& failure = reader.input.failure()) return fails(failure->text);
   if (const auto& truncation = reader.paths.truncation()) return fails(truncation->text());
@@ -344,7 +353,7 @@ zobgp_status zobgp_reader_open(const zobgp_tables* tables, const char* file,
     try {
       *reader = new zobgp_reader(*tables, file);
     } catch (const std::system_error& error) {
-      return failed(ZOBGP_FILE, std::string(file) + ": " + error.code().message());
+      return failed(ZOBGP_FILE, file, ": " + error.code().message());
     }
     return ZOBGP_OK;
   });
@@ -366,7 +375,7 @@ zobgp_status zobgp_reader_next(zobgp_reader* reader, const zobgp_path** path) {
     reader->withdrawn = textOf(PrefixReader::withdrawn(*next));
     reader->asPath = AsPath(*next).text();
     reader->nextHop = addressText(nextHop(*next));
-    reader->malformed = faults ? faults.begin()->toStrep() : "";
+    reader->malformed = textOf(faults);
     zobgp_path& its = reader->path;
     zobgp_lists_release(&its.lists);
     const auto origin = AsPath(*next).origin();

@@ -11,7 +11,8 @@
  *
  * 1. Lists of one `zobgp_tables` with the same communities are one object: compare the pointers.
  * 2. A list stays as long as somebody holds it, also when its tables are gone. What a function
- *    hands out in `const zobgp_list**` is held for the caller, who releases it.
+ *    hands out in `const zobgp_list**` or `zobgp_lists*` is held for the caller, who releases it;
+ *    the lists of a `zobgp_path` are the reader's.
  * 3. A function that can fail returns a status, ZOBGP_OK when all went well, and changes none of
  *    its results otherwise. `zobgp_message` says more. Nothing that is read, from a peer or a
  *    file, ends the process.
@@ -19,7 +20,8 @@
  *    ends a text; ZOBGP_ROOM says that this is more than there is, and nothing was written then. So
  *    a call with room 0 asks for the length. `length` may be null.
  *
- * Threads: tables and lists may be used by all at once; a reader belongs to one at a time.
+ * Threads: tables and lists may be used by all at once; a reader belongs to one at a time. It has
+ * threads of its own, which a child of `fork` lacks: there it can neither be used nor closed.
  * This interface only grows: what is here keeps its meaning and its layout.
  */
 #ifndef ZOBGP_H
@@ -89,15 +91,15 @@ ZOBGP_API zobgp_status zobgp_read(const zobgp_tables* tables, zobgp_type type, c
                                   size_t size, const zobgp_list** list);
 
 /** All lists in the path attributes of an UPDATE, as a peer sent them: headers and values, one
- * behind the other. ZOBGP_MALFORMED when one of the lists is, or the octets end inside an
- * attribute: the message says what, and `lists` gets those that could be read nevertheless (RFC
- * 7606: a speaker withdraws the route). */
+ * behind the other. ZOBGP_MALFORMED when one of the lists is, or its flags are, or the octets end
+ * inside an attribute: the message says what, and `lists` gets those that could be read
+ * nevertheless (RFC 7606: a speaker withdraws the route). */
 ZOBGP_API zobgp_status zobgp_read_all(const zobgp_tables* tables, const uint8_t* attributes,
                                       size_t size, zobgp_lists* lists);
 
 /** The list of communities written in a text, with blanks or commas between them, in any form that
  * docs/text.md lists: `65000:100 no-export`. All are of one attribute, or it is ZOBGP_TEXT. No
- * community at all is null. */
+ * community at all is null; more than an attribute has room for are ZOBGP_MALFORMED. */
 ZOBGP_API zobgp_status zobgp_parse(const zobgp_tables* tables, zobgp_type type, const char* text,
                                    const zobgp_list** list);
 

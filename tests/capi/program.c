@@ -59,6 +59,7 @@ static void lists(const zobgp_tables* tables) {
 }
 
 static void updates(const zobgp_tables* tables) {
+  const uint8_t repeated[] = {0xc0, 8, 4, 0, 1, 0, 1, 0xc0, 8, 4, 0, 1, 0, 2, 0xc0, 16, 3, 1, 2, 3};
   const uint8_t attributes[] = {0x40, 1, 1, 0,    0xc0, 8,    4,    0xfd, 0xe8, 0,    1,    0xc0, 16,
                                 8,    0, 2, 0xfd, 0xe8, 0,    0,    0,    1,    0xc0, 32,   3,    1, 2, 3};
   zobgp_lists all = {0};
@@ -69,6 +70,11 @@ static void updates(const zobgp_tables* tables) {
   CHECK(!all.standard && !all.extended);
   CHECK(zobgp_read_all(tables, attributes, sizeof attributes, &all) == ZOBGP_MALFORMED);
   CHECK(all.standard && all.extended && !all.large);
+  zobgp_lists_release(&all);
+  CHECK(zobgp_read_all(tables, repeated, 14, &all) == ZOBGP_OK);
+  zobgp_lists_release(&all);
+  CHECK(zobgp_read_all(tables, repeated, sizeof repeated, &all) == ZOBGP_MALFORMED);
+  CHECK(strstr(zobgp_message(), "offset 0: 3 octets")); /* not the harmless fault in front of it */
   zobgp_lists_release(&all);
 }
 
@@ -81,6 +87,7 @@ static void values(void) {
   CHECK(type == ZOBGP_EXTENDED && length == 8);
   CHECK(zobgp_text(type, octets, length, text, sizeof text, &length) == ZOBGP_OK);
   CHECK(!strcmp(text, "route-target-as2:65000:100"));
+  CHECK(zobgp_text(type, octets, 8, NULL, 99, &length) == ZOBGP_ARGUMENT && length == 26);
   CHECK(zobgp_text(type, octets, 4, text, sizeof text, &length) == ZOBGP_ARGUMENT);
   CHECK(zobgp_value("65000:x", &type, octets, &length) == ZOBGP_TEXT);
 }
@@ -91,6 +98,7 @@ static void paths(const zobgp_tables* tables, const char* file) {
   const zobgp_list* first = NULL;
   unsigned long count = 0, targets = 0, again = 0, from_peer = 0;
   zobgp_status status;
+  char name[1001] = "";
   if (zobgp_reader_open(tables, file, &reader) != ZOBGP_OK) {
     CHECK(strstr(zobgp_message(), "without the reader"));
     return;
@@ -110,6 +118,9 @@ static void paths(const zobgp_tables* tables, const char* file) {
   zobgp_list_release(first);
   CHECK(zobgp_reader_open(tables, "/nonexistent", &reader) == ZOBGP_FILE);
   CHECK(strstr(zobgp_message(), "/nonexistent: No such file"));
+  memset(name, '\n', sizeof name - 1); /* the message is one line, and keeps the reason */
+  CHECK(zobgp_reader_open(tables, name, &reader) == ZOBGP_FILE);
+  CHECK(strstr(zobgp_message(), "?: File name too long") && !strchr(zobgp_message(), '\n'));
   CHECK(zobgp_reader_open(tables, "README.md", &reader) == ZOBGP_OK);
   CHECK(zobgp_reader_next(reader, &path) == ZOBGP_FILE && strstr(zobgp_message(), "README.md: "));
   zobgp_reader_close(reader);
