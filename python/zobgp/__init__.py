@@ -131,12 +131,12 @@ class List:
     """A list of communities, of one path attribute. Equal lists of one `Tables` are one object, which a
     copy is, too. Pickled, a list becomes one of the tables that all share."""
 
-    __slots__ = ("_handle", "_values", "_octets", "type", "__weakref__")
+    # It does without the library, which has let go of the list when a finalizer uses or revives this object.
+    __slots__ = ("_octets", "_values", "type", "__weakref__")
 
-    def __init__(self, handle: Optional[int], type: str):
-        self._handle, self.type = handle, type
-        self._values: Optional[tuple[str, ...]] = None if handle else ()
-        self._octets: Optional[tuple[bytes, ...]] = None if handle else ()
+    def __init__(self, type: str, octets: bytes = b""):
+        self.type, self._octets = type, octets
+        self._values: Optional[tuple[str, ...]] = None
 
     def __copy__(self) -> List:
         return self
@@ -145,16 +145,13 @@ class List:
         return self
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return _unpickled, (self.type, b"".join(self.octets))
+        return _unpickled, (self.type, self._octets)
 
     @property
     def octets(self) -> tuple[bytes, ...]:
         """The communities as an attribute has them."""
-        if self._octets is None:
-            size = _sizes[_types[self.type]]
-            octets = _given(_library.zobgp_list_octets, self._handle)
-            self._octets = tuple(octets[at : at + size] for at in range(0, len(octets), size))
-        return self._octets
+        size = _sizes[_types[self.type]]
+        return tuple(self._octets[at : at + size] for at in range(0, len(self._octets), size))
 
     @property
     def values(self) -> tuple[str, ...]:
@@ -164,10 +161,7 @@ class List:
         return self._values
 
     def __len__(self) -> int:
-        return len(self.octets)
-
-    def __bool__(self) -> bool:
-        return self._handle is not None
+        return len(self._octets) // _sizes[_types[self.type]]
 
     def __iter__(self) -> Iterator[str]:
         return iter(self.values)
@@ -182,7 +176,7 @@ class List:
         return f"<{self.type} {self}>"
 
 
-_none = {name: List(None, name) for name in _types}
+_none = {name: List(name) for name in _types}
 
 
 def _unpickled(type: str, octets: bytes) -> List:
@@ -198,6 +192,7 @@ def _cannot_be_copied(self: object) -> tuple[Any, ...]:
 # list; a thread that has it may hear of an end meanwhile.
 _known: dict[int, weakref.ref[List]] = {}
 _lock = threading.RLock()
+os.register_at_fork(before=_lock.acquire, after_in_parent=_lock.release, after_in_child=_lock.release)
 
 
 def _list(handle: Optional[int], name: str) -> List:
@@ -208,7 +203,7 @@ def _list(handle: Optional[int], name: str) -> List:
         known = _known.get(handle)
         one = known() if known else None
         if one is None:
-            one = List(handle, name)
+            one = List(name, _given(_library.zobgp_list_octets, handle))
             _known[handle] = weakref.ref(one, functools.partial(_gone, handle))
             return one
     _library.zobgp_list_release(handle)  # the object's reference holds it already
@@ -225,12 +220,15 @@ def _gone(handle: int, known: weakref.ref[List]) -> None:
 class Tables:
     """What lists are shared in. Most programs need none of their own: there is one for all."""
 
+    _free = _library.zobgp_tables_free  # the module's names may be gone before the last object
+
     def __init__(self) -> None:
         self._handle = ctypes.c_void_p()
         _check(_library.zobgp_tables_new(ctypes.byref(self._handle)))
 
     def __del__(self) -> None:
-        _library.zobgp_tables_free(self._handle)
+        self._free(self._handle)
+        self._handle.value = None  # a finalizer may use or revive this object
 
     __reduce__ = _cannot_be_copied
 
@@ -244,7 +242,8 @@ class Tables:
     def parse(self, type: str, text: str) -> List:
         """The list of communities in a text, in any form that the tool bgpcomm reads."""
         handle = ctypes.c_void_p()
-        _check(_library.zobgp_parse(self._handle, _type_of(type), _ended(text.encode()), ctypes.byref(handle)))
+        octets = _ended(text.encode(errors="backslashreplace"))
+        _check(_library.zobgp_parse(self._handle, _type_of(type), octets, ctypes.byref(handle)))
         return _list(handle.value, type)
 
 
@@ -289,30 +288,47 @@ class Path:
 class Paths:
     """The paths of a file, one by one."""
 
+    _end, _process = _library.zobgp_reader_close, staticmethod(os.getpid)
+    _reader: Optional[ctypes.c_void_p] = None
+
     def __init__(self, file: Union[str, os.PathLike[str]], tables: Optional[Tables] = None):
-        self._tables, self._reader = tables or _tables, ctypes.c_void_p()
+        self._opened_by, self._busy, reader = os.getpid(), threading.Lock(), ctypes.c_void_p()
         name = _ended(os.fsencode(file))
-        _check(_library.zobgp_reader_open(self._tables._handle, name, ctypes.byref(self._reader)))
+        _check(_library.zobgp_reader_open((tables or _tables)._handle, name, ctypes.byref(reader)))
+        self._reader = reader
 
     __reduce__ = _cannot_be_copied
 
     def __iter__(self) -> Paths:
         return self
 
+    def _take(self) -> None:
+        """For the caller alone, until `_busy` is released: the library does not look."""
+        if self._process() != self._opened_by:
+            raise Error("a Paths belongs to the process that opened it")
+        if not self._busy.acquire(blocking=False):
+            raise Error("a Paths belongs to one thread at a time")
+
     def __next__(self) -> Path:
-        path = ctypes.POINTER(_Path)()
-        status = _library.zobgp_reader_next(self._reader, ctypes.byref(path)) if self._reader else _END
-        if status == _END:
-            self.close()
-            raise StopIteration
-        _check(status)
-        return Path(path.contents)
+        self._take()
+        try:
+            path = ctypes.POINTER(_Path)()
+            status = _library.zobgp_reader_next(self._reader, ctypes.byref(path)) if self._reader else _END
+            if status != _END:
+                _check(status)
+                return Path(path.contents)
+        finally:
+            self._busy.release()
+        self.close()
+        raise StopIteration
 
     def close(self) -> None:
         """Ends the reading before the file's end."""
-        reader, self._reader = self._reader, ctypes.c_void_p()
+        self._take()
+        reader, self._reader = self._reader, None
+        self._busy.release()
         if reader:
-            _library.zobgp_reader_close(reader)
+            self._end(reader)
 
     def __enter__(self) -> Paths:
         return self
@@ -321,8 +337,9 @@ class Paths:
         self.close()
 
     def __del__(self) -> None:
-        if getattr(self, "_reader", None):
-            self.close()
+        if self._reader and self._process() == self._opened_by:  # a child of fork lacks the reader's threads
+            self._end(self._reader)
+            self._reader = None
 
     def to_pandas(self) -> pandas.DataFrame:
         """The rest of the paths as a pandas.DataFrame: a row a path, lists as tuples of texts."""
@@ -354,7 +371,8 @@ def text(type: str, octets: bytes) -> str:
 def value(text: str) -> tuple[str, bytes]:
     """The type and the octets of one community, from any text that the tool bgpcomm reads."""
     type, length, octets = ctypes.c_int(), ctypes.c_size_t(), ctypes.create_string_buffer(20)
-    _check(_library.zobgp_value(_ended(text.encode()), ctypes.byref(type), octets, ctypes.byref(length)))
+    given = _ended(text.encode(errors="backslashreplace"))
+    _check(_library.zobgp_value(given, ctypes.byref(type), octets, ctypes.byref(length)))
     return next(name for name, code in _types.items() if code == type.value), octets.raw[: length.value]
 
 

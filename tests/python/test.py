@@ -31,11 +31,17 @@ class Zobgp(unittest.TestCase):
             self.assertEqual(zobgp.text(type, octets), text)
 
     def test_what_is_wrong_says_why(self):
+        taken = zobgp.paths(SAMPLE)
+        taken._take()
         for call, reason in ((lambda: zobgp.parse("standard", "1:70000"), "below 65536"),
                              (lambda: zobgp.parse("other", ""), "'other'"),
                              (lambda: zobgp.text("large", b"123"), "12 octets"),
                              (lambda: zobgp.Tables().read("standard", b"123"), "3 octets"),
                              (lambda: zobgp.value("1:2\0x"), "NUL"),
+                             (lambda: zobgp.value("\ud800"), "ud800"),
+                             (lambda: zobgp.parse("standard", "\ud800"), "ud800"),
+                             (lambda: next(taken), "one thread"),
+                             (taken.close, "one thread"),
                              (lambda: zobgp.paths("/nonexistent"), "/nonexistent: No such file"),
                              (lambda: list(zobgp.paths("README.md")), "README.md: not an MRT file: .* text file")):
             with self.assertRaisesRegex(zobgp.Error, reason):
@@ -86,13 +92,49 @@ class Zobgp(unittest.TestCase):
             self.assertRaisesRegex(TypeError, type(one).__name__, copy.copy, one)
 
     def test_ends_in_any_order_and_says_nothing(self):
+        # The collector ends a ring's parts, then asks its finalizer.
+        used = f"""
+import gc, zobgp
+class Ring:
+    def __init__(self, tables):
+        self.self, self.tables, self.paths = self, tables, zobgp.paths({SAMPLE!r}, tables)
+        self.list = next(self.paths).standard
+    def __del__(self):
+        try: self.tables.parse("large", "1:2:3")
+        except zobgp.Error: revived.append(self)
+revived = []
+Ring(zobgp.Tables())
+gc.collect()
+others = [zobgp.parse("standard", f"7:{{i}}") for i in range(99)]
+assert str(revived[0].list) == "64600:101 64600:1006" and not list(revived[0].paths)"""
+        # The module's names end in front of what `threading` has.
+        late = f"""
+import threading, zobgp
+class Ring:
+    def __init__(self): self.self, self.tables, self.paths = self, zobgp.Tables(), zobgp.paths({SAMPLE!r})
+threading.last = Ring()"""
+        for program in used, late:
+            run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+            self.assertEqual((run.returncode, run.stderr), (0, ""))
+
+    def test_a_fork_has_the_lists_and_no_reader(self):
         program = f"""
-import zobgp
-class Ring: pass
-ring = Ring(); ring.self = ring; ring.tables = zobgp.Tables(); ring.paths = zobgp.paths({SAMPLE!r}, ring.tables)
-ring.list = next(ring.paths).standard; kept = ring.list"""
-        run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
-        self.assertEqual((run.returncode, run.stderr), (0, ""))
+import os, threading, time, zobgp
+def work():
+    with zobgp._lock:
+        locked.set()
+        time.sleep(.1)
+locked, paths = threading.Event(), zobgp.paths({SAMPLE!r})
+threading.Thread(target=work).start()
+locked.wait()
+child = os.fork()
+if child:
+    raise SystemExit(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]))
+zobgp.parse("standard", "1:2")
+try: next(paths)
+except zobgp.Error: raise SystemExit(5)"""
+        run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, timeout=60)
+        self.assertEqual((run.returncode, run.stderr), (5, ""))
 
     def test_one_version(self):
         source = "".join(pathlib.Path("python", file).read_text() for file in ("pyproject.toml", "zobgp/__init__.py"))
