@@ -46,7 +46,7 @@ typedef enum zobgp_status {
   ZOBGP_END = 1,       /**< no more paths */
   ZOBGP_ROOM = 2,      /**< the room is too small */
   ZOBGP_MALFORMED = 3, /**< what a peer sent is no such list, or path */
-  ZOBGP_TEXT = 4,      /**< a text that is no community */
+  ZOBGP_TEXT = 4,      /**< a text is not of communities, or of another type's */
   ZOBGP_FILE = 5,      /**< a file cannot be opened, or not be read on */
   ZOBGP_ARGUMENT = 6,  /**< null, or a number that is none of the type's */
   ZOBGP_MEMORY = 7     /**< there is none left */
@@ -138,7 +138,7 @@ ZOBGP_API zobgp_status zobgp_value(const char* text, zobgp_type* type, uint8_t* 
 /** A path of an MRT file (RFC 6396): an entry of a table, or an UPDATE. Texts are valid until the
  * reader's next call; lists are held by the reader until then. */
 typedef struct zobgp_path {
-  uint32_t size;         /**< of this struct, as the library has it */
+  uint32_t size;         /**< of this struct in the library that fills it; a newer one has more */
   uint32_t seconds;      /**< since 1970, UTC */
   uint32_t microseconds; /**< 0 where the file does not say */
   uint32_t peer_as;

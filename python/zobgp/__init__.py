@@ -33,7 +33,7 @@ _OK, _END, _ROOM, _MEMORY = 0, 1, 2, 7
 
 
 class Error(ValueError):
-    """What a peer sent, a text or a file is not what it should be; the message says why."""
+    """Octets, a text or a file are wrong, or an object is used where it may not be; the message says why."""
 
 
 class _Lists(ctypes.Structure):
@@ -59,11 +59,7 @@ class _Path(ctypes.Structure):
 
 
 def _load() -> ctypes.CDLL:
-    file = os.environ.get("ZOBGP_LIBRARY") or "libzobgp-c.so.0.2"
-    try:
-        library = ctypes.CDLL(file)
-    except OSError as error:
-        raise ImportError(f"the library is not there, and ZOBGP_LIBRARY may name it: {error}") from None
+    library = ctypes.CDLL(os.environ.get("ZOBGP_LIBRARY") or "libzobgp-c.so.0.2")
     pointer, size, text = ctypes.c_void_p, ctypes.c_size_t, ctypes.c_char_p
     sizes = ctypes.POINTER(size)
     for name, result, arguments in (
@@ -90,7 +86,10 @@ def _load() -> ctypes.CDLL:
     return library
 
 
-_library = _load()
+try:
+    _library = _load()
+except (OSError, AttributeError) as error:
+    raise ImportError(f"libzobgp-c cannot be loaded (ZOBGP_LIBRARY can name its file): {error}") from None
 
 
 def _check(status: int) -> None:
