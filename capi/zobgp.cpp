@@ -132,7 +132,7 @@ zobgp_status giveOctets(const std::string& octets, U8* room, std::size_t size,
   return give(std::string_view(octets), false, room, size, length);
 }
 
-/// Of several faults the strongest one's, for which a path is withdrawn.
+/// The text of the strongest fault, for which a path is withdrawn.
 std::string textOf(const PathFaults& faults) {
   if (!faults) return {};
   return std::max_element(

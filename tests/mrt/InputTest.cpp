@@ -160,7 +160,7 @@ TEST(Input, TellsFormatsByTheirWholeSignature) {
   const Bytes skipped = octets("502a4d18 01010000") + block.substr(0, 257);
   const Bytes none = octets("5f2a4d18 00000000"), two = frame + skipped + frame;
   const Bytes tooMuch = "data would take more than ";
-  // What is read at once ends within the last octet of the compressed run.
+  // A piece that is read at once ends within the last octet of the compressed run.
   const Bytes zeros(512 * 1024 + 100, '\0'), run = compressed("gzip", zeros);
   const Bytes dictionaryOf64MiB = octets(
       "fd377a585a00 0004 e6d6b446 0200 2101 1c 000000 10cf58cc 0100026162630000 2776271a4a09d82c"
