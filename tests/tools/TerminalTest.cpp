@@ -304,7 +304,6 @@ std::string communities(const char* attributes) {
   for (std::size_t type = 0; type < listTypeCount; ++type) {
     const std::string key(listTypes[type].key);
     if (!values[type].empty()) text += key + ':' + hex(values[type]) + ' ';
-    if (values.malformed[type]) text += key + " malformed ";
   }
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = values.faults[Fault(i)])
@@ -317,15 +316,15 @@ TEST(Reading, FindsChecksAndCountsAttributes) {
       // clang-format off
       {"40010100 40020a 02020000fc580000fc59", ""}, {"d0080004fde80064", "standard:fde80064 "},
       {"c00805fde8006400 c0100400020000 c01900 c02001ff",
-       "standard malformed extended malformed ipv6Extended malformed large malformed attrLength=4 "},
+       "attrLength=4 "},
       {"c00804fde80064 c00804fde80065 c00803fde800", "standard:fde80064 "},  // the first counts
-      {"c00800 c00804fde80065", "standard malformed attrLength=1 "},         // even so
+      {"c00800 c00804fde80065", "attrLength=1 "},         // even so
       {"800804fde80064 400804fde80065 e01008030b000000000007 402001ff",
-       "standard:fde80064 extended:030b000000000007 large malformed attrLength=1 wrongFlags=2"},
-      {"c00804fde80064 c02018 00", "standard:fde80064 large malformed attrOverrun=1 "},
+       "standard:fde80064 extended:030b000000000007 attrLength=1 wrongFlags=2"},
+      {"c00804fde80064 c02018 00", "standard:fde80064 attrOverrun=1 "},
       {"c00804fde80064 c00808 00", "standard:fde80064 attrOverrun=1 "},
-      {"c00804fde80064 c020", "standard:fde80064 large malformed attrOverrun=1 "},
-      {"d00800", "standard malformed attrOverrun=1 "}, {"d008ffff fde80064", "standard malformed attrOverrun=1 "},
+      {"c00804fde80064 c020", "standard:fde80064 attrOverrun=1 "},
+      {"d00800", "attrOverrun=1 "}, {"d008ffff fde80064", "attrOverrun=1 "},
       {"c0100800020000fc580001 c01914000220010db80000000000000000000000010007c0200c0000fc580000000100000002",
        "extended:00020000fc580001 ipv6Extended:000220010db80000000000000000000000010007 "
        "large:0000fc580000000100000002 "},

@@ -42,16 +42,12 @@ CommunityValues findCommunities(Octets attributes) {
     if (!isFirst(attribute->type, type)) continue;
     values.wrongFlags += hasWrongFlags(*attribute);
     const Octets value = attribute->value;
-    values.malformed[type] = value.empty() || value.size() % listTypes[type].valueSize != 0;
-    if (values.malformed[type])
+    if (value.empty() || value.size() % listTypes[type].valueSize != 0)
       values.faults.add(Fault::attrLength);
     else
       values[type] = value;
   }
-  if (const auto& overrun = in.overrun()) {
-    values.faults.add(Fault::attrOverrun);
-    if (isFirst(overrun->type, type)) values.malformed[type] = true;
-  }
+  if (in.overrun()) values.faults.add(Fault::attrOverrun);
   return values;
 }
 
@@ -61,8 +57,7 @@ std::optional<Fault> countedAs(const PathFault& fault) {
   return std::nullopt;
 }
 
-std::vector<ToldFault> faultsOf(Octets attributes) {
-  const CommunityTables tables(sharedParser());
+std::vector<ToldFault> faultsOf(Octets attributes, const CommunityTables& tables) {
   PathCommunities lists;
   std::vector<ToldFault> faults;
   for (const PathFault& fault : tables.readAll(attributes, lists))
@@ -71,7 +66,8 @@ std::vector<ToldFault> faultsOf(Octets attributes) {
 }
 
 ToldFault firstFaultOf(Octets attributes, const FaultCounts& counted) {
-  for (ToldFault& told : faultsOf(attributes))
+  const CommunityTables tables(sharedParser());
+  for (ToldFault& told : faultsOf(attributes, tables))
     if (counted[told.fault] > 0) return std::move(told);
   return {counted.first(), ""};
 }

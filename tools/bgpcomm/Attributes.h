@@ -13,7 +13,6 @@ namespace bgpcomm {
 /// The values of the community attributes, by the number of their list type; empty when the path
 /// has no such attribute, or a malformed one.
 struct CommunityValues : std::array<Octets, listTypeCount> {
-  std::array<bool, listTypeCount> malformed{};
   FaultCounts faults;
   /// Attributes that are not optional and transitive. BGP speakers withdraw such routes (RFC 7606,
   /// section 3 c); here they are counted apart from malformed ones, and their values are read
@@ -36,7 +35,7 @@ struct ToldFault {
   std::string text;
 };
 /// All faults of the attributes that are counted, in the order of their places.
-std::vector<ToldFault> faultsOf(Octets attributes);
+std::vector<ToldFault> faultsOf(Octets attributes, const CommunityTables& tables);
 /// The first of them that is among the counted ones.
 /// REQUIRES: there is one, counted of these attributes.
 ToldFault firstFaultOf(Octets attributes, const FaultCounts& counted);

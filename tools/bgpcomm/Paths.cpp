@@ -64,10 +64,11 @@ class PathPrinter {
     return text.empty() ? "-" : text;
   }
   /// Why attributes are malformed; none where nothing has been counted.
-  static std::vector<std::string> reasons(const Path& path, const CommunityValues& values) {
+  std::vector<std::string> reasons(const Path& path, const CommunityValues& values) const {
     std::vector<std::string> texts;
     if (values.faults.total() > 0)
-      for (ToldFault& told : faultsOf(path.attributes)) texts.push_back(std::move(told.text));
+      for (ToldFault& told : faultsOf(path.attributes, tables_))
+        texts.push_back(std::move(told.text));
     return texts;
   }
 
