@@ -2,7 +2,7 @@
 """pages.py [TOOL]: pages of documentation say what is so.
 
 - Code that a page of docs/ quotes stands so in the file that it names last, by "from [name](path):".
-- Commands behind "$ " in the README answer what stands below them, or more.
+- Commands behind "$ " in the README answer what stands below them.
 - Its list of all commands can be typed from top to bottom.
 """
 import os
@@ -33,7 +33,7 @@ if len(sys.argv) > 1:
         checked += 1
         shell = ["bash", "-c", 'bgpcomm() { "$0" "$@"; }; ' + command, sys.argv[1]]
         said = subprocess.run(shell, capture_output=True, text=True)
-        if said.returncode or not answer or not said.stdout.startswith(dedent(answer)):
+        if said.returncode or not answer or said.stdout != dedent(answer):
             faults.append(f"README.md: {command}\n{said.stdout}{said.stderr}")
 
     commands = re.search(r"^## All commands\n(.*?)^\S", text, re.S | re.M)[1]
