@@ -57,7 +57,9 @@ dump += dump[:20]
 sample = "samples/rib.bird.mrt.gz"
 commands = {
     "paths": ["paths MADE SAMPLE --withdrawals --collector rrc00 --describe TEXTS",
-              "paths MADE", "paths MADE --text policy"],
+              "paths MADE", "paths MADE --text policy", "paths MADE --count",
+              *(f"paths MADE SAMPLE --describe TEXTS --group-by {key}"
+                for key in "peer origin kind value prefix-length".split())],
     "kinds": ["kinds"],
     "summary": ["summary MADE SAMPLE --describe TEXTS --top 0", "summary SAMPLE --total",
                 "summary MADE --core", "restore STORE", "restore STORE --total --describe TEXTS"],
@@ -133,7 +135,7 @@ with tempfile.TemporaryDirectory() as folder:
         met.clear()
         names_of_keys = {key for _, keys in keys_in(schema) for key, its in keys.items() if its is not False}
         for what in (f"help {name}", f"help --json {name}"):
-            missing = names_of_keys - set(re.findall(r"\w+", output(what)))
+            missing = names_of_keys - set(re.findall(r"[\w-]+", output(what)))
             if missing:
                 sys.exit(f"{what}: does not name {missing}")
         unexplained = re.findall(r"^ +\w+$", output(f"help --json {name}"), re.M)
