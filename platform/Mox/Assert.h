@@ -3,7 +3,7 @@
 #pragma once
 
 namespace Mox {
-/// Prints one line, `file:line: signature: text`, to standard error and aborts.
+/// Prints one line, `FILE:LINE: SIGNATURE: text`, to standard error and aborts.
 [[noreturn]] void assertionFailed(const char* file, int line, const char* signature,
                                   const char* text) noexcept;
 }  // namespace Mox

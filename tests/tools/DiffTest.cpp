@@ -88,6 +88,7 @@ TEST_F(DiffTool, ShowsWhatCameWentAndChanged) {
       {"bgpcomm diff $BEFORE $AFTER", changed + replaced + gone + items + totals +
                                           "1\tgone\tpath\n2\tchanged\tpath\n2\tsame\tpath\n"},
       {"bgpcomm diff $BEFORE $BEFORE", "5\tsame\tpath\n"},
+      {"bgpcomm diff $BEFORE nowhere.mrt", "", 1, "nowhere.mrt: No such file or directory"},
       {"cat $BEFORE $LATER | bgpcomm diff --until 2023-11-14T22:13:29 $BEFORE -",
        "5\tsame\tpath\n"},
       {"bgpcomm diff --limit 1 --prefix 11.0.0.0/8 --prefix 14.0.0.0/8 $BEFORE $AFTER | grep path",

@@ -100,8 +100,9 @@ TEST_F(LintTool, ShowsPathsPeersAndExamples) {
            "  Malformed attributes: speakers treat the route as withdrawn (RFC 7606,\n"
            "  sections 4 and 7; RFC 8092, section 6).\n"
            "             1  192.0.2.1 AS64601\n"
-           "  Large Community attribute, offset 0: 1 octet, expected a value of 12 on\n"
-           "    10.3.4.0/24 from 192.0.2.1 AS64601\n",
+           "  Large Community attribute, offset 0: 1 octet, expected a value of 12 (type\n"
+           "    32, length 1, octet 0 of the path's attributes) on 10.3.4.0/24 from\n"
+           "    192.0.2.1 AS64601\n",
        0, malformed},
       {"bgpcomm lint --rules private-as --peers 1 --examples 1 --strict $FILE",
        "5 paths, 3 with findings\n\nprivate-as: 3 paths of 2 peers, found 5 times\n" + privateAs +
@@ -109,7 +110,7 @@ TEST_F(LintTool, ShowsPathsPeersAndExamples) {
        3, malformed},
       {"bgpcomm lint --strict --rules as-zero $FILE", "5 paths, 0 with findings\n", 0, malformed},
       {"bgpcomm lint --strict $FILE / 2>&- >/dev/null", "", 1},
-      {"bgpcomm lint --json $FILE 2>&- | sed -n '1p;3,5p;$p'",
+      {"bgpcomm lint --json $FILE 2>&- | sed -n '1p;3,5p;$p' | tr \\' ^",
        json("{'what':'total','paths':5,'pathsWithFindings':4}\n"
             "{'what':'peer','rule':'private-as','peer':'192.0.2.2','peerAs':64602,'paths':2}\n"
             "{'what':'peer','rule':'private-as','peer':'192.0.2.1','peerAs':64601,'paths':1}\n"
@@ -118,7 +119,9 @@ TEST_F(LintTool, ShowsPathsPeersAndExamples) {
             "'octets':'fc000001'}\n"
             "{'what':'example','rule':'treat-as-withdraw','time':'2023-11-14T22:13:20Z',"
             "'peer':'192.0.2.1','peerAs':64601,'prefix':'10.3.4.0/24','found':'Large Community "
-            "attribute, offset 0: 1 octet, expected a value of 12','octets':null}\n")},
+            "attribute, offset 0: 1 octet, expected a value of 12 (type 32, length 1, octet 0 of "
+            "the "
+            "path^s attributes)','octets':null}\n")},
       {"bgpcomm lint --list-rules | grep -c '^[a-z]'", "15\n"},
       {"bgpcomm lint --list-rules | grep '.\\{81\\}'", "", 1},
   });

@@ -38,8 +38,8 @@ bogus | bogus is unknown; see bgpcomm --help
 help smumary | smumary is unknown; did you mean summary?
 pahts $FILE | pahts is unknown; did you mean paths? see bgpcomm --help
 summary | FILE is required; see bgpcomm summary --help
-summary --color sometimes $FILE | --color sometimes: expected auto, always or never
-summary --color nevre $FILE | --color nevre: expected auto, always or never; did you mean never?
+summary --color sometimes $FILE | --color sometimes: there are auto, always, never
+summary --color nevre $FILE | --color nevre: there are auto, always, never; did you mean never?
 lint | FILE is required; see bgpcomm lint --help
 decode --core --format ui,none 40010100 | --format ui,none: no flag "none", there are default, qualifier, classification, ui, asdot, weighted, or none for no flag
 decode --core --names --numeric 40010100 | --names excludes --numeric; see bgpcomm decode --help
@@ -68,7 +68,7 @@ paths --rt color:0:7 $KINDS | --rt color:0:7: it is no route target
 paths --since 2023-02-29 $FILE | --since 2023-02-29: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970
 paths --since 20231114 $FILE | --since 20231114: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970
 paths --text canonical $KINDS --core | --core has no canonical texts
-paths --text long $KINDS | --text long: there are canonical, policy and show
+paths --text long $KINDS | --text long: there are canonical, policy, show
 paths --where no-exprot $FILE | --where: at 0: "no-exprot": expected a community: the identifier of a kind, a well-known name, or two or three decimal numbers; did you mean "NO_EXPORT"?
 save $FILE --to '' | --to: its value is empty; see bgpcomm save --help
 spread 10.0.0.0/33 $FILE | PREFIX 10.0.0.0/33: expected a prefix length up to 32
@@ -111,6 +111,8 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "standard input: not an MRT file, or cut short: 5 of 12 octets of a header (record 1, octet 0)"},
       {"head -c 4000 /proc/self/exe | bgpcomm paths -", "", 1,
        "standard input: not an MRT file: its first record would be of type 513; ends inside another (record 2, octet 12)"},
+      {"(printf '\\324\\303\\262\\241\\2\\0\\4\\0'; head -c 32 /dev/zero) | bgpcomm paths -", "", 1,
+       "standard input: not an MRT file: its first record would be of type 512; ends inside another (record 4, octet 36)"},
       {"for start in 'Gr\\303\\266\\303\\237e ist was' 'Elf Zeichen\\303' '\\377\\376h\\0a\\0l\\0l\\0o\\0' 'a\\tb\\nc\\rd e f g' \\\n"
        "  'abcdefghijk\\0' 'abcdefgh\\377ijk' 'abcdefgh\\303ijk' 'abcdefg\\266ijkl' 'abcdefgh\\177ijk'\n"
        "do printf \"$start\" | bgpcomm paths - 2>&1 | grep -c 'a text file?'; done | tr -d '\\n'", "111100000"},

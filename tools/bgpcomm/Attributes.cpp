@@ -11,17 +11,6 @@ using namespace Routing::Bgp;
 
 namespace {
 
-/// `REASON (type 8, length 5, octet 0 of the path's attributes)`; no length where the header is cut
-/// short.
-std::string faultText(const PathFault& fault, Octets attributes) {
-  const auto header = readPathAttributeHeader(attributes.subspan(fault.offset));
-  std::string text = fault.toStrep() + " (";
-  if (header)
-    text += "type " + std::to_string(U8(header->type)) + ", length " +
-            std::to_string(header->attrSize) + ", ";
-  return text + "octet " + std::to_string(fault.offset) + " of the path's attributes)";
-}
-
 bool hasWrongFlags(const PathAttribute& attribute) {
   constexpr U32 expected = U32(BgpPathAttrFlag::optionalTransitive);
   return (U32(attribute.flags) & expected) != expected;
@@ -55,6 +44,15 @@ std::optional<Fault> countedAs(const PathFault& fault) {
   if (fault.value) return faultOf(*fault.value);
   if (fault.overrun) return Fault::attrOverrun;
   return std::nullopt;
+}
+
+std::string faultText(const PathFault& fault, Octets attributes) {
+  const auto header = readPathAttributeHeader(attributes.subspan(fault.offset));
+  std::string text = fault.toStrep() + " (";
+  if (header)
+    text += "type " + std::to_string(U8(header->type)) + ", length " +
+            std::to_string(header->attrSize) + ", ";
+  return text + "octet " + std::to_string(fault.offset) + " of the path's attributes)";
 }
 
 std::vector<ToldFault> faultsOf(Octets attributes, const CommunityTables& tables) {

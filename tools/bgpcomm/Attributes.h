@@ -28,8 +28,11 @@ CommunityValues findCommunities(Octets attributes);
 /// The name that a fault is counted under, if it is.
 std::optional<Fault> countedAs(const Routing::Bgp::PathFault& fault);
 
-/// A fault of a path, and a line for people: the reason, the attribute's type, its length and where
-/// it begins.
+/// A line for people: `REASON (type 8, length 5, octet 0 of the path's attributes)`; no length
+/// where the header is cut short.
+std::string faultText(const Routing::Bgp::PathFault& fault, Octets attributes);
+
+/// A fault of a path, and its line for people.
 struct ToldFault {
   Fault fault;
   std::string text;

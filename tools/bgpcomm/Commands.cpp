@@ -1,7 +1,7 @@
 #include "Commands.h"
 
-#include <algorithm>
 #include <map>
+#include <optional>
 
 #include "Descriptions.h"
 #include "Meant.h"
@@ -49,15 +49,13 @@ void addTextOptions(CLI::App& command) {
               "--text", [](const std::string& name) { textStyle().asked = readTextForm(name); },
               "canonical (default), policy or show")
           ->option_text("FORM"),
-      {"canonical", "policy", "show"});
+      {std::begin(textFormNames), std::end(textFormNames)});
 }
 
 void addTerminalOptions(CLI::App& app) {
   const auto colourIs = [](const std::string& when) {
-    if (std::ranges::find(colourWords, when) == std::end(colourWords))
-      throw UsageError("--color " + when + ": expected auto, always or never" +
-                       meantAmong(colourWords, when));
-    terminalOptions().colour = when == "auto" ? std::nullopt : std::optional(when == "always");
+    constexpr std::optional<bool> choices[] = {std::nullopt, true, false};
+    terminalOptions().colour = choices[placeAmong(colourWords, when, "--color")];
   };
   takesOneOf(app.add_option_function<std::string>(
                     "--color", colourIs,

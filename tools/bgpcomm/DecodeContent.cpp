@@ -110,9 +110,7 @@ void appendKindLines(std::string& text, const AnyCommunity& community, const Kin
 }
 
 std::string textOf(const std::string& content, const AnyCommunity& community, const Rows& rows) {
-  std::string text(colours().strong);
-  text += content;
-  text += colours().plain;
+  std::string text = strong(content);
   if (textStyle().kinds) appendKindLines(text, community, *textStyle().kinds);
   if (explains()) {
     const std::string& meaning = descriptionOf(community);

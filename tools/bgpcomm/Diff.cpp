@@ -157,11 +157,12 @@ int runDiff(const Options& options) {
   const CommunityTables tables(sharedParser());
   PathFilter filter(options.filter);
   Differences differences(tables, options);
-  const DumpDiff diff = diffDumps(options.before, options.after, tables, filter,
-                                  [&](const PathJoin::Pair& pair) { differences.addPath(pair); });
-  differences.addItems(diff.before, diff.after);
+  const auto diff = diffDumps(options.before, options.after, tables, filter,
+                              [&](const PathJoin::Pair& pair) { differences.addPath(pair); });
+  if (!diff) return exitBadData;
+  differences.addItems(diff->before, diff->after);
   differences.printTotals();
-  return diff.whole ? 0 : exitBadData;
+  return diff->whole ? 0 : exitBadData;
 }
 
 }  // namespace

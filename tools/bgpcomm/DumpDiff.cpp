@@ -132,6 +132,7 @@ class Dump {
       visitPrefixes(*path, [&](const Prefix& prefix) { take(*path, prefix, communities); });
     return true;
   }
+  bool isOpen() const { return !reading_.result().unopened; }
   void outOfMemory() { reading_.outOfMemory(); }
   /// Says what was passed over; whether the file was read to its end.
   bool report() const {
@@ -155,9 +156,9 @@ class Dump {
 
 }  // namespace
 
-DumpDiff diffDumps(const std::string& fileBefore, const std::string& fileAfter,
-                   const CommunityTables& tables, PathFilter& filter,
-                   const std::function<void(const PathJoin::Pair&)>& use) {
+std::optional<DumpDiff> diffDumps(const std::string& fileBefore, const std::string& fileAfter,
+                                  const CommunityTables& tables, PathFilter& filter,
+                                  const std::function<void(const PathJoin::Pair&)>& use) {
   Lists lists;
   PathJoin join([&](const PathJoin::Pair& pair) {
     use(pair);
@@ -167,6 +168,7 @@ DumpDiff diffDumps(const std::string& fileBefore, const std::string& fileAfter,
   });
   Dump before(fileBefore, tables, filter, join, PathJoin::before);
   Dump after(fileAfter, tables, filter, join, PathJoin::after);
+  if (!before.isOpen() || !after.isOpen()) return std::nullopt;
   bool more[] = {true, true};
   try {
     while (more[0] || more[1]) {
@@ -178,8 +180,8 @@ DumpDiff diffDumps(const std::string& fileBefore, const std::string& fileAfter,
   }
   join.end();
   const bool beforeWhole = before.report(), afterWhole = after.report();
-  return {lists.itemsOf(PathJoin::before), lists.itemsOf(PathJoin::after),
-          beforeWhole && afterWhole};
+  return DumpDiff{lists.itemsOf(PathJoin::before), lists.itemsOf(PathJoin::after),
+                  beforeWhole && afterWhole};
 }
 
 }  // namespace bgpcomm

@@ -1,12 +1,13 @@
 // Two dumps compared: paths that are alike or not, and the lists, values and sets of route targets
 // that one of the dumps alone has.
 //
-//   const DumpDiff diff = diffDumps("monday.bz2", "tuesday.bz2", tables, filter, usePair);
+//   const auto diff = diffDumps("monday.bz2", "tuesday.bz2", tables, filter, usePair);
 //
 // Both are read into one set of tables, so that equal lists are one object, and in turn, so that
 // few paths wait for their likes: memory goes with what differs.
 #pragma once
 
+#include <optional>
 #include <set>
 
 #include "PathFilter.h"
@@ -29,8 +30,9 @@ struct DumpDiff {
 };
 /// Calls `use` for each path that passes the filter, with its like if it has one. Of updates, the
 /// paths that they leave are compared. Error lines are printed as other commands print them.
-DumpDiff diffDumps(const std::string& before, const std::string& after,
-                   const CommunityTables& tables, PathFilter& filter,
-                   const std::function<void(const PathJoin::Pair&)>& use);
+/// None when a file cannot be opened: all of the other would seem to differ.
+std::optional<DumpDiff> diffDumps(const std::string& before, const std::string& after,
+                                  const CommunityTables& tables, PathFilter& filter,
+                                  const std::function<void(const PathJoin::Pair&)>& use);
 
 }  // namespace bgpcomm

@@ -122,7 +122,7 @@ class FaultPrinter {
   }
 
   std::string place(Position position) const {
-    return visible(file_) + '\t' + std::to_string(position.record) + '\t' +
+    return visible(shownFile(file_)) + '\t' + std::to_string(position.record) + '\t' +
            std::to_string(position.octet);
   }
   void addPlace(nlohmann::ordered_json& object, Position position) const {

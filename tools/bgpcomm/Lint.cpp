@@ -54,7 +54,7 @@ void listRules() {
 }
 
 void printText(const LintFindings::OfRule& one, const Options& options) {
-  print('\n' + std::string(one.rule->name) + ": " + counted(one.paths, "path") + " of " +
+  print('\n' + strong(one.rule->name) + ": " + counted(one.paths, "path") + " of " +
         counted(one.peers.size(), "peer") + ", found " + counted(one.found, "time") + '\n');
   print(broken("  ", reasonOf(*one.rule), 2));
   const auto shown =

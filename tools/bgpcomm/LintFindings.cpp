@@ -85,7 +85,8 @@ void LintFindings::add(const Path& path, CommunityValues& values, const PathFilt
     for (std::size_t rule = 0; rule < lintRules().size(); ++rule)
       if (isOn(rule) && lintRules()[rule].ofFault && lintRules()[rule].ofFault(fault)) {
         count(rule, 1);
-        if (needsExamples(rule)) addExample(rule, {.what = fault.toStrep()}, onPath);
+        if (needsExamples(rule))
+          addExample(rule, {.what = faultText(fault, path.attributes)}, onPath);
       }
   }
   ++paths_;

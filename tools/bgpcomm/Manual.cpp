@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "JsonHelp.h"
+#include "Meant.h"
 #include "Terminal.h"
 
 namespace bgpcomm {
@@ -242,15 +243,12 @@ struct ManualOptions {
   std::string form;
 };
 
+constexpr std::string_view formNames[] = {"man", "bash", "zsh"};
+
 int runManual(const ManualOptions& options) {
-  const std::pair<std::string_view, void (*)(CLI::App&)> forms[] = {
-      {"man", printManual}, {"bash", printBash}, {"zsh", printZsh}};
-  for (const auto& [name, printForm] : forms)
-    if (options.form == name) {
-      printForm(*options.program);
-      return 0;
-    }
-  throw UsageError(options.form + ": expected man, bash or zsh");
+  constexpr void (*forms[])(CLI::App&) = {printManual, printBash, printZsh};
+  forms[placeAmong(formNames, options.form, "FORM")](*options.program);
+  return 0;
 }
 
 }  // namespace
@@ -267,7 +265,7 @@ void addManual(CLI::App& app, int& exitCode) {
   options.program = &app;
   takesOneOf(
       command.add_option("FORM", options.form, "man, bash or zsh")->required()->type_name(""),
-      {"man", "bash", "zsh"});
+      {std::begin(formNames), std::end(formNames)});
 }
 
 }  // namespace bgpcomm

@@ -4,7 +4,6 @@
 #include <set>
 
 #include "Descriptions.h"
-#include "Errors.h"
 #include "ListValues.h"
 #include "Meant.h"
 #include "PathText.h"
@@ -14,10 +13,7 @@ namespace bgpcomm {
 using namespace Routing::Bgp;
 
 GroupBy readGroupBy(const std::string& name) {
-  const auto at = std::ranges::find(groupByNames, name);
-  if (at != groupByNames.end()) return GroupBy(at - groupByNames.begin());
-  throw UsageError("--group-by " + name + ": there are peer, origin, kind, value, prefix-length" +
-                   meantAmong(groupByNames, name));
+  return GroupBy(placeAmong(groupByNames, name, "--group-by"));
 }
 
 void PathGroups::add(const Path& path, CommunityValues& values, const PathFilter& filter) {

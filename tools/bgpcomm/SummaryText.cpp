@@ -40,8 +40,7 @@ std::string malformedLines(const FileFigures& figures) {
   std::string text = line("malformed", grouped(figures.faults.total())) + '\n';
   for (std::size_t i = 0; i < faultNames.size(); ++i)
     if (const U64 count = figures.faults[Fault(i)])
-      text += std::string(colours().bad) + line("  " + std::string(faultNames[i]), grouped(count)) +
-              std::string(colours().plain) + '\n';
+      text += bad(line("  " + std::string(faultNames[i]), grouped(count))) + '\n';
   if (!figures.firstFault.empty()) text += broken("    ", "first" + visible(figures.firstFault), 4);
   return text;
 }
@@ -201,8 +200,7 @@ nlohmann::ordered_json json(const FileFigures& figures) {
 }  // namespace
 
 std::string summaryTable(const FileFigures& figures) {
-  std::string text = std::string(colours().strong) + visible(shownFile(figures.file)) +
-                     std::string(colours().plain);
+  std::string text = strong(visible(shownFile(figures.file)));
   text += '\n' + line("records", grouped(figures.records)) + '\n';
   text += line("paths", grouped(figures.paths)) + '\n';
   text += malformedLines(figures) + passedLines(figures) + timeLine(figures) + '\n' +

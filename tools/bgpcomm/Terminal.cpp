@@ -87,6 +87,15 @@ class ErrorLine {
 /// As long as any name that can be opened.
 char fileWorkedOn[4096];
 
+std::string shownIn(const char* colour, std::string_view text) {
+  static const bool isUsual = [] {
+    const char* const noColour = std::getenv("NO_COLOR");
+    return ::isatty(STDOUT_FILENO) && (!noColour || !*noColour);
+  }();
+  if (!terminalOptions().colour.value_or(isUsual)) return std::string(text);
+  return colour + std::string(text) + "\033[0m";
+}
+
 }  // namespace
 
 void print(std::string_view text) {
@@ -153,15 +162,8 @@ TerminalOptions& terminalOptions() {
   return options;
 }
 
-const Colours& colours() {
-  static const Colours chosen = [] {
-    const char* const noColour = std::getenv("NO_COLOR");
-    const bool usual = ::isatty(STDOUT_FILENO) && (!noColour || !*noColour);
-    if (!terminalOptions().colour.value_or(usual)) return Colours{};
-    return Colours{"\033[1m", "\033[31m", "\033[0m"};
-  }();
-  return chosen;
-}
+std::string strong(std::string_view text) { return shownIn("\033[1m", text); }
+std::string bad(std::string_view text) { return shownIn("\033[31m", text); }
 
 std::optional<std::size_t> terminalColumns() {
   static const auto known = []() -> std::optional<std::size_t> {

@@ -48,11 +48,9 @@ struct TerminalOptions {
 };
 TerminalOptions& terminalOptions();
 
-/// Empty where there are none.
-struct Colours {
-  std::string_view strong, bad, plain;
-};
-const Colours& colours();
+/// A heading, and text about what is malformed, as they are shown; unchanged without colours.
+std::string strong(std::string_view text);
+std::string bad(std::string_view text);
 
 /// The columns of the terminal that standard output is: what COLUMNS in the environment says, or
 /// the terminal itself. Nothing where it is none, whatever COLUMNS says: pipes get the same

@@ -1,6 +1,6 @@
 #include "TextStyle.h"
 
-#include "Errors.h"
+#include "Meant.h"
 
 namespace bgpcomm {
 
@@ -10,10 +10,7 @@ TextStyle& textStyle() {
 }
 
 TextForm readTextForm(const std::string& name) {
-  if (name == "canonical") return TextForm::canonical;
-  if (name == "policy") return TextForm::policy;
-  if (name == "show") return TextForm::show;
-  throw UsageError("--text " + name + ": there are canonical, policy and show");
+  return TextForm(placeAmong(textFormNames, name, "--text"));
 }
 
 }  // namespace bgpcomm

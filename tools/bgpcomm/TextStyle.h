@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "kinds/ZoBgpKindTable.h"
 
@@ -14,6 +15,8 @@ enum class TextForm {
   policy,     ///< as in route policies: `RT:65000:100`
   show        ///< as in show commands: `<RouteTarget 65000:100 0x...>`
 };
+
+inline constexpr std::string_view textFormNames[] = {"canonical", "policy", "show"};
 
 struct TextStyle {
   std::optional<TextForm> asked;  ///< by `--text`

@@ -32,13 +32,7 @@ enum class By { value, kind, list, routeTarget, peer, prefix, origin };
 constexpr std::array<std::string_view, 7> byNames = {"value", "kind",   "list",  "route-target",
                                                      "peer",  "prefix", "origin"};
 
-By readBy(const std::string& name) {
-  const auto at = std::ranges::find(byNames, name);
-  if (at != byNames.end()) return By(at - byNames.begin());
-  throw UsageError("--by " + name +
-                   ": there are value, kind, list, route-target, peer, prefix, origin" +
-                   meantAmong(byNames, name));
-}
+By readBy(const std::string& name) { return By(placeAmong(byNames, name, "--by")); }
 
 struct Figures {
   U64 paths = 0;

@@ -21,7 +21,7 @@ struct Options {
   std::vector<std::string> files;
   PathFilterOptions filter;
   std::string kind, sort = "paths";
-  U64 top = 0;
+  U64 limit = 0;
   bool json = false;
 };
 
@@ -134,12 +134,9 @@ std::optional<ValuePattern> readKind(const std::string& text) {
 constexpr std::string_view sortNames[] = {"paths", "peers", "prefixes", "value"};
 /// The column to sort by; null to sort by value.
 U64 ValueFigures::*readSort(const std::string& name) {
-  if (name == "paths") return &ValueFigures::paths;
-  if (name == "peers") return &ValueFigures::peers;
-  if (name == "prefixes") return &ValueFigures::prefixes;
-  if (name == "value") return nullptr;
-  throw UsageError("--sort " + name + ": there are paths, peers, prefixes, value" +
-                   meantAmong(sortNames, name));
+  U64 ValueFigures::*const columns[] = {&ValueFigures::paths, &ValueFigures::peers,
+                                        &ValueFigures::prefixes, nullptr};
+  return columns[placeAmong(sortNames, name, "--sort")];
 }
 
 void printJson(const ValueFigures& figures, const CommunityTables& tables) {
@@ -179,7 +176,7 @@ int runValues(const Options& options) {
   std::ranges::sort(figures, [column](const ValueFigures& a, const ValueFigures& b) {
     return column && a.*column != b.*column ? a.*column > b.*column : a.key < b.key;
   });
-  if (options.top && options.top < figures.size()) figures.resize(options.top);
+  if (options.limit && options.limit < figures.size()) figures.resize(options.limit);
   const CommunityTables tables(sharedParser());
   if (!options.json) printText(figures, tables);
   for (const ValueFigures& one : std::span(figures).first(options.json ? figures.size() : 0))
@@ -198,7 +195,7 @@ void addValues(CLI::App& app, int& exitCode) {
                   "counts all prefixes that it announces, each time anew. Exit code 1 when a file\n"
                   "cannot be read to its end; what is malformed is counted on stderr, and passed\n"
                   "over.\n\n"
-                  "Example: bgpcomm values --kind '65000:*' --sort peers --top 20 rib.bz2"},
+                  "Example: bgpcomm values --kind '65000:*' --sort peers --limit 20 rib.bz2"},
                  exitCode, runValues);
   addFiles(command, options.files);
   addFilterOptions(command, options.filter);
@@ -211,7 +208,8 @@ void addValues(CLI::App& app, int& exitCode) {
                              "paths (default), peers or prefixes, largest\nfirst; or value")
                  ->option_text("WHAT"),
              {std::begin(sortNames), std::end(sortNames)});
-  command.add_option("--top", options.top, "At most so many lines")->option_text("N");
+  command.add_option("--limit,--top", options.limit, "At most so many lines (default 0: all)")
+      ->option_text("N");
   addTextOptions(command);
   addJsonLines(command, options.json);
 }
