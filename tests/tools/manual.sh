@@ -18,9 +18,9 @@ for command in $(bgpcomm help | sed -n '/^Subcommands/,/^$/s/^  \([a-z-]*\) .*/\
   diff <(bgpcomm help "$command") <(bgpcomm "$command" --help) >&2 || fault "help $command"
   its_man=$(sed -n "/^\.SS $command$/,/^\.S[SH]/p" <<<"$man")
   its_zsh=$(sed -n "/^  $command) /,/;;$/p" <<<"$zsh")
-  for option in $(bgpcomm help "$command" | sed -nE 's/^  (-.,)?(--[a-z-]+).*/\2/p'); do
+  for option in $(bgpcomm help "$command" | sed -nE 's/^  (-.,)?(--[a-z-]+)(,(--[a-z-]+))?.*/\2 \4/p'); do
     options=$((options + 1))
-    grep -qE "^.fB(-., )?$option.fR" <<<"$its_man" || fault "man: $command $option"
+    grep -qE "^.fB([^ ]+, )?$option(,|.fR)" <<<"$its_man" || fault "man: $command $option"
     grep -qE "'\*$option(=?\[)" <<<"$its_zsh" || fault "zsh: $command $option"
     complete_words "$command" "$option"
     [[ " ${COMPREPLY[*]} " == *" $option "* ]] || fault "bash: $command $option"

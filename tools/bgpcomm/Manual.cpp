@@ -162,9 +162,10 @@ complete -o bashdefault -o default -F _bgpcomm bgpcomm
 /// The cases of words that an option takes as its value; others are files, to the shell.
 void printBashValues(CLI::App& command, const std::string& before) {
   for (CLI::Option* const option : namedOptions(command))
-    if (takesValue(*option))
-      print("    " + before + quoted(' ' + namesOf(*option).back()) +
-            ") isValue=1 words=" + quoted(joined(wordsOf(*option), " ")) + " ;;\n");
+    for (const std::string& name : namesOf(*option))
+      if (takesValue(*option))
+        print("    " + before + quoted(' ' + name) +
+              ") isValue=1 words=" + quoted(joined(wordsOf(*option), " ")) + " ;;\n");
 }
 
 void addOptionNames(CLI::App& command, std::vector<std::string>& names) {
