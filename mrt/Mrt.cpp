@@ -163,11 +163,11 @@ bool RecordReader::take(Record& record, std::size_t size) {
   } else {
     there = whole.size();
   }
-  // RFC 6396, section 4, and the types that are used no more: 49 is the highest. Type 0 was never
-  // more than a mark, and is found wherever zeros are.
-  constexpr U16 highestType = 49;
+  // Types of RFC 6396, section 4, and of appendix B, which are used no more. Those below 5 only
+  // marked a dump's start and end; zeros and version numbers of other formats look like them.
+  constexpr U16 lowestType = 5, highestType = 49;
   if (records_ == 0) foreignType_ = record.type;
-  if (record.type > 0 && record.type <= highestType) foreignType_.reset();
+  if (record.type >= lowestType && record.type <= highestType) foreignType_.reset();
   if (there < size) truncation_ = Truncation{record.offset, there, size, foreignType_, isText_};
   return there == size;
 }

@@ -64,6 +64,8 @@ class RecordReader {
   std::optional<Record> next();
   /// Complete records so far.
   U64 records() const { return records_; }
+  /// The type of the file's first record, while no record has been of any type of MRT's.
+  const std::optional<U16>& foreignType() const { return foreignType_; }
   /// The position of the record that was read last, or that could not be read to its end.
   const Position& position() const { return position_; }
   /// How much of the unfinished record at the file's end is there, in octets.
@@ -279,6 +281,8 @@ class PathReader {
   const std::optional<Position>& firstBadRecord() const { return firstBadRecord_; }
   /// Records so far that are passed over. Bad ones are not among them.
   const SkippedCounts& skipped() const { return skipped_; }
+  /// As of `RecordReader`.
+  const std::optional<U16>& foreignType() const { return records_.foreignType(); }
   /// As of `RecordReader`.
   const std::optional<RecordReader::Truncation>& truncation() const {
     return records_.truncation();

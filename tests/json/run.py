@@ -138,7 +138,7 @@ with tempfile.TemporaryDirectory() as folder:
             missing = names_of_keys - set(re.findall(r"[\w-]+", output(what)))
             if missing:
                 sys.exit(f"{what}: does not name {missing}")
-        unexplained = re.findall(r"^ +\w+$", output(f"help --json {name}"), re.M)
+        unexplained = re.findall(r"^ +[\w-]+$", output(f"help --json {name}"), re.M)
         if unexplained:
             sys.exit(f"help --json {name}: says nothing of {unexplained}")
         for line in lines:

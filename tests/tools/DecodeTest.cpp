@@ -144,7 +144,8 @@ TEST_F(Decode, TellsKindAndFields) {
       {"bgpcomm decode '40010100 c0080440' 40010100c010104004fde84e0000004004fde84d000000c00804fde80064 '" + update + " 0'", two, 1,
        "argument 1 (40010100 c0080440): neither a community, 8, 16, 24 or 40 digits in a piece, nor attributes: "
        "its length is 4, but 1 octet follows\nbgpcomm: argument 2 (40010100c010104004fde84e...): Extended "
-       "Community attribute, offset 8: a second link bandwidth, expected at most one\n"
+       "Community attribute, offset 8: a second link bandwidth, expected at most one (type 16, "
+       "length 16, octet 4 of the path's attributes)\n"
        "bgpcomm: argument 3 (ffffffff ffffffff ffffff...): half an octet at character 79"},
       {"bgpcomm decode '" + update.substr(0, 36) + "0023" + update.substr(40) + "' '" + update.substr(0, 41) + "01" +
            update.substr(43) + "' 'ffffffff ffffffff ffffffff ffffffff 0017 02 0000 0000'", "", 1,

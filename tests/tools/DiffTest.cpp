@@ -89,6 +89,7 @@ TEST_F(DiffTool, ShowsWhatCameWentAndChanged) {
                                           "1\tgone\tpath\n2\tchanged\tpath\n2\tsame\tpath\n"},
       {"bgpcomm diff $BEFORE $BEFORE", "5\tsame\tpath\n"},
       {"bgpcomm diff $BEFORE nowhere.mrt", "", 1, "nowhere.mrt: No such file or directory"},
+      {"bgpcomm diff $BEFORE README.md 2>&- || bgpcomm diff README.md $BEFORE 2>&-", "", 1},
       {"cat $BEFORE $LATER | bgpcomm diff --until 2023-11-14T22:13:29 $BEFORE -",
        "5\tsame\tpath\n"},
       {"bgpcomm diff --limit 1 --prefix 11.0.0.0/8 --prefix 14.0.0.0/8 $BEFORE $AFTER | grep path",

@@ -67,6 +67,8 @@ paths --rt 65536:65536 $KINDS | --rt 65536:65536: at 6: "65536": expected a deci
 paths --rt color:0:7 $KINDS | --rt color:0:7: it is no route target
 paths --since 2023-02-29 $FILE | --since 2023-02-29: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970
 paths --since 20231114 $FILE | --since 20231114: expected a time, as 2026-07-30T14:00:00Z, or seconds since 1970
+paths --prefix | --prefix: its value is missing; see bgpcomm paths --help
+paths --limit 2 --limit 3 $FILE | --limit: given more than once; see bgpcomm paths --help
 paths --text canonical $KINDS --core | --core has no canonical texts
 paths --text long $KINDS | --text long: there are canonical, policy, show
 paths --where no-exprot $FILE | --where: at 0: "no-exprot": expected a community: the identifier of a kind, a well-known name, or two or three decimal numbers; did you mean "NO_EXPORT"?
@@ -111,8 +113,10 @@ TEST_F(Tool, AnswersAndFailsInOneLine) {
        "standard input: not an MRT file, or cut short: 5 of 12 octets of a header (record 1, octet 0)"},
       {"head -c 4000 /proc/self/exe | bgpcomm paths -", "", 1,
        "standard input: not an MRT file: its first record would be of type 513; ends inside another (record 2, octet 12)"},
-      {"(printf '\\324\\303\\262\\241\\2\\0\\4\\0'; head -c 32 /dev/zero) | bgpcomm paths -", "", 1,
-       "standard input: not an MRT file: its first record would be of type 512; ends inside another (record 4, octet 36)"},
+      {"(printf '\\241\\262\\303\\324\\0\\2\\0\\4'; head -c 32 /dev/zero) | bgpcomm paths -", "", 1,
+       "standard input: not an MRT file: its first record would be of type 2; ends inside another (record 4, octet 36)"},
+      {"head -c 24 /dev/zero | bgpcomm paths -", "", 0, "standard input: no paths in 2 records: deprecated types 2; not an MRT file?"},
+      {"bgpcomm paths /dev/null", "", 0, "/dev/null: no records"},
       {"for start in 'Gr\\303\\266\\303\\237e ist was' 'Elf Zeichen\\303' '\\377\\376h\\0a\\0l\\0l\\0o\\0' 'a\\tb\\nc\\rd e f g' \\\n"
        "  'abcdefghijk\\0' 'abcdefgh\\377ijk' 'abcdefgh\\303ijk' 'abcdefg\\266ijkl' 'abcdefgh\\177ijk'\n"
        "do printf \"$start\" | bgpcomm paths - 2>&1 | grep -c 'a text file?'; done | tr -d '\\n'", "111100000"},

@@ -119,19 +119,19 @@ TEST_F(ValuesTool, ShowFaultsWithTheirPlaces) {
                     updateOf(second_, "800804 00000001 c00804 fde80001 c02001 00 d008ffff fd") +
                     octets("6553f100 0010"));
   const std::string all = R"(
-192.0.2.1 AS64600|10.1.2.0/24|8|standard input|1|0|4|Community attribute, offset 4: 1 octet, expected a value of 4|c00805fde80064>00
-192.0.2.1 AS64600|-|16|standard input|2|71|0|Extended Community attribute, offset 8: a second link bandwidth, expected at most one|c010104004fde84e000000>4004fde84d000000
+192.0.2.1 AS64600|10.1.2.0/24|8|standard input|1|0|4|5|Community attribute, offset 4: 1 octet, expected a value of 4|c00805fde80064>00
+192.0.2.1 AS64600|-|16|standard input|2|71|0|16|Extended Community attribute, offset 8: a second link bandwidth, expected at most one|c010104004fde84e000000>4004fde84d000000
 )";
   const std::string bad =
-      "-|-|-|standard input|3|145|-|fields that do not fit (type 16, subtype 4, length 0)|-\n";
+      "-|-|-|standard input|3|145|-|-|fields that do not fit (type 16, subtype 4, length 0)|-\n";
   const std::string asked = R"(
-192.0.2.2 AS64601|-|8|standard input|4|157|0|Community attribute: flags 0x80, expected optional and transitive|>80080400000001
-192.0.2.2 AS64601|-|8|standard input|4|157|7|Community attribute: given again, the first counts|>c00804fde80001
+192.0.2.2 AS64601|-|8|standard input|4|157|0|4|Community attribute: flags 0x80, expected optional and transitive|>80080400000001
+192.0.2.2 AS64601|-|8|standard input|4|157|7|4|Community attribute: given again, the first counts|>c00804fde80001
 )";
   const std::string rest = R"(
-192.0.2.2 AS64601|-|32|standard input|4|157|14|Large Community attribute, offset 0: 1 octet, expected a value of 12|c02001>00
-192.0.2.2 AS64601|-|8|standard input|4|157|18|Community attribute: 1 octet left of 65535|d008fffffd>
--|-|-|standard input|5|235|-|ends inside a record, 6 of 12 octets|-
+192.0.2.2 AS64601|-|32|standard input|4|157|14|1|Large Community attribute, offset 0: 1 octet, expected a value of 12|c02001>00
+192.0.2.2 AS64601|-|8|standard input|4|157|18|65535|Community attribute: 1 octet left of 65535|d008fffffd>
+-|-|-|standard input|5|235|-|-|ends inside a record, 6 of 12 octets|-
 )";
   const std::string shown = " - <$FAULTY 2>&- | cut -f2- | tr '\\t' '|'";
   expectRuns({
@@ -145,10 +145,10 @@ TEST_F(ValuesTool, ShowFaultsWithTheirPlaces) {
        "1 octet, expected a value of 4 (type 8, length 5, octet 4 of the path's attributes)"},
       {"bgpcomm faults --json - <$FAULTY 2>&- | sed -n '1p;3p'",
        json("{'time':'2023-11-14T22:13:20Z','peer':'192.0.2.1','peerAs':64600,'announced':['10.1.2.0/24'],'attribute':8,"
-            "'file':'-','record':1,'octet':0,'offset':4,'fault':'attrLength','reason':'Community attribute, offset 4: 1 octet, "
+            "'file':'-','record':1,'octet':0,'offset':4,'length':5,'fault':'attrLength','reason':'Community attribute, offset 4: 1 octet, "
             "expected a value of 4','approach':'treatAsWithdraw','octets':'c00805fde8006400','at':7}\n"
             "{'time':null,'peer':null,'peerAs':null,'announced':null,'attribute':null,'file':'-','record':3,'octet':145,"
-            "'offset':null,'fault':'badRecord','reason':'fields that do not fit (type 16, subtype 4, length 0)','approach':null,'octets':null,'at':null}\n")},
+            "'offset':null,'length':null,'fault':'badRecord','reason':'fields that do not fit (type 16, subtype 4, length 0)','approach':null,'octets':null,'at':null}\n")},
       {"bgpcomm faults $FILE", ""},
       // clang-format on
   });

@@ -47,12 +47,16 @@ std::optional<Fault> countedAs(const PathFault& fault) {
 }
 
 std::string faultText(const PathFault& fault, Octets attributes) {
-  const auto header = readPathAttributeHeader(attributes.subspan(fault.offset));
-  std::string text = fault.toStrep() + " (";
+  return fault.toStrep() + attributePlace(attributes, fault.offset);
+}
+
+std::string attributePlace(Octets attributes, std::size_t offset) {
+  const auto header = readPathAttributeHeader(attributes.subspan(offset));
+  std::string text = " (";
   if (header)
     text += "type " + std::to_string(U8(header->type)) + ", length " +
             std::to_string(header->attrSize) + ", ";
-  return text + "octet " + std::to_string(fault.offset) + " of the path's attributes)";
+  return text + "octet " + std::to_string(offset) + " of the path's attributes)";
 }
 
 std::vector<ToldFault> faultsOf(Octets attributes, const CommunityTables& tables) {

@@ -31,6 +31,8 @@ std::optional<Fault> countedAs(const Routing::Bgp::PathFault& fault);
 /// A line for people: `REASON (type 8, length 5, octet 0 of the path's attributes)`; no length
 /// where the header is cut short.
 std::string faultText(const Routing::Bgp::PathFault& fault, Octets attributes);
+/// The part in parentheses, with the blank before it, for the attribute that begins at an octet.
+std::string attributePlace(Octets attributes, std::size_t offset);
 
 /// A fault of a path, and its line for people.
 struct ToldFault {

@@ -1,5 +1,6 @@
 #include "DecodeAttribute.h"
 
+#include "Attributes.h"
 #include "Descriptions.h"
 #include "Errors.h"
 #include "Hex.h"
@@ -84,7 +85,7 @@ void AttributePrinter::print(Octets octets, bool single,
     try {
       printValue(*header, rest.subspan(header->headerSize, header->attrSize));
     } catch (const DataError& error) {
-      refuse(error.what());
+      refuse(error.what() + (single ? "" : attributePlace(octets, octets.size() - rest.size())));
     }
   });
 }

@@ -175,8 +175,8 @@ void addDiff(CLI::App& app, int& exitCode) {
        "has, and for each path that only one has or whose communities changed: - or +\n"
        "or *, what it is, its text; of a path the peer, the prefix, and its communities\n"
        "before and after. Then how many there are of each. Of updates, what they leave\n"
-       "counts. Fields are separated by tabs, on a terminal by\n"
-       "blanks.\n\n"
+       "counts. Fields are separated by tabs, on a terminal by blanks. Exit code 1 when\n"
+       "a file cannot be read to its end; if it has no path, nothing is compared.\n\n"
        "Example: bgpcomm diff rib.monday.bz2 rib.tuesday.bz2"},
       exitCode, runDiff);
   command.add_option("BEFORE", options.before, "MRT dump: plain, gz, bz2, xz or zst")

@@ -133,6 +133,8 @@ class Dump {
     return true;
   }
   bool isOpen() const { return !reading_.result().unopened; }
+  /// Whether it could not be read to its end, and had no path before.
+  bool isNothing() const { return reading_.result().failed && reading_.result().paths == 0; }
   void outOfMemory() { reading_.outOfMemory(); }
   /// Says what was passed over; whether the file was read to its end.
   bool report() const {
@@ -176,10 +178,13 @@ std::optional<DumpDiff> diffDumps(const std::string& fileBefore, const std::stri
       if (more[1]) more[1] = after.next();
     }
   } catch (const std::bad_alloc&) {
-    (more[0] ? before : after).outOfMemory();
+    // Neither is read on.
+    if (more[0]) before.outOfMemory();
+    if (more[1]) after.outOfMemory();
   }
-  join.end();
   const bool beforeWhole = before.report(), afterWhole = after.report();
+  if (before.isNothing() || after.isNothing()) return std::nullopt;
+  join.end();
   return DumpDiff{lists.itemsOf(PathJoin::before), lists.itemsOf(PathJoin::after),
                   beforeWhole && afterWhole};
 }

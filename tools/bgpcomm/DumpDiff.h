@@ -30,7 +30,8 @@ struct DumpDiff {
 };
 /// Calls `use` for each path that passes the filter, with its like if it has one. Of updates, the
 /// paths that they leave are compared. Error lines are printed as other commands print them.
-/// None when a file cannot be opened: all of the other would seem to differ.
+/// None when a file cannot be opened, or cannot be read and has no path: all of the other would
+/// seem to differ.
 std::optional<DumpDiff> diffDumps(const std::string& before, const std::string& after,
                                   const CommunityTables& tables, PathFilter& filter,
                                   const std::function<void(const PathJoin::Pair&)>& use);

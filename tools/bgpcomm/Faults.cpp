@@ -26,6 +26,7 @@ struct Options {
 struct MarkedOctets {
   Octets octets;
   std::size_t place = 0;
+  std::optional<U64> length = {};  ///< as the attribute's header says it, if that is there
 
   /// `c00805fde80064>00`
   std::string text() const { return hex(octets.first(place)) + '>' + hex(octets.subspan(place)); }
@@ -36,9 +37,9 @@ MarkedOctets markedOctets(Octets attributes, const PathFault& fault) {
   if (!header) return {left, left.size()};
   const Octets octets =
       left.first(std::min<std::size_t>(left.size(), header->headerSize + header->attrSize));
-  if (fault.overrun) return {octets, octets.size()};
-  if (fault.value) return {octets, header->headerSize + fault.value->offset};
-  return {octets};
+  if (fault.overrun) return {octets, octets.size(), header->attrSize};
+  const std::size_t place = fault.value ? header->headerSize + fault.value->offset : 0;
+  return {octets, place, header->attrSize};
 }
 
 /// As `summary` counts it, where it does.
@@ -70,7 +71,7 @@ class FaultPrinter {
   /// The same of a fault that is of no path.
   void print(Fault fault, Position position, const std::string& reason) const {
     if (!options_.json)
-      return printFields("-\t-\t-\t-\t" + place(position) + "\t-\t" + visible(reason) + "\t-");
+      return printFields("-\t-\t-\t-\t" + place(position) + "\t-\t-\t" + visible(reason) + "\t-");
     nlohmann::ordered_json object = {{"time", nullptr},
                                      {"peer", nullptr},
                                      {"peerAs", nullptr},
@@ -78,6 +79,7 @@ class FaultPrinter {
                                      {"attribute", nullptr}};
     addPlace(object, position);
     object.update({{"offset", nullptr},
+                   {"length", nullptr},
                    {"fault", faultNames[std::size_t(fault)]},
                    {"reason", reason},
                    {"approach", nullptr},
@@ -98,6 +100,7 @@ class FaultPrinter {
     return timeText(path) + '\t' + peerText(path.peer) + '\t' +
            prefixesText(PrefixReader::announced(path), filter_) + '\t' + attributeText(fault) +
            '\t' + place(position) + '\t' + std::to_string(fault.offset) + '\t' +
+           (octets.length ? std::to_string(*octets.length) : "-") + '\t' +
            std::string(fault.toStrep()) + '\t' + octets.text();
   }
   std::string jsonLine(const Path& path, Position position, const PathFault& fault,
@@ -113,6 +116,7 @@ class FaultPrinter {
                                      {"attribute", U32(fault.attribute)}};
     addPlace(object, position);
     object.update({{"offset", fault.offset},
+                   {"length", octets.length ? nlohmann::json(*octets.length) : nlohmann::json()},
                    {"fault", nameOf(fault)},
                    {"reason", std::string(fault.toStrep())},
                    {"approach", std::string(stringValue(fault.approach()))},
@@ -172,8 +176,8 @@ void addFaults(CLI::App& app, int& exitCode) {
       {"faults", "Print every malformed attribute and record",
        "Fields are separated by tabs, on a terminal by blanks: time, peer, prefixes,\n"
        "number of the attribute, file, number of the record, its octet in the file, the\n"
-       "attribute's octet among the path's attributes, reason, the attribute in hex with\n"
-       "> where the fault is.\n"
+       "attribute's octet among the path's attributes, its length, reason, the attribute\n"
+       "in hex with > where the fault is.\n"
        "Records that are bad or cut short have a line too, whatever paths are asked for,\n"
        "with - for what is not known. As many lines as summary counts malformed; with\n"
        "--flags also as many as it counts wrong flags, which are none of these. Exit\n"

@@ -25,6 +25,14 @@ std::string unknown(const CLI::App& program, const CLI::App* command, const std:
   return name + " is unknown" + meantAmong(known, name);
 }
 
+/// The first line of the parser's text; how often an option is given, and with what, in our words.
+std::string textOf(const CLI::ParseError& error) {
+  const std::string text = error.what(), option = text.substr(0, text.find(": ") + 2);
+  if (error.get_name() == "ArgumentMismatch" && option.starts_with("--"))
+    return option + (text.ends_with("missing") ? "its value is missing" : "given more than once");
+  return text.substr(0, text.find('\n'));
+}
+
 struct HelpOptions {
   const CLI::App* program = nullptr;
   std::string command;
@@ -56,9 +64,7 @@ std::string whatIsWrong(const CLI::App& program, const CLI::ParseError& error) {
   const auto commands = program.get_subcommands();
   const CLI::App* const command = commands.empty() ? nullptr : commands.front();
   const std::vector<std::string> rest = program.remaining(true);
-  const std::string text = error.what();
-  const std::string what =
-      rest.empty() ? text.substr(0, text.find('\n')) : unknown(program, command, rest.front());
+  const std::string what = rest.empty() ? textOf(error) : unknown(program, command, rest.front());
   return what + (what.ends_with('?') ? "" : ";") + " see bgpcomm" +
          (command ? ' ' + command->get_name() : "") + " --help";
 }

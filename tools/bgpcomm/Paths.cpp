@@ -271,7 +271,8 @@ void addPaths(CLI::App& app, int& exitCode) {
   takesOneOf(command
                  .add_option("--group-by", options.groupBy,
                              "Only how many paths there are by peer, origin,\n"
-                             "kind, value or prefix-length, most first")
+                             "kind or value, or prefixes by prefix-length;\n"
+                             "most first")
                  ->option_text("WHAT"),
              {"peer", "origin", "kind", "value", "prefix-length"});
   addTextOptions(command);

@@ -24,8 +24,9 @@ std::array<char, 64> positionCharacters(Position position) {
   return text;
 }
 
-/// An error line of a file that has records and no paths: what they are instead.
+/// An error line of a file that has no paths: what its records are instead.
 void reportNoPaths(const std::string& file, const ReadResult& result) {
+  if (result.records == 0) return printError(shownFile(file), ": no records");
   SkippedCounts skipped = result.skipped;
   skipped[std::size_t(Skipped::stateChange)] += result.stateChanges;
   const U64 good = result.records - result.faults[Fault::badRecord];
@@ -37,7 +38,8 @@ void reportNoPaths(const std::string& file, const ReadResult& result) {
   };
   for (std::size_t i = 0; i < skippedSorts; ++i) add(skippedNames[i].words, skipped[i]);
   add("announcing nothing", good - total(skipped));
-  printError(shownFile(file), ": no paths in ", counted(result.records, "record"), ": ", text);
+  printError(shownFile(file), ": no paths in ", counted(result.records, "record"), ": ", text,
+             result.foreign ? "; not an MRT file?" : "");
 }
 
 std::string badRecordText(const Record& record) {
@@ -133,6 +135,7 @@ void FileReading::countPath() {
 void FileReading::countRecords() {
   result_.records = opened_->reader.records();
   result_.skipped = opened_->reader.skipped();
+  result_.foreign = opened_->reader.foreignType().has_value();
 }
 
 /// `said`: there has been an error line of it.

@@ -21,6 +21,7 @@ struct ReadResult {
   U64 paths = 0;
   U64 stateChanges = 0;  ///< among the paths
   SkippedCounts skipped{};
+  bool foreign = false;  ///< no record is of any type of MRT's
   FaultCounts faults;
   U64 wrongFlags = 0;
   struct FirstFault {

@@ -16,6 +16,7 @@ enum class TextForm {
   show        ///< as in show commands: `<RouteTarget 65000:100 0x...>`
 };
 
+/// The words of `--text`, in the order of the enumeration.
 inline constexpr std::string_view textFormNames[] = {"canonical", "policy", "show"};
 
 struct TextStyle {
