@@ -122,6 +122,7 @@ TEST_F(LintTool, ShowsPathsPeersAndExamples) {
             "attribute, offset 0: 1 octet, expected a value of 12 (type 32, length 1, octet 0 of "
             "the "
             "path^s attributes)','octets':null}\n")},
+      {"bgpcomm lint --color always $FILE 2>&- | grep -c '^.\\[1m[a-z-]*.\\[0m: '", "2\n"},
       {"bgpcomm lint --list-rules | grep -c '^[a-z]'", "15\n"},
       {"bgpcomm lint --list-rules | grep '.\\{81\\}'", "", 1},
   });

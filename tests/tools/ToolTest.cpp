@@ -268,6 +268,7 @@ TEST_F(Tool, CountsFilesAndTheirTotal) {
       // clang-format off
       {"bgpcomm summary --json $FILE $BROKEN 2>&- | tr -d ' \\n' | sed 's/\"seconds\":[0-9.e-]*/\"seconds\":0/g; s/\"shared\":[0-9]*,//g; s/\\(unshared\":\\)[1-9][0-9]*/\\11/g'", json(both)},
       {"bgpcomm summary $FILE $BROKEN >/dev/null 2>&1", "", 1},
+      {"bgpcomm summary --color always $BROKEN 2>&- | grep -c '^.\\[31m    truncatedRecord .*.\\[0m$'", "1\n"},
       {"bgpcomm summary $FILE | grep -c 'seconds  .* paths/s'", "1\n"},
       {"bgpcomm summary $BROKEN 2>&- | grep '.\\{81\\}\\|paths  \\|trunc\\|first\\|per l\\|^  *[0-9]  [^ ]'",
        "  paths                          3\n"

@@ -132,8 +132,7 @@ class Dump {
       visitPrefixes(*path, [&](const Prefix& prefix) { take(*path, prefix, communities); });
     return true;
   }
-  bool isOpen() const { return !reading_.result().unopened; }
-  /// Whether it could not be read to its end, and had no path before.
+  /// Whether it could not be opened, or not be read to its end and had no path before.
   bool isNothing() const { return reading_.result().failed && reading_.result().paths == 0; }
   void outOfMemory() { reading_.outOfMemory(); }
   /// Says what was passed over; whether the file was read to its end.
@@ -170,7 +169,7 @@ std::optional<DumpDiff> diffDumps(const std::string& fileBefore, const std::stri
   });
   Dump before(fileBefore, tables, filter, join, PathJoin::before);
   Dump after(fileAfter, tables, filter, join, PathJoin::after);
-  if (!before.isOpen() || !after.isOpen()) return std::nullopt;
+  if (before.isNothing() || after.isNothing()) return std::nullopt;  // the other is not read
   bool more[] = {true, true};
   try {
     while (more[0] || more[1]) {
