@@ -182,6 +182,9 @@ TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
       EXPECT_EQ(wordsOf(screen.got), wordsOf(runTool("bgpcomm " + command).out));
     }
   ::unsetenv("NO_COLOR");
+  Screen screen(80);
+  runTool("bgpcomm decode fde80064 >$SCREEN");
+  EXPECT_TRUE(screen.shows("\033[1m65000:100\033[0m")) << "in colours, unless they are forbidden";
 }
 
 TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
