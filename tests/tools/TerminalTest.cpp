@@ -182,9 +182,28 @@ TEST_F(Terminal, LinesFitItsWidthAndSayWhatAPipeGets) {
       EXPECT_EQ(wordsOf(screen.got), wordsOf(runTool("bgpcomm " + command).out));
     }
   ::unsetenv("NO_COLOR");
-  Screen screen(80);
-  runTool("bgpcomm decode fde80064 >$SCREEN");
-  EXPECT_TRUE(screen.shows("\033[1m65000:100\033[0m")) << "in colours, unless they are forbidden";
+}
+
+TEST_F(Terminal, ColoursAreForTerminalsUnlessForbidden) {
+  const std::string plain = "fde80064", strong = "\033[1m" + plain + "\033[0m";
+  const std::string none = "unset NO_COLOR;", empty = "export NO_COLOR=;",
+                    one = "export NO_COLOR=1;";
+  const std::tuple<std::string, std::string, std::string, std::string> cases[] = {
+      {none, "", strong, plain},
+      {empty, "", strong, plain},
+      {one, "", plain, plain},
+      {none, " --color never", plain, plain},
+      {none, " --color always", strong, strong},
+      {one, " --color always", strong, strong}};
+  for (const auto& [environment, option, onTerminal, inPipe] : cases) {
+    SCOPED_TRACE(environment + option);
+    const std::string command = environment + " bgpcomm decode " + plain + option;
+    Screen screen;
+    runTool(command + " >$SCREEN; echo END >$SCREEN");
+    EXPECT_TRUE(screen.shows("END"));
+    EXPECT_TRUE(screen.got.starts_with(onTerminal + '\r')) << screen.got;
+    EXPECT_TRUE(runTool(command).out.starts_with(inPipe + '\n'));
+  }
 }
 
 TEST_F(Terminal, TheProgressLineFitsAndIsGoneWhenASignalEndsTheTool) {
