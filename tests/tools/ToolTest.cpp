@@ -55,7 +55,8 @@ paths --community 65000:65536 $FILE | --community 65000:65536: at 6: "65536": ex
 paths --community=65000:= $FILE | --community 65000:=: at 6: "=": expected a decimal number below 65536
 paths --community= no-export $FILE | --community: its value is empty; see bgpcomm --help
 paths --count --group-by peer $FILE | --count and --group-by exclude each other
-paths --limit -1 $FILE | --limit: expected a decimal number; see bgpcomm paths --help
+paths --limit -1 $FILE | --limit: "-1": expected a decimal number below 2^64; see bgpcomm paths --help
+paths --limit 18446744073709551616 $FILE | --limit: "18446744073709551616": expected a decimal number below 2^64; see bgpcomm paths --help
 paths --limt=3 $FILE | --limt is unknown; did you mean --limit? see bgpcomm paths --help
 paths --more-specific $FILE | --more-specific and --less-specific belong to --prefix
 paths --origin-as 4294967296 $FILE | --origin-as 4294967296: expected an AS number

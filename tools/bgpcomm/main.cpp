@@ -74,7 +74,7 @@ void refuseBadValues(CLI::App& command) {
     option->check([isNumber](const std::string& value) -> std::string {
       if (value.empty()) return "its value is empty";
       const bool fits = !isNumber || Routing::Bgp::decimalNumber(value, 64);
-      return fits ? "" : "expected a decimal number";
+      return fits ? "" : '"' + value + "\": expected a decimal number below 2^64";
     });
   }
 }
