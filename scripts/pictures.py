@@ -37,7 +37,7 @@ def layer_of(file):
 def libraries():
     """The libraries, each with its layers, as the build has them."""
     found = {}
-    for build in ("CMakeLists.txt", "cmake/MrtLibrary.cmake"):
+    for build in ("CMakeLists.txt", "cmake/CLibrary.cmake", "cmake/MrtLibrary.cmake"):
         for name, rest in re.findall(r"^\s*zobgp_library\(([\w-]+) ([^)]*)\)",
                                      pathlib.Path(build).read_text(), re.M):
             base = re.search(r"BASE (\w+)", rest)

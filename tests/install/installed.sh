@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# installed.sh build FOLDER COMPILER FLAGS BUILD_FOLDER: installs into a folder of its own, moves that
+# installed.sh build FOLDER COMPILER FLAGS C_COMPILER BUILD_FOLDER: installs into a folder of its own, moves that
 # elsewhere, and builds the examples and two small programs against it.
 # installed.sh run FOLDER: looks at what is installed, and runs them.
 set -euo pipefail
@@ -7,7 +7,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 folder=$2
 prefix="$folder/a prefix" # a path with a blank
 if [[ $1 == build ]]; then
-  compiler=$3 build=$5
+  compiler=$3 c_compiler=$5 build=$6
   read -ra flags <<<"$4"
   mkdir -p "$folder"
   rm -rf "$folder/staged" "$prefix"
@@ -34,7 +34,7 @@ if [[ $1 == build ]]; then
   "$compiler" "${flags[@]}" -std=c++2b "$here/main.cpp" "${said[@]}" -o "$folder/by-pkg-config"
   said=$(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs zobgp-c)
   eval "said=($said)"
-  "$compiler" "${flags[@]}" -x c -std=c99 -Werror "$here/../capi/program.c" "${said[@]}" -o "$folder/c-by-pkg-config"
+  "$c_compiler" "${flags[@]}" -std=c99 -Werror "$here/../capi/program.c" "${said[@]}" -o "$folder/c-by-pkg-config"
   exit
 fi
 
@@ -61,5 +61,7 @@ done < <(grep -rHoP --include='*.md' '\]\(\K[^):# ]+(?=[)#])' "$prefix/share/doc
 
 "$here/run-paths.sh" "$prefix"
 ctest --test-dir "$folder/build" --output-on-failure --no-tests=error
-LD_LIBRARY_PATH=$(dirname "$(find "$prefix" -name libZoBgpKinds.so)") "$folder/by-pkg-config"
+libraries=$(dirname "$(find "$prefix" -name libZoBgpKinds.so)")
+LD_LIBRARY_PATH=$libraries "$folder/by-pkg-config"
+LD_LIBRARY_PATH=$libraries "$folder/c-by-pkg-config" samples/rib.bird.mrt.gz
 if [[ -x $prefix/bin/bgpcomm ]]; then "$prefix/bin/bgpcomm" --help; fi
