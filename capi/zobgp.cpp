@@ -132,13 +132,16 @@ zobgp_status giveOctets(const std::string& octets, U8* room, std::size_t size,
   return give(std::string_view(octets), false, room, size, length);
 }
 
-/// The text of the strongest fault, for which a path is withdrawn.
-std::string textOf(const PathFaults& faults) {
-  if (!faults) return {};
-  return std::max_element(
-             faults.begin(), faults.end(),
-             [](const auto& one, const auto& other) { return one.approach() < other.approach(); })
-      ->toStrep();
+bool isForWithdrawal(const PathFault& fault) {
+  return fault.approach() == PathFaultApproach::treatAsWithdraw;
+}
+
+/// The texts of some of the faults, in the order of the octets.
+std::string textOf(const PathFaults& faults, bool (*isMeant)(const PathFault&)) {
+  std::string text;
+  for (const PathFault& fault : faults)
+    if (isMeant(fault)) text += (text.empty() ? "" : "; ") + fault.toStrep();
+  return text;
 }
 
 void append(std::string& octets, const AnyCommunity& community) {
@@ -198,8 +201,8 @@ zobgp_status zobgp_read_all(const zobgp_tables* tables, const uint8_t* attribute
   return guarded([&] {
     PathCommunities path;
     const PathFaults faults = tables->tables->readAll({attributes, size}, path);
-    const bool isMalformed = faults.approach() == PathFaultApproach::treatAsWithdraw;
-    const zobgp_status status = isMalformed ? failed(ZOBGP_MALFORMED, textOf(faults)) : ZOBGP_OK;
+    const std::string reasons = textOf(faults, isForWithdrawal);
+    const zobgp_status status = reasons.empty() ? ZOBGP_OK : failed(ZOBGP_MALFORMED, reasons);
     *lists = handed(path);
     return status;
   });
@@ -318,10 +321,13 @@ struct zobgp_reader {
   Input input;
   PathReader paths;
   zobgp_path path{};
-  std::string peer, prefixes, withdrawn, asPath, nextHop, malformed;
+  std::string peer, prefixes, withdrawn, asPath, nextHop, malformed, wrongFlags;
 };
 
 namespace {
+
+bool hasWrongFlags(const PathFault& fault) { return fault.reason == PathFaultReason::wrongFlags; }
+bool isMalformed(const PathFault& fault) { return isForWithdrawal(fault) && !hasWrongFlags(fault); }
 
 std::string textOf(PrefixReader prefixes) {
   std::string text;
@@ -375,7 +381,8 @@ zobgp_status zobgp_reader_next(zobgp_reader* reader, const zobgp_path** path) {
     reader->withdrawn = textOf(PrefixReader::withdrawn(*next));
     reader->asPath = AsPath(*next).text();
     reader->nextHop = addressText(nextHop(*next));
-    reader->malformed = textOf(faults);
+    reader->malformed = textOf(faults, isMalformed);
+    reader->wrongFlags = textOf(faults, hasWrongFlags);
     zobgp_path& its = reader->path;
     zobgp_lists_release(&its.lists);
     const auto origin = AsPath(*next).origin();
@@ -391,7 +398,8 @@ zobgp_status zobgp_reader_next(zobgp_reader* reader, const zobgp_path** path) {
            .origin_as = origin ? int64_t(*origin) : -1,
            .record = reader->paths.position().record,
            .lists = handed(communities),
-           .malformed = reader->malformed.c_str()};
+           .malformed = reader->malformed.c_str(),
+           .wrong_flags = reader->wrongFlags.c_str()};
     *path = &its;
     return ZOBGP_OK;
   });

@@ -150,7 +150,12 @@ typedef struct zobgp_path {
   int64_t origin_as;     /**< the last AS of the path; -1 when there is none, or a set */
   uint64_t record;       /**< number of the MRT record, from 1 */
   zobgp_lists lists;
-  const char* malformed; /**< what is wrong with the lists; empty when nothing is */
+  /** What is wrong with the values of attributes that are lists, and where the attributes do not
+   * fit; "; " between them. Empty when nothing is. */
+  const char* malformed;
+  /** Whose flags say that a list is not optional, or not transitive (RFC 7606, section 3 c: a
+   * speaker withdraws the route). The list is there nevertheless. Empty when all are right. */
+  const char* wrong_flags;
 } zobgp_path;
 
 /** Opens a file, plain or as gzip, bzip2, xz or zstd made it; `-` is standard input. Any

@@ -55,6 +55,7 @@ class _Path(ctypes.Structure):
         ("record", ctypes.c_uint64),
         ("lists", _Lists),
         ("malformed", ctypes.c_char_p),
+        ("wrong_flags", ctypes.c_char_p),
     ]
 
 
@@ -257,7 +258,7 @@ class Path:
     """A path of a file: an entry of a table, or an UPDATE."""
 
     __slots__ = ("seconds", "microseconds", "peer", "peer_as", "prefixes", "withdrawn", "as_path", "origin_as",
-                 "next_hop", "record", "standard", "extended", "ipv6_extended", "large", "malformed")
+                 "next_hop", "record", "standard", "extended", "ipv6_extended", "large", "malformed", "wrong_flags")
 
     def __init__(self, path: _Path):
         self.seconds, self.microseconds = path.seconds, path.microseconds
@@ -266,7 +267,8 @@ class Path:
         self.withdrawn = _parts(path.withdrawn)
         self.as_path, self.next_hop = path.as_path.decode(), path.next_hop.decode()
         self.origin_as = None if path.origin_as < 0 else path.origin_as
-        self.record, self.malformed = path.record, path.malformed.decode()
+        self.record = path.record
+        self.malformed, self.wrong_flags = path.malformed.decode(), path.wrong_flags.decode()
 
         def held(name: str) -> List:
             handle = getattr(path.lists, name)

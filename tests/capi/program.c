@@ -109,7 +109,7 @@ static void paths(const zobgp_tables* tables, const char* file) {
     if (!first && path->lists.standard) zobgp_list_hold(first = path->lists.standard);
     again += first && path->lists.standard == first;
     from_peer += path->peer_as == 64600;
-    CHECK(*path->prefixes && !*path->withdrawn && !*path->malformed);
+    CHECK(*path->prefixes && !*path->withdrawn && !*path->malformed && !*path->wrong_flags);
   }
   CHECK(status == ZOBGP_END && zobgp_reader_next(reader, &path) == ZOBGP_END);
   CHECK(count == 9723 && from_peer == 9721 && targets > 0 && again > 1); /* two are local */

@@ -3,8 +3,10 @@ import copy
 import gc
 import pathlib
 import pickle
+import struct
 import subprocess
 import sys
+import tempfile
 import threading
 import unittest
 
@@ -46,6 +48,30 @@ class Zobgp(unittest.TestCase):
                              (lambda: list(zobgp.paths("README.md")), "README.md: not an MRT file: .* text file")):
             with self.assertRaisesRegex(zobgp.Error, reason):
                 call()
+
+    def test_wrong_flags_and_repeats_are_not_malformed(self):
+        """UPDATEs, each with attributes of type COMMUNITIES."""
+        right = bytes.fromhex("c00804fde80001")
+        wrong = ("malformed", "wrong_flags")
+        for attributes, texts, values in (
+                (right, {}, ("65000:1",)),
+                (right + right, {}, ("65000:1",)),
+                (bytes.fromhex("800804fde80001"), {"wrong_flags": "Community .*flags 0x80"}, ("65000:1",)),
+                (bytes.fromhex("400803fde800"),
+                 {"malformed": "offset 0: 3 octets", "wrong_flags": "Community .*flags 0x40"}, ()),
+                (bytes.fromhex("c00803fde800c01003fde800"),
+                 {"malformed": "Community .*offset 0: 3 octets.*; Extended.*offset 0: 3 octets"}, ()),
+                (right + b"\xc0", {"malformed": "."}, ("65000:1",))):
+            update = struct.pack(">HH", 0, len(attributes)) + attributes
+            message = b"\xff" * 16 + struct.pack(">HB", 19 + len(update), 2) + update
+            body = struct.pack(">IIHHII", 64500, 64501, 0, 1, 0, 0) + message
+            with tempfile.NamedTemporaryFile() as file:
+                file.write(struct.pack(">IHHI", 0, 16, 4, len(body)) + body)
+                file.flush()
+                path, = zobgp.paths(file.name)
+            for name in wrong:
+                self.assertRegex(getattr(path, name), texts.get(name, "^$"), attributes.hex())
+            self.assertEqual(path.standard.values, values)
 
     def test_paths_share_their_lists(self):
         paths = list(zobgp.paths(SAMPLE))
