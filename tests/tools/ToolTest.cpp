@@ -36,6 +36,8 @@ TEST_F(Tool, RefusesWhatIsAskedWrong) {
 | A subcommand is required; see bgpcomm --help
 bogus | bogus is unknown; see bgpcomm --help
 help smumary | smumary is unknown; did you mean summary?
+--json summary $FILE | --json stands behind the command: bgpcomm summary --json; see bgpcomm summary --help
+--jsno summary $FILE | --jsno is unknown; did you mean --json? see bgpcomm summary --help
 pahts $FILE | pahts is unknown; did you mean paths? see bgpcomm --help
 summary | FILE is required; see bgpcomm summary --help
 summary --color sometimes $FILE | --color sometimes: there are auto, always, never

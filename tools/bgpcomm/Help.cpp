@@ -12,8 +12,12 @@ namespace {
 
 using Options = std::vector<const CLI::Option*>;
 
-/// "pathz is unknown; did you mean paths?"
+/// "pathz is unknown; did you mean paths?", "--json stands behind the command: bgpcomm paths
+/// --json".
 std::string unknown(const CLI::App& program, const CLI::App* command, const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  if (command && name.starts_with("--") && command->get_option_no_throw(name))
+    return name + " stands behind the command: bgpcomm " + command->get_name() + ' ' + name;
   std::vector<std::string> known;
   if (word.starts_with('-'))
     for (const CLI::App* const one : {&program, command})
@@ -21,7 +25,6 @@ std::string unknown(const CLI::App& program, const CLI::App* command, const std:
         for (const std::string& name : option->get_lnames()) known.push_back("--" + name);
   else if (!command)
     for (const CLI::App* const one : program.get_subcommands({})) known.push_back(one->get_name());
-  const std::string name = word.substr(0, word.find('='));
   return name + " is unknown" + meantAmong(known, name);
 }
 
