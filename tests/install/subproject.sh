@@ -10,18 +10,18 @@ cd "$2"
 if [[ $1 == build ]]; then
   compiler=$3 flag_words=$4 c_compiler=$5
   read -ra flags <<<"$4"
-  # take_in BUILD PREFIX OPTION...: the tree in another build, which is installed, and moved.
+  # take_in PREFIX OPTION...: the tree in another build, which is installed, and moved.
   take_in() {
-    # No memory of what a parent has had before.
-    rm -f "$1/CMakeCache.txt"
-    cmake -S "$here/subproject" -B "$1" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flag_words" \
-      -DZOBGP_INSTALL=ON "${@:3}" >configured || { cat configured && exit 1; }
-    cmake --build "$1"
-    rm -rf staged "$2"
-    cmake --install "$1" --prefix "$PWD/staged" >/dev/null
-    mv staged "$2"
+    # A path with a blank; and no memory of what a parent has had before.
+    rm -f "a build/CMakeCache.txt"
+    cmake -S "$here/subproject" -B "a build" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flag_words" \
+      -DZOBGP_INSTALL=ON "${@:2}" >configured || { cat configured && exit 1; }
+    cmake --build "a build"
+    rm -rf staged "$1"
+    cmake --install "a build" --prefix "$PWD/staged" >/dev/null
+    mv staged "$1"
   }
-  take_in "a build" prefix # a path with a blank
+  take_in prefix
 
   # By CMake, by pkg-config, by hand; by a later standard.
   cmake -S "$here/static" -B static -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$4" \
@@ -36,7 +36,7 @@ if [[ $1 == build ]]; then
     -Wl,--whole-archive -lZoBgpKinds -lZoBgpCommunity -lZoBgpPlatform -Wl,--no-whole-archive -pthread
 
   # In C, with paths of files.
-  take_in "a build with files" prefix-with-files -DZOBGP_MRT=ON
+  take_in prefix-with-files -DZOBGP_MRT=ON
   cmake -S "$here/c" -B c -G Ninja -DCMAKE_C_COMPILER="$c_compiler" -DCMAKE_C_FLAGS="$4" \
     -DCMAKE_PREFIX_PATH="$PWD/prefix-with-files" >configured || { cat configured && exit 1; }
   cmake --build c
